@@ -1,0 +1,23 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+include_guard(GLOBAL)
+
+# kestrelpack_fetch_debian_source(PACKAGE <source package> OUTPUT <variable> [VERSION <pattern>])
+#
+# Sets the variable to the folder of the unpacked Debian source package. It is downloaded through
+# the machine's own apt sources when the cache below ~/.cache/kestrelpack does not have it; see
+# scripts/fetch-debian-source, which does the work.
+function(kestrelpack_fetch_debian_source)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "PACKAGE;OUTPUT;VERSION" "")
+    execute_process(
+        COMMAND "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../scripts/fetch-debian-source"
+                "${arg_PACKAGE}" ${arg_VERSION}
+        OUTPUT_VARIABLE folder
+        OUTPUT_STRIP_TRAILING_WHITESPACE
+        RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "The source package ${arg_PACKAGE} cannot be had; see the line above.")
+    endif()
+    set(${arg_OUTPUT} "${folder}" PARENT_SCOPE)
+endfunction()

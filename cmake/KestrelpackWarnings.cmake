@@ -1,0 +1,15 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+# The one place for compiler warnings: every target of ours links it privately.
+add_library(kestrelpack_warnings INTERFACE)
+if(MSVC)
+    target_compile_options(kestrelpack_warnings INTERFACE /W4 /permissive- /utf-8)
+else()
+    target_compile_options(kestrelpack_warnings INTERFACE
+        -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wconversion -Wsign-conversion -Wcast-align
+        -Wformat=2 -Woverloaded-virtual -Wundef)
+endif()
+if(KESTRELPACK_WERROR)
+    target_compile_options(kestrelpack_warnings INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/WX,-Werror>)
+endif()

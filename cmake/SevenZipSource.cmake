@@ -1,0 +1,36 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+include_guard(GLOBAL)
+include("${CMAKE_CURRENT_LIST_DIR}/FetchDebianSource.cmake")
+
+# 7-Zip's sources, as Debian's package `7zip` has them. Only C/ is public domain; what is linked
+# into the self-extractor module comes from there.
+set(KESTRELPACK_SEVENZIP_DIR "" CACHE PATH
+    "Folder with 7-Zip's sources (C/, CPP/); empty: Debian's source package 7zip is fetched")
+
+# kestrelpack_sevenzip_source(<variable>): the folder that holds C/ and CPP/.
+function(kestrelpack_sevenzip_source output)
+    set(folder "${KESTRELPACK_SEVENZIP_DIR}")
+    if(NOT folder)
+        kestrelpack_fetch_debian_source(PACKAGE 7zip OUTPUT folder)
+    endif()
+    if(NOT EXISTS "${folder}/C/7zArcIn.c")
+        message(FATAL_ERROR "No 7-Zip sources in ${folder}")
+    endif()
+    set(${output} "${folder}" PARENT_SCOPE)
+endfunction()
+
+# kestrelpack_add_sevenzip_decoder(<target>): the archive parser and the decoders of 7-Zip's C part
+# as an object library; compiled with the including project's flags but not with its warnings.
+function(kestrelpack_add_sevenzip_decoder target)
+    kestrelpack_sevenzip_source(folder)
+    set(files 7zArcIn 7zBuf 7zCrc 7zCrcOpt 7zStream Bcj2 Bra Bra86 BraIA64 CpuArch Delta Lzma2Dec
+              LzmaDec)
+    list(TRANSFORM files PREPEND "${folder}/C/")
+    list(TRANSFORM files APPEND ".c")
+    add_library(${target} OBJECT ${files})
+    target_include_directories(${target} SYSTEM PUBLIC "${folder}/C")
+    target_compile_definitions(${target} PRIVATE Z7_ST)
+    target_compile_options(${target} PRIVATE -w)
+endfunction()
