@@ -1,0 +1,32 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+# Builds the module from within a native build: this folder once more, with the cross compiler.
+
+include(ExternalProject)
+
+find_program(KESTRELPACK_MINGW_COMPILER x86_64-w64-mingw32-g++-posix)
+if(NOT KESTRELPACK_MINGW_COMPILER)
+    message(WARNING "No MinGW-w64 compiler (package g++-mingw-w64-x86-64-posix): "
+                    "the self-extractor module is not built.")
+    add_custom_target(self-extractor
+        COMMAND ${CMAKE_COMMAND} -E echo "x86_64-w64-mingw32-g++-posix is missing"
+        COMMAND ${CMAKE_COMMAND} -E false)
+    return()
+endif()
+
+# Fetched here once; the inner build is told where.
+kestrelpack_sevenzip_source(sevenzip_dir)
+
+ExternalProject_Add(self-extractor
+    SOURCE_DIR "${CMAKE_CURRENT_SOURCE_DIR}"
+    BINARY_DIR "${CMAKE_CURRENT_BINARY_DIR}/module"
+    CMAKE_ARGS
+        "-DCMAKE_TOOLCHAIN_FILE=${root}/cmake/toolchain-mingw64.cmake"
+        -DCMAKE_BUILD_TYPE=Release
+        "-DKESTRELPACK_VERSION=${KESTRELPACK_VERSION}"
+        "-DKESTRELPACK_SEVENZIP_DIR=${sevenzip_dir}"
+    BUILD_ALWAYS ON
+    BUILD_BYPRODUCTS "${CMAKE_CURRENT_BINARY_DIR}/module/7zS2.sfx"
+    INSTALL_COMMAND ""
+    EXCLUDE_FROM_ALL OFF)

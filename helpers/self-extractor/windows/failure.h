@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/status.h"
+#include "helpers/self-extractor/core/text.h"
+#include "helpers/self-extractor/exitcodes.h"
+
+namespace sfx {
+
+/// Why nothing was started: what was being done, and what the system said to it, read at once.
+struct Failure {
+    ExitCode code = ExitCode::Damaged;
+    unsigned long systemError = 0; ///< of GetLastError(); 0: the system was not asked
+    Text subject;                  ///< the file it is about; may be empty
+};
+
+/// The exit code that stands for a status; not for Ok.
+ExitCode exitCodeOf(Status status);
+
+} // namespace sfx

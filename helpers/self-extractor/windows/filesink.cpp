@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/filesink.h"
+
+#include "helpers/self-extractor/windows/privatefolder.h"
+
+namespace sfx {
+
+namespace {
+
+// Smaller files are written in one piece anyway.
+constexpr std::uint64_t leastPreallocated = 1024 * 1024;
+
+// Neither is worth failing for: the program runs without them.
+void setTimeAndAttributes(HANDLE file, const Entry &entry)
+{
+    FILE_BASIC_INFO info = {};
+    if (entry.hasModified) {
+        info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
+    }
+    info.FileAttributes = entry.attributes;
+    SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
+}
+
+// Gives the file its final length, which keeps it in one piece and finds a full disk early.
+void preallocate(HANDLE file, std::uint64_t size)
+{
+    FILE_END_OF_FILE_INFO info = {};
+    info.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
+    SetFileInformationByHandle(file, FileEndOfFileInfo, &info, sizeof info);
+}
+
+} // namespace
+
+Status FileSink::fail()
+{
+    m_error = GetLastError();
+    return m_error == ERROR_DISK_FULL || m_error == ERROR_HANDLE_DISK_FULL ? Status::DiskFull
+                                                                           : Status::WriteFailed;
+}
+
+bool FileSink::locate(const Entry &entry)
+{
+    if (!toExtendedPath(m_folder, m_path) || !m_path.append(u"\\")) {
+        return false;
+    }
+    m_base = m_path.size();
+    if (!m_path.append(entry.path, entry.pathSize)) {
+        return false;
+    }
+    char16_t *path = const_cast<char16_t *>(m_path.data());
+    for (std::size_t i = m_base; i < m_path.size(); ++i) {
+        if (path[i] == u'/') {
+            path[i] = u'\\';
+        }
+    }
+    return true;
+}
+
+bool FileSink::createFile()
+{
+    m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    return static_cast<bool>(m_file);
+}
+
+bool FileSink::createFolder()
+{
+    return CreateDirectoryW(wide(m_path.data()), nullptr)
+        || GetLastError() == ERROR_ALREADY_EXISTS;
+}
+
+// Makes the folders above the current path, from the application's folder down.
+bool FileSink::makeParents()
+{
+    char16_t *path = const_cast<char16_t *>(m_path.data());
+    for (std::size_t i = m_base; i < m_path.size(); ++i) {
+        if (path[i] != u'\\') {
+            continue;
+        }
+        path[i] = 0;
+        const bool made = createFolder();
+        path[i] = u'\\';
+        if (!made) {
+            return false;
+        }
+    }
+    return true;
+}
+
+Status FileSink::begin(std::uint64_t totalBytes, std::uint32_t)
+{
+    Text extended;
+    if (!toExtendedPath(m_folder, extended)) {
+        return Status::NoMemory;
+    }
+    ULARGE_INTEGER available = {};
+    // A network drive may not tell; the writes will, then.
+    if (GetDiskFreeSpaceExW(wide(extended.data()), &available, nullptr, nullptr)
+        && available.QuadPart < totalBytes) {
+        return Status::DiskFull;
+    }
+    return Status::Ok;
+}
+
+Status FileSink::makeFolder(const Entry &folder)
+{
+    if (!locate(folder)) {
+        return Status::NoMemory;
+    }
+    if (createFolder()
+        || (GetLastError() == ERROR_PATH_NOT_FOUND && makeParents() && createFolder())) {
+        return Status::Ok;
+    }
+    return fail();
+}
+
+Status FileSink::beginFile(const Entry &file)
+{
+    if (!locate(file)) {
+        return Status::NoMemory;
+    }
+    if (!createFile()
+        && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile())) {
+        return fail();
+    }
+    if (file.size >= leastPreallocated) {
+        preallocate(m_file.get(), file.size);
+    }
+    return Status::Ok;
+}
+
+Status FileSink::write(const std::uint8_t *data, std::size_t size)
+{
+    while (size != 0) {
+        DWORD written = 0;
+        const DWORD piece = size < (1u << 30) ? static_cast<DWORD>(size) : (1u << 30);
+        if (!WriteFile(m_file.get(), data, piece, &written, nullptr)) {
+            return fail();
+        }
+        if (written == 0) { // some file systems say it this way
+            SetLastError(ERROR_DISK_FULL);
+            return fail();
+        }
+        data += written;
+        size -= written;
+    }
+    return Status::Ok;
+}
+
+Status FileSink::endFile(const Entry &file)
+{
+    setTimeAndAttributes(m_file.get(), file);
+    m_file.reset();
+    return Status::Ok;
+}
+
+Status FileSink::finishFolder(const Entry &folder)
+{
+    if (!locate(folder)) {
+        return Status::NoMemory;
+    }
+    const Handle handle(CreateFileW(wide(m_path.data()), FILE_WRITE_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (handle) {
+        setTimeAndAttributes(handle.get(), folder);
+    }
+    return Status::Ok;
+}
+
+} // namespace sfx

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/windows/win32.h"
+
+namespace sfx {
+
+/// Writes what is unpacked below a folder. Every file must be new.
+class FileSink final : public UnpackSink
+{
+public:
+    /// `folder` is an existing folder, without a separator at its end.
+    explicit FileSink(const Text &folder) : m_folder(folder) {}
+
+    /// What the system said to the step that failed; 0 if it was not the system.
+    unsigned long systemError() const { return m_error; }
+    /// The file or folder that it is about.
+    const Text &failedPath() const { return m_path; }
+
+    Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
+    Status makeFolder(const Entry &folder) override;
+    Status beginFile(const Entry &file) override;
+    Status write(const std::uint8_t *data, std::size_t size) override;
+    Status endFile(const Entry &file) override;
+    Status finishFolder(const Entry &folder) override;
+
+private:
+    Status fail();
+    [[nodiscard]] bool locate(const Entry &entry);
+    bool createFile();
+    bool createFolder();
+    bool makeParents();
+
+    const Text &m_folder;
+    Text m_path;            // of the current entry, in extended form
+    std::size_t m_base = 0; // where the entry's own path begins in it
+    Handle m_file;
+    unsigned long m_error = 0;
+};
+
+} // namespace sfx

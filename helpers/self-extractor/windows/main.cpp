@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/core/commandline.h"
+#include "helpers/self-extractor/core/configblock.h"
+#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/windows/console.h"
+#include "helpers/self-extractor/windows/executable.h"
+#include "helpers/self-extractor/windows/filesink.h"
+#include "helpers/self-extractor/windows/messages.h"
+#include "helpers/self-extractor/windows/privatefolder.h"
+#include "helpers/self-extractor/windows/program.h"
+
+namespace sfx {
+
+namespace {
+
+// The file system's upper case: no locale, no change of length.
+void upperCaseAsFileSystem(char16_t *text, std::size_t size)
+{
+    LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, wide(text), static_cast<int>(size),
+                  wide(text), static_cast<int>(size), nullptr, nullptr, 0);
+}
+
+bool failWith(Failure &failure, Status status, unsigned long systemError = 0)
+{
+    failure.code = exitCodeOf(status);
+    failure.systemError = systemError;
+    return false;
+}
+
+// Everything that can be found wrong before a byte is written.
+bool inspect(Executable &executable, ConfigBlock &block, Archive &archive, std::uint64_t &totalBytes,
+             std::uint64_t &archiveOffset, Failure &failure)
+{
+    Status status = readConfigBlock(executable, block, archiveOffset);
+    if (status == Status::Ok) {
+        status = archive.open(archiveOffset);
+    }
+    if (status == Status::Ok) {
+        status = checkContents(archive, block.runProgram, upperCaseAsFileSystem, totalBytes);
+    }
+    if (status == Status::ProgramMissing) {
+        failure.subject = std::move(block.runProgram);
+    }
+    return status == Status::Ok || failWith(failure, status);
+}
+
+bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t totalBytes,
+                Failure &failure)
+{
+    FileSink sink(folder.application());
+    const Status status = unpack(archive, sink, totalBytes);
+    if (status == Status::Ok) {
+        return true;
+    }
+    if (status == Status::WriteFailed && !failure.subject.append(sink.failedPath())) {
+        failure.subject = Text();
+    }
+    return failWith(failure, status, sink.systemError());
+}
+
+bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
+{
+    PrivateFolder folder;
+    {
+        // The archive's tables and the file are given back before the program runs, for hours
+        // maybe.
+        Executable executable;
+        if (!executable.open()) {
+            return failWith(failure, Status::ReadFailed, GetLastError());
+        }
+        Archive archive(executable);
+        std::uint64_t totalBytes = 0;
+        std::uint64_t archiveOffset = 0;
+        if (!inspect(executable, block, archive, totalBytes, archiveOffset, failure)) {
+            return false;
+        }
+        if (!folder.create(block.folderName)) {
+            failure.code = ExitCode::NoFolder;
+            failure.systemError = GetLastError();
+            return false;
+        }
+        if (!unpackInto(folder, archive, totalBytes, failure)) {
+            return false;
+        }
+    }
+    const auto *commandLine = reinterpret_cast<const char16_t *>(GetCommandLineW());
+    return runProgram(folder.application(), block.runProgram, argumentTail(commandLine), exitCode,
+                      failure);
+}
+
+} // namespace
+
+/// The module's life; returns the process' exit code.
+unsigned runModule()
+{
+    // Before anything else is loaded: libraries come from the system folder only, never from the
+    // folder that a browser saved this file to.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
+    joinCallersConsole();
+    leaveConsoleEventsToProgram();
+    ConfigBlock block;
+    Failure failure;
+    unsigned long exitCode = 0;
+    if (run(block, exitCode, failure)) {
+        return exitCode;
+    }
+    showFailure(failure, block.title, block.silent);
+    return static_cast<unsigned>(failure.code);
+}
+
+} // namespace sfx

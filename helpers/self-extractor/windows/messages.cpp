@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/messages.h"
+
+#include "helpers/self-extractor/windows/messagetexts.h"
+#include "helpers/self-extractor/windows/systemlibrary.h"
+
+namespace sfx {
+
+namespace {
+
+Language userLanguage()
+{
+    return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE ? Language::Chinese
+                                                                     : Language::English;
+}
+
+[[nodiscard]] bool appendSystemText(Text &text, unsigned long error, const char16_t *separator)
+{
+    wchar_t buffer[512];
+    DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                error, 0, buffer, ARRAYSIZE(buffer), nullptr);
+    while (size > 0 && buffer[size - 1] <= L' ') {
+        --size;
+    }
+    return size == 0
+        || (text.append(separator)
+            && text.append(reinterpret_cast<const char16_t *>(buffer), size));
+}
+
+[[nodiscard]] bool compose(const Failure &failure, const char16_t *separator, Text &text)
+{
+    return text.append(messageText(failure.code, userLanguage()))
+        && (failure.subject.isEmpty() || (text.append(separator) && text.append(failure.subject)))
+        && (failure.systemError == 0 || appendSystemText(text, failure.systemError, separator));
+}
+
+void writeLine(HANDLE out, const Text &line)
+{
+    DWORD written = 0;
+    DWORD mode = 0;
+    const int size = static_cast<int>(line.size());
+    if (GetConsoleMode(out, &mode)
+        && WriteConsoleW(out, line.data(), static_cast<DWORD>(size), &written, nullptr)) {
+        return;
+    }
+    Array<char> bytes;
+    if (bytes.allocate(line.size() * 3)) {
+        const int length
+            = WideCharToMultiByte(CP_UTF8, 0, wide(line.data()), size, bytes.data(),
+                                  static_cast<int>(bytes.size()), nullptr, nullptr);
+        WriteFile(out, bytes.data(), static_cast<DWORD>(length), &written, nullptr);
+    }
+}
+
+void showBox(const Text &text, const char16_t *title)
+{
+    // Loaded here only: the library costs every start a few milliseconds otherwise.
+    using MessageBoxFunction = int(WINAPI *)(HWND, LPCWSTR, LPCWSTR, UINT);
+    SystemLibrary user32(L"user32.dll");
+    if (const auto messageBox = user32.function<MessageBoxFunction>("MessageBoxW")) {
+        messageBox(nullptr, wide(text.data()), wide(title), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+    }
+}
+
+} // namespace
+
+void showFailure(const Failure &failure, const Text &title, bool silent)
+{
+    const char16_t *heading = title.isEmpty() ? defaultTitle : title.data();
+    const HANDLE out = GetStdHandle(STD_ERROR_HANDLE);
+    const bool hasStandardError = out != nullptr && out != INVALID_HANDLE_VALUE
+        && GetFileType(out) != FILE_TYPE_UNKNOWN;
+    Text text;
+    if (hasStandardError) {
+        if (text.append(heading) && text.append(u": ") && compose(failure, u" ", text)
+            && text.append(u"\r\n")) {
+            writeLine(out, text);
+        }
+    } else if (!silent && compose(failure, u"\n\n", text)) {
+        showBox(text, heading);
+    }
+}
+
+} // namespace sfx

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/program.h"
+
+#include "helpers/self-extractor/windows/privatefolder.h"
+#include "helpers/self-extractor/windows/systemlibrary.h"
+
+#include <shellapi.h>
+
+namespace sfx {
+
+namespace {
+
+// winerror.h: the program's manifest asks for more rights. MinGW's headers do not have it.
+constexpr DWORD elevationRequired = 740;
+
+/// What a start needs, put together beforehand.
+struct Launch {
+    Text program;     // full path
+    Text application; // the same in the form for CreateProcessW
+    Text commandLine; // quoted path and arguments
+    const Text *folder = nullptr;
+    const char16_t *tail = nullptr;
+};
+
+[[nodiscard]] bool prepare(Launch &launch, const Text &folder, const Text &name,
+                           const char16_t *tail)
+{
+    launch.folder = &folder;
+    launch.tail = tail;
+    Text &program = launch.program;
+    if (!program.append(folder) || !program.append(u"\\") || !program.append(name)) {
+        return false;
+    }
+    const bool prepared = program.size() < MAX_PATH
+        ? launch.application.append(program)
+        : toExtendedPath(program, launch.application);
+    return prepared && launch.commandLine.append(u"\"") && launch.commandLine.append(program)
+        && launch.commandLine.append(u"\"") && launch.commandLine.append(tail);
+}
+
+// True if there is such a handle; it can then be inherited.
+bool passOn(DWORD which, HANDLE &handle)
+{
+    const HANDLE own = GetStdHandle(which);
+    if (own == nullptr || own == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    SetHandleInformation(own, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    handle = own;
+    return true;
+}
+
+HANDLE startDirectly(Launch &launch)
+{
+    STARTUPINFOW own = {};
+    own.cb = sizeof own;
+    GetStartupInfoW(&own);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = own.dwFlags & STARTF_USESHOWWINDOW;
+    startup.wShowWindow = own.wShowWindow;
+    const bool input = passOn(STD_INPUT_HANDLE, startup.hStdInput);
+    const bool output = passOn(STD_OUTPUT_HANDLE, startup.hStdOutput);
+    const bool error = passOn(STD_ERROR_HANDLE, startup.hStdError);
+    if (input || output || error) {
+        startup.dwFlags |= STARTF_USESTDHANDLES;
+    }
+    PROCESS_INFORMATION started = {};
+    if (!CreateProcessW(wide(launch.application.data()),
+                        wide(const_cast<char16_t *>(launch.commandLine.data())), nullptr, nullptr,
+                        TRUE, 0, nullptr, wide(launch.folder->data()), &startup, &started)) {
+        return nullptr;
+    }
+    CloseHandle(started.hThread);
+    return started.hProcess;
+}
+
+HANDLE startThroughShell(const Launch &launch)
+{
+    using ShellExecuteFunction = BOOL(WINAPI *)(SHELLEXECUTEINFOW *);
+    const auto shellExecute
+        = SystemLibrary(L"shell32.dll").function<ShellExecuteFunction>("ShellExecuteExW");
+    SHELLEXECUTEINFOW info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
+    info.lpFile = wide(launch.program.data());
+    info.lpParameters = wide(launch.tail);
+    info.lpDirectory = wide(launch.folder->data());
+    info.nShow = SW_SHOWNORMAL;
+    return shellExecute != nullptr && shellExecute(&info) ? info.hProcess : nullptr;
+}
+
+} // namespace
+
+bool runProgram(const Text &folder, const Text &name, const char16_t *argumentTail,
+                unsigned long &exitCode, Failure &failure)
+{
+    Launch launch;
+    if (!prepare(launch, folder, name, argumentTail)) {
+        failure.code = ExitCode::NoMemory;
+        return false;
+    }
+    HANDLE started = startDirectly(launch);
+    if (started == nullptr && GetLastError() == elevationRequired) {
+        started = startThroughShell(launch);
+    }
+    if (started == nullptr) {
+        failure.systemError = GetLastError();
+        failure.code = failure.systemError == ERROR_CANCELLED ? ExitCode::Cancelled
+                                                              : ExitCode::StartFailed;
+        failure.subject = std::move(launch.program);
+        return false;
+    }
+    const Handle process(started);
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &exitCode);
+    return true;
+}
+
+} // namespace sfx

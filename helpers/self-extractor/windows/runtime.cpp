@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// What the compiler and 7-Zip's sources take for granted, on nothing but the system's own
+// functions: the module starts without a C runtime, which saves size and start-up time.
+
+#include "helpers/self-extractor/windows/win32.h"
+
+#include <ntsecapi.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace sfx {
+unsigned runModule();
+}
+
+extern "C" {
+
+std::uintptr_t __stack_chk_guard = 0x595e9fbd94fda766;
+
+[[noreturn]] void __stack_chk_fail()
+{
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_STACK_BUFFER_OVERRUN));
+    __builtin_unreachable();
+}
+
+void *memcpy(void *to, const void *from, std::size_t size)
+{
+    void *destination = to;
+    __asm__ volatile("rep movsb" : "+D"(destination), "+S"(from), "+c"(size) : : "memory");
+    return to;
+}
+
+void *memmove(void *to, const void *from, std::size_t size)
+{
+    auto *out = static_cast<unsigned char *>(to);
+    const auto *in = static_cast<const unsigned char *>(from);
+    if (out <= in || out >= in + size) {
+        return memcpy(to, from, size);
+    }
+    while (size != 0) {
+        --size;
+        out[size] = in[size];
+    }
+    return to;
+}
+
+void *memset(void *to, int value, std::size_t size)
+{
+    void *destination = to;
+    __asm__ volatile("rep stosb" : "+D"(destination), "+c"(size) : "a"(value) : "memory");
+    return to;
+}
+
+int memcmp(const void *left, const void *right, std::size_t size)
+{
+    const auto *a = static_cast<const unsigned char *>(left);
+    const auto *b = static_cast<const unsigned char *>(right);
+    for (; size != 0; --size, ++a, ++b) {
+        if (*a != *b) {
+            return *a < *b ? -1 : 1;
+        }
+    }
+    return 0;
+}
+
+void *memchr(const void *data, int value, std::size_t size)
+{
+    const auto *bytes = static_cast<const unsigned char *>(data);
+    for (; size != 0; --size, ++bytes) {
+        if (*bytes == static_cast<unsigned char>(value)) {
+            return const_cast<unsigned char *>(bytes);
+        }
+    }
+    return nullptr;
+}
+
+std::size_t strlen(const char *text)
+{
+    std::size_t size = 0;
+    while (text[size] != 0) {
+        ++size;
+    }
+    return size;
+}
+
+void *malloc(std::size_t size)
+{
+    return HeapAlloc(GetProcessHeap(), 0, size);
+}
+
+void free(void *memory)
+{
+    if (memory != nullptr) {
+        HeapFree(GetProcessHeap(), 0, memory);
+    }
+}
+
+// A call of a pure virtual function; there is no way to come here.
+[[noreturn]] void __cxa_pure_virtual()
+{
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_FATAL_APP_EXIT));
+    __builtin_unreachable();
+}
+
+// The process starts here. The guard is changed before the first function that looks at it.
+[[noreturn]] __attribute__((optimize("no-stack-protector"))) void moduleEntry()
+{
+    RtlGenRandom(&__stack_chk_guard, sizeof __stack_chk_guard);
+    ExitProcess(sfx::runModule());
+}
+
+} // extern "C"
+
+// Virtual destructors name it; objects of this module are given back by their owners.
+void operator delete(void *memory) noexcept
+{
+    free(memory);
+}
+
+void operator delete(void *memory, std::size_t) noexcept
+{
+    free(memory);
+}

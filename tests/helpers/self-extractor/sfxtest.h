@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/unpacker.h"
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+/// Bytes in memory as the module sees its own file.
+class MemorySource final : public sfx::ByteSource
+{
+public:
+    explicit MemorySource(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+    bool readAt(std::uint64_t offset, void *data, std::size_t size) override;
+    std::uint64_t size() const override { return static_cast<std::uint64_t>(m_bytes.size()); }
+
+private:
+    QByteArray m_bytes;
+};
+
+/// Files by path; folders end in a slash and have no content.
+using Tree = QMap<QString, QByteArray>;
+
+/// Collects what is unpacked; complains about calls in a wrong order through `isConsistent`.
+class TreeSink final : public sfx::UnpackSink
+{
+public:
+    Tree tree;
+    QMap<QString, std::uint64_t> modified;
+    bool isConsistent = true;
+
+    sfx::Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
+    sfx::Status makeFolder(const sfx::Entry &folder) override;
+    sfx::Status beginFile(const sfx::Entry &file) override;
+    sfx::Status write(const std::uint8_t *data, std::size_t size) override;
+    sfx::Status endFile(const sfx::Entry &file) override;
+    sfx::Status finishFolder(const sfx::Entry &folder) override;
+
+private:
+    QString m_open;
+};
+
+/// Upper case for the paths' check, by Qt's tables.
+void upperCase(char16_t *text, std::size_t size);
+
+/// Opens, checks and unpacks the archive that begins at `offset` of `bytes`.
+sfx::Status unpackBytes(const QByteArray &bytes, std::uint64_t offset, Tree &tree,
+                        const QString &program = QStringLiteral("main.exe"));
+
+/// Writes a tree into a folder that exists.
+bool writeTree(const QString &folder, const Tree &tree);
+/// Packs the content of a folder with the archiver and these switches; empty: it failed.
+QByteArray pack(const QString &folder, const QStringList &switches);
+QByteArray packTree(const Tree &tree, const QStringList &switches);
+
+/// Machine code, sound and text, so that the archiver picks its filters by itself.
+Tree mixedTree();
+/// Reproducible noise.
+QByteArray noise(qsizetype size, quint32 seed);
+
+/// In an archive whose header is not packed: replaces a name by one of the same length and makes
+/// the checksums right again.
+bool renameInArchive(QByteArray &archive, const QString &from, const QString &to);
+/// Recomputes the checksums of an archive's end header and start header.
+void resealArchive(QByteArray &archive);
+/// Recomputes the start header's own checksum only.
+void resealStart(QByteArray &archive);

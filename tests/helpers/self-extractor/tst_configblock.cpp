@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/core/commandline.h"
+#include "helpers/self-extractor/core/configblock.h"
+#include "helpers/self-extractor/core/peimage.h"
+
+#include <QTest>
+#include <QtEndian>
+
+#include <cstring>
+
+using namespace sfx;
+
+namespace {
+
+class Bytes final : public ByteSource
+{
+public:
+    explicit Bytes(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+    bool readAt(std::uint64_t offset, void *data, std::size_t size) override
+    {
+        if (offset > this->size() || size > this->size() - offset) {
+            return false;
+        }
+        std::memcpy(data, m_bytes.constData() + offset, size);
+        return true;
+    }
+    std::uint64_t size() const override { return static_cast<std::uint64_t>(m_bytes.size()); }
+
+private:
+    QByteArray m_bytes;
+};
+
+QByteArray blockOf(const QByteArray &lines)
+{
+    return ";!@Install@!UTF-8!\n" + lines + ";!@InstallEnd@!\n";
+}
+
+QByteArray blockFor(const QByteArray &program, const QByteArray &path)
+{
+    return blockOf("RunProgram=\"" + program + "\"\nInstallPath=\"" + path + "\"\n");
+}
+
+QString toQString(const Text &text)
+{
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// An image with one section of 512 bytes at 512.
+QByteArray smallImage()
+{
+    QByteArray image(1024, '\0');
+    image.replace(0, 2, "MZ");
+    qToLittleEndian<quint32>(64, image.data() + 0x3c);
+    image.replace(64, 4, QByteArray("PE\0\0", 4));
+    qToLittleEndian<quint16>(1, image.data() + 64 + 6);
+    qToLittleEndian<quint16>(240, image.data() + 64 + 20);
+    qToLittleEndian<quint32>(512, image.data() + 64 + 24 + 240 + 16);
+    qToLittleEndian<quint32>(512, image.data() + 64 + 24 + 240 + 20);
+    return image;
+}
+
+} // namespace
+
+class TestConfigBlock : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsTheBlockOfThePacker();
+    void acceptsAndRefuses_data();
+    void acceptsAndRefuses();
+    void stopsAtItsLimit();
+    void findsTheEndOfTheImage_data();
+    void findsTheEndOfTheImage();
+    void readsBehindTheImage();
+    void keepsArgumentsVerbatim_data();
+    void keepsArgumentsVerbatim();
+};
+
+void TestConfigBlock::readsTheBlockOfThePacker()
+{
+    const QByteArray bytes = blockOf("Title=\"my \xe7\xa8\x8b Portable\"\n"
+                                     "BeginPrompt=\"\xe7\xa1\xae\xe5\xae\x9a?\"\n"
+                                     "Progress=\"yes\"\n"
+                                     "RunProgram=\"my \xf0\x9f\x98\x80.tool.exe\"\n"
+                                     "InstallPath=\"%%T\\my \xe7\xa8\x8b\"\n"
+                                     "GUIMode=\"2\"\nSilent=\"1\"\nOverwrite=\"1\"\n");
+    const QByteArray file = bytes + "7z\xbc\xaf" + QByteArray(5000, 'x');
+    ConfigBlock block;
+    std::size_t size = 0;
+    QCOMPARE(parseConfigBlock(file.constData(), static_cast<std::size_t>(file.size()), block, size),
+             Status::Ok);
+    QCOMPARE(size, static_cast<std::size_t>(bytes.size()));
+    QCOMPARE(toQString(block.title), QStringLiteral("my \u7a0b Portable"));
+    QCOMPARE(toQString(block.runProgram), QStringLiteral("my \U0001f600.tool.exe"));
+    QCOMPARE(toQString(block.folderName), QStringLiteral("my \u7a0b"));
+    QVERIFY(block.silent);
+}
+
+void TestConfigBlock::acceptsAndRefuses_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("folder");
+    const auto row = [](const char *name, const QByteArray &bytes, const QString &program = {},
+                        const QString &folder = {}) {
+        QTest::newRow(name) << bytes << !program.isEmpty() << program << folder;
+    };
+    const QString app = QStringLiteral("a.exe");
+    const QString folder = QStringLiteral("a");
+    row("a plain block", blockFor("a.exe", "%%T\\a"), app, folder);
+    row("carriage returns", blockFor("a.exe", "%%T\\a").replace("\n", "\r\n"), app, folder);
+    row("an unknown key", blockOf("Foo=\"1\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n"), app,
+        folder);
+    row("a percent sign in the name", blockFor("100%.exe", "%%T\\100%"), QStringLiteral("100%.exe"),
+        QStringLiteral("100%"));
+    row("signs of the block's own syntax in the name", blockFor("a;b=c.exe", "%%T\\a"),
+        QStringLiteral("a;b=c.exe"), folder);
+    row("a folder name that is empty", blockFor("a.exe", "%%T\\"), app, QStringLiteral("app"));
+    row("a folder name that is a device", blockFor("a.exe", "%%T\\nul"), app,
+        QStringLiteral("app"));
+    row("a program that is a device", blockFor("nul.exe", "%%T\\a"));
+    row("a folder name that ends in a blank", blockFor("a.exe", "%%T\\a "), app,
+        QStringLiteral("app"));
+    row("a quote in the program's name", blockFor("a\"b.exe", "%%T\\a"));
+    row("a folder above", blockFor("a.exe", "%%T\\.."));
+    row("a folder elsewhere", blockFor("a.exe", "C:\\Windows"));
+    row("a folder below another", blockFor("a.exe", "%%T\\a\\b"));
+    row("a program in another folder", blockFor("..\\a.exe", "%%T\\a"));
+    row("a program with a drive", blockFor("c:a.exe", "%%T\\a"));
+    row("no program", blockOf("InstallPath=\"%%T\\a\"\n"));
+    row("an empty program", blockFor("", "%%T\\a"));
+    row("no folder", blockOf("RunProgram=\"a.exe\"\n"));
+    row("a key that comes twice", blockOf("RunProgram=\"a.exe\"\nRunProgram=\"b.exe\"\n"
+                                          "InstallPath=\"%%T\\a\"\n"));
+    row("a value without its second quote", blockOf("RunProgram=\"a.exe\nInstallPath=\"%%T\\a\"\n"));
+    row("a line without a value", blockOf("RunProgram\nInstallPath=\"%%T\\a\"\n"));
+    row("text that is not UTF-8", blockFor("a\xff.exe", "%%T\\a"));
+    row("an overlong zero", blockFor("a\xc0\x80.exe", "%%T\\a"));
+    row("no end", blockFor("a.exe", "%%T\\a").chopped(1));
+    row("no beginning", blockFor("a.exe", "%%T\\a").mid(1));
+    row("nothing", QByteArray());
+}
+
+void TestConfigBlock::acceptsAndRefuses()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, accepted);
+    ConfigBlock block;
+    std::size_t size = 0;
+    const Status status
+        = parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()), block, size);
+    QCOMPARE(status, accepted ? Status::Ok : Status::Damaged);
+    if (accepted) {
+        QTEST(toQString(block.runProgram), "program");
+        QTEST(toQString(block.folderName), "folder");
+    }
+}
+
+void TestConfigBlock::stopsAtItsLimit()
+{
+    const auto parse = [](qsizetype padding) {
+        const QByteArray bytes = blockOf("Pad=\"" + QByteArray(padding, 'x')
+                                         + "\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
+        ConfigBlock block;
+        std::size_t size = 0;
+        return parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()), block,
+                                size);
+    };
+    QCOMPARE(parse(static_cast<qsizetype>(maxBlockSize) - 200), Status::Ok);
+    QCOMPARE(parse(static_cast<qsizetype>(maxBlockSize)), Status::Damaged);
+}
+
+void TestConfigBlock::findsTheEndOfTheImage_data()
+{
+    QTest::addColumn<QByteArray>("image");
+    QTest::addColumn<qint64>("end");
+    QByteArray image = smallImage();
+    QTest::newRow("an image alone") << image << qint64(1024);
+    QTest::newRow("an image with data behind it") << image + "more" << qint64(1024);
+    QTest::newRow("a truncated image") << image.left(1023) << qint64(-1);
+    QTest::newRow("half a header") << image.left(70) << qint64(-1);
+    QTest::newRow("nothing") << QByteArray() << qint64(-1);
+    QTest::newRow("no MZ") << "XX" + image.mid(2) << qint64(-1);
+    QByteArray far = image;
+    qToLittleEndian<quint32>(0xfffffff0u, far.data() + 0x3c);
+    QTest::newRow("a header beyond the file") << far << qint64(-1);
+    QByteArray none = image;
+    qToLittleEndian<quint16>(0, none.data() + 64 + 6);
+    QTest::newRow("no sections") << none << qint64(-1);
+    QByteArray many = image;
+    qToLittleEndian<quint16>(0xffff, many.data() + 64 + 6);
+    QTest::newRow("more sections than Windows loads") << many << qint64(-1);
+    QByteArray huge = image;
+    qToLittleEndian<quint32>(0xffffffffu, huge.data() + 64 + 24 + 240 + 16);
+    QTest::newRow("a section that wraps around") << huge << qint64(-1);
+}
+
+void TestConfigBlock::findsTheEndOfTheImage()
+{
+    QFETCH(QByteArray, image);
+    QFETCH(qint64, end);
+    Bytes source(image);
+    std::uint64_t found = 0;
+    const Status status = findImageEnd(source, found);
+    QCOMPARE(status, end < 0 ? Status::Damaged : Status::Ok);
+    if (end >= 0) {
+        QCOMPARE(found, static_cast<std::uint64_t>(end));
+    }
+}
+
+void TestConfigBlock::readsBehindTheImage()
+{
+    const QByteArray bytes = blockFor("a.exe", "%%T\\a");
+    Bytes source(smallImage() + bytes + "7z");
+    ConfigBlock block;
+    std::uint64_t offset = 0;
+    QCOMPARE(readConfigBlock(source, block, offset), Status::Ok);
+    QCOMPARE(offset, static_cast<std::uint64_t>(1024 + bytes.size()));
+    Bytes bare(smallImage());
+    QCOMPARE(readConfigBlock(bare, block, offset), Status::Damaged);
+}
+
+void TestConfigBlock::keepsArgumentsVerbatim_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("tail");
+    QTest::newRow("no arguments") << "a.exe" << "";
+    QTest::newRow("one argument") << "a.exe b" << " b";
+    QTest::newRow("a quoted program") << "\"c:\\x y\\a.exe\"  b \"c d\"" << "  b \"c d\"";
+    QTest::newRow("quotes within the program") << "c:\\\"x y\"\\a.exe b\\\"" << " b\\\"";
+    QTest::newRow("a backslash before the quote") << "\"c:\\x\\\" b" << " b";
+    QTest::newRow("a tab") << "a.exe\tb" << "\tb";
+    QTest::newRow("an open quote") << "\"a.exe b" << "";
+    QTest::newRow("nothing") << "" << "";
+}
+
+void TestConfigBlock::keepsArgumentsVerbatim()
+{
+    QFETCH(QString, line);
+    const auto *tail = argumentTail(reinterpret_cast<const char16_t *>(line.utf16()));
+    QTEST(QString::fromUtf16(tail), "tail");
+}
+
+QTEST_APPLESS_MAIN(TestConfigBlock)
+#include "tst_configblock.moc"
