@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/pe/file.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <windows.h>
+
+namespace pe {
+
+namespace {
+
+// Virus scanners look into a program that has just been written, and close it again soon.
+constexpr int openAttempts = 30;
+constexpr DWORD pauseBetweenAttempts = 100; // milliseconds
+
+Error systemError(ErrorKind kind, const char *what)
+{
+    const DWORD code = GetLastError();
+    wchar_t text[256];
+    const DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS
+                           | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                       nullptr, code, 0, text, static_cast<DWORD>(std::size(text)), nullptr);
+    char narrow[1024];
+    const int count = WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(length), narrow,
+                                          static_cast<int>(sizeof narrow), nullptr, nullptr);
+    std::string system(narrow, static_cast<std::size_t>(std::max(count, 0)));
+    while (!system.empty() && (system.back() == ' ' || system.back() == '.')) {
+        system.pop_back();
+    }
+    return {kind, what, system.empty() ? "error " + std::to_string(code) : system};
+}
+
+HANDLE handleOf(std::intptr_t handle)
+{
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+OVERLAPPED positionOf(std::uint64_t offset)
+{
+    OVERLAPPED position = {};
+    position.Offset = static_cast<DWORD>(offset & 0xffffffffU);
+    position.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    return position;
+}
+
+DWORD step(std::size_t size)
+{
+    return static_cast<DWORD>(std::min<std::size_t>(size, 1U << 24));
+}
+
+} // namespace
+
+Result<File> File::open(const std::filesystem::path &path, Access access)
+{
+    const bool edit = access == Access::Edit;
+    File file;
+    for (int attempt = 0; attempt < openAttempts; ++attempt) {
+        // No other writer while we have it open.
+        const HANDLE handle =
+            CreateFileW(path.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U), FILE_SHARE_READ,
+                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        file.m_handle = reinterpret_cast<std::intptr_t>(handle);
+        if (file.m_handle != noHandle || GetLastError() != ERROR_SHARING_VIOLATION) {
+            break;
+        }
+        Sleep(pauseBetweenAttempts);
+        SetLastError(ERROR_SHARING_VIOLATION);
+    }
+    LARGE_INTEGER size = {};
+    if (file.m_handle == noHandle || GetFileSizeEx(handleOf(file.m_handle), &size) == 0) {
+        return systemError(ErrorKind::CannotRead,
+                           edit ? "cannot be opened for editing" : "cannot be opened");
+    }
+    file.m_size = static_cast<std::uint64_t>(size.QuadPart);
+    return file;
+}
+
+void File::close()
+{
+    if (m_handle != noHandle) {
+        CloseHandle(handleOf(std::exchange(m_handle, noHandle)));
+    }
+}
+
+Result<Done> File::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const
+{
+    while (!buffer.empty()) {
+        OVERLAPPED position = positionOf(offset);
+        DWORD got = 0;
+        if (ReadFile(handleOf(m_handle), buffer.data(), step(buffer.size()), &got, &position) == 0
+            && GetLastError() != ERROR_HANDLE_EOF) {
+            return systemError(ErrorKind::CannotRead, "cannot be read");
+        }
+        if (got == 0) {
+            return Error{ErrorKind::Damaged, "the file ends too early"};
+        }
+        buffer = buffer.subspan(got);
+        offset += got;
+    }
+    return Done{};
+}
+
+Result<Done> File::writeAt(std::uint64_t offset, ByteView bytes)
+{
+    while (!bytes.empty()) {
+        OVERLAPPED position = positionOf(offset);
+        DWORD put = 0;
+        if (WriteFile(handleOf(m_handle), bytes.data(), step(bytes.size()), &put, &position) == 0
+            || put == 0) {
+            return systemError(ErrorKind::CannotWrite, "cannot be written");
+        }
+        bytes = bytes.subspan(put);
+        offset += put;
+    }
+    return Done{};
+}
+
+// Sparse files are rare on Windows; all bytes are taken to be data.
+FileRange File::nextData(std::uint64_t from) const
+{
+    return {std::min(from, m_size), m_size};
+}
+
+} // namespace pe

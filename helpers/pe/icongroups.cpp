@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/pe/icongroups.h"
+
+#include <algorithm>
+#include <set>
+
+namespace pe {
+
+namespace {
+
+using IdSet = std::set<std::uint32_t>;
+
+constexpr std::uint32_t maxGroupSize = 6 + 14 * 65535;
+
+ResourceKey idKey(std::uint32_t id)
+{
+    return {std::nullopt, id};
+}
+
+ResourceEntry directoryEntry(ResourceKey key)
+{
+    ResourceEntry entry;
+    entry.key = std::move(key);
+    entry.directory = std::make_unique<ResourceDirectory>();
+    entry.directory->header.assign(12, 0);
+    return entry;
+}
+
+void insertEntry(ResourceDirectory &directory, ResourceEntry entry)
+{
+    directory.entries.push_back(std::move(entry));
+    std::stable_sort(directory.entries.begin(), directory.entries.end(),
+                     [](const ResourceEntry &left, const ResourceEntry &right) {
+                         return sortsBefore(left.key, right.key);
+                     });
+    directory.changed = true;
+}
+
+void removeEntry(ResourceDirectory &directory, const ResourceKey &key)
+{
+    const auto removed = std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
+        return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);
+    });
+    directory.changed = directory.changed || removed > 0;
+}
+
+ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key)
+{
+    ResourceEntry *entry = findEntry(parent, key);
+    if (entry == nullptr || !entry->directory) {
+        removeEntry(parent, key);
+        insertEntry(parent, directoryEntry(key));
+        entry = findEntry(parent, key);
+    }
+    return *entry->directory;
+}
+
+// A group that cannot be read, as in some packed programs, refers to nothing that we could know of.
+void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeaders &headers, IdSet &ids)
+{
+    if (entry.directory) {
+        for (const ResourceEntry &child : entry.directory->entries) {
+            collectImageIds(child, file, headers, ids);
+        }
+        return;
+    }
+    if (entry.data.newContent) {
+        return;
+    }
+    const auto group = readResource(file, headers, entry.data, maxGroupSize);
+    if (!group.hasError()) {
+        const auto found = imageIdsOfGroup(group.value());
+        ids.insert(found.begin(), found.end());
+    }
+}
+
+void removeImages(ResourceTree &tree, const IdSet &ids)
+{
+    ResourceEntry *images = findEntry(tree.root, idKey(iconType));
+    if (images == nullptr || !images->directory) {
+        return;
+    }
+    ResourceDirectory &directory = *images->directory;
+    const auto removed = std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
+        return !entry.key.name && ids.contains(entry.key.id);
+    });
+    directory.changed = directory.changed || removed > 0;
+    if (directory.entries.empty()) {
+        removeEntry(tree.root, idKey(iconType));
+    }
+}
+
+Result<std::vector<std::uint16_t>> freeImageIds(const ResourceTree &tree, IdSet taken,
+                                                std::size_t count)
+{
+    if (const auto *images = findEntry(tree.root, idKey(iconType)); images && images->directory) {
+        for (const ResourceEntry &entry : images->directory->entries) {
+            taken.insert(entry.key.id);
+        }
+    }
+    std::vector<std::uint16_t> free;
+    for (std::uint32_t id = 1; id <= 0xffff && free.size() < count; ++id) {
+        if (!taken.contains(id)) {
+            free.push_back(static_cast<std::uint16_t>(id));
+        }
+    }
+    if (free.size() < count) {
+        return Error{ErrorKind::NoRoom, "there are no free icon numbers"};
+    }
+    return free;
+}
+
+void addNeutral(ResourceDirectory &type, const ResourceKey &key, Bytes content)
+{
+    ResourceEntry language;
+    language.key = idKey(0);
+    language.data.size = static_cast<std::uint32_t>(content.size());
+    language.data.newContent = std::move(content);
+    ResourceEntry named = directoryEntry(key);
+    insertEntry(*named.directory, std::move(language));
+    insertEntry(type, std::move(named));
+}
+
+} // namespace
+
+bool removeIconGroups(ResourceTree &tree, const File &file, const PeHeaders &headers)
+{
+    const ResourceEntry *groups = findEntry(tree.root, idKey(groupIconType));
+    if (groups == nullptr) {
+        return false;
+    }
+    IdSet ids;
+    collectImageIds(*groups, file, headers, ids);
+    removeEntry(tree.root, idKey(groupIconType));
+    removeImages(tree, ids);
+    return true;
+}
+
+Result<Done> setIconGroup(ResourceTree &tree, const File &file, const PeHeaders &headers,
+                          const ResourceKey &key, const std::vector<IconImage> &images)
+{
+    ResourceDirectory &groups = directoryOf(tree.root, idKey(groupIconType));
+    IdSet replaced;
+    if (const ResourceEntry *old = findEntry(groups, key)) {
+        collectImageIds(*old, file, headers, replaced);
+        removeEntry(groups, key);
+    }
+    IdSet surviving;
+    for (const ResourceEntry &group : groups.entries) {
+        collectImageIds(group, file, headers, surviving);
+    }
+    std::erase_if(replaced, [&](std::uint32_t id) { return surviving.contains(id); });
+    removeImages(tree, replaced);
+
+    const auto ids = freeImageIds(tree, std::move(surviving), images.size());
+    if (ids.hasError()) {
+        return ids.error();
+    }
+    Bytes group = iconGroupOf(images, ids.value());
+    // Looked up again: the root's entries moved when the image type went.
+    addNeutral(directoryOf(tree.root, idKey(groupIconType)), key, std::move(group));
+    for (std::size_t i = 0; i < images.size(); ++i) {
+        const ByteView data = images[i].data;
+        addNeutral(directoryOf(tree.root, idKey(iconType)), idKey(ids.value()[i]),
+                   Bytes(data.begin(), data.end()));
+    }
+    return Done{};
+}
+
+} // namespace pe

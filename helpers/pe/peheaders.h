@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/pe/bytes.h"
+#include "helpers/pe/file.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pe {
+
+// One row of the section table. The numbers are the file's and need not make sense.
+struct Section
+{
+    std::string name; // as stored, without the padding
+    std::uint32_t virtualSize = 0;
+    std::uint32_t virtualAddress = 0;
+    std::uint32_t rawSize = 0;
+    std::uint32_t rawPointer = 0;
+    std::uint32_t characteristics = 0;
+
+    bool hasRawData() const { return rawSize != 0 && rawPointer != 0; }
+    std::uint64_t rawEnd() const { return std::uint64_t{rawPointer} + rawSize; }
+    // Bytes of address space: linkers of old leave VirtualSize 0.
+    std::uint32_t extent() const { return virtualSize != 0 ? virtualSize : rawSize; }
+    std::uint64_t virtualEnd() const { return std::uint64_t{virtualAddress} + extent(); }
+    bool holdsRva(std::uint32_t rva) const
+    {
+        return rva >= virtualAddress && rva < virtualEnd();
+    }
+};
+
+// The numbers of the data directories that matter here (PE format, "Optional Header Data Directories").
+enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6 };
+
+struct DataDirectory
+{
+    std::uint32_t address = 0; // an RVA; of the security directory alone a file offset
+    std::uint32_t size = 0;
+};
+
+// The headers of a PE32 or PE32+ file, from the first byte to the end of the section table and the
+// room for one more row behind it. Changes stay in memory; bytes() is what is to be written.
+// Layout: Microsoft's "PE Format" document.
+class PeHeaders
+{
+public:
+    static Result<PeHeaders> read(const File &file);
+
+    // Whether the section table fits the file well enough to move things by it.
+    Result<Done> checkForEditing(std::uint64_t fileSize) const;
+
+    std::uint32_t fileAlignment() const { return optional32(36); }
+    std::uint32_t sectionAlignment() const { return optional32(32); }
+    std::uint32_t entryPoint() const { return optional32(16); }
+    std::uint32_t sizeOfHeaders() const { return optional32(60); }
+    std::uint32_t checkSum() const { return optional32(64); }
+    std::uint64_t checkSumOffset() const { return m_optional + 64; }
+    void setCheckSum(std::uint32_t value) { setOptional32(64, value); }
+
+    const std::vector<Section> &sections() const { return m_sections; }
+    std::size_t directoryCount() const { return m_directoryCount; }
+    DataDirectory directory(std::size_t index) const; // {0, 0} beyond directoryCount()
+    DataDirectory directory(Directory which) const;
+    void setDirectory(Directory which, DataDirectory value); // index below directoryCount()
+
+    // Where in the file an RVA's bytes lie, if the file holds them.
+    std::optional<std::uint64_t> offsetOf(std::uint32_t rva) const;
+    // The section that an RVA falls into.
+    std::optional<std::size_t> sectionOf(std::uint32_t rva) const;
+    // Where the image ends and data appended to it begin.
+    std::uint64_t imageEnd() const;
+
+    // Takes over a row's numbers; SizeOfImage and SizeOfInitializedData follow.
+    void setSection(std::size_t index, const Section &section);
+    bool hasRoomForSection() const;
+    void appendSection(const Section &section); // needs hasRoomForSection()
+    // Adjusts every file offset in the headers to `length` bytes put in at `at`.
+    void shiftFileOffsets(std::uint64_t at, std::uint64_t length);
+
+    const Bytes &bytes() const { return m_bytes; }
+
+private:
+    std::uint32_t optional32(std::size_t offset) const { return read32(m_bytes, m_optional + offset); }
+    void setOptional32(std::size_t offset, std::uint32_t value)
+    {
+        write32(m_bytes, m_optional + offset, value);
+    }
+    Result<Done> readOptionalHeader(std::size_t size);
+    void readSections(std::size_t count);
+    void storeSection(std::size_t index);
+    void updateSizeOfImage();
+    std::size_t rowOffset(std::size_t index) const { return m_table + 40 * index; }
+
+    Bytes m_bytes;
+    std::size_t m_coff = 0; // offset of the COFF file header
+    std::size_t m_optional = 0; // offset of the optional header
+    std::size_t m_directories = 0; // offset of the first data directory
+    std::size_t m_directoryCount = 0;
+    std::size_t m_table = 0; // offset of the section table
+    std::vector<Section> m_sections;
+};
+
+} // namespace pe

@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/pe/replacement.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace pe {
+
+namespace {
+
+constexpr std::uint64_t blockSize = 4096;
+
+Error systemError(const char *what)
+{
+    return {ErrorKind::CannotWrite, what, std::strerror(errno)};
+}
+
+int descriptor(std::intptr_t handle)
+{
+    return static_cast<int>(handle);
+}
+
+std::string temporaryName()
+{
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) != sizeof number) {
+        number = static_cast<std::uint64_t>(getpid());
+    }
+    char name[40];
+    std::snprintf(name, sizeof name, ".kestrelpack-%016llx.tmp",
+                  static_cast<unsigned long long>(number));
+    return name;
+}
+
+// Names the target by exchange where that works. A plain rename over an existing file makes ext4
+// start writing the whole new file to the disk, which takes longer than all the rest.
+bool takeName(const std::filesystem::path &temporary, const std::filesystem::path &target)
+{
+    if (renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) {
+        unlink(temporary.c_str());
+        return true;
+    }
+    return rename(temporary.c_str(), target.c_str()) == 0;
+}
+
+Result<Done> copyBuffered(const File &source, std::uint64_t from, File &sink, std::uint64_t to,
+                          std::uint64_t length)
+{
+    Bytes buffer(std::min<std::uint64_t>(length, 1U << 20));
+    while (length > 0) {
+        const auto part = std::span(buffer).first(std::min<std::uint64_t>(length, buffer.size()));
+        if (auto read = source.readAt(from, part); read.hasError()) {
+            return read;
+        }
+        if (auto written = sink.writeAt(to, part); written.hasError()) {
+            return written;
+        }
+        from += part.size();
+        to += part.size();
+        length -= part.size();
+    }
+    return Done{};
+}
+
+// Copies inside the kernel. A return short of `length` without an error means that the
+// file systems cannot do it.
+Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std::uint64_t to,
+                                   std::uint64_t length)
+{
+    std::uint64_t copied = 0;
+    while (copied < length) {
+        auto in = static_cast<off64_t>(from + copied);
+        auto out = static_cast<off64_t>(to + copied);
+        // File systems that share blocks only do so for whole ones: bring a ragged start to
+        // a boundary first.
+        const std::uint64_t ragged = (blockSize - (from + copied) % blockSize) % blockSize;
+        const std::uint64_t left = length - copied;
+        const auto step = ragged != 0 ? std::min(ragged, left)
+                                      : std::min<std::uint64_t>(left, std::uint64_t{1} << 30);
+        const ssize_t got = copy_file_range(source, &in, sink, &out, step, 0);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0 && (errno == ENOSPC || errno == EFBIG || errno == EIO || errno == EDQUOT)) {
+            return systemError("the new file cannot be written");
+        }
+        if (got <= 0) {
+            break;
+        }
+        copied += static_cast<std::uint64_t>(got);
+    }
+    return copied;
+}
+
+} // namespace
+
+Replacement::Replacement(Replacement &&other) noexcept
+    : m_file(std::move(other.m_file)),
+      m_target(std::move(other.m_target)),
+      m_temporary(std::exchange(other.m_temporary, {}))
+{
+}
+
+Result<Replacement> Replacement::beside(const std::filesystem::path &target)
+{
+    std::error_code ignored;
+    Replacement made;
+    made.m_target = std::filesystem::weakly_canonical(target, ignored);
+    if (ignored || made.m_target.empty()) {
+        made.m_target = target;
+    }
+    auto directory = made.m_target.parent_path();
+    if (directory.empty()) {
+        directory = ".";
+    }
+    // A file without a name vanishes with its process, however that ends.
+    int fd = ::open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (fd < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)) {
+        made.m_temporary = directory / temporaryName();
+        fd = ::open(made.m_temporary.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+        if (fd < 0) {
+            made.m_temporary.clear();
+        }
+    }
+    if (fd < 0) {
+        return systemError("no new file can be made beside it");
+    }
+    made.m_file.m_handle = fd;
+    return made;
+}
+
+Replacement::~Replacement()
+{
+    if (!m_temporary.empty()) {
+        unlink(m_temporary.c_str());
+    }
+}
+
+Result<Done> Replacement::resize(std::uint64_t size)
+{
+    if (ftruncate(descriptor(m_file.m_handle), static_cast<off_t>(size)) != 0) {
+        return systemError("the new file cannot be made large enough");
+    }
+    m_file.m_size = size;
+    return Done{};
+}
+
+Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
+{
+    FileRange data = source.nextData(range.begin);
+    while (data.begin < range.end && data.begin < data.end) {
+        const std::uint64_t end = std::min(data.end, range.end);
+        const std::uint64_t target = to + (data.begin - range.begin);
+        const auto copied = copyInKernel(descriptor(source.m_handle), data.begin,
+                                         descriptor(m_file.m_handle), target, end - data.begin);
+        if (copied.hasError()) {
+            return copied.error();
+        }
+        auto rest = copyBuffered(source, data.begin + copied.value(), m_file,
+                                 target + copied.value(), end - data.begin - copied.value());
+        if (rest.hasError()) {
+            return rest;
+        }
+        data = source.nextData(end);
+    }
+    return Done{};
+}
+
+Result<Done> Replacement::commit(File original)
+{
+    const int fd = descriptor(m_file.m_handle);
+    struct stat status = {};
+    if (fstat(descriptor(original.m_handle), &status) != 0
+        || (fchown(fd, status.st_uid, status.st_gid) != 0 && errno != EPERM)
+        || fchmod(fd, status.st_mode & 07777) != 0) {
+        return systemError("the permissions cannot be kept");
+    }
+    if (m_temporary.empty()) {
+        const auto name = m_target.parent_path() / temporaryName();
+        const std::string self = "/proc/self/fd/" + std::to_string(fd);
+        if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+            return systemError("the new file cannot be named");
+        }
+        m_temporary = name;
+    }
+    if (!takeName(m_temporary, m_target)) {
+        return systemError("the new file cannot take its place");
+    }
+    m_temporary.clear();
+    return Done{};
+}
+
+} // namespace pe
