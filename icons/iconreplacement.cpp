@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "icons/iconreplacement.h"
+
+#include "icons/bundledtool.h"
+#include "icons/platform/helperprocess.h"
+#include "icons/platform/platform.h"
+#include "icons/resourceeditorcommand.h"
+#include "icons/workertext.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+
+#include <algorithm>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int deleteRunLimitMs = 3000;
+constexpr int addRunLimitMs = 5000;
+
+bool makeBackup(const QString &executable, const QString &backup)
+{
+    if (QFile::exists(backup)) {
+        QFile::remove(backup);
+    }
+    return QFile::copy(executable, backup);
+}
+
+bool writeTemporaryIcon(const QString &path, const QByteArray &icon)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    file.write(icon);
+    return true;
+}
+
+// One process object serves both runs: a delete run that is still going when its time is up keeps the
+// add run from starting, and the second wait is then for the first run's end. How the editor ended is
+// not looked at.
+bool runResourceEditor(const QString &editor, const QString &executable, const QString &icon,
+                       const LogSink &log)
+{
+    HelperProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.startHelper(editor, deleteIconsArguments(executable));
+    if (!process.waitForFinished(deleteRunLimitMs)) {
+        log(WorkerText::tr("警告：ResourceHacker删除旧图标失败，可能原本没有图标"));
+    }
+    process.startHelper(editor, addIconArguments(executable, icon));
+    if (!process.waitForFinished(addRunLimitMs)) {
+        log(WorkerText::tr("错误：ResourceHacker添加新图标失败"));
+        return false;
+    }
+    return true;
+}
+
+// Each string goes out whole as the name of a program, switches and all, without a command
+// interpreter in front of it.
+void refreshIconCache()
+{
+    platform().startDetached(QStringLiteral("ie4uinit.exe -ClearIconCache"));
+    platform().pause(500ms);
+    platform().startDetached(QStringLiteral("ie4uinit.exe -show"));
+    platform().pause(500ms);
+    platform().startDetached(QStringLiteral("taskkill /F /IM explorer.exe & start explorer.exe"));
+    platform().pause(1000ms);
+    platform().notifyAssociationsChanged();
+}
+
+// An alpha channel that leaves every pixel opaque counts as none.
+bool isTranslucent(const QImage &image)
+{
+    if (!image.hasAlphaChannel()) {
+        return false;
+    }
+    const QImage pixels = image.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < pixels.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
+        if (std::any_of(line, line + pixels.width(), [](QRgb p) { return qAlpha(p) != 255; })) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void logVisibleIcon(const QString &executable, const LogSink &log)
+{
+    const QImage image(executable);
+    if (image.isNull()) {
+        log(WorkerText::tr("警告：无法从EXE加载图标，可能需要重启资源管理器"));
+        return;
+    }
+    log(WorkerText::tr("最终EXE图标尺寸: %1x%2").arg(image.width()).arg(image.height()));
+    log(isTranslucent(image) ? WorkerText::tr("图标包含透明通道") : WorkerText::tr("警告：图标不包含透明通道"));
+}
+
+} // namespace
+
+bool replaceIconOfExecutable(const QString &executable, const QByteArray &icon, const LogSink &log)
+{
+    const QString backup = executable + ".bak";
+    const QString editor = QDir::tempPath() + "/ResourceHacker.exe";
+    const QString temporaryIcon = QDir::tempPath() + "/temp_icon.ico";
+
+    if (!makeBackup(executable, backup)) {
+        log(WorkerText::tr("错误：无法创建备份文件"));
+        return false;
+    }
+    if (!provideBundledTool(QStringLiteral(":/resources/ResourceHacker.exe"), editor)) {
+        log(WorkerText::tr("错误：无法复制ResourceHacker到临时目录"));
+        return false;
+    }
+    if (!writeTemporaryIcon(temporaryIcon, icon)) {
+        log(WorkerText::tr("错误：无法创建临时图标文件"));
+        return false;
+    }
+
+    const bool added = runResourceEditor(editor, executable, temporaryIcon, log);
+    if (added) {
+        refreshIconCache();
+    }
+    QFile::remove(temporaryIcon);
+    QFile::remove(backup);
+    if (!added) {
+        return false;
+    }
+    logVisibleIcon(executable, log);
+    log(WorkerText::tr("图标替换完成，已强制更新图标缓存"));
+    return true;
+}

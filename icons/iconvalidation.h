@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "icons/logsink.h"
+
+#include <QByteArray>
+
+// Whether `data` is a Windows icon file (ICO: reserved word 0, type word 1) that Qt's ICO reader can
+// decode. Logs exactly one line: the size of the image that the reader gives first, or the reason.
+bool isUsableIcon(const QByteArray &data, const LogSink &log);

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+struct PackagingJob;
+
+// Runs packaging jobs, one after another, on the thread that it lives on; it has no state of its own.
+// Results come only through its signals, in the order of events.
+class Worker : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+signals:
+    // A percentage, 0 to 100. It rises twice: with the archiver, then from 50 while the output is
+    // written.
+    void progressChanged(int value);
+
+    // One line (or block) of the job log. Failures begin with "错误：", warnings with "警告：".
+    void logMessage(QString message);
+
+    // The last signal of every run; `success` means that the executable is there.
+    void finished(bool success);
+
+public slots:
+    // Packs `folderPath` into one executable in `outputDir` that unpacks itself and runs
+    // `mainExeName`. The parameters are those of PackagingJob. Blocks the thread for the whole job;
+    // there is no cancellation.
+    void createPortableApp(const QString &folderPath, const QString &archivePath,
+                           const QString &outputDir, const QString &mainExeName,
+                           const QString &iconPath, const QString &compressionLevel,
+                           const QString &compressionMethod, const QString &dictionarySize);
+
+public:
+    // The icon functions of the run; each logs through logMessage().
+    bool validateIconData(const QByteArray &data);
+    QByteArray extractIconFromExe(const QString &executable);
+    bool replaceExeIcon(const QString &executable, const QByteArray &icon);
+
+private:
+    bool runJob(const PackagingJob &job);
+    bool checkInputs(const PackagingJob &job);
+    QByteArray chooseIcon(const PackagingJob &job);
+    QByteArray userIcon(const QString &iconPath);
+    void installIcon(const QString &executable, const QByteArray &icon);
+    bool reportOutput(const QString &executable);
+};
