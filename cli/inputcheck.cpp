@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/inputcheck.h"
+
+#include "packaging/compressionoptions.h"
+#include "packaging/outputname.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <optional>
+
+namespace {
+
+QStringList programsIn(const QDir &folder)
+{
+    QStringList programs = folder.entryList(QDir::Files | QDir::Hidden);
+    programs.removeIf([](const QString &name) { return !name.endsWith(".exe", Qt::CaseInsensitive); });
+    return programs;
+}
+
+// The path without links and dots; where its last parts do not exist yet, from its nearest existing
+// parent on.
+QString resolvedPath(const QString &path)
+{
+    const QFileInfo info(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    const QString canonical = info.canonicalFilePath();
+    if (!canonical.isEmpty() || info.isRoot()) {
+        return canonical;
+    }
+    return QDir(resolvedPath(info.absolutePath())).filePath(info.fileName());
+}
+
+bool isSameOrInside(const QString &path, const QString &folder)
+{
+    const QString inner = resolvedPath(path);
+    const QString outer = resolvedPath(folder);
+    return inner == outer || inner.startsWith(outer.endsWith('/') ? outer : outer + '/');
+}
+
+std::optional<Refusal> checkFolder(const QString &folder)
+{
+    const QFileInfo info(folder);
+    if (!info.exists()) {
+        return Refusal{QStringLiteral("the folder %1 does not exist").arg(folder)};
+    }
+    if (!info.isDir()) {
+        return Refusal{QStringLiteral("%1 is not a folder").arg(folder)};
+    }
+    if (!info.isReadable() || !info.isExecutable()) {
+        return Refusal{QStringLiteral("the folder %1 cannot be read").arg(folder)};
+    }
+    if (isSameOrInside(QDir::tempPath(), folder)) {
+        return Refusal{QStringLiteral("the temporary directory %1 lies in the folder to pack")
+                           .arg(QDir::tempPath())};
+    }
+    return std::nullopt;
+}
+
+// Finds the main program's file name when none was named.
+std::variant<QString, Refusal> onlyProgram(const QString &folder)
+{
+    const QStringList programs = programsIn(QDir(folder));
+    if (programs.isEmpty()) {
+        return Refusal{QStringLiteral("the folder %1 holds no .exe").arg(folder)};
+    }
+    if (programs.size() > 1) {
+        return Refusal{QStringLiteral("the folder %1 holds several programs; name one with --main: %2")
+                           .arg(folder, programs.join(", "))};
+    }
+    return programs.constFirst();
+}
+
+// Takes a bare name, or a path that leads to a file right in the folder.
+std::variant<QString, Refusal> namedProgram(const QString &folder, const QString &name)
+{
+    const QString fileName = QFileInfo(name).fileName();
+    if (name.contains('/') || name.contains('\\')) {
+        const bool isInFolder = QFileInfo::exists(name)
+            && resolvedPath(QFileInfo(name).absolutePath()) == resolvedPath(folder);
+        if (!isInFolder) {
+            return Refusal{
+                QStringLiteral("the main program %1 is not a file right in the folder %2")
+                    .arg(name, folder)};
+        }
+    }
+    const QFileInfo program(QDir(folder).filePath(fileName));
+    if (!program.isFile()) {
+        return Refusal{QStringLiteral("the folder %1 holds no file %2").arg(folder, fileName)};
+    }
+    if (!fileName.endsWith(".exe", Qt::CaseInsensitive)) {
+        return Refusal{QStringLiteral("the main program %1 is no .exe").arg(fileName)};
+    }
+    return fileName;
+}
+
+std::optional<Refusal> checkIcon(const QString &icon)
+{
+    const QFileInfo info(icon);
+    if (icon.isEmpty() || (info.isFile() && info.isReadable())) {
+        return std::nullopt;
+    }
+    return Refusal{(info.exists() ? QStringLiteral("the icon file %1 cannot be read")
+                                  : QStringLiteral("the icon file %1 does not exist"))
+                       .arg(icon)};
+}
+
+std::optional<Refusal> checkOutput(const QString &outputDir, const QString &folder,
+                                   const QString &mainProgram)
+{
+    if (isSameOrInside(outputDir, folder)) {
+        return Refusal{
+            QStringLiteral("the output directory %1 lies in the folder to pack").arg(outputDir)};
+    }
+    if (!QDir().mkpath(outputDir)) {
+        return Refusal{QStringLiteral("the output directory %1 cannot be made").arg(outputDir)};
+    }
+    // The only sure way to know whether a file can be made is to make one.
+    QTemporaryFile probe(QDir(outputDir).filePath(".kestrelpack-XXXXXX"));
+    if (!probe.open()) {
+        return Refusal{QStringLiteral("the output directory %1 cannot be written: %2")
+                           .arg(outputDir, probe.errorString())};
+    }
+    const QFileInfo output(outputPath(outputDir, mainProgram));
+    if (output.isDir() || (output.exists() && !output.isWritable())) {
+        return Refusal{QStringLiteral("the output file %1 cannot be replaced").arg(output.filePath())};
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line)
+{
+    if (const auto refusal = checkFolder(line.folder)) {
+        return *refusal;
+    }
+    const auto program = line.mainProgram.isEmpty() ? onlyProgram(line.folder)
+                                                    : namedProgram(line.folder, line.mainProgram);
+    if (const auto *refusal = std::get_if<Refusal>(&program)) {
+        return *refusal;
+    }
+    const QString mainProgram = std::get<QString>(program);
+    if (const auto refusal = checkIcon(line.iconPath)) {
+        return *refusal;
+    }
+    if (const auto refusal = checkOutput(line.outputDir, line.folder, mainProgram)) {
+        return *refusal;
+    }
+
+    PackagingJob job;
+    job.folderPath = resolvedPath(line.folder);
+    job.outputDir = resolvedPath(line.outputDir);
+    job.mainExeName = mainProgram;
+    job.iconPath = line.iconPath.isEmpty() ? QString() : QFileInfo(line.iconPath).absoluteFilePath();
+    job.compressionLevel = compressionLevelText(line.levelIndex);
+    job.compressionMethod = compressionMethodText(line.methodIndex);
+    job.dictionarySize = dictionarySizeText(-1);
+    return job;
+}

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/interrupt.h"
+
+#include <atomic>
+
+#include <windows.h>
+
+namespace {
+
+std::atomic<InterruptWatcher *> currentWatcher = nullptr;
+
+// Runs on a thread of the system's own. Windows ends the program when the handler of a closing console
+// returns, so that one waits for the end that the main thread brings about.
+BOOL WINAPI passEventOn(DWORD event)
+{
+    InterruptWatcher *const watcher = currentWatcher;
+    if (!watcher) {
+        return FALSE;
+    }
+    QMetaObject::invokeMethod(
+        watcher, [watcher, event] { emit watcher->interrupted(static_cast<int>(event)); },
+        Qt::QueuedConnection);
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        Sleep(INFINITE);
+    }
+    return TRUE;
+}
+
+} // namespace
+
+InterruptWatcher::InterruptWatcher(QObject *parent)
+    : QObject(parent)
+{
+    currentWatcher = this;
+    SetConsoleCtrlHandler(passEventOn, TRUE);
+}
+
+InterruptWatcher::~InterruptWatcher()
+{
+    SetConsoleCtrlHandler(passEventOn, FALSE);
+    currentWatcher = nullptr;
+}
+
+void endAsInterrupted(int)
+{
+    ExitProcess(STATUS_CONTROL_C_EXIT);
+}
+
+void killProcess(qint64 id)
+{
+    if (id <= 0) {
+        return;
+    }
+    if (const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(id))) {
+        TerminateProcess(process, STATUS_CONTROL_C_EXIT);
+        CloseHandle(process);
+    }
+}

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/stoppableplatform.h"
+
+#include "cli/interrupt.h"
+#include "cli/jobgate.h"
+
+#include <QProcess>
+
+StoppablePlatform::StoppablePlatform(JobGate &gate)
+    : m_gate(gate)
+{
+}
+
+void StoppablePlatform::killHelper()
+{
+    killProcess(m_helperId);
+}
+
+void StoppablePlatform::prepareStart(QProcess &process)
+{
+    m_native->prepareStart(process);
+    // The same object may be started several times, but is to be followed once.
+    QObject::disconnect(&process, &QProcess::stateChanged, nullptr, nullptr);
+    QObject::connect(&process, &QProcess::stateChanged, &process, [this, &process] {
+        m_helperId = process.state() == QProcess::Running ? process.processId() : 0;
+    });
+}
+
+void StoppablePlatform::pause(std::chrono::milliseconds duration)
+{
+    m_gate.passAfter(duration);
+}
+
+ExtractedIcon StoppablePlatform::extractIcon(const QString &executable)
+{
+    return m_native->extractIcon(executable);
+}
+
+QString StoppablePlatform::refusalToUse(const QString &path)
+{
+    return m_native->refusalToUse(path);
+}
+
+void StoppablePlatform::startDetached(const QString &program)
+{
+    m_native->startDetached(program);
+}
+
+void StoppablePlatform::notifyAssociationsChanged()
+{
+    m_native->notifyAssociationsChanged();
+}
+
+QString StoppablePlatform::nativePath(const QString &path)
+{
+    return m_native->nativePath(path);
+}
