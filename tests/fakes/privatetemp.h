@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+// Makes a new, empty folder the system's temporary directory while it lives, and puts fake helper
+// programs there.
+class PrivateTemp
+{
+public:
+    PrivateTemp()
+        : m_previous(qgetenv(variable))
+    {
+        qputenv(variable, m_directory.path().toUtf8());
+    }
+
+    ~PrivateTemp()
+    {
+        qputenv(variable, m_previous);
+        qunsetenv("FAKE_7ZR");
+        qunsetenv("FAKE_RESOURCEHACKER");
+    }
+
+    QString path() const { return m_directory.path(); }
+    QString filePath(const QString &name) const { return m_directory.filePath(name); }
+
+    // The fake archiver or resource editor, doing `script` (see faketool.cpp).
+    void plantArchiver(const QByteArray &script) { plant("7zr.exe", "FAKE_7ZR", script); }
+    void plantEditor(const QByteArray &script)
+    {
+        plant("ResourceHacker.exe", "FAKE_RESOURCEHACKER", script);
+    }
+
+    // A small self-extractor module.
+    void plantModule(const QByteArray &content)
+    {
+        QFile file(filePath("7zS2.sfx"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+            qFatal("the module could not be planted");
+        }
+    }
+
+    QStringList names() const
+    {
+        return QDir(path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                                      QDir::Name);
+    }
+
+private:
+#ifdef Q_OS_WIN
+    static constexpr const char *variable = "TMP";
+#else
+    static constexpr const char *variable = "TMPDIR";
+#endif
+
+    void plant(const QString &name, const char *scriptVariable, const QByteArray &script)
+    {
+        if (!QFile::exists(filePath(name))
+            && !QFile::copy(KESTRELPACK_FAKE_TOOL, filePath(name))) {
+            qFatal("the fake tool could not be planted");
+        }
+        QFile::setPermissions(filePath(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv(scriptVariable, script);
+    }
+
+    QTemporaryDir m_directory;
+    QByteArray m_previous;
+};

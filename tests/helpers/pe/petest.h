@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+// Small Windows programs and icons made up in memory, and a reader of programs that shares no
+// code with the one under test.
+namespace petest {
+
+// One resource as the reader finds it. The map's key is "type/name/language"; names stand in quotes.
+struct Resource
+{
+    QByteArray content;
+    quint32 codePage = 0;
+    bool operator==(const Resource &) const = default;
+};
+using Resources = QMap<QString, Resource>;
+
+struct SectionRow
+{
+    QByteArray name;
+    quint32 virtualSize = 0;
+    quint32 virtualAddress = 0;
+    quint32 rawSize = 0;
+    quint32 rawPointer = 0;
+};
+
+// A program's bytes, looked at. `fault` tells the first thing that the loader would stumble over, a directory
+// that is not sorted included; it is empty for a sound file.
+struct PeFacts
+{
+    QString fault;
+    quint32 sizeOfImage = 0;
+    quint32 checkSum = 0;
+    quint32 symbolTable = 0;
+    QList<SectionRow> sections;
+    QList<QPair<quint32, quint32>> directories;
+    Resources resources;
+    qint64 imageEnd = 0; // appended data begin here
+};
+PeFacts lookAt(const QByteArray &program);
+
+// The checksum by the book: word by word, over the whole file.
+quint32 naiveCheckSum(const QByteArray &program);
+
+// What a made-up program is to contain.
+struct Recipe
+{
+    bool pe32Plus = true;
+    bool resources = true; // a version-like block, a string table and RCDATA in two languages
+    bool icons = true; // groups 1 and "OTHER", sharing one image, and an image of no group
+    bool relocBehind = false;
+    bool foreignBehind = false; // a section that has to keep its address
+    bool headerRoom = true; // for another row of the section table
+    bool checkSum = true;
+    bool symbols = false; // a COFF symbol table behind the sections
+    bool debugDirectory = false; // whose data lie behind the sections
+    bool certificate = false; // a security directory in the appended data
+    int slack = 0; // unused bytes at the end of .rsrc
+    qsizetype overlay = 0; // appended bytes
+};
+QByteArray makeProgram(const Recipe &recipe);
+QByteArray overlayOf(qsizetype size); // what makeProgram() appends
+
+// Images are `size` pixels wide and high, 32 bits deep; 256 and more are PNG files, others bitmaps.
+QByteArray makeImage(int size);
+QByteArray makeIcon(const QList<int> &sizes);
+
+} // namespace petest

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "packaging/configurationblock.h"
+
+#include <QTest>
+
+class TestConfigurationBlock : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void blockOfAProgramWithTwoDots()
+    {
+        QCOMPARE(configurationBlock("my", "my.tool.exe").toUtf8(),
+                 QByteArray(";!@Install@!UTF-8!\n"
+                            "Title=\"my Portable\"\n"
+                            "BeginPrompt=\"确定要运行 my 便携版吗？\"\n"
+                            "Progress=\"yes\"\n"
+                            "RunProgram=\"my.tool.exe\"\n"
+                            "InstallPath=\"%%T\\my\"\n"
+                            "GUIMode=\"2\"\n"
+                            "Silent=\"0\"\n"
+                            "Overwrite=\"1\"\n"
+                            ";!@InstallEnd@!\n"));
+    }
+
+    void sizeIsThatOfTheTemplateAndItsFillings_data()
+    {
+        QTest::addColumn<QString>("baseName");
+        QTest::addColumn<QString>("mainExeName");
+        QTest::newRow("ASCII") << "tool" << "tool.exe";
+        QTest::newRow("blanks and Chinese") << "我的 工具" << "我的 工具.exe";
+        QTest::newRow("emoji") << "🚀" << "🚀.exe";
+        QTest::newRow("empty") << "" << "";
+    }
+    void sizeIsThatOfTheTemplateAndItsFillings()
+    {
+        QFETCH(QString, baseName);
+        QFETCH(QString, mainExeName);
+        // 193 bytes, less four placeholders of two bytes each: %1 twice, %2 and %3.
+        const qsizetype expected
+            = 193 - 8 + 3 * baseName.toUtf8().size() + mainExeName.toUtf8().size();
+        QCOMPARE(configurationBlock(baseName, mainExeName).toUtf8().size(), expected);
+    }
+
+    void noByteOrderMarkAndNoCarriageReturn()
+    {
+        const QByteArray block = configurationBlock("a", "a.exe").toUtf8();
+        QVERIFY(block.startsWith(";!@"));
+        QVERIFY(!block.contains('\r'));
+        QCOMPARE(block.count('\n'), 10);
+    }
+
+    // The three fillings come one after another, so a name with a placeholder in it is filled again.
+    void aPlaceholderInANameIsFilledByTheNextFilling()
+    {
+        const QString block = configurationBlock("a%2", "a%2.exe");
+        QVERIFY2(block.contains("Title=\"aa%2.exe Portable\""), qUtf8Printable(block));
+        QVERIFY2(!configurationBlock("100%", "100%.exe").contains("%1"), "a lone sign stays");
+    }
+};
+
+QTEST_APPLESS_MAIN(TestConfigurationBlock)
+#include "tst_configurationblock.moc"
