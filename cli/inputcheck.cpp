@@ -52,6 +52,9 @@ std::optional<Refusal> checkFolder(const QString &folder)
     if (!info.isReadable() || !info.isExecutable()) {
         return Refusal{QStringLiteral("the folder %1 cannot be read").arg(folder)};
     }
+    if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt gives an empty path for one that is missing
+        return Refusal{QStringLiteral("the temporary directory of this user does not exist")};
+    }
     if (isSameOrInside(QDir::tempPath(), folder)) {
         return Refusal{QStringLiteral("the temporary directory %1 lies in the folder to pack")
                            .arg(QDir::tempPath())};

@@ -44,6 +44,15 @@ public:
         }
     }
 
+    // Lets no file be copied to `name`, although none is there: the name is that of a link to nowhere.
+    void blockCopyTo(const QString &name)
+    {
+        QFile::remove(filePath(name));
+        if (!QFile::link(filePath("missing/target"), filePath(name))) {
+            qFatal("the link could not be made");
+        }
+    }
+
     QStringList names() const
     {
         return QDir(path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,

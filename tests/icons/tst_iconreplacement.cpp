@@ -151,7 +151,7 @@ private slots:
     void anEditorThatCannotBeCopiedFailsAndLeavesTheBackup()
     {
         Replacement r("");
-        QVERIFY(QDir(r.temp.path()).removeRecursively());
+        r.temp.blockCopyTo("ResourceHacker.exe");
         QVERIFY(!r.run());
         QCOMPARE(r.lines, QStringList{"错误：无法复制ResourceHacker到临时目录"});
         QCOMPARE(readFile(r.backup()), QByteArray("the executable"));

@@ -189,11 +189,11 @@ private slots:
         QCOMPARE(QFileInfo(temp.filePath("7zr.exe")).size(), QFileInfo(KESTRELPACK_FAKE_TOOL).size());
     }
 
-    void aTemporaryDirectoryThatIsNotThereFailsTheCopy()
+    void anArchiverThatCannotBeCopiedFails()
     {
         PrivateTemp temp;
         FakePlatform platform;
-        QVERIFY(QDir(temp.path()).removeRecursively());
+        temp.blockCopyTo("7zr.exe");
         const Run run(temp);
         QVERIFY(!run.success);
         QCOMPARE(run.events, QStringList{"log 错误：无法复制7zr.exe到临时目录"});

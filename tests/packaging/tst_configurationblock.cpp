@@ -55,9 +55,10 @@ private slots:
     // The three fillings come one after another, so a name with a placeholder in it is filled again.
     void aPlaceholderInANameIsFilledByTheNextFilling()
     {
-        const QString block = configurationBlock("a%2", "a%2.exe");
-        QVERIFY2(block.contains("Title=\"aa%2.exe Portable\""), qUtf8Printable(block));
-        QVERIFY2(!configurationBlock("100%", "100%.exe").contains("%1"), "a lone sign stays");
+        const QString block = configurationBlock("a%2", "b.exe");
+        QVERIFY2(block.contains("Title=\"ab.exe Portable\""), qUtf8Printable(block));
+        QVERIFY2(configurationBlock("100%", "100%.exe").contains("RunProgram=\"100%.exe\""),
+                 "a lone percent sign stays");
     }
 };
 
