@@ -1,0 +1,30 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+#
+# Builds Kestrelpack and starts it, from nothing on a fresh Debian machine.
+#
+#   ./run.sh [ARGUMENT...]   with arguments: the terminal program with them
+#                            without: packs examples/hello into out/hello.exe
+set -eu
+caller_dir=$PWD
+cd "$(dirname "$0")"
+. scripts/setup.sh
+
+mkdir -p build
+log=$PWD/build/run.log
+: >"$log"
+require_packages $build_packages >&2
+configure_and_build release -DKESTRELPACK_BUILD_TESTS=OFF >&2
+top=$PWD
+cli=$top/build/release/bin/kestrelpack-cli
+
+if [ $# -gt 0 ]; then
+    cd "$caller_dir"
+    exec "$cli" "$@"
+fi
+"$cli" --output "$top/out" "$top/build/release/examples/hello/app" >>"$log" 2>&1 ||
+    fail "packing the example failed; the end of $log:
+$(tail -n 15 "$log")"
+echo "The example application is packed: out/hello.exe"
+echo "Try it, under Wine or on Windows:  wine out/hello.exe one \"two three\""

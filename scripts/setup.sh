@@ -1,0 +1,51 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+# Sourced by run.sh and test.sh, from the top folder: installs what is missing, configures and builds.
+
+build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6svg6 p7zip dpkg-dev
+    util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64'
+test_packages='wine wine64 icoutils nsis'
+
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+is_installed() {
+    dpkg-query -W -f '${Status}' "$1" 2>/dev/null | grep -q ' installed$'
+}
+
+# require_packages PACKAGE...: installs those that are missing. The log is the file $log.
+require_packages() {
+    command -v dpkg-query >/dev/null 2>&1 ||
+        fail "this is no Debian system; install the equivalents of these packages, then configure and
+build with cmake --preset release: $*"
+    missing=
+    for package in "$@"; do
+        is_installed "$package" || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+
+    as_root=
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null 2>&1 || fail "these packages are missing:$missing"
+        as_root=sudo
+    fi
+    echo "Installing:$missing"
+    {
+        $as_root apt-get update &&
+            $as_root env DEBIAN_FRONTEND=noninteractive \
+                apt-get install -y --no-install-recommends $missing
+    } >>"$log" 2>&1 || fail "the packages could not be installed; see $log"
+}
+
+# configure_and_build PRESET [CMAKE-OPTION...]
+configure_and_build() {
+    preset=$1
+    shift
+    echo "Building (log: $log)"
+    cmake --preset "$preset" "$@" >>"$log" 2>&1 || fail "configuring failed; the end of $log:
+$(tail -n 15 "$log")"
+    cmake --build --preset "$preset" >>"$log" 2>&1 || fail "building failed; the end of $log:
+$(tail -n 30 "$log")"
+}
