@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/e2e/sourcefolder.h"
+#include "tests/fakes/privatetemp.h"
+
+#include <QDirIterator>
+#include <QProcess>
+#include <QTest>
+
+// Packs folders with the terminal program and starts what it makes, under Wine.
+class TestProduct : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Run
+    {
+        int exitCode = -1;
+        QString output;
+        QString errors;
+    };
+
+    static Run run(const QString &program, const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(program, arguments);
+        if (!process.waitForFinished(240000)) {
+            process.kill();
+            return {-1, {}, "timed out"};
+        }
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    static Run pack(const QStringList &arguments) { return run(KESTRELPACK_CLI, arguments); }
+
+    static Run start(const QString &product, const QStringList &arguments = {})
+    {
+        return run("wine", QStringList{product} + arguments);
+    }
+
+    // The private folders that produced programs have made in the prefix's temporary folders.
+    static QStringList unpackedFolders()
+    {
+        QStringList found;
+        QDirIterator users(qEnvironmentVariable("WINEPREFIX") + "/drive_c/users", {"kp-*"},
+                           QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot,
+                           QDirIterator::Subdirectories);
+        while (users.hasNext()) {
+            found << users.next();
+        }
+        return found;
+    }
+
+private slots:
+    void theExampleGetsItsArgumentsAndPassesItsExitCodeOn()
+    {
+        PrivateTemp temp;
+        const Run packed = pack({"-o", temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
+        QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
+        const Run started
+            = start(temp.filePath("out/hello.exe"), {"one", "two three", "", "--exit", "42"});
+        QCOMPARE(started.exitCode, 42);
+        QVERIFY2(started.output.contains("Argument 1: one\r\nArgument 2: two three\r\n"
+                                         "Argument 3: \r\nArgument 4: --exit\r\n"),
+                 qPrintable(started.output));
+        QVERIFY2(started.output.contains("This line comes from greeting.txt"),
+                 qPrintable(started.output));
+        QCOMPARE(unpackedFolders(), QStringList());
+    }
+
+    // Two programs, a setup.bat, blanks, Chinese and emoji in names, an empty file, an empty folder,
+    // nested folders, a read-only file and one of 300 MB.
+    void everyFileOfAnAwkwardFolderArrivesByteForByte_data()
+    {
+        QTest::addColumn<QString>("method");
+        QTest::newRow("LZMA") << "LZMA";
+        QTest::newRow("LZMA2") << "LZMA2";
+    }
+    void everyFileOfAnAwkwardFolderArrivesByteForByte()
+    {
+        QFETCH(QString, method);
+        PrivateTemp temp;
+        SourceFolder source(temp.filePath("源 文件夹"));
+        source.addProgram("主 程序 🚀.exe", KESTRELPACK_CHECKER);
+        source.addProgram("another.exe", KESTRELPACK_HELLO_EXE);
+        source.addFile("setup.bat", "exit 99\r\n");
+        source.addFile("blank in name.txt", "blank");
+        source.addFile("中文/说明 文件.txt", "说明");
+        source.addFile("emoji 🎉.bin", QByteArray(70000, '\x5a'));
+        source.addFile("empty", {});
+        source.addFile("a/b/c/d/deep.txt", "deep");
+        source.addFile("read only.txt", "read only");
+        QVERIFY(QFile::setPermissions(source.filePath("read only.txt"), QFile::ReadOwner));
+        source.addFolder("empty folder");
+        source.addLargeFile("large.bin", 300'000'000);
+        source.writeManifest();
+
+        const Run packed = pack({"-m", "主 程序 🚀.exe", "-l", "fastest", "-c", method, "-o",
+                                 temp.filePath("out"), source.path()});
+        QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
+        const Run started = start(temp.filePath("out/主 程序 🚀.exe"));
+        QVERIFY2(started.exitCode == 7, qPrintable(started.output + started.errors));
+        QCOMPARE(unpackedFolders(), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestProduct)
+#include "tst_product.moc"
