@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// Runs one job of the engine without its fixed pauses, for the benchmarks:
+//   benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL
+// Prints the seconds it took and the peak memory of this process in KiB, its helpers left out.
+
+#include "icons/platform/platform.h"
+#include "packaging/worker.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <cstdio>
+
+namespace {
+
+class UnpausedPlatform final : public Platform
+{
+public:
+    ExtractedIcon extractIcon(const QString &executable) override
+    {
+        return m_native->extractIcon(executable);
+    }
+    QString refusalToUse(const QString &path) override { return m_native->refusalToUse(path); }
+    void prepareStart(QProcess &process) override { m_native->prepareStart(process); }
+    void startDetached(const QString &program) override { m_native->startDetached(program); }
+    void notifyAssociationsChanged() override { m_native->notifyAssociationsChanged(); }
+    void pause(std::chrono::milliseconds) override {}
+    QString nativePath(const QString &path) override { return m_native->nativePath(path); }
+
+private:
+    const std::unique_ptr<Platform> m_native = makeNativePlatform();
+};
+
+QByteArray peakMemory()
+{
+    QFile status("/proc/self/status");
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("VmHWM:")) {
+                return line.mid(6).replace("kB", "").trimmed();
+            }
+        }
+    }
+    return "unknown";
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 6) {
+        std::fputs("usage: benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL\n", stderr);
+        return 2;
+    }
+    UnpausedPlatform unpaused;
+    setPlatform(&unpaused);
+    bool success = false;
+    Worker worker;
+    QObject::connect(&worker, &Worker::finished, &worker, [&](bool done) { success = done; });
+    QElapsedTimer timer;
+    timer.start();
+    worker.createPortableApp(arguments[1], arguments[2], arguments[3], arguments[4], {}, arguments[5],
+                             "LZMA", "16M");
+    std::printf("%.3f %s\n", static_cast<double>(timer.nsecsElapsed()) / 1e9,
+                peakMemory().constData());
+    setPlatform(nullptr);
+    return success ? 0 : 1;
+}
