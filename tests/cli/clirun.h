@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "tests/fakes/privatetemp.h"
+
+#include <QDateTime>
+#include <QProcess>
+#include <QStringList>
+
+// One run of the terminal program, in a private temporary directory with fake helpers.
+struct CliResult
+{
+    int exitStatus = -1; // the signal's number when one ended it
+    bool ended = false;  // by itself, not by a signal
+    QString output;
+    QString errors;
+
+    QStringList outputLines() const { return output.split('\n', Qt::SkipEmptyParts); }
+};
+
+// A folder with one program in it, an empty folder beside it, and helpers that work.
+class CliSurroundings
+{
+public:
+    CliSurroundings()
+    {
+        const QDir dir(root.path());
+        if (!dir.mkpath("source") || !dir.mkpath("output")) {
+            qFatal("the folders could not be made");
+        }
+        write("source/my.tool.exe", "program without an icon");
+        write("source/data/文件.txt", "data");
+        temp.plantModule("module");
+        temp.plantArchiver("print  40%\nwrite @3 3000000\n");
+        temp.plantEditor("");
+    }
+
+    QString path(const QString &name) const { return root.filePath(name); }
+    QString product() const { return path("output/my.exe"); }
+
+    void write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(path(name));
+        if (!QDir().mkpath(QFileInfo(path(name)).path()) || !file.open(QIODevice::WriteOnly)
+            || file.write(content) != content.size()) {
+            qFatal("a file could not be made");
+        }
+    }
+
+    QByteArray read(const QString &name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+    }
+
+    // Names, sizes and times of all that is in the source folder.
+    QStringList sourceState() const
+    {
+        QStringList state;
+        collect(path("source"), state);
+        return state;
+    }
+
+    QStringList namesIn(const QString &folder) const
+    {
+        return QDir(path(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                                            QDir::Name);
+    }
+
+    CliResult run(const QStringList &arguments) const
+    {
+        QProcess process;
+        process.start(KESTRELPACK_CLI, arguments);
+        return resultOf(process);
+    }
+
+    static CliResult resultOf(QProcess &process)
+    {
+        if (!process.waitForFinished(60000)) {
+            process.kill();
+            return {};
+        }
+        return {process.exitCode(), process.exitStatus() == QProcess::NormalExit,
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    // The usual arguments of a run that succeeds.
+    QStringList arguments() const { return {"-o", path("output"), path("source")}; }
+
+    QTemporaryDir root; // made before the private temporary directory, so it is not in there
+    PrivateTemp temp;
+
+private:
+    static void collect(const QString &folder, QStringList &state)
+    {
+        const QDir dir(folder);
+        const auto entries = dir.entryInfoList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        for (const QFileInfo &entry : entries) {
+            state << entry.filePath() + ' ' + QString::number(entry.size()) + ' '
+                    + entry.lastModified().toString(Qt::ISODateWithMs);
+            if (entry.isDir()) {
+                collect(entry.filePath(), state);
+            }
+        }
+    }
+};

@@ -1,0 +1,288 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "packaging/configurationblock.h"
+#include "tests/cli/clirun.h"
+
+#include <QTest>
+
+// The terminal program as its user meets it: arguments in, lines and an exit status out.
+class TestCli : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QByteArray expectedProduct()
+    {
+        return "module" + configurationBlock("my", "my.tool.exe").toUtf8();
+    }
+
+private slots:
+    void aSuccessNamesTheFileInItsLastLine()
+    {
+        CliSurroundings s;
+        const QStringList before = s.sourceState();
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 0);
+        QCOMPARE(result.outputLines().constFirst(), "开始创建便携应用...");
+        QCOMPARE(result.outputLines().constLast(), s.product());
+        QVERIFY(s.read("output/my.exe").startsWith(expectedProduct()));
+        QCOMPARE(s.sourceState(), before);
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+        QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+        // A program without an icon is worth warnings, and nothing else is.
+        QCOMPARE(result.errors.split('\n', Qt::SkipEmptyParts),
+                 QStringList({"警告：无法从EXE提取图标", "图标数据太小，至少需要6字节",
+                              "警告：无法从主程序提取有效图标，将创建无图标的应用"}));
+    }
+
+    void quietLeavesOnlyWarningsAndErrors()
+    {
+        CliSurroundings s;
+        const CliResult result = s.run(QStringList{"--quiet"} + s.arguments());
+        QCOMPARE(result.exitStatus, 0);
+        QCOMPARE(result.output, QString());
+        QVERIFY(result.errors.contains("警告：无法从EXE提取图标"));
+        QVERIFY(QFile::exists(s.product()));
+    }
+
+    void optionsReachTheArchiver()
+    {
+        CliSurroundings s;
+        s.temp.plantArchiver("record " + s.path("arguments").toUtf8() + "\nwrite @3 10\n");
+        QCOMPARE(s.run(QStringList{"-l", "ultra", "-c", "lzma2"} + s.arguments()).exitStatus, 0);
+        const QStringList arguments = QString::fromUtf8(s.read("arguments")).split('\n');
+        QCOMPARE(arguments.at(5), "-mx=9");
+        QCOMPARE(arguments.at(6), "-m0=LZMA2");
+        QCOMPARE(arguments.at(3), s.path("source") + "/*");
+    }
+
+    void theOutputDirectoryIsMade()
+    {
+        CliSurroundings s;
+        QCOMPARE(s.run({"-o", s.path("new/one"), s.path("source")}).exitStatus, 0);
+        QVERIFY(QFile::exists(s.path("new/one/my.exe")));
+    }
+
+    void anOlderOutputIsReplaced()
+    {
+        CliSurroundings s;
+        s.write("output/my.exe", "the older one");
+        QCOMPARE(s.run(s.arguments()).exitStatus, 0);
+        QVERIFY(s.read("output/my.exe").startsWith(expectedProduct()));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+    }
+
+    void wrongUsageStartsNothing_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // "@" stands for the folder of the surroundings
+        QTest::addColumn<QString>("message");
+        const QString usage = "; --help shows the usage";
+        QTest::newRow("nothing") << QStringList() << "no FOLDER was given" + usage;
+        QTest::newRow("two folders")
+            << QStringList({"a", "b"}) << "more than one FOLDER was given: a, b" + usage;
+        QTest::newRow("an option that does not exist")
+            << QStringList({"--fast", "@/source"}) << "Unknown option 'fast'." + usage;
+        QTest::newRow("a level that does not exist")
+            << QStringList({"-l", "best", "@/source"})
+            << "no such compression level: best (there are: store, fastest, fast, normal, maximum, "
+               "ultra)"
+                + usage;
+        QTest::newRow("a method that does not exist")
+            << QStringList({"-c", "zip", "@/source"})
+            << "no such compression method: zip (there are: LZMA, LZMA2)" + usage;
+        QTest::newRow("a folder that is missing")
+            << QStringList({"@/nowhere"}) << "the folder @/nowhere does not exist";
+        QTest::newRow("a folder that is a file")
+            << QStringList({"@/source/my.tool.exe"}) << "@/source/my.tool.exe is not a folder";
+        QTest::newRow("a folder without programs")
+            << QStringList({"-o", "@/output", "@/source/data"})
+            << "the folder @/source/data holds no .exe";
+        QTest::newRow("several programs and none named")
+            << QStringList({"-o", "@/output", "@/several"})
+            << "the folder @/several holds several programs; name one with --main: a.exe, B.EXE";
+        QTest::newRow("a main program that is missing")
+            << QStringList({"-m", "no.exe", "-o", "@/output", "@/source"})
+            << "the folder @/source holds no file no.exe";
+        QTest::newRow("a main program outside the folder")
+            << QStringList({"-m", "../several/a.exe", "-o", "@/output", "@/source"})
+            << "the main program ../several/a.exe is not a file right in the folder @/source";
+        QTest::newRow("a main program in a folder of the folder")
+            << QStringList({"-m", "data/文件.txt", "-o", "@/output", "@/source"})
+            << "the main program data/文件.txt is not a file right in the folder @/source";
+        QTest::newRow("a main program that is none")
+            << QStringList({"-m", "readme.txt", "-o", "@/output", "@/several"})
+            << "the main program readme.txt is no .exe";
+        QTest::newRow("an icon that is missing")
+            << QStringList({"-i", "@/no.ico", "-o", "@/output", "@/source"})
+            << "the icon file @/no.ico does not exist";
+        QTest::newRow("the folder as the output directory")
+            << QStringList({"-o", "@/source", "@/source"})
+            << "the output directory @/source lies in the folder to pack";
+        QTest::newRow("an output directory in the folder")
+            << QStringList({"-o", "@/source/data/new", "@/source"})
+            << "the output directory @/source/data/new lies in the folder to pack";
+        QTest::newRow("an output directory in the folder by a link")
+            << QStringList({"-o", "@/link/data", "@/source"})
+            << "the output directory @/link/data lies in the folder to pack";
+        QTest::newRow("an output directory that is a file")
+            << QStringList({"-o", "@/several/a.exe", "@/source"})
+            << "the output directory @/several/a.exe cannot be made";
+        QTest::newRow("an output file that is a folder")
+            << QStringList({"-o", "@/taken", "@/source"})
+            << "the output file @/taken/my.exe cannot be replaced";
+        QTest::newRow("an option with an empty text")
+            << QStringList({"-o", "", "@/source"}) << "--output was given an empty text" + usage;
+    }
+    void wrongUsageStartsNothing()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        CliSurroundings s;
+        s.write("several/a.exe", "a");
+        s.write("several/B.EXE", "b");
+        s.write("several/readme.txt", "c");
+        QVERIFY(QDir(s.root.path()).mkpath("taken/my.exe"));
+        QVERIFY(QFile::link(s.path("source"), s.path("link")));
+        s.temp.plantArchiver("record " + s.path("started").toUtf8() + '\n');
+        const QStringList before = s.sourceState();
+
+        arguments.replaceInStrings("@", s.root.path());
+        const CliResult result = s.run(arguments);
+        QCOMPARE(result.exitStatus, 2);
+        QCOMPARE(result.errors, "kestrelpack-cli: " + message.replace('@', s.root.path()) + '\n');
+        QCOMPARE(result.output, QString());
+        QVERIFY(!QFile::exists(s.path("started")));
+        QCOMPARE(s.sourceState(), before);
+        QCOMPARE(s.namesIn("output"), QStringList());
+    }
+
+    void aBrokenIconIsAWarning()
+    {
+        CliSurroundings s;
+        s.write("broken.ico", "GIF89a is no icon");
+        const CliResult result
+            = s.run(QStringList{"-i", s.path("broken.ico")} + s.arguments());
+        QCOMPARE(result.exitStatus, 0);
+        QVERIFY(result.errors.startsWith(
+            "无效的ICO文件头\n警告：提供的图标文件无效，将尝试从主程序提取图标\n"));
+    }
+
+    void aFailedJobLeavesNothing()
+    {
+        CliSurroundings s;
+        s.temp.plantArchiver("write @3 1000\ncomplain no room\nexit 8\n");
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(result.errors, "7z错误输出: no room\nkestrelpack-cli: the job failed; see the lines "
+                                "above\n");
+        QCOMPARE(s.namesIn("output"), QStringList());
+        QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+    }
+
+    void aFailedJobKeepsTheOlderOutput()
+    {
+        CliSurroundings s;
+        s.write("output/my.exe", "the older one");
+        s.temp.plantArchiver("print done\n"); // but makes no archive
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(result.errors.contains("错误：无法读取压缩包文件\n"));
+        QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+    }
+
+    void aHelperThatOthersMayWriteIsNotStarted()
+    {
+        CliSurroundings s;
+        QFile::setPermissions(s.temp.filePath("7zr.exe"), QFile::Permissions::fromInt(0x7077));
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(result.errors.contains("错误详情: " + s.temp.filePath("7zr.exe")
+                                       + " may be written by others\n"));
+    }
+
+    // Root may write anywhere, so the directory is one that takes no files: a read-only mount.
+    void anOutputDirectoryThatCannotBeWritten()
+    {
+        CliSurroundings s;
+        const Mount mount(s.path("output"), {"-t", "tmpfs", "-o", "ro,size=1m", "tmpfs"});
+        if (!mount.isThere()) {
+            QSKIP("only root can mount");
+        }
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 2);
+        QVERIFY2(result.errors.startsWith("kestrelpack-cli: the output directory " + s.path("output")
+                                          + " cannot be written: "),
+                 qPrintable(result.errors));
+    }
+
+    void aDiskThatIsFullInTheMiddleOfTheOutput()
+    {
+        CliSurroundings s;
+        const Mount mount(s.path("output"), {"-t", "tmpfs", "-o", "size=2m", "tmpfs"});
+        if (!mount.isThere()) {
+            QSKIP("only root can mount");
+        }
+        s.write("output/my.exe", "the older one");
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(result.errors.endsWith("kestrelpack-cli: " + s.product()
+                                        + " could not be written in full; is the disk full?\n"),
+                 qPrintable(result.errors));
+        QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+    }
+
+    void aReaderThatGoesAwayDoesNotEndTheJob()
+    {
+        CliSurroundings s;
+        QProcess process;
+        process.start("/bin/sh", {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", KESTRELPACK_CLI,
+                                  s.path("output"), s.path("source")});
+        const CliResult result = CliSurroundings::resultOf(process);
+        QCOMPARE(result.output, "开始创建便携应用...\n");
+        QVERIFY(s.read("output/my.exe").startsWith(expectedProduct()));
+        QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+    }
+
+    void helpAndVersionGoToStandardOutput()
+    {
+        CliSurroundings s;
+        const CliResult help = s.run({"--help"});
+        QCOMPARE(help.exitStatus, 0);
+        QVERIFY(help.output.startsWith("Usage: kestrelpack-cli [options] FOLDER\n"));
+        QCOMPARE(s.run({"--version"}).output, "kestrelpack-cli " KESTRELPACK_VERSION "\n");
+    }
+
+private:
+    class Mount
+    {
+    public:
+        Mount(const QString &folder, const QStringList &arguments)
+            : m_folder(folder)
+            , m_isThere(QProcess::execute("/bin/sh",
+                                          QStringList{"-c", "mount \"$@\" 2>/dev/null", "sh"}
+                                              + arguments + QStringList{folder})
+                        == 0)
+        {
+        }
+        ~Mount()
+        {
+            if (m_isThere) {
+                QProcess::execute("umount", {m_folder});
+            }
+        }
+        Mount(const Mount &) = delete;
+        Mount &operator=(const Mount &) = delete;
+
+        bool isThere() const { return m_isThere; }
+
+    private:
+        QString m_folder;
+        bool m_isThere;
+    };
+};
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "tst_cli.moc"

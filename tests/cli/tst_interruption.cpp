@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/cli/clirun.h"
+
+#include <QTest>
+
+#include <signal.h>
+
+// Ctrl-C, to the program alone, in every stage of a job. The stage is known by a file that the fake
+// helper writes, or by a line of the log, so that nothing here is a matter of luck.
+class TestInterruption : public QObject
+{
+    Q_OBJECT
+
+private:
+    // A real icon makes the job go through the icon stage.
+    static void addIcon(CliSurroundings &s)
+    {
+        QFile icon(KESTRELPACK_HELLO_ICON);
+        if (!icon.open(QIODevice::ReadOnly)) {
+            qFatal("the example's icon is missing");
+        }
+        s.write("user.ico", icon.readAll());
+    }
+
+    static bool isAlive(qint64 id) { return id > 0 && kill(static_cast<pid_t>(id), 0) == 0; }
+
+private slots:
+    void theJobIsUndone_data()
+    {
+        QTest::addColumn<QByteArray>("archiver");
+        QTest::addColumn<QByteArray>("editor");
+        QTest::addColumn<QString>("lastLine"); // of the log, before the signal; empty: wait for the file
+        QTest::addColumn<int>("signalNumber");
+        const QByteArray works = "write @3 3000000\n";
+        const QByteArray hangs = "write @marker 1\nsleep 60000\n";
+        QTest::newRow("while the archiver works") << hangs << QByteArray() << QString() << SIGINT;
+        QTest::newRow("while the archiver works, by SIGTERM")
+            << hangs << QByteArray() << QString() << SIGTERM;
+        QTest::newRow("while the archiver works, by a closed terminal")
+            << hangs << QByteArray() << QString() << SIGHUP;
+        QTest::newRow("while the editor deletes") << works << hangs << QString() << SIGINT;
+        QTest::newRow("while the editor adds")
+            << works << "if addoverwrite\n" + hangs << QString() << SIGINT;
+        QTest::newRow("in the pauses after the editor")
+            << works << QByteArray() << "开始替换EXE图标..." << SIGINT;
+        QTest::newRow("in the last pause") << works << QByteArray() << "图标替换成功！" << SIGINT;
+        QTest::newRow("in the assembly") << QByteArray("write @3 300000000\n") << QByteArray()
+                                         << "SFX模块写入成功" << SIGINT;
+    }
+    void theJobIsUndone()
+    {
+        QFETCH(QByteArray, archiver);
+        QFETCH(QByteArray, editor);
+        QFETCH(QString, lastLine);
+        QFETCH(int, signalNumber);
+        CliSurroundings s;
+        addIcon(s);
+        s.write("output/my.exe", "the older one");
+        const QByteArray marker = s.path("marker").toUtf8();
+        s.temp.plantArchiver(archiver.replace("@marker", marker));
+        s.temp.plantEditor(editor.replace("@marker", marker));
+        const QStringList before = s.sourceState();
+
+        QProcess process;
+        process.start(KESTRELPACK_CLI, QStringList{"-i", s.path("user.ico")} + s.arguments());
+        QVERIFY(process.waitForStarted());
+        QByteArray output;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (process.waitForReadyRead(10), output += process.readAllStandardOutput(),
+             lastLine.isEmpty() ? QFile::exists(s.path("marker"))
+                                : output.contains(lastLine.toUtf8())),
+            20000);
+        QVERIFY(process.state() == QProcess::Running);
+        const QList<qint64> helpers = childrenOf(process.processId());
+        QCOMPARE(kill(static_cast<pid_t>(process.processId()), signalNumber), 0);
+        QVERIFY(process.waitForFinished(10000));
+
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit); // ended by the signal itself
+        QCOMPARE(process.exitCode(), signalNumber);
+        const QString errors = QString::fromUtf8(process.readAllStandardError());
+        QVERIFY2(errors.endsWith("kestrelpack-cli: interrupted; " + s.product() + " was not made\n"),
+                 qPrintable(errors));
+        QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+        QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+        QCOMPARE(s.sourceState(), before);
+        for (const qint64 helper : helpers) {
+            QTRY_VERIFY(!isAlive(helper));
+        }
+    }
+
+private:
+    static QList<qint64> childrenOf(qint64 id)
+    {
+        QList<qint64> children;
+        const QDir tasks(QStringLiteral("/proc/%1/task").arg(id));
+        for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            QFile file(tasks.filePath(task + "/children"));
+            if (file.open(QIODevice::ReadOnly)) {
+                for (const QByteArray &child : file.readAll().simplified().split(' ')) {
+                    if (!child.isEmpty()) {
+                        children << child.toLongLong();
+                    }
+                }
+            }
+        }
+        return children;
+    }
+};
+
+QTEST_GUILESS_MAIN(TestInterruption)
+#include "tst_interruption.moc"
