@@ -14,12 +14,13 @@ namespace pe {
 
 namespace {
 
+// Reading a larger file only to sum it would cost as much time again as copying it.
 constexpr std::uint64_t alwaysSummed = 64U << 20;
 
 // The sum of the old file without its CheckSum field.
 Result<WordSum> oldSum(const File &file, const PeHeaders &headers)
 {
-    if (file.size() > alwaysSummed && WordSum::isPlausible(headers.checkSum(), file.size())) {
+    if (file.size() > alwaysSummed) {
         return WordSum::fromCheckSum(headers.checkSum(), file.size());
     }
     auto sum = sumOfFile(file, {0, file.size()});
@@ -65,6 +66,10 @@ Result<Done> replaceInSum(WordSum &sum, const File &file, const EditPlan &plan, 
 Result<Done> setCheckSum(const File &file, const PeHeaders &old, EditPlan &plan)
 {
     if (old.checkSum() == 0) {
+        return Done{};
+    }
+    if (file.size() > alwaysSummed && !WordSum::isPlausible(old.checkSum(), file.size())) {
+        plan.headers.setCheckSum(0);
         return Done{};
     }
     auto sum = oldSum(file, old);

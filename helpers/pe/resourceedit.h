@@ -30,10 +30,10 @@ using TreeChange =
 // After a kill in the middle of an edit in place the CheckSum field may not fit the resources; only
 // drivers are loaded by it.
 //
-// CheckSum: 0 means that the file has none, and stays. Any other value becomes the right one for the
-// whole file, appended data included. A value that cannot be right for the file's length (as when data were
-// appended to a linked program) makes the whole file be read once, as does any file of up to 64 MiB; else the old
-// value is taken to be right and follows the changed bytes.
+// CheckSum: 0 means that the file has none, and stays. In a file of up to 64 MiB any other value becomes
+// the right one for the whole file, appended data included. A larger file is not read for it: a value
+// that can be right for the file's length is taken to be right and follows the changed bytes; one
+// that cannot (data were appended to a linked program) becomes 0.
 Result<EditOutcome> editResources(const std::filesystem::path &open, const std::filesystem::path &save,
                                   const TreeChange &change);
 
