@@ -41,7 +41,7 @@ std::string environmentNameFor(const char *programPath)
 std::string unescaped(std::string text)
 {
     for (std::size_t at = 0; (at = text.find("\\n", at)) != std::string::npos; ++at) {
-        text.replace(at, 2, "\n");
+        text.replace(at, 2, 1, '\n');
     }
     return text;
 }

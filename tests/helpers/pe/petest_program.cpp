@@ -33,6 +33,12 @@ void put32(QByteArray &bytes, qsizetype offset, quint32 value)
     qToLittleEndian(value, bytes.data() + offset);
 }
 
+// QByteArray::resize() leaves new bytes as they happen to be.
+void growTo(QByteArray &bytes, qsizetype size)
+{
+    bytes.append(size - bytes.size(), '\0');
+}
+
 void add16(QByteArray &bytes, quint32 value)
 {
     bytes.resize(bytes.size() + 2);
@@ -106,7 +112,7 @@ public:
         for (const Leaf &leaf : leaves) {
             types[leaf.type].append(leaf);
         }
-        m_out.resize(16 + 8 * types.size());
+        growTo(m_out, 16 + 8 * types.size());
         put16(m_out, 14, static_cast<quint32>(types.size()));
         qsizetype row = 16;
         for (auto type = types.cbegin(); type != types.cend(); ++type, row += 8) {
@@ -115,7 +121,7 @@ public:
             put32(m_out, row + 4, table | 0x80000000U);
         }
         for (const auto &[entry, content] : std::as_const(m_data)) {
-            m_out.resize(rounded(m_out.size(), 4));
+            growTo(m_out, rounded(m_out.size(), 4));
             put32(m_out, entry, m_address + static_cast<quint32>(m_out.size()));
             m_out += content;
         }
@@ -132,7 +138,7 @@ private:
             }
         }
         const auto table = m_out.size();
-        m_out.resize(table + 16 + 8 * names.size());
+        growTo(m_out, table + 16 + 8 * names.size());
         for (qsizetype i = 0; i < names.size(); ++i) {
             bool isNumber = false;
             quint32 key = names[i].toUInt(&isNumber);
@@ -142,7 +148,7 @@ private:
                 for (const QChar letter : names[i]) {
                     add16(m_out, letter.unicode());
                 }
-                m_out.resize(rounded(m_out.size(), 4));
+                growTo(m_out, rounded(m_out.size(), 4));
             }
             const qsizetype counter = table + (isNumber ? 14 : 12);
             put16(m_out, counter, qFromLittleEndian<quint16>(m_out.constData() + counter) + 1U);
@@ -159,7 +165,7 @@ private:
         std::copy_if(leaves.begin(), leaves.end(), std::back_inserter(mine),
                      [&](const Leaf &leaf) { return leaf.name == name; });
         const auto table = m_out.size();
-        m_out.resize(table + 16 + 24 * mine.size());
+        growTo(m_out, table + 16 + 24 * mine.size());
         put16(m_out, table + 14, static_cast<quint32>(mine.size()));
         for (qsizetype i = 0; i < mine.size(); ++i) {
             const auto entry = table + 16 + 8 * mine.size() + 16 * i;
@@ -203,7 +209,7 @@ public:
         put32(m_out, row + 20, static_cast<quint32>(m_out.size()));
         put32(m_out, row + 36, characteristics);
         m_out += content;
-        m_out.resize(rounded(m_out.size() + slack, fileAlignment));
+        growTo(m_out, rounded(m_out.size() + slack, fileAlignment));
         m_address = rounded(m_address + content.size(), sectionAlignment);
     }
 

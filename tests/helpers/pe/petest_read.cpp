@@ -129,7 +129,7 @@ void readSections(Reader &reader, PeFacts &facts, qint64 table, int count, quint
         const qint64 row = table + 40 * i;
         SectionRow section;
         section.name = reader.bytes(row, 8);
-        section.name.truncate(qstrnlen(section.name.constData(), 8));
+        section.name.truncate(static_cast<qsizetype>(qstrnlen(section.name.constData(), 8)));
         section.virtualSize = reader.u32(row + 8);
         section.virtualAddress = reader.u32(row + 12);
         section.rawSize = reader.u32(row + 16);

@@ -16,7 +16,7 @@ class TestTrustUnix : public QObject
     Q_OBJECT
 
 private:
-    static QString makeFile(const QTemporaryDir &dir, int permissions)
+    static QString makeFile(const QTemporaryDir &dir, uint permissions)
     {
         QFile file(dir.filePath("tool"));
         if (!file.open(QIODevice::WriteOnly) || file.write("#!/bin/sh\nexit 0\n") < 0) {
@@ -29,16 +29,16 @@ private:
 private slots:
     void permissions_data()
     {
-        QTest::addColumn<int>("permissions");
+        QTest::addColumn<uint>("permissions");
         QTest::addColumn<bool>("trusted");
-        QTest::newRow("the owner's alone") << 0x7000 << true;
-        QTest::newRow("others may read and run it") << 0x7055 << true;
-        QTest::newRow("the group may write it") << 0x7020 << false;
-        QTest::newRow("everybody may write it") << 0x7002 << false;
+        QTest::newRow("the owner's alone") << 0x7000U << true;
+        QTest::newRow("others may read and run it") << 0x7055U << true;
+        QTest::newRow("the group may write it") << 0x7020U << false;
+        QTest::newRow("everybody may write it") << 0x7002U << false;
     }
     void permissions()
     {
-        QFETCH(int, permissions);
+        QFETCH(uint, permissions);
         QTemporaryDir dir;
         const QString path = makeFile(dir, permissions);
         const QString reason = untrustedFileReason(path);

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/pe/iconofprogram.h"
+
+#include "tests/helpers/pe/petest.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+} // namespace
+
+class TestIconOfProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anIconFileWithOneImageComesOut_data()
+    {
+        QTest::addColumn<bool>("pe32Plus");
+        QTest::newRow("32 bits") << false;
+        QTest::newRow("64 bits") << true;
+    }
+    void anIconFileWithOneImageComesOut()
+    {
+        QFETCH(bool, pe32Plus);
+        petest::Recipe recipe;
+        recipe.pe32Plus = pe32Plus;
+        QTemporaryDir dir;
+        const QString path = dir.filePath("程序 a.exe");
+        QVERIFY(writeFile(path, petest::makeProgram(recipe)));
+        const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+        QVERIFY(!icon.hasError() && icon.value());
+        const pe::Bytes &bytes = *icon.value();
+        QVERIFY(bytes.size() > 22);
+        QCOMPARE(pe::read16(bytes, 2), 1); // an icon
+        QCOMPARE(pe::read16(bytes, 4), 1); // of one image
+        QCOMPARE(pe::read32(bytes, 18), 22U);
+        QCOMPARE(pe::read32(bytes, 14), bytes.size() - 22);
+    }
+
+    void programsWithoutAnIcon()
+    {
+        petest::Recipe recipe;
+        recipe.icons = false;
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath("a.exe"), petest::makeProgram(recipe)));
+        const auto icon = pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString());
+        QVERIFY(!icon.hasError() && !icon.value());
+    }
+
+    void whatIsNoProgramIsAnError()
+    {
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath("a.exe"), "no program"));
+        QVERIFY(pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString()).hasError());
+        QVERIFY(pe::iconOfProgram(QFile::encodeName(dir.filePath("b.exe")).toStdString()).hasError());
+    }
+
+    // Whatever is damaged, the reader ends with an answer.
+    void aDamagedProgramIsNoDanger()
+    {
+        const QByteArray program = petest::makeProgram({});
+        QTemporaryDir dir;
+        const QString path = dir.filePath("a.exe");
+        int answers = 0;
+        for (int i = 0; i < 1500; ++i) {
+            QByteArray damaged = program;
+            for (int j = 0; j < 1 + i % 4; ++j) {
+                // A generator of the test's own, so that every run damages the same places.
+                const quint32 random = static_cast<quint32>(i * 4 + j) * 2654435761U;
+                damaged[random % static_cast<quint32>(damaged.size())]
+                    = static_cast<char>(random >> 24);
+            }
+            QVERIFY(writeFile(path, damaged));
+            const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+            answers += icon.hasError() || !icon.value() || icon.value()->size() >= 22 ? 1 : 0;
+        }
+        QCOMPARE(answers, 1500);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestIconOfProgram)
+#include "tst_iconofprogram.moc"

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "tests/helpers/pe/petest.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+// Runs the resource editor as the packaging engine does.
+struct EditorResult
+{
+    int status = -1;
+    QByteArray errors;
+};
+
+inline EditorResult runEditor(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(KESTRELPACK_RESOURCE_EDITOR, arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+        return {-1, "did not end by itself"};
+    }
+    return {process.exitCode(), process.readAllStandardError()};
+}
+
+inline QStringList deleteArguments(const QString &program)
+{
+    return {"-open", program, "-save", program, "-action", "delete",
+            "-mask", "ICONGROUP,", "-log", "NUL"};
+}
+
+inline QStringList addArguments(const QString &program, const QString &icon)
+{
+    return {"-open",     program, "-save", program, "-action", "addoverwrite",
+            "-resource", icon,    "-mask", "ICONGROUP,MAINICON,", "-log", "NUL"};
+}
+
+inline bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+// All resources but icon images and icon groups.
+inline petest::Resources otherResources(const QByteArray &program)
+{
+    petest::Resources others = petest::lookAt(program).resources;
+    others.removeIf([](const petest::Resources::iterator &resource) {
+        return resource.key().startsWith("3/") || resource.key().startsWith("14/");
+    });
+    return others;
+}
+
+inline QStringList iconGroups(const QByteArray &program)
+{
+    QStringList groups = petest::lookAt(program).resources.keys();
+    groups.removeIf([](const QString &key) { return !key.startsWith("14/"); });
+    return groups;
+}
