@@ -4,24 +4,9 @@
 #include "cli/outputguard.h"
 
 #include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
 
 #include <QTest>
-
-namespace {
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
-} // namespace
 
 class TestOutputGuard : public QObject
 {

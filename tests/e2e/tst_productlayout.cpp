@@ -5,6 +5,7 @@
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -12,12 +13,6 @@
 #include <QtEndian>
 
 namespace {
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
 
 // The images of an ICO file, in its order.
 QList<QByteArray> imagesOfIcon(const QByteArray &icon)

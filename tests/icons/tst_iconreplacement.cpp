@@ -6,6 +6,7 @@
 #include "icons/resourceeditorcommand.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
 #include "tests/fakes/testicons.h"
 
 #include <QElapsedTimer>
@@ -17,18 +18,6 @@ const QString deleteWarning = "警告：ResourceHacker删除旧图标失败，�
 const QString addError = "错误：ResourceHacker添加新图标失败";
 const QString loadWarning = "警告：无法从EXE加载图标，可能需要重启资源管理器";
 const QString completed = "图标替换完成，已强制更新图标缓存";
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
 
 } // namespace
 

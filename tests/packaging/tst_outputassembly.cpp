@@ -6,6 +6,7 @@
 #include "packaging/configurationblock.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
 #include "tests/packaging/testreport.h"
 
 #include <QTest>
@@ -21,18 +22,6 @@ QByteArray pattern(qint64 size)
         bytes[i] = static_cast<char>((i * 31 + i / 4093) & 0xFF);
     }
     return bytes;
-}
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "packaging/packagingjob.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
 #include "tests/fakes/testicons.h"
 #include "tests/packaging/signalrecorder.h"
 
@@ -20,12 +21,6 @@ namespace {
 const QByteArray workingArchiver = "print  40%\nwrite @3 1500000\n";
 const QByteArray workingEditor = "record editor.txt\n";
 constexpr int archiveSize = 1500000;
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
 
 } // namespace
 

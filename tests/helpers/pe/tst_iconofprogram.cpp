@@ -3,21 +3,12 @@
 
 #include "helpers/pe/iconofprogram.h"
 
+#include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/petest.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace {
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-} // namespace
 
 class TestIconOfProgram : public QObject
 {

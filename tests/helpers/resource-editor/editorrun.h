@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/petest.h"
 
 #include <QFile>
@@ -36,18 +37,6 @@ inline QStringList addArguments(const QString &program, const QString &icon)
 {
     return {"-open",     program, "-save", program, "-action", "addoverwrite",
             "-resource", icon,    "-mask", "ICONGROUP,MAINICON,", "-log", "NUL"};
-}
-
-inline bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
 // All resources but icon images and icon groups.
