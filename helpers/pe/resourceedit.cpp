@@ -142,14 +142,15 @@ Result<Done> writeAnew(File file, const EditPlan *plan, const std::filesystem::p
     Replacement &replacement = made.value();
     const std::uint64_t at = plan != nullptr ? plan->insertAt : 0;
     const std::uint64_t length = plan != nullptr ? plan->insertLength : 0;
-    if (auto sized = replacement.resize(file.size() + length); sized.hasError()) {
-        return sized;
-    }
     if (auto copied = replacement.copyFrom(file, {0, at}, 0); copied.hasError()) {
         return copied;
     }
     if (auto copied = replacement.copyFrom(file, {at, file.size()}, at + length); copied.hasError()) {
         return copied;
+    }
+    // Not before: a file that grows as it is written is filled faster than one that has its size.
+    if (auto sized = replacement.resize(file.size() + length); sized.hasError()) {
+        return sized;
     }
     if (plan != nullptr) {
         if (auto written = writeContent(replacement.file(), *plan); written.hasError()) {
