@@ -19,9 +19,15 @@ configure_and_build release -DKESTRELPACK_BUILD_TESTS=OFF >&2
 top=$PWD
 cli=$top/build/release/bin/kestrelpack-cli
 
+# Helpers that an older build left in the temporary directory would be used as they are.
+TMPDIR=$(mktemp -d)
+export TMPDIR
+trap 'rm -rf "$TMPDIR"' EXIT
+
 if [ $# -gt 0 ]; then
     cd "$caller_dir"
-    exec "$cli" "$@"
+    "$cli" "$@"
+    exit
 fi
 "$cli" --output "$top/out" "$top/build/release/examples/hello/app" >>"$log" 2>&1 ||
     fail "packing the example failed; the end of $log:

@@ -113,6 +113,9 @@ EditPlan makePlan(Layout &&layout, PeHeaders headers)
 std::optional<EditPlan> planInUnusedBytes(const PeHeaders &headers, ResourceTree &tree,
                                           const OldPlace &old)
 {
+    if (tree.rootOffset < headers.bytes().size()) {
+        return std::nullopt; // a root inside the headers cannot be written apart from them
+    }
     LayoutRoom room{tree.rootRva, tree.rootOffset, old.live, 0, 0, true};
     room.length = std::min(lengthInFile(headers, tree), addressRoom(headers, tree));
     room.maxLength = room.length;
@@ -178,6 +181,7 @@ std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tr
         plan.insertLength = alignUp(usedEnd - room.length, growthUnit(headers));
         plan.headers.shiftFileOffsets(plan.insertAt, plan.insertLength);
         Section grown = plan.headers.sections()[tree.section];
+        grown.virtualSize = grown.extent(); // 0 would stand for the raw size, which exceeds what is used
         grown.rawSize += static_cast<std::uint32_t>(plan.insertLength);
         plan.headers.setSection(tree.section, grown);
     }

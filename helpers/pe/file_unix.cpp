@@ -26,6 +26,10 @@ int descriptor(std::intptr_t handle)
     return static_cast<int>(handle);
 }
 
+// How often another editor may win the race for the lock; on file systems whose inode numbers are not steady
+// the check that follows never succeeds.
+constexpr int openAttempts = 50;
+
 // An editor that finished while we waited for the lock may have put another file in place.
 bool isStillNamed(int fd, const std::filesystem::path &path)
 {
@@ -40,9 +44,10 @@ bool isStillNamed(int fd, const std::filesystem::path &path)
 Result<File> File::open(const std::filesystem::path &path, Access access)
 {
     const bool edit = access == Access::Edit;
-    for (;;) {
+    for (int attempt = 1;; ++attempt) {
         File file;
-        file.m_handle = ::open(path.c_str(), (edit ? O_RDWR : O_RDONLY) | O_CLOEXEC);
+        // O_NONBLOCK: a named pipe is to be refused, not waited for.
+        file.m_handle = ::open(path.c_str(), (edit ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NONBLOCK);
         const int fd = descriptor(file.m_handle);
         struct stat status = {};
         if (fd < 0 || fstat(fd, &status) != 0) {
@@ -52,7 +57,7 @@ Result<File> File::open(const std::filesystem::path &path, Access access)
         if (!S_ISREG(status.st_mode)) {
             return Error{ErrorKind::CannotRead, "is not a file"};
         }
-        if (edit && flock(fd, LOCK_EX) == 0 && !isStillNamed(fd, path)) {
+        if (edit && flock(fd, LOCK_EX) == 0 && !isStillNamed(fd, path) && attempt < openAttempts) {
             continue;
         }
         if (fstat(fd, &status) != 0) {

@@ -118,11 +118,15 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
     if (count == 0) {
         return badIcon("the icon file holds no image");
     }
+    if (count > maxIconImages) {
+        return badIcon("the icon file holds too many images");
+    }
     const std::size_t imagesBegin = directorySize + fileEntrySize * count;
     if (imagesBegin > file.size()) {
         return badIcon("the icon file ends inside its directory");
     }
     std::vector<IconImage> images;
+    std::size_t left = file.size() - imagesBegin;
     for (std::size_t i = 0; i < count; ++i) {
         const ByteView entry = file.subspan(directorySize + fileEntrySize * i, fileEntrySize);
         const std::uint32_t size = read32(entry, 8);
@@ -130,6 +134,10 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
         if (offset < imagesBegin || !fits(offset, size, file.size())) {
             return badIcon("image " + std::to_string(i + 1) + " lies outside the icon file");
         }
+        if (size > left) {
+            return badIcon("images of the icon file overlap");
+        }
+        left -= size;
         auto image = describeIconImage(file.subspan(offset, size));
         if (image.hasError()) {
             return image.error();

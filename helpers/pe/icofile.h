@@ -24,8 +24,12 @@ struct IconImage
 // nor a bitmap is an error.
 Result<IconImage> describeIconImage(ByteView data);
 
-// The images of an ICO file (ICONDIR, ICONDIRENTRY of the ICO format), in its order; never empty.
-// Everything that the directory says is checked against the buffer, which must outlive the result.
+// Far above any icon that is drawn; keeps the work on a hostile file small.
+constexpr std::size_t maxIconImages = 1024;
+
+// The images of an ICO file (ICONDIR, ICONDIRENTRY of the ICO format), in its order; never empty and at most
+// maxIconImages. Everything that the directory says is checked against the buffer, which must outlive
+// the result; images that share bytes are an error, so together they are no longer than the file.
 Result<std::vector<IconImage>> parseIcoFile(ByteView file);
 
 // An ICO file with just this image.

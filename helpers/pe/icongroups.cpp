@@ -12,7 +12,7 @@ namespace {
 
 using IdSet = std::set<std::uint32_t>;
 
-constexpr std::uint32_t maxGroupSize = 6 + 14 * 65535;
+constexpr std::uint32_t maxGroupSize = 6 + 14 * maxIconImages;
 
 ResourceKey idKey(std::uint32_t id)
 {

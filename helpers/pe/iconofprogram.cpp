@@ -13,6 +13,7 @@ namespace pe {
 namespace {
 
 constexpr std::uint32_t maxImageSize = 16U << 20;
+constexpr std::uint32_t imageHeaderSize = 40; // all that describeIconImage() looks at
 
 const ResourceData *resourceOf(const ResourceTree &tree, std::uint32_t type)
 {
@@ -36,6 +37,31 @@ bool isBetter(const IconImage &image, const IconImage &than)
         return std::pair(of.width * of.height, of.bitCount);
     };
     return rank(image) > rank(than);
+}
+
+// The best image of a group, judged by the first bytes of each: in a hostile file all images can be one
+// long stretch of bytes. Null when there is none that can be read.
+const ResourceData *bestImage(const ResourceTree &tree, const File &file, const PeHeaders &headers,
+                              ByteView group)
+{
+    const ResourceData *best = nullptr;
+    IconImage measures;
+    for (const std::uint16_t id : imageIdsOfGroup(group)) {
+        const ResourceData *data = imageOf(tree, id);
+        if (data == nullptr) {
+            continue;
+        }
+        const auto start = readResourceStart(file, headers, *data, maxImageSize, imageHeaderSize);
+        if (start.hasError()) {
+            continue;
+        }
+        const auto image = describeIconImage(start.value());
+        if (!image.hasError() && isBetter(image.value(), measures)) {
+            measures = image.value();
+            best = data;
+        }
+    }
+    return best;
 }
 
 } // namespace
@@ -63,25 +89,17 @@ Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program)
     if (content.hasError()) {
         return std::optional<Bytes>();
     }
-    Bytes best;
-    IconImage bestImage;
-    for (const std::uint16_t id : imageIdsOfGroup(content.value())) {
-        const ResourceData *data = imageOf(*tree.value(), id);
-        if (data == nullptr) {
-            continue;
-        }
-        auto bytes = readResource(file.value(), headers.value(), *data, maxImageSize);
-        if (bytes.hasError()) {
-            continue;
-        }
-        const auto image = describeIconImage(bytes.value());
-        // Moving a vector leaves its bytes where they are, so the image's view of them stays good.
-        if (!image.hasError() && isBetter(image.value(), bestImage)) {
-            bestImage = image.value();
-            best = std::move(bytes.value());
-        }
+    const ResourceData *best =
+        bestImage(*tree.value(), file.value(), headers.value(), content.value());
+    if (best == nullptr) {
+        return std::optional<Bytes>();
     }
-    return best.empty() ? std::optional<Bytes>() : icoFileOf(bestImage);
+    const auto bytes = readResource(file.value(), headers.value(), *best, maxImageSize);
+    if (bytes.hasError()) {
+        return bytes.error();
+    }
+    const auto image = describeIconImage(bytes.value());
+    return image.hasError() ? std::optional<Bytes>() : icoFileOf(image.value());
 }
 
 } // namespace pe

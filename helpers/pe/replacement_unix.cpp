@@ -179,8 +179,10 @@ Result<Done> Replacement::commit(File original)
 {
     const int fd = descriptor(m_file.m_handle);
     struct stat status = {};
-    if (fstat(descriptor(original.m_handle), &status) != 0
-        || (fchown(fd, status.st_uid, status.st_gid) != 0 && errno != EPERM)
+    struct stat made = {};
+    if (fstat(descriptor(original.m_handle), &status) != 0 || fstat(fd, &made) != 0
+        || ((made.st_uid != status.st_uid || made.st_gid != status.st_gid)
+            && fchown(fd, status.st_uid, status.st_gid) != 0 && errno != EPERM)
         || fchmod(fd, status.st_mode & 07777) != 0) {
         return systemError("the permissions cannot be kept");
     }

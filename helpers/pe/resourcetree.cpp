@@ -83,13 +83,19 @@ const ResourceData *firstData(const ResourceEntry &entry)
 Result<Bytes> readResource(const File &file, const PeHeaders &headers, const ResourceData &data,
                            std::uint32_t maxSize)
 {
+    return readResourceStart(file, headers, data, maxSize, data.size);
+}
+
+Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers, const ResourceData &data,
+                                std::uint32_t maxSize, std::uint32_t length)
+{
     const auto offset = headers.offsetOf(data.rva);
     const auto section = headers.sectionOf(data.rva);
     if (!offset || data.size > maxSize
         || !fits(*offset, data.size, headers.sections()[*section].rawEnd())) {
         return Error{ErrorKind::Damaged, "a resource lies outside the file"};
     }
-    return file.readAt(*offset, std::size_t{data.size});
+    return file.readAt(*offset, std::size_t{std::min(data.size, length)});
 }
 
 } // namespace pe

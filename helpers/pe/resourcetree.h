@@ -85,6 +85,9 @@ Result<std::optional<ResourceTree>> readResourceTree(const File &file, const PeH
 // The content of one resource; an error when the file does not hold all of it or it exceeds `maxSize`.
 Result<Bytes> readResource(const File &file, const PeHeaders &headers, const ResourceData &data,
                            std::uint32_t maxSize);
+// The same, but reads no more than the first `length` bytes.
+Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers, const ResourceData &data,
+                                std::uint32_t maxSize, std::uint32_t length);
 
 // The order that the loader's binary search needs.
 bool sortsBefore(const ResourceKey &left, const ResourceKey &right);

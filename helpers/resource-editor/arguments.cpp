@@ -7,8 +7,12 @@
 
 #include <algorithm>
 #include <map>
+#include <system_error>
 
 namespace {
+
+// A resource name's length is stored in 16 bits.
+constexpr std::size_t maxNameLength = 0xffff;
 
 constexpr std::string_view knownSwitches[] = {"-open", "-save", "-action",
                                               "-resource", "-mask", "-log"};
@@ -71,9 +75,7 @@ std::vector<std::string> fieldsOf(const std::string &mask)
     return fields;
 }
 
-} // namespace
-
-std::optional<Request> parseArguments(const Arguments &arguments, std::string &problem)
+std::optional<Request> parse(const Arguments &arguments, std::string &problem)
 {
     Switches switches;
     if (!collectSwitches(arguments, switches, problem)) {
@@ -99,9 +101,25 @@ std::optional<Request> parseArguments(const Arguments &arguments, std::string &p
         request.icon = switches["-resource"];
         const auto *name = reinterpret_cast<const char8_t *>(fields[1].c_str());
         request.groupName = pe::upperCased(std::filesystem::path(name).u16string());
+        if (request.groupName.size() > maxNameLength) {
+            problem = "the name in -mask is too long";
+            return std::nullopt;
+        }
         return request;
     }
     problem = "only \"-action delete -mask ICONGROUP,\" and \"-action addoverwrite -resource ICO "
               "-mask ICONGROUP,NAME,\" are known";
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<Request> parseArguments(const Arguments &arguments, std::string &problem)
+{
+    try {
+        return parse(arguments, problem);
+    } catch (const std::system_error &) { // of the conversions that std::filesystem::path does
+        problem = "an argument is not valid text";
+        return std::nullopt;
+    }
 }

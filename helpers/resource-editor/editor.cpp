@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <new>
 
 namespace {
 
@@ -132,6 +133,16 @@ std::variant<pe::EditOutcome, Failure> edit(const Request &request)
     return outcome.value();
 }
 
+// Memory only runs out before anything is written.
+std::variant<pe::EditOutcome, Failure> editWithinMemory(const Request &request)
+{
+    try {
+        return edit(request);
+    } catch (const std::bad_alloc &) {
+        return Failure{request.open, {pe::ErrorKind::CannotRead, "there is not enough memory"}};
+    }
+}
+
 void writeLog(const Request &request, const std::string &line)
 {
     if (request.log) {
@@ -169,12 +180,14 @@ ExitStatus runEditor(const Arguments &arguments)
         return complain(lineOf(*request->log, "the log may not be one of the files at work"),
                         ExitStatus::WrongUsage);
     }
-    const auto result = edit(*request);
+    const auto result = editWithinMemory(*request);
     if (const auto *failure = std::get_if<Failure>(&result)) {
         const std::string line = lineOf(failure->file, textOf(failure->error));
         writeLog(*request, line);
         return complain(line, statusOf(failure->error.kind));
     }
-    writeLog(*request, lineOf(request->save, textOf(std::get<pe::EditOutcome>(result))));
+    if (request->log) {
+        writeLog(*request, lineOf(request->save, textOf(std::get<pe::EditOutcome>(result))));
+    }
     return ExitStatus::Done;
 }
