@@ -135,7 +135,7 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
             return badIcon("image " + std::to_string(i + 1) + " lies outside the icon file");
         }
         if (size > left) {
-            return badIcon("images of the icon file overlap");
+            return badIcon("the images together are longer than the icon file");
         }
         left -= size;
         auto image = describeIconImage(file.subspan(offset, size));

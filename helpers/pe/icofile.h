@@ -25,12 +25,15 @@ struct IconImage
 Result<IconImage> describeIconImage(ByteView data);
 
 // Far above any icon that is drawn; keeps the work on a hostile file small.
-constexpr std::size_t maxIconImages = 1024;
+constexpr std::uint32_t maxIconImages = 1024;
 
 // The images of an ICO file (ICONDIR, ICONDIRENTRY of the ICO format), in its order; never empty and at most
 // maxIconImages. Everything that the directory says is checked against the buffer, which must outlive
-// the result; images that share bytes are an error, so together they are no longer than the file.
+// the result. Together the images are no longer than the file: more can only be said of shared bytes.
 Result<std::vector<IconImage>> parseIcoFile(ByteView file);
+
+// The size of an icon group's content at most.
+constexpr std::uint32_t maxIconGroupSize = 6 + 14 * maxIconImages;
 
 // An ICO file with just this image.
 Bytes icoFileOf(const IconImage &image);

@@ -12,8 +12,6 @@ namespace {
 
 using IdSet = std::set<std::uint32_t>;
 
-constexpr std::uint32_t maxGroupSize = 6 + 14 * maxIconImages;
-
 ResourceKey idKey(std::uint32_t id)
 {
     return {std::nullopt, id};
@@ -69,7 +67,7 @@ void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeade
     if (entry.data.newContent) {
         return;
     }
-    const auto group = readResource(file, headers, entry.data, maxGroupSize);
+    const auto group = readResource(file, headers, entry.data, maxIconGroupSize);
     if (!group.hasError()) {
         const auto found = imageIdsOfGroup(group.value());
         ids.insert(found.begin(), found.end());

@@ -85,7 +85,7 @@ Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program)
     if (group == nullptr) {
         return std::optional<Bytes>();
     }
-    const auto content = readResource(file.value(), headers.value(), *group, maxImageSize);
+    const auto content = readResource(file.value(), headers.value(), *group, maxIconGroupSize);
     if (content.hasError()) {
         return std::optional<Bytes>();
     }

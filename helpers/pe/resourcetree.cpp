@@ -92,7 +92,8 @@ Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers, cons
     const auto offset = headers.offsetOf(data.rva);
     const auto section = headers.sectionOf(data.rva);
     if (!offset || data.size > maxSize
-        || !fits(*offset, data.size, headers.sections()[*section].rawEnd())) {
+        || !fits(*offset, data.size,
+                 std::min(headers.sections()[*section].rawEnd(), file.size()))) {
         return Error{ErrorKind::Damaged, "a resource lies outside the file"};
     }
     return file.readAt(*offset, std::size_t{std::min(data.size, length)});

@@ -39,6 +39,10 @@ private slots:
         longImage[6 + 8 + 3] = 0x7f; // its length
         QByteArray many = good;
         many[5] = '\xff';
+        QByteArray shared = good;
+        shared.replace(6 + 8, 8, good.mid(6 + 16 + 8, 8)); // the first image is the second, too
+        QTest::newRow("images longer than the file together") << shared;
+        QTest::newRow("more images than any icon has") << petest::makeIcon(QList<int>(1025, 16));
         QTest::newRow("empty") << QByteArray();
         QTest::newRow("header only") << QByteArray("\0\0\1\0\0\0", 6);
         QTest::newRow("a cursor") << cursor;

@@ -3,6 +3,8 @@
 
 #include "helpers/pe/iconofprogram.h"
 
+#include "helpers/pe/icongroups.h"
+#include "helpers/pe/resourceedit.h"
 #include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/petest.h"
 
@@ -13,6 +15,18 @@
 class TestIconOfProgram : public QObject
 {
     Q_OBJECT
+
+private:
+    static QByteArray imageOfIcon(const QString &path)
+    {
+        const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+        if (icon.hasError() || !icon.value()) {
+            return "none";
+        }
+        const pe::Bytes &bytes = *icon.value();
+        return QByteArray(reinterpret_cast<const char *>(bytes.data()),
+                          static_cast<qsizetype>(bytes.size())).mid(22);
+    }
 
 private slots:
     void anIconFileWithOneImageComesOut_data()
@@ -37,6 +51,44 @@ private slots:
         QCOMPARE(pe::read16(bytes, 4), 1); // of one image
         QCOMPARE(pe::read32(bytes, 18), 22U);
         QCOMPARE(pe::read32(bytes, 14), bytes.size() - 22);
+    }
+
+    // Names come before numbers: of the groups "OTHER" and 1 the first is "OTHER", of one image.
+    void theFirstGroupCounts()
+    {
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath("a.exe"), petest::makeProgram({})));
+        QCOMPARE(imageOfIcon(dir.filePath("a.exe")), petest::makeImage(32));
+    }
+
+    void theLargestImageOfTheGroupCounts_data()
+    {
+        QTest::addColumn<QList<int>>("sizes");
+        QTest::addColumn<int>("largest");
+        QTest::newRow("it is the first") << QList<int>{48, 32, 16} << 48;
+        QTest::newRow("it is in the middle") << QList<int>{16, 64, 48} << 64;
+        QTest::newRow("it is a PNG, whose entry says 0") << QList<int>{128, 16, 256} << 256;
+    }
+    void theLargestImageOfTheGroupCounts()
+    {
+        QFETCH(QList<int>, sizes);
+        QFETCH(int, largest);
+        QTemporaryDir dir;
+        const QString path = dir.filePath("a.exe");
+        QVERIFY(writeFile(path, petest::makeProgram({.icons = false})));
+        const QByteArray icon = petest::makeIcon(sizes);
+        const auto images = pe::parseIcoFile({reinterpret_cast<const std::uint8_t *>(icon.data()),
+                                              static_cast<std::size_t>(icon.size())});
+        QVERIFY(!images.hasError());
+        const auto native = QFile::encodeName(path).toStdString();
+        const auto outcome = pe::editResources(
+            native, native,
+            [&](pe::ResourceTree &tree, const pe::File &file, const pe::PeHeaders &headers) {
+                return pe::Result<bool>(
+                    !pe::setIconGroup(tree, file, headers, {u"A", 0}, images.value()).hasError());
+            });
+        QVERIFY(!outcome.hasError());
+        QCOMPARE(imageOfIcon(path), petest::makeImage(largest));
     }
 
     void programsWithoutAnIcon()
