@@ -25,8 +25,8 @@ bool isResourceSection(const Section &section)
     return section.name.starts_with(".rsrc");
 }
 
-// Whether the section holds the resources and nothing else, so that bytes that the tree does not use
-// are free. Packers and linkers that merge sections keep other things there.
+// Whether the section holds the resources and nothing else, so that bytes that the tree does not
+// use are free. Packers and linkers that merge sections keep other things there.
 bool isSectionOfTree(const PeHeaders &headers, const ResourceTree &tree)
 {
     const Section &section = headers.sections()[tree.section];
@@ -51,8 +51,8 @@ bool isSectionOfTree(const PeHeaders &headers, const ResourceTree &tree)
     return section.rawPointer >= headers.sizeOfHeaders();
 }
 
-// Whether the section at `index` is the last one and holds base relocations alone: the only reference to
-// it is its data directory, so it can be given another address.
+// Whether the section at `index` is the last one and holds base relocations alone: the only
+// reference to it is its data directory, so it can be given another address.
 bool isMovableReloc(const PeHeaders &headers, std::size_t index)
 {
     const auto &sections = headers.sections();

@@ -20,9 +20,9 @@ struct EditPlan
     Patch root; // the root table
     PeHeaders headers; // as they are to be, but for the checksum
 
-    // The patches may be written into the old file itself. Until `root` is written, a reader sees the old
-    // resources: `content` touches only bytes that nothing refers to, and the root table lies within
-    // one page, which the system writes as a whole even when the writer is killed.
+    // The patches may be written into the old file itself. Until `root` is written, a reader sees
+    // the old resources: `content` touches only bytes that nothing refers to, and the root table
+    // lies within one page, which the system writes as a whole even when the writer is killed.
     bool inPlace = false;
 };
 
@@ -37,8 +37,8 @@ struct OldPlace
 
 // Decides where a changed tree goes. In this order: into bytes of its section that are not in use;
 // into its section, all tables written anew, the section growing as needed (and a .reloc
-// section behind it moving on); into a new section. A tree with rootRva 0 is new to the file. Takes the
-// new content out of the tree.
+// section behind it moving on); into a new section. A tree with rootRva 0 is new to the file. Takes
+// the new content out of the tree.
 Result<EditPlan> planEdit(const File &file, const PeHeaders &headers, ResourceTree &tree,
                           const OldPlace &old);
 

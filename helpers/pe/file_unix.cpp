@@ -26,8 +26,8 @@ int descriptor(std::intptr_t handle)
     return static_cast<int>(handle);
 }
 
-// How often another editor may win the race for the lock; on file systems whose inode numbers are not steady
-// the check that follows never succeeds.
+// How often another editor may win the race for the lock; on file systems whose inode numbers are
+// not steady the check that follows never succeeds.
 constexpr int openAttempts = 50;
 
 // An editor that finished while we waited for the lock may have put another file in place.

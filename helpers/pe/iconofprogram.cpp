@@ -39,8 +39,8 @@ bool isBetter(const IconImage &image, const IconImage &than)
     return rank(image) > rank(than);
 }
 
-// The best image of a group, judged by the first bytes of each: in a hostile file all images can be one
-// long stretch of bytes. Null when there is none that can be read.
+// The best image of a group, judged by the first bytes of each: in a hostile file all images can be
+// one long stretch of bytes. Null when there is none that can be read.
 const ResourceData *bestImage(const ResourceTree &tree, const File &file, const PeHeaders &headers,
                               ByteView group)
 {

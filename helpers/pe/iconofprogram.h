@@ -11,9 +11,9 @@
 
 namespace pe {
 
-// The icon of a program as an ICO file with one image: of the first icon group (in directory order, its
-// first language) the largest image, of several the one with the most bits a pixel. Nothing when
-// the program has no icon that can be read; an error when the file cannot be read or is no PE.
+// The icon of a program as an ICO file with one image: of the first icon group (in directory order,
+// its first language) the largest image, of several the one with the most bits a pixel. Nothing
+// when the program has no icon that can be read; an error when the file cannot be read or is no PE.
 Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program);
 
 } // namespace pe

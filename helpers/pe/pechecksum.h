@@ -19,7 +19,8 @@ public:
     void add(ByteView bytes, std::uint64_t offset);
     void remove(ByteView bytes, std::uint64_t offset);
 
-    // Everything but `head` moves on by an odd number of bytes: each byte into the other half of a word.
+    // Everything but `head` moves on by an odd number of bytes: each byte into the other half of a
+    // word.
     void moveByOddLength(const WordSum &head);
 
     // The value of the CheckSum field for a file of this length whose sum this is.

@@ -33,7 +33,8 @@ struct Section
     }
 };
 
-// The numbers of the data directories that matter here (PE format, "Optional Header Data Directories").
+// The numbers of the data directories that matter here (PE format, "Optional Header Data
+// Directories").
 enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6 };
 
 struct DataDirectory

@@ -113,8 +113,8 @@ Result<Done> writeContent(File &file, const EditPlan &plan)
     return Done{};
 }
 
-// The order is what keeps the file whole: unused bytes, then the headers, which may come to cover more than
-// before, then in one write the root table, by which the new resources replace the old.
+// The order is what keeps the file whole: unused bytes, then the headers, which may come to cover
+// more than before, then in one write the root table, by which the new resources replace the old.
 Result<Done> writeInPlace(File &file, const PeHeaders &old, const EditPlan &plan)
 {
     if (auto written = writeContent(file, plan); written.hasError()) {

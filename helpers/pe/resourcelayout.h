@@ -17,8 +17,8 @@ struct Patch
     Bytes bytes;
 };
 
-// The room in which a tree is laid out. Positions count from the root's first byte, which is at rootRva
-// in memory and at rootOffset in the file.
+// The room in which a tree is laid out. Positions count from the root's first byte, which is at
+// rootRva in memory and at rootOffset in the file.
 struct LayoutRoom
 {
     std::uint32_t rootRva = 0;
@@ -37,9 +37,9 @@ struct Layout
     std::uint32_t usedEnd = 0; // the end of the last byte written
 };
 
-// Finds room for whatever the tree has that the file has not; resources with a place keep it. The root stays
-// at position 0. Nothing when the room is too small. The positions in the tree become those of
-// the layout, and new content moves out of it.
+// Finds room for whatever the tree has that the file has not; resources with a place keep it. The
+// root stays at position 0. Nothing when the room is too small. The positions in the tree become
+// those of the layout, and new content moves out of it.
 std::optional<Layout> layOut(ResourceTree &tree, const LayoutRoom &room);
 
 // The place of all data of the tree that lie inside [rva, rva + length), from rva on.

@@ -77,12 +77,13 @@ struct ResourceTree
     std::vector<ResourceRange> tables; // where the file has tables, names and data entries; root first
 };
 
-// Reads the directory; nothing when the program has none. Loops, tables outside the section, more than
-// three levels and absurd counts are errors. Where data lie is not checked: packed programs have resources
-// that exist only in memory.
+// Reads the directory; nothing when the program has none. Loops, tables outside the section, more
+// than three levels and absurd counts are errors. Where data lie is not checked: packed programs
+// have resources that exist only in memory.
 Result<std::optional<ResourceTree>> readResourceTree(const File &file, const PeHeaders &headers);
 
-// The content of one resource; an error when the file does not hold all of it or it exceeds `maxSize`.
+// The content of one resource; an error when the file does not hold all of it or it exceeds
+// `maxSize`.
 Result<Bytes> readResource(const File &file, const PeHeaders &headers, const ResourceData &data,
                            std::uint32_t maxSize);
 // The same, but reads no more than the first `length` bytes.

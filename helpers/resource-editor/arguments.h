@@ -30,6 +30,6 @@ using Arguments = std::vector<std::filesystem::path>;
 // Reads the two command lines that there are:
 //   -open FILE -save FILE -action delete -mask ICONGROUP, -log LOG
 //   -open FILE -save FILE -action addoverwrite -resource ICO -mask ICONGROUP,NAME, -log LOG
-// Switches may come in any order and in small or capital letters; -log may be left out, and NUL as LOG
-// means none. Nothing, and a reason in `problem`, when the arguments are others.
+// Switches may come in any order and in small or capital letters; -log may be left out, and NUL as
+// LOG means none. Nothing, and a reason in `problem`, when the arguments are others.
 std::optional<Request> parseArguments(const Arguments &arguments, std::string &problem);

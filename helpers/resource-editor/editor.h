@@ -17,6 +17,6 @@ enum class ExitStatus {
     CannotWrite = 8,
 };
 
-// Does one run of the editor: reads the arguments, edits, writes the log if one is wanted, and on failure
-// one line to standard error. The file is then as it was.
+// Does one run of the editor: reads the arguments, edits, writes the log if one is wanted, and on
+// failure one line to standard error. The file is then as it was.
 ExitStatus runEditor(const Arguments &arguments);

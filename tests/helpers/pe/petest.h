@@ -12,7 +12,8 @@
 // code with the one under test.
 namespace petest {
 
-// One resource as the reader finds it. The map's key is "type/name/language"; names stand in quotes.
+// One resource as the reader finds it. The map's key is "type/name/language"; names stand in
+// quotes.
 struct Resource
 {
     QByteArray content;
@@ -30,8 +31,8 @@ struct SectionRow
     quint32 rawPointer = 0;
 };
 
-// A program's bytes, looked at. `fault` tells the first thing that the loader would stumble over, a directory
-// that is not sorted included; it is empty for a sound file.
+// A program's bytes, looked at. `fault` tells the first thing that the loader would stumble over, a
+// directory that is not sorted included; it is empty for a sound file.
 struct PeFacts
 {
     QString fault;

@@ -60,7 +60,8 @@ private:
             << Recipe{.slack = 300000, .overlay = 5000};
     }
 
-    // The debug directory lies 64 bytes into the code; its last field is where its data lie in the file.
+    // The debug directory lies 64 bytes into the code; its last field is where its data lie in the
+    // file.
     static void moveDebugData(QByteArray &code, qint64 distance)
     {
         char *pointer = code.data() + 64 + 24;

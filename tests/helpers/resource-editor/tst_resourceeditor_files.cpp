@@ -37,8 +37,8 @@ QByteArray resourcesByWrestool(const QString &program)
     return all;
 }
 
-// Runs the editor and kills it when it enters, or has done, its `number`th system call; false when it
-// came to its end before.
+// Runs the editor and kills it when it enters, or has done, its `number`th system call; false when
+// it came to its end before.
 bool runAndKillAt(const QStringList &arguments, int number)
 {
     std::vector<QByteArray> texts{KESTRELPACK_RESOURCE_EDITOR};
@@ -150,20 +150,38 @@ private slots:
         const QString program = dir.filePath("large.exe");
         QVERIFY(writeFile(program, readFile(KESTRELPACK_HELLO_EXE)));
         QFile file(program);
-        QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(gibibyte)); // a hole
+        QVERIFY(file.open(QIODevice::ReadWrite | QIODevice::Append));
+        const QByteArray chunk = petest::overlayOf(1 << 20);
+        for (int i = 0; i < 256; ++i) {
+            QCOMPARE(file.write(chunk), chunk.size());
+        }
+        file.close();
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(gibibyte)); // the rest is a hole
         QVERIFY(file.seek(gibibyte - 7) && file.write("the end") == 7);
         file.close();
 
         QElapsedTimer timer;
         timer.start();
+        QCOMPARE(QProcess::execute("cp", {program, dir.filePath("copy.exe")}), 0);
+        const qint64 copying = timer.restart();
         QCOMPARE(runEditor(deleteArguments(program)).status, 0);
         const qint64 deleting = timer.restart();
         QCOMPARE(runEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
         const qint64 adding = timer.elapsed();
-        qInfo("delete run %lld ms, add run %lld ms", static_cast<long long>(deleting),
-              static_cast<long long>(adding));
+        qInfo("delete run %lld ms, add run %lld ms; cp takes %lld ms",
+              static_cast<long long>(deleting), static_cast<long long>(adding),
+              static_cast<long long>(copying));
+        QVERIFY(deleting < 3000);
+        QVERIFY(adding < 5000);
 
         QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.size() > gibibyte);
+        QFile copy(dir.filePath("copy.exe"));
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        for (const qint64 fromEnd : {7LL, gibibyte - (1 << 20), gibibyte - (200 << 20)}) {
+            QVERIFY(file.seek(file.size() - fromEnd) && copy.seek(copy.size() - fromEnd));
+            QCOMPARE(file.read(1 << 20), copy.read(1 << 20));
+        }
         QVERIFY(file.seek(file.size() - 7));
         QCOMPARE(file.readAll(), QByteArray("the end"));
 #ifndef __SANITIZE_ADDRESS__ // which takes hundreds of megabytes for itself
