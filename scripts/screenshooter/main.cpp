@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// screenshooter APPLICATION-FOLDER PICTURE-FOLDER: takes the pictures of the documentation. Runs a real
+// job on the folder; the settings store and the temporary directory are those of the environment.
+
+#include "app/stylesheet.h"
+#include "scripts/screenshooter/camera.h"
+#include "ui/mainwindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolButton>
+
+namespace {
+
+constexpr int percentageOfRunningPicture = 35;
+
+class Session
+{
+public:
+    Session(const QString &application, const QString &pictures)
+        : m_application(application)
+        , m_camera(pictures)
+    {
+        m_window.show();
+        settle();
+    }
+
+    void run()
+    {
+        shootEmptyWindow();
+        shootRefusals();
+        shootJob();
+        shootAdvancedPage();
+    }
+
+private:
+    template<typename Widget>
+    Widget *find(const char *name) const
+    {
+        return m_window.findChild<Widget *>(QLatin1String(name));
+    }
+
+    void click(const char *name) { find<QAbstractButton>(name)->click(); }
+
+    void shootClick(const QString &picture, const char *button)
+    {
+        m_camera.shootWhatOpens(picture, [this, button] { click(button); });
+    }
+
+    static void settle()
+    {
+        QEventLoop loop;
+        QTimer::singleShot(100, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+
+    void shootEmptyWindow()
+    {
+        m_camera.shoot("start");
+        shootClick("menu", "menuButton");
+        m_camera.shootWhatOpens("about", [this] { m_window.on_aboutButton_clicked(); });
+        shootClick("quit", "closeButton");
+    }
+
+    void shootRefusals()
+    {
+        shootClick("no-folder", "startButton");
+        find<QLineEdit>("folderLineEdit")->setText(m_application);
+        shootClick("no-program", "startButton");
+        find<QComboBox>("mainExeComboBox")->addItem("hello.exe");
+        shootClick("no-output", "startButton");
+        find<QLineEdit>("outputLineEdit")->setText(QDir::tempPath());
+        m_camera.shoot("basic");
+    }
+
+    void shootJob()
+    {
+        bool taken = false;
+        const auto *bar = find<QProgressBar>("progressBar");
+        QObject::connect(bar, &QProgressBar::valueChanged, &m_window, [this, &taken](int value) {
+            if (!taken && value >= percentageOfRunningPicture) {
+                taken = true;
+                m_camera.shoot("running");
+            }
+        });
+        QEventLoop loop;
+        m_camera.shootWhatOpens("finished", [this, &loop] {
+            click("startButton");
+            QTimer ended;
+            QObject::connect(&ended, &QTimer::timeout, &loop, [this, &loop] {
+                if (find<QPushButton>("startButton")->isEnabled()
+                    && QApplication::activeModalWidget() == nullptr) {
+                    loop.quit();
+                }
+            });
+            ended.start(20);
+            loop.exec();
+        });
+        m_camera.shoot("done");
+    }
+
+    void shootAdvancedPage()
+    {
+        click("advancedTabButton");
+        settle();
+        m_camera.shoot("advanced");
+        shootClick("reset", "resetButton");
+    }
+
+    QString m_application;
+    Camera m_camera;
+    MainWindow m_window;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 3 || !loadStyleSheet(application)) {
+        return EXIT_FAILURE;
+    }
+    Session(arguments[1], arguments[2]).run();
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QFutureWatcher>
+#include <QMainWindow>
+#include <QPoint>
+#include <QProcess>
+#include <QString>
+
+#include <memory>
+
+class LogAppender;
+class QButtonGroup;
+class QThread;
+class Worker;
+
+namespace Ui {
+class MainWindow;
+}
+
+// The program's window: takes a job's inputs, has the worker run it on a thread of its own, and
+// shows what the worker says. Destroying the window waits for a running job.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // The states of the four options. They are remembered, but no job depends on them yet.
+    bool isCleanupEnabled() const;
+    bool isTempExtractionEnabled() const;
+    bool isEncryptionEnabled() const;
+    bool isAdminRequired() const;
+
+    // The archiver's words for the choices in the three lists (packaging/compressionoptions.h).
+    QString compressionLevelText() const;
+    QString compressionMethodText() const;
+    QString dictionarySizeText() const;
+
+    // Version information for a produced executable, five lines "Name=value"; not used so far.
+    QString versionInfoText() const;
+
+public slots:
+    // `index` is that of a page: 0 basic, 1 advanced.
+    void onTabButtonClicked(int index);
+    void onMinimizeButtonClicked();
+    void onCloseButtonClicked();
+    void on_aboutButton_clicked();
+
+    void on_selectFolderButton_clicked();
+    void on_mainExeButton_clicked();
+    void on_outputButton_clicked();
+    void on_iconButton_clicked();
+    void on_startButton_clicked();
+    void on_resetButton_clicked();
+
+    void onWorkerProgress(int value);
+    void onWorkerLog(const QString &message);
+    void onWorkerFinished(bool success);
+
+    // A program's output, end and errors. They are wired to `process`, which nothing starts so far.
+    void handleProcessOutput();
+    void handleProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void handleProcessError(QProcess::ProcessError error);
+    void updateProgress(int value);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    void startWorkerThread();
+    void groupTabButtons();
+    void makeFrameless();
+    void connectSignals();
+    void buildMenu();
+    bool startsDrag(const QPoint &position) const;
+
+    void loadSettings();
+    void saveSettings() const;
+
+    void populateMainExeList(const QString &folder);
+    bool validateInputs();
+    QString problemOfInputs() const;
+
+    void setProcessingState(bool busy);
+    void cleanupTempDir();
+
+    std::unique_ptr<Ui::MainWindow> ui;
+    QProcess *process;
+    QFutureWatcher<bool> *futureWatcher;
+    QString tempDir;
+    QButtonGroup *tabButtonGroup = nullptr;
+    QThread *workerThread = nullptr;
+    std::unique_ptr<Worker> worker;
+    bool dragging = false;
+    QPoint dragStartPosition;   // of the mouse, on the screen
+    QPoint windowStartPosition; // of the window's frame, on the screen
+    LogAppender *log = nullptr;
+};

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// Starting a job and showing what the worker says of it. A job cannot be cancelled.
+
+#include "packaging/compressionoptions.h"
+#include "packaging/worker.h"
+#include "ui/logappender.h"
+#include "ui/mainwindow.h"
+#include "ui_mainwindow.h"
+
+#include <QMessageBox>
+
+void MainWindow::on_startButton_clicked()
+{
+    if (!validateInputs()) {
+        log->append(tr("输入验证失败，操作中止"));
+        return;
+    }
+    setProcessingState(true);
+    ui->progressBar->setValue(0);
+    log->clear();
+    QMetaObject::invokeMethod(worker.get(), "createPortableApp", Qt::AutoConnection,
+                              Q_ARG(QString, ui->folderLineEdit->text()),
+                              Q_ARG(QString, tempDir + QStringLiteral("/temp.7z")),
+                              Q_ARG(QString, ui->outputLineEdit->text()),
+                              Q_ARG(QString, ui->mainExeComboBox->currentText()),
+                              Q_ARG(QString, ui->iconLineEdit->text()),
+                              Q_ARG(QString, compressionLevelText()),
+                              Q_ARG(QString, compressionMethodText()),
+                              Q_ARG(QString, dictionarySizeText()));
+}
+
+// Locks what could start a second job or change the ground under this one. The fields and lists stay
+// usable: the job has copies of them.
+void MainWindow::setProcessingState(bool busy)
+{
+    const QList<QWidget *> controls = {ui->startButton, ui->selectFolderButton, ui->outputButton,
+                                       ui->iconButton,  ui->mainExeButton,      ui->resetButton,
+                                       ui->menuButton};
+    for (QWidget *control : controls) {
+        control->setEnabled(!busy);
+    }
+}
+
+void MainWindow::onWorkerProgress(int value)
+{
+    ui->progressBar->setValue(value);
+}
+
+void MainWindow::onWorkerLog(const QString &message)
+{
+    log->append(message);
+}
+
+void MainWindow::onWorkerFinished(bool success)
+{
+    log->whenThrough([this, success] {
+        setProcessingState(false);
+        if (success) {
+            QMessageBox::information(this, tr("完成"), tr("便携应用创建成功！"), QMessageBox::Ok);
+        }
+    });
+}
+
+QString MainWindow::compressionLevelText() const
+{
+    return ::compressionLevelText(ui->cmbCompression->currentIndex());
+}
+
+QString MainWindow::compressionMethodText() const
+{
+    return ::compressionMethodText(ui->cmbMethod->currentIndex());
+}
+
+QString MainWindow::dictionarySizeText() const
+{
+    return ::dictionarySizeText(ui->cmbDictSize->currentIndex());
+}
