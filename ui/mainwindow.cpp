@@ -14,7 +14,7 @@
 #include <QThread>
 
 MainWindow::MainWindow(QWidget *parent)
-    : QMainWindow(parent)
+    : QMainWindow(parent, Qt::Window | Qt::FramelessWindowHint)
     , ui(std::make_unique<Ui::MainWindow>())
     , process(new QProcess(this))
     , futureWatcher(new QFutureWatcher<bool>(this))
