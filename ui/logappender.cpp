@@ -4,12 +4,13 @@
 #include "ui/logappender.h"
 
 #include <QElapsedTimer>
-#include <QTextBlock>
+#include <QScrollBar>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -22,21 +23,29 @@ constexpr qint64 sliceMilliseconds = 40;
 
 constexpr QChar backspace(u'\b');
 
-// Makes the backspaces from the block on take no room: a terminal goes back over them, but a font has
-// only a box for them. They stay in the text.
-void hideBackspaces(QTextDocument *document, int firstBlock)
+// A terminal goes back over backspaces, but a font has only a box for them; they stay in the text and
+// take no room. Without the strategy every font of the system would be searched for them.
+QTextCharFormat formatOfBackspaces()
 {
-    QTextCharFormat hidden;
-    hidden.setProperty(QTextFormat::FontPixelSize, 1);
-    hidden.setForeground(Qt::transparent);
-    QTextCursor cursor(document);
-    const int first = document->findBlockByNumber(firstBlock).position();
-    for (int position = first; position < document->characterCount(); ++position) {
-        if (document->characterAt(position) == backspace) {
-            cursor.setPosition(position);
-            cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
-            cursor.mergeCharFormat(hidden);
-        }
+    QTextCharFormat format;
+    format.setProperty(QTextFormat::FontPixelSize, 1);
+    format.setFontStyleStrategy(QFont::NoFontMerging);
+    format.setForeground(Qt::transparent);
+    return format;
+}
+
+// Inserts the text as it stands; QTextEdit::append() would take a file name such as "<b>" for markup.
+void insertPlain(QTextCursor &cursor, QStringView text)
+{
+    while (!text.isEmpty()) {
+        const bool hidden = text.front() == backspace;
+        const auto *end = std::find_if(text.begin(), text.end(), [hidden](QChar character) {
+            return (character == backspace) != hidden;
+        });
+        const auto length = std::distance(text.begin(), end);
+        cursor.insertText(text.first(length).toString(),
+                          hidden ? formatOfBackspaces() : QTextCharFormat());
+        text = text.sliced(length);
     }
 }
 
@@ -83,16 +92,20 @@ void LogAppender::whenThrough(std::function<void()> action)
 
 void LogAppender::show(const QString &line)
 {
-    const int lastBlock = m_pane->document()->blockCount() - 1;
-    // QTextEdit would take a file name such as "<b>" for markup.
-    if (Qt::mightBeRichText(line)) {
-        m_pane->append(QStringLiteral("<span style=\"white-space:pre-wrap\">%1</span>")
-                           .arg(line.toHtmlEscaped()));
-    } else {
-        m_pane->append(line);
+    QScrollBar *bar = m_pane->verticalScrollBar();
+    const bool atBottom = bar->value() >= bar->maximum();
+
+    QTextCursor cursor(m_pane->document());
+    cursor.beginEditBlock();
+    cursor.movePosition(QTextCursor::End);
+    if (!m_pane->document()->isEmpty()) {
+        cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
     }
-    if (line.contains(backspace)) {
-        hideBackspaces(m_pane->document(), lastBlock);
+    insertPlain(cursor, line);
+    cursor.endEditBlock();
+
+    if (atBottom) {
+        bar->setValue(bar->maximum());
     }
 }
 
