@@ -10,6 +10,7 @@
 //   write FILE SIZE             makes FILE with SIZE bytes of a pattern; "@3" means argument 3
 //   copy FROM TO, remove FILE
 //   sleep MILLISECONDS
+//   wait FILE                   until there is such a file
 //   if ARGUMENT                 goes on only when ARGUMENT is among the arguments, else ends with 0
 //   unless ARGUMENT             the other way round
 //   crash, exit CODE
@@ -106,6 +107,10 @@ private:
             std::filesystem::remove(split(rest).at(0));
         } else if (command == "sleep") {
             std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(rest)));
+        } else if (command == "wait") {
+            while (!std::filesystem::exists(rest)) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
         } else if (command == "crash") {
             std::abort();
         } else if (command != "if" && command != "unless" && !command.empty()) {

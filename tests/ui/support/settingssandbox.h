@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QSettings>
+#include <QTemporaryDir>
+
+// A settings store of the test's own, empty at first. Where the store is the registry, it is that of the
+// test's Wine prefix.
+class SettingsSandbox
+{
+public:
+    SettingsSandbox()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
+        store().clear();
+    }
+
+    QSettings &store()
+    {
+        m_store = std::make_unique<QSettings>("Vexo", "Kestrelpack");
+        return *m_store;
+    }
+
+    // Seen afresh, as another process would.
+    QVariant value(const QString &key) { return store().value(key); }
+    QStringList keys() { return store().allKeys(); }
+
+    void set(const QString &key, const QVariant &value)
+    {
+        store().setValue(key, value);
+        m_store->sync();
+    }
+
+private:
+    QTemporaryDir m_directory;
+    std::unique_ptr<QSettings> m_store;
+};
