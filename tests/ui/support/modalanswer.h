@@ -39,7 +39,8 @@ inline int whileModal(const std::function<void()> &open, const std::function<voi
             leftOpen = true;
             modal->close();
         });
-        act(modal);
+        // Apart from the poll, which must go on when this opens something more.
+        QTimer::singleShot(0, modal, [modal, &act] { act(modal); });
     });
     poll.start(1);
     open();
