@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// The program with a person inside it: closes each box, and then the window by its close button. Writes
+// what it sees to standard output, one line each. DRIVEN_BUNDLE ("missing" or "empty") spoils the bundle.
+
+#include "app/application.h"
+#include "tests/app/bundleswap.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+void say(const QString &text)
+{
+    std::printf("%s\n", qUtf8Printable(QString(text).replace('\n', "\\n")));
+    std::fflush(stdout);
+}
+
+QMainWindow *visibleWindow()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *window = qobject_cast<QMainWindow *>(widget); window && window->isVisible()) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+void closeBox(QMessageBox &box)
+{
+    say(QStringLiteral("box %1 | %2 | buttons %3 | %4")
+            .arg(box.windowTitle(), box.text())
+            .arg(box.standardButtons().toInt(), 0, 16)
+            .arg(visibleWindow() ? "over the window" : "alone"));
+    auto *yes = box.button(QMessageBox::Yes);
+    (yes ? yes : box.button(QMessageBox::Ok))->click();
+}
+
+void lookAround()
+{
+    static bool closing = false;
+    if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+        closeBox(*box);
+    } else if (QMainWindow *window = visibleWindow(); window && !closing) {
+        closing = true;
+        say(qApp->styleSheet().isEmpty() ? "window, plain" : "window, styled");
+        QTimer::singleShot(0, window, [window] {
+            window->findChild<QAbstractButton *>("closeButton")->click();
+        });
+    }
+}
+
+void watch()
+{
+    auto *timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [] {
+        QTimer::singleShot(0, qApp, lookAround);
+    });
+    timer->start(5);
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(watch)
+
+int main(int argc, char *argv[])
+{
+    const QByteArray bundle = qgetenv("DRIVEN_BUNDLE");
+    if (bundle == "missing") {
+        removeBundle();
+    } else if (bundle == "empty" && !useEmptySheet()) {
+        return 99;
+    }
+    return runApplication(argc, argv);
+}
