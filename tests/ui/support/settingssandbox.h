@@ -6,6 +6,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include <memory>
+
 // A settings store of the test's own, empty at first. Where the store is the registry, it is that of the
 // test's Wine prefix.
 class SettingsSandbox

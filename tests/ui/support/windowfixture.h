@@ -16,6 +16,9 @@
 #include <QTest>
 #include <QTextEdit>
 
+#include <memory>
+#include <optional>
+
 // The window in surroundings of its own: temporary directory, settings store, platform. The folder
 // "source" holds my.exe; "output" is empty.
 class WindowFixture
@@ -32,7 +35,7 @@ public:
 
     PrivateTemp temp;
     SettingsSandbox settings;
-    FakePlatform platform;
+    std::optional<FakePlatform> platform{std::in_place}; // reset() for the system's own
     std::unique_ptr<MainWindow> window;
 
     QString source(const QString &name = {}) const { return temp.filePath("source/" + name); }
