@@ -4,8 +4,10 @@
 #
 # Builds Kestrelpack and starts it, from nothing on a fresh Debian machine.
 #
-#   ./run.sh [ARGUMENT...]   with arguments: the terminal program with them
-#                            without: packs examples/hello into out/hello.exe
+#   ./run.sh                 with a display: opens the window
+#                            without one: packs examples/hello into out/hello.exe
+#   ./run.sh --window        opens the window
+#   ./run.sh ARGUMENT...     the terminal program with these arguments
 set -eu
 caller_dir=$PWD
 cd "$(dirname "$0")"
@@ -17,20 +19,32 @@ log=$PWD/build/run.log
 require_packages $build_packages >&2
 configure_and_build release -DKESTRELPACK_BUILD_TESTS=OFF >&2
 top=$PWD
-cli=$top/build/release/bin/kestrelpack-cli
+bin=$top/build/release/bin
 
 # Helpers that an older build left in the temporary directory would be used as they are.
 TMPDIR=$(mktemp -d)
 export TMPDIR
 trap 'rm -rf "$TMPDIR"' EXIT
 
-if [ $# -gt 0 ]; then
-    cd "$caller_dir"
-    "$cli" "$@"
-    exit
-fi
-"$cli" --output "$top/out" "$top/build/release/examples/hello/app" >>"$log" 2>&1 ||
-    fail "packing the example failed; the end of $log:
+open_window() {
+    "$bin/kestrelpack" >>"$log" 2>&1 || fail "$(tail -n 1 "$log")"
+}
+
+pack_example() {
+    "$bin/kestrelpack-cli" --output "$top/out" "$top/build/release/examples/hello/app" \
+        >>"$log" 2>&1 || fail "packing the example failed; the end of $log:
 $(tail -n 15 "$log")"
-echo "The example application is packed: out/hello.exe"
-echo "Try it, under Wine or on Windows:  wine out/hello.exe one \"two three\""
+    echo "The example application is packed: out/hello.exe"
+    echo "Try it, under Wine or on Windows:  wine out/hello.exe one \"two three\""
+}
+
+if [ "$*" = --window ]; then
+    open_window
+elif [ $# -gt 0 ]; then
+    cd "$caller_dir"
+    "$bin/kestrelpack-cli" "$@"
+elif [ -n "${DISPLAY-}${WAYLAND_DISPLAY-}" ]; then
+    open_window
+else
+    pack_example
+fi

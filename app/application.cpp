@@ -8,21 +8,8 @@
 #include "ui/mainwindow.h"
 
 #include <QApplication>
-#include <QMessageBox>
 
 #include <optional>
-
-namespace {
-
-void warnOfPlainLook()
-{
-    QMessageBox::warning(nullptr, QStringLiteral("警告"),
-                         QStringLiteral("无法加载样式表，将使用默认外观。\n"
-                                        "这可能会影响应用程序的外观，但功能不受影响。"),
-                         QMessageBox::Ok);
-}
-
-} // namespace
 
 int runApplication(int &argc, char **argv)
 {
@@ -31,7 +18,7 @@ int runApplication(int &argc, char **argv)
     guard.reset();
 
     if (!loadStyleSheet(application)) {
-        warnOfPlainLook();
+        warnOfMissingStyleSheet();
     }
     MainWindow window;
     window.show();

@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QMessageBox>
 
 bool loadStyleSheet(QApplication &application)
 {
@@ -32,4 +33,12 @@ bool loadStyleSheet(QApplication &application)
     application.setStyleSheet(sheet);
     qDebug() << "样式表加载成功";
     return true;
+}
+
+void warnOfMissingStyleSheet()
+{
+    QMessageBox::warning(nullptr, QStringLiteral("警告"),
+                         QStringLiteral("无法加载样式表，将使用默认外观。\n"
+                                        "这可能会影响应用程序的外观，但功能不受影响。"),
+                         QMessageBox::Ok);
 }

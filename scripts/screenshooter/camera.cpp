@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int edge = 16;
@@ -72,23 +74,29 @@ void Camera::shoot(const QString &name) const
     }
 }
 
-void Camera::shootWhatOpens(const QString &name, const std::function<void()> &open) const
+void Camera::shootWhatOpens(const QString &name, const std::function<void()> &open,
+                            const std::function<bool(QWidget *)> &passBy) const
 {
     QTimer poll;
-    bool seen = false;
+    const QWidget *seen = nullptr;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
         QWidget *opened = openedWidget();
         if (opened == nullptr) {
             return;
         }
-        if (!seen) { // one turn later it has been laid out and painted
-            seen = true;
+        if (seen != opened) { // one turn later it has been laid out and painted
+            seen = opened;
             return;
         }
-        shoot(name);
-        poll.stop();
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QCoreApplication::sendEvent(opened, &press);
+        seen = nullptr;
+        QTimer::singleShot(0, opened, [this, opened, name, passBy] {
+            if (passBy && passBy(opened)) {
+                return;
+            }
+            shoot(name);
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QCoreApplication::sendEvent(opened, &press);
+        });
     });
     poll.start(50);
     open();

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+class QWidget;
+
 // Takes pictures of everything that the program has on the screen, on a plain ground.
 class Camera
 {
@@ -18,8 +20,9 @@ public:
     void shoot(const QString &name) const;
 
     // Does `open`, which opens a box, dialog or menu and returns when that is closed; takes its picture
-    // and closes it with Escape.
-    void shootWhatOpens(const QString &name, const std::function<void()> &open) const;
+    // and closes it with Escape. What `passBy` answers, by closing it, is not in the picture.
+    void shootWhatOpens(const QString &name, const std::function<void()> &open,
+                        const std::function<bool(QWidget *)> &passBy = {}) const;
 
 private:
     QDir m_folder;

@@ -9,9 +9,10 @@
 #include "ui/mainwindow.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QEventLoop>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -113,7 +114,33 @@ private:
         click("advancedTabButton");
         settle();
         m_camera.shoot("advanced");
+        shootUnreadableIcon();
         shootClick("reset", "resetButton");
+        m_camera.shootWhatOpens("reset-done", [this] { click("resetButton"); },
+                                [](QWidget *opened) {
+                                    auto *yes = qobject_cast<QMessageBox *>(opened)->button(
+                                        QMessageBox::Yes);
+                                    if (yes != nullptr) {
+                                        yes->click();
+                                    }
+                                    return yes != nullptr;
+                                });
+    }
+
+    void shootUnreadableIcon()
+    {
+        const QString text = m_application + "/greeting.txt";
+        m_camera.shootWhatOpens("unreadable-icon", [this] { click("iconButton"); },
+                                [&text](QWidget *opened) {
+                                    auto *dialog = qobject_cast<QFileDialog *>(opened);
+                                    if (dialog != nullptr) {
+                                        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(text);
+                                        dialog->findChild<QDialogButtonBox *>()
+                                            ->button(QDialogButtonBox::Open)
+                                            ->click();
+                                    }
+                                    return dialog != nullptr;
+                                });
     }
 
     QString m_application;
@@ -127,7 +154,11 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 3 || !loadStyleSheet(application)) {
+    if (arguments.size() != 3) {
+        return EXIT_FAILURE;
+    }
+    Camera(arguments[2]).shootWhatOpens("no-style-sheet", warnOfMissingStyleSheet);
+    if (!loadStyleSheet(application)) {
         return EXIT_FAILURE;
     }
     Session(arguments[1], arguments[2]).run();
