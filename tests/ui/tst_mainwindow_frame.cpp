@@ -164,6 +164,7 @@ private slots:
     {
         WindowFixture fixture;
         MainWindow &window = fixture.open();
+        window.move(110, 70); // not where the screen begins
         const QPoint start = window.frameGeometry().topLeft();
         const QPoint grip(120, 15);
         QTest::mousePress(&window, Qt::LeftButton, {}, grip);

@@ -137,6 +137,8 @@ private slots:
         });
         fixture.close();
         QVERIFY(!wasVisible);
+        // Held up until the end, the archiver would have been given up on.
+        QVERIFY(QFile::exists(fixture.outputFolder() + "/my.exe"));
     }
 
     void versionInformationHasItsFiveLines()
