@@ -1,0 +1,34 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+include_guard(GLOBAL)
+
+set(KESTRELPACK_WINDOWS_TEMPLATES "${CMAKE_CURRENT_LIST_DIR}/windows" CACHE INTERNAL "")
+
+# kestrelpack_windows_program(<target> FILE_NAME <name.exe> DESCRIPTION <text>): on Windows, gives
+# the program its icon, version information and manifest, and links it so that it is one file.
+function(kestrelpack_windows_program target)
+    if(NOT WIN32)
+        return()
+    endif()
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE_NAME;DESCRIPTION" "")
+    string(REPLACE "." "," version_numbers "${Kestrelpack_VERSION}")
+    set(file_name "${arg_FILE_NAME}")
+    set(description "${arg_DESCRIPTION}")
+    set(icon "${Kestrelpack_SOURCE_DIR}/resources/icons/logo.ico")
+    set(manifest "${CMAKE_CURRENT_BINARY_DIR}/${target}.manifest")
+    set(resources "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+    configure_file("${KESTRELPACK_WINDOWS_TEMPLATES}/program.manifest.in" "${manifest}" @ONLY)
+    configure_file("${KESTRELPACK_WINDOWS_TEMPLATES}/program.rc.in" "${resources}" @ONLY)
+    set_source_files_properties("${resources}" PROPERTIES OBJECT_DEPENDS "${manifest};${icon}")
+    target_sources(${target} PRIVATE "${resources}")
+
+    get_filename_component(name "${arg_FILE_NAME}" NAME_WE)
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME "${name}")
+    if(MINGW)
+        target_link_options(${target} PRIVATE -static)
+        if(CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
+            target_link_options(${target} PRIVATE -s -Wl,--gc-sections)
+        endif()
+    endif()
+endfunction()

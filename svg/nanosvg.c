@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// The one place where nanosvg's code is compiled.
+
+#include <math.h>
+#include <stdio.h>
+#include <string.h>
+
+#define NANOSVG_IMPLEMENTATION
+#include <nanosvg.h>
+#define NANOSVGRAST_IMPLEMENTATION
+#include <nanosvgrast.h>
