@@ -45,7 +45,11 @@ void MainWindow::setProcessingState(bool busy)
 
 void MainWindow::onWorkerProgress(int value)
 {
+    // A progress bar paints at once for every value, and the window's shadow with it. While updates are
+    // off it leaves a request instead, and values that arrive together are painted once.
+    ui->progressBar->setUpdatesEnabled(false);
     ui->progressBar->setValue(value);
+    ui->progressBar->setUpdatesEnabled(true);
 }
 
 void MainWindow::onWorkerLog(const QString &message)
