@@ -25,3 +25,10 @@ list(PREPEND CMAKE_PREFIX_PATH "${qt_windows}")
 set(QT_HOST_PATH /usr)
 execute_process(COMMAND uname -m OUTPUT_VARIABLE machine OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(QT_HOST_PATH_CMAKE_DIR "/usr/lib/${machine}-linux-gnu/cmake")
+
+# Tests run under Wine.
+find_program(KESTRELPACK_WINE NAMES wine wine64)
+mark_as_advanced(KESTRELPACK_WINE)
+if(KESTRELPACK_WINE)
+    set(CMAKE_CROSSCOMPILING_EMULATOR "${KESTRELPACK_WINE}")
+endif()

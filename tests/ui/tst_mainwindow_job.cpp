@@ -164,11 +164,7 @@ private slots:
     void changesDuringAJobDoNotReachIt()
     {
         JobFixture fixture;
-        fixture.holdArchiver();
-        fixture.open();
-        fixture.fillIn();
-        fixture.click("startButton");
-        QTRY_VERIFY(fixture.isArchiverRunning());
+        fixture.startAndHold();
         const QString elsewhere = fixture.temp.filePath("elsewhere");
         QVERIFY(QDir().mkpath(elsewhere));
         fixture.type("outputLineEdit", elsewhere);

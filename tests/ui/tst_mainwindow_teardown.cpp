@@ -74,11 +74,7 @@ private slots:
     void runningJobIsFinishedBeforeTheSettingsAreStored()
     {
         JobFixture fixture;
-        fixture.holdArchiver();
-        fixture.open();
-        fixture.fillIn();
-        fixture.click("startButton");
-        QTRY_VERIFY(fixture.isArchiverRunning());
+        fixture.startAndHold();
         const QPointer<QProcess> process(fixture.window->findChild<QProcess *>());
         const QString output = fixture.outputFolder() + "/my.exe";
 
@@ -124,11 +120,7 @@ private slots:
     void windowDisappearsWhileItWaits()
     {
         JobFixture fixture;
-        fixture.holdArchiver();
-        fixture.open();
-        fixture.fillIn();
-        fixture.click("startButton");
-        QTRY_VERIFY(fixture.isArchiverRunning());
+        fixture.startAndHold();
         QWindow *const handle = fixture.window->windowHandle();
         bool wasVisible = true;
         connect(handle, &QWindow::visibleChanged, this, [&](bool visible) {

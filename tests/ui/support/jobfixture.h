@@ -26,6 +26,18 @@ public:
     // The archiver waits until release().
     void holdArchiver() { useArchiver("wait " + temp.filePath("go").toUtf8() + "\nprint  40%\n"); }
 
+    // A window whose job runs and does not end before release().
+    void startAndHold()
+    {
+        holdArchiver();
+        open();
+        fillIn();
+        click("startButton");
+        if (!QTest::qWaitFor([this] { return isArchiverRunning(); })) {
+            qFatal("the job does not start");
+        }
+    }
+
     void release()
     {
         if (!writeFile(temp.filePath("go"), "")) {
