@@ -5,8 +5,19 @@ include_guard(GLOBAL)
 
 set(KESTRELPACK_WINDOWS_TEMPLATES "${CMAKE_CURRENT_LIST_DIR}/windows" CACHE INTERNAL "")
 
+# kestrelpack_link_whole(<target>): on Windows, links the program so that it is one file, and without
+# symbols where it is to be handed on.
+function(kestrelpack_link_whole target)
+    if(MINGW)
+        target_link_options(${target} PRIVATE -static)
+        if(CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
+            target_link_options(${target} PRIVATE -s -Wl,--gc-sections)
+        endif()
+    endif()
+endfunction()
+
 # kestrelpack_windows_program(<target> FILE_NAME <name.exe> DESCRIPTION <text>): on Windows, gives
-# the program its icon, version information and manifest, and links it so that it is one file.
+# the program its icon, version information and manifest, and links it whole.
 function(kestrelpack_windows_program target)
     if(NOT WIN32)
         return()
@@ -25,10 +36,5 @@ function(kestrelpack_windows_program target)
 
     get_filename_component(name "${arg_FILE_NAME}" NAME_WE)
     set_target_properties(${target} PROPERTIES OUTPUT_NAME "${name}")
-    if(MINGW)
-        target_link_options(${target} PRIVATE -static)
-        if(CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
-            target_link_options(${target} PRIVATE -s -Wl,--gc-sections)
-        endif()
-    endif()
+    kestrelpack_link_whole(${target})
 endfunction()

@@ -15,7 +15,7 @@
 
 namespace {
 
-// What is shown at once in one turn of the event loop: about 5 ms of work.
+// What is shown at once in one turn of the event loop: some 20 ms of work.
 constexpr int linesShownAtOnce = 250;
 
 // Long against the repainting that follows each slice, short against what a person notices.
