@@ -181,7 +181,8 @@ std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tr
         plan.insertLength = alignUp(usedEnd - room.length, growthUnit(headers));
         plan.headers.shiftFileOffsets(plan.insertAt, plan.insertLength);
         Section grown = plan.headers.sections()[tree.section];
-        grown.virtualSize = grown.extent(); // 0 would stand for the raw size, which exceeds what is used
+        // 0 would stand for the raw size, which exceeds what is used.
+        grown.virtualSize = grown.extent();
         grown.rawSize += static_cast<std::uint32_t>(plan.insertLength);
         plan.headers.setSection(tree.section, grown);
     }
