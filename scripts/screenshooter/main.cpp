@@ -24,10 +24,10 @@ namespace {
 
 constexpr int percentageOfRunningPicture = 35;
 
-class Session
+class Tour
 {
 public:
-    Session(const QString &application, const QString &pictures)
+    Tour(const QString &application, const QString &pictures)
         : m_application(application)
         , m_camera(pictures)
     {
@@ -161,6 +161,6 @@ int main(int argc, char *argv[])
     if (!loadStyleSheet(application)) {
         return EXIT_FAILURE;
     }
-    Session(arguments[1], arguments[2]).run();
+    Tour(arguments[1], arguments[2]).run();
     return EXIT_SUCCESS;
 }
