@@ -61,6 +61,7 @@ private slots:
         }
         QCOMPARE(names, (QStringList{"logoLabel", "titleLabel", "versionLabel", "descriptionLabel",
                                      "websiteLabel", "copyrightLabel"}));
+        QCOMPARE(dialog.findChildren<QWidget *>().size(), 1 + names.size()); // and nothing else
     }
 
     void contentDoesNotFollowTheSize()

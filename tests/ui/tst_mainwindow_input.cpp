@@ -7,7 +7,9 @@
 
 #include <QStandardPaths>
 
-// How a person gives the window its inputs: the four dialogs, and the check before a job.
+#include <filesystem>
+
+// How a person gives the window its inputs: the four dialogs.
 class TestMainWindowInput : public QObject
 {
     Q_OBJECT
@@ -30,7 +32,9 @@ private slots:
     void chosenFolderFillsTheListAndIsStored()
     {
         WindowFixture fixture;
-        QVERIFY(writeFile(fixture.source("B.EXE"), "x"));
+        for (const char *name : {"B.EXE", "a.exe", "z.exe", "m.exe", "k.exe", "c.exe", "x.exe"}) {
+            QVERIFY(writeFile(fixture.source(name), "x"));
+        }
         QVERIFY(writeFile(fixture.source("read.txt"), "x"));
         QVERIFY(writeFile(fixture.source(".hidden.exe"), "x"));
         QVERIFY(QDir(fixture.sourceFolder()).mkpath("folder.exe"));
@@ -41,12 +45,11 @@ private slots:
 
         answerFileDialog([&] { fixture.click("selectFolderButton"); }, fixture.sourceFolder());
         QCOMPARE(fixture.text("folderLineEdit"), fixture.sourceFolder());
-        // In the order in which the file system gives them.
-        QStringList expected = QDir(fixture.sourceFolder())
-                                   .entryList({"*.exe"}, QDir::Files, QDir::NoSort);
-        QCOMPARE(fixture.programNames(), expected);
-        expected.sort();
-        QCOMPARE(expected, (QStringList{"B.EXE", "my.exe"}));
+        QStringList names = fixture.programNames();
+        QCOMPARE(names, programsAsTheFileSystemGivesThem(fixture.sourceFolder()));
+        names.sort();
+        QCOMPARE(names, (QStringList{"B.EXE", "a.exe", "c.exe", "k.exe", "m.exe", "my.exe",
+                                     "x.exe", "z.exe"}));
         QCOMPARE(fixture.programs()->currentIndex(), 0);
         QVERIFY(fixture.programs()->itemIcon(0).isNull());
         QVERIFY(!fixture.programs()->itemData(0).isValid());
@@ -106,6 +109,8 @@ private slots:
         answerFileDialog([&] { fixture.click("mainExeButton"); }, fixture.temp.filePath(file));
         QTEST(fixture.programNames(), "list");
         QTEST(fixture.programs()->currentText(), "current");
+        QVERIFY(fixture.programs()->itemIcon(fixture.programs()->currentIndex()).isNull());
+        QVERIFY(!fixture.programs()->currentData().isValid());
         QTEST(fixture.settings.value("lastExe").toString(), "current");
         QCOMPARE(fixture.settings.keys().size(), 11);
     }
@@ -185,6 +190,7 @@ private slots:
             QCOMPARE(boxes, QList<SeenBox>());
             QCOMPARE(fixture.text("iconLineEdit"), file);
             QCOMPARE(fixture.settings.value("iconPath"), file);
+            QCOMPARE(fixture.settings.keys().size(), 11);
         } else {
             QCOMPARE(boxes, (QList<SeenBox>{{"错误", "无法加载图标文件！", QMessageBox::Warning,
                                              QMessageBox::Ok, fixture.window.get()}}));
@@ -193,41 +199,20 @@ private slots:
         }
     }
 
-    void validationNamesTheFirstProblem_data()
+    void iconDialogStartsAtItsOwnPlace()
     {
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>("output");
-        QTest::addColumn<QString>("warning");
-
-        const QString noFolder = "请选择源文件夹！";
-        const QString noProgram = "请选择主程序！";
-        const QString noOutput = "输出路径必须是一个目录（例如 C:/Output）！";
-        QTest::newRow("nothing given") << "" << "" << "" << noFolder;
-        QTest::newRow("no folder") << "" << "my.exe" << "output" << noFolder;
-        QTest::newRow("no program, and an output that is none") << "any" << "" << "" << noProgram;
-        QTest::newRow("no output") << "any" << "my.exe" << "" << noOutput;
-        QTest::newRow("missing output beside an existing one")
-            << "any" << "my.exe" << "output/missing" << noOutput;
-        QTest::newRow("output is a file") << "any" << "my.exe" << "source/my.exe" << noOutput;
-    }
-
-    void validationNamesTheFirstProblem()
-    {
-        QFETCH(QString, folder);
-        QFETCH(QString, program);
-        QFETCH(QString, output);
         WindowFixture fixture;
+        QVERIFY(QDir(fixture.temp.path()).mkpath("pictures"));
+        QVERIFY(writeFile(fixture.temp.filePath("pictures/my.ico"), icoBytes(32, 32)));
         fixture.open();
-        fixture.type("folderLineEdit", folder);
-        if (!program.isEmpty()) {
-            fixture.programs()->addItem(program);
+        fixture.fillIn();
+        fixture.click("advancedTabButton");
+        fixture.type("iconLineEdit", fixture.temp.filePath("pictures/my.ico"));
+        const auto dialog = answerFileDialog([&] { fixture.click("iconButton"); }, QString());
+        QCOMPARE(dialog.title, "选择图标文件");
+        for (const char *field : {"pictures", "source", "output"}) {
+            QVERIFY(dialog.directory != fixture.temp.filePath(field));
         }
-        fixture.type("outputLineEdit", output.isEmpty() ? output : fixture.temp.filePath(output));
-        QFETCH(QString, warning);
-        QCOMPARE(answerBox([&] { fixture.click("startButton"); }),
-                 (SeenBox{"警告", warning, QMessageBox::Warning, QMessageBox::Ok,
-                          fixture.window.get()}));
     }
 
     void cancelledDialogChangesNothing_data()
@@ -255,6 +240,20 @@ private slots:
         QCOMPARE(fixture.text("iconLineEdit"), "");
         QCOMPARE(fixture.programNames(), QStringList{"my.exe"});
         QCOMPARE(fixture.settings.keys(), QStringList());
+    }
+
+private:
+    static QStringList programsAsTheFileSystemGivesThem(const QString &folder)
+    {
+        QStringList names;
+        for (const auto &entry : std::filesystem::directory_iterator(folder.toStdU16String())) {
+            const QString name = QString::fromStdU16String(entry.path().filename().u16string());
+            if (entry.is_regular_file() && !name.startsWith('.')
+                && name.endsWith(".exe", Qt::CaseInsensitive)) {
+                names.append(name);
+            }
+        }
+        return names;
     }
 };
 

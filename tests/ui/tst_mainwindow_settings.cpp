@@ -149,6 +149,7 @@ private slots:
     {
         WindowFixture fixture;
         prepareReset(fixture);
+        fixture.settings.set("ofAnOlderVersion", 1);
         QStringList keys;
         const auto boxes = answerBoxes([&] { fixture.click("resetButton"); },
                                        {QMessageBox::Yes, QMessageBox::Ok},
@@ -180,8 +181,9 @@ private slots:
 
         fixture.close(); // and they go back into the store
         QCOMPARE(fixture.settings.keys(), allKeys);
-        QCOMPARE(fixture.settings.value("folderPath"), "");
-        QCOMPARE(fixture.settings.value("lastExe"), "");
+        for (const char *key : {"folderPath", "outputPath", "iconPath", "lastExe"}) {
+            QCOMPARE(fixture.settings.value(key), "");
+        }
         QCOMPARE(fixture.settings.value("compressionLevel").toInt(), 5);
         QCOMPARE(fixture.settings.value("cleanupEnabled").toBool(), false);
     }
@@ -191,6 +193,7 @@ private slots:
         QTest::addColumn<QMessageBox::StandardButton>("answer");
         QTest::newRow("No") << QMessageBox::No;
         QTest::newRow("Escape") << QMessageBox::NoButton;
+        QTest::newRow("closing the box") << QMessageBox::Close;
     }
 
     void refusedResetChangesNothing()
@@ -201,6 +204,8 @@ private slots:
         QCOMPARE(answerBoxes([&] { fixture.click("resetButton"); }, {answer}).size(), 1);
         QCOMPARE(fixture.settings.keys(), allKeys);
         QCOMPARE(fixture.text("folderLineEdit"), fixture.sourceFolder());
+        QCOMPARE(fixture.text("outputLineEdit"), fixture.outputFolder());
+        QCOMPARE(fixture.text("iconLineEdit"), "/my.ico");
         QCOMPARE(fixture.programs()->count(), 1);
         QCOMPARE(fixture.log(), "a line");
         QCOMPARE(fixture.progress(), 30);
@@ -227,6 +232,8 @@ private:
         fixture.settings.set("compressionLevel", 5);
         fixture.settings.set("cleanupEnabled", false);
         fixture.open();
+        fixture.type("outputLineEdit", fixture.outputFolder());
+        fixture.find<QLineEdit>("iconLineEdit")->setText("/my.ico");
         answerFileDialog([&] { fixture.click("selectFolderButton"); }, fixture.sourceFolder());
         fixture.window->onWorkerLog("a line");
         fixture.window->onWorkerProgress(30);

@@ -43,6 +43,7 @@ private slots:
         QCOMPARE(found[0]->metaObject()->className(), expected.className);
         QCOMPARE(placeOf(*found[0]), QString(expected.place));
         QCOMPARE(settingsOf(*found[0]), QString(expected.settings));
+        QCOMPARE(otherSettingsOf(*found[0]).join(" "), QString(expected.otherSettings));
     }
 
     void layoutIsAsInTheTable_data()

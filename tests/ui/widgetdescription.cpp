@@ -16,6 +16,7 @@
 #include <QTextEdit>
 #include <QToolButton>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -80,6 +81,16 @@ constexpr Property properties[] = {
     {"invertedAppearance", "inverted"},
     {"textDirection", "text direction"},
     {"enabled", "enabled"},
+};
+
+// Not compared: what comes from the place in the window and from what is shown there. Other tests look
+// at the icons, the items and the names for a screen reader.
+constexpr const char *notCompared[] = {
+    "objectName", "accessibleName", "geometry", "normalGeometry", "frameGeometry", "frameSize",
+    "frameRect", "frameWidth", "rect", "size", "width", "height", "minimumHeight", "maximumWidth",
+    "pos", "x", "y", "childrenRect", "childrenRegion", "sizeHint", "minimumSizeHint", "visible",
+    "isActiveWindow", "focus", "windowIcon", "icon", "pixmap", "count", "currentIndex",
+    "currentText", "document",
 };
 
 QString wordFor(const QMetaProperty &property, const QVariant &value)
@@ -205,6 +216,27 @@ QString settingsOf(const QWidget &widget)
         }
     }
     return settings.join("; ");
+}
+
+QStringList otherSettingsOf(const QWidget &widget)
+{
+    const auto fresh = newWidgetLike(widget);
+    if (fresh->property("frameShape") != widget.property("frameShape")) {
+        fresh->setProperty("frameShape", widget.property("frameShape")); // and its size policy
+    }
+    QStringList names;
+    for (int i = 0; i < widget.metaObject()->propertyCount(); ++i) {
+        const char *const name = widget.metaObject()->property(i).name();
+        const auto isName = [name](const auto &listed) { return qstrcmp(listed, name) == 0; };
+        const bool isCompared = std::any_of(
+            std::begin(properties), std::end(properties),
+            [&isName](const Property &property) { return isName(property.name); });
+        if (!isCompared && std::none_of(std::begin(notCompared), std::end(notCompared), isName)
+            && widget.property(name) != fresh->property(name)) {
+            names.append(QString::fromLatin1(name));
+        }
+    }
+    return names;
 }
 
 QString layoutDescription(const QLayout &layout)

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QLayout;
 class QWidget;
@@ -18,6 +18,10 @@ QString placeOf(const QWidget &widget);
 // The properties that differ from those of a new widget of the same class, in a fixed order:
 // "text=...; minimum=0x45; ...".
 QString settingsOf(const QWidget &widget);
+
+// The names of all other properties that differ from those of a new widget, in the class's order;
+// without those that come from the place in the window or are handed down.
+QStringList otherSettingsOf(const QWidget &widget);
 
 // "on WIDGET" or "in LAYOUT[1]", spacing and margins ("default" where they are those of a new layout of
 // the class), and the spacers: "on frame; spacing 0; margins 10,0,0,0; spacer [2] 40x20 Expanding/Minimum".

@@ -12,6 +12,7 @@ struct WidgetRow
     const char *className;
     const char *place;
     const char *settings;
+    const char *otherSettings = ""; // by their names alone
 };
 
 constexpr WidgetRow widgetTable[] = {
@@ -19,11 +20,12 @@ constexpr WidgetRow widgetTable[] = {
     {"frameMain", "QFrame", "verticalLayout[0]", "minimum=0x300; shape=StyledPanel; shadow=Raised"},
     {"frameMenu", "QFrame", "horizontalLayout_12[0]",
      "maximum=60x16777215; shape=StyledPanel; shadow=Raised"},
-    {"logo", "QPushButton", "verticalLayout_10[0]", "icon size=26x26"},
+    {"logo", "QPushButton", "verticalLayout_10[0]", "icon size=26x26", "focusPolicy"},
     {"basicTabButton", "QToolButton", "verticalLayout_10[1]",
      "text=基础; icon size=24x24; checkable=true; checked=true; style=ToolButtonTextUnderIcon"},
     {"advancedTabButton", "QToolButton", "verticalLayout_10[2]",
-     "text=高级; icon size=24x24; checkable=true; style=ToolButtonTextUnderIcon"},
+     "text=高级; icon size=24x24; checkable=true; style=ToolButtonTextUnderIcon",
+     "focusPolicy"}, // the group leaves the focus to the checked button
     {"headerFrame", "QFrame", "verticalLayout_9[0]",
      "minimum=0x40; shape=StyledPanel; shadow=Raised"},
     {"title_label", "QLabel", "horizontalLayout_9[0]", "text=Kestrelpack"},
@@ -45,7 +47,8 @@ constexpr WidgetRow widgetTable[] = {
     {"mainExeComboBox", "QComboBox", "gridLayout_2 row 2 column 1", ""},
     {"mainExeButton", "QPushButton", "gridLayout_2 row 2 column 2", "text=选择"},
     {"startButton", "QPushButton", "verticalLayout_3[1]", "text=开始制作; minimum=0x45"},
-    {"logTextEdit", "QTextEdit", "verticalLayout_3[2]", "read-only=true"},
+    {"logTextEdit", "QTextEdit", "verticalLayout_3[2]", "read-only=true",
+     "undoRedoEnabled textInteractionFlags"},
     {"progressBar", "QProgressBar", "verticalLayout_3[3]",
      "text=0%; minimum=0x45; value=0; alignment=AlignCenter"},
 

@@ -55,20 +55,24 @@ struct SeenBox
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
     QWidget *parent = nullptr;
+    // Where there is a choice; a single button is the default by itself.
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
 
     bool operator==(const SeenBox &) const = default;
 };
 
 inline char *toString(const SeenBox &box)
 {
-    return QTest::toString(QStringLiteral("\"%1\" / \"%2\", icon %3, buttons %4, parent %5")
+    return QTest::toString(QStringLiteral("\"%1\" / \"%2\", icon %3, buttons %4, parent %5, "
+                                          "default %6")
                                .arg(box.title, box.text)
                                .arg(box.icon)
                                .arg(box.buttons.toInt(), 0, 16)
-                               .arg(box.parent ? box.parent->objectName() : QString("none")));
+                               .arg(box.parent ? box.parent->objectName() : QString("none"))
+                               .arg(box.defaultButton, 0, 16));
 }
 
-// Looks at the box and clicks `answer`; presses Escape for NoButton.
+// Looks at the box and clicks `answer`; presses Escape for NoButton, closes the box for Close.
 inline SeenBox useBox(QWidget *modal, QMessageBox::StandardButton answer)
 {
     auto *box = qobject_cast<QMessageBox *>(modal);
@@ -76,10 +80,15 @@ inline SeenBox useBox(QWidget *modal, QMessageBox::StandardButton answer)
         modal->close();
         return {"no message box", modal->objectName()};
     }
-    const SeenBox seen{box->windowTitle(), box->text(), box->icon(), box->standardButtons(),
-                       box->parentWidget()};
+    SeenBox seen{box->windowTitle(), box->text(), box->icon(), box->standardButtons(),
+                 box->parentWidget()};
+    if (box->buttons().size() > 1) {
+        seen.defaultButton = box->standardButton(box->defaultButton());
+    }
     if (answer == QMessageBox::NoButton) {
         QTest::keyClick(box, Qt::Key_Escape);
+    } else if (answer == QMessageBox::Close) {
+        box->close();
     } else {
         QTest::mouseClick(box->button(answer), Qt::LeftButton);
     }
