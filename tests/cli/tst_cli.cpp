@@ -54,7 +54,7 @@ private slots:
         const QStringList arguments = QString::fromUtf8(s.read("arguments")).split('\n');
         QCOMPARE(arguments.at(5), "-mx=9");
         QCOMPARE(arguments.at(6), "-m0=LZMA2");
-        QCOMPARE(arguments.at(3), s.path("source") + "/*");
+        QCOMPARE(arguments.at(3), QDir::toNativeSeparators(s.path("source") + "/*"));
     }
 
     void theOutputDirectoryIsMade()
@@ -143,7 +143,11 @@ private slots:
         s.write("several/B.EXE", "b");
         s.write("several/readme.txt", "c");
         QVERIFY(QDir(s.root.path()).mkpath("taken/my.exe"));
-        QVERIFY(QFile::link(s.path("source"), s.path("link")));
+        if (!onWindows) {
+            QVERIFY(QFile::link(s.path("source"), s.path("link")));
+        } else if (arguments.contains("@/link/data")) {
+            QSKIP("a link to a folder is a shortcut file here");
+        }
         s.temp.plantArchiver("record " + s.path("started").toUtf8() + '\n');
         const QStringList before = s.sourceState();
 
@@ -194,6 +198,9 @@ private slots:
 
     void aHelperThatOthersMayWriteIsNotStarted()
     {
+        if (onWindows) {
+            QSKIP("the temporary directory is the user's alone here");
+        }
         CliSurroundings s;
         QFile::setPermissions(s.temp.filePath("7zr.exe"), QFile::Permissions::fromInt(0x7077));
         const CliResult result = s.run(s.arguments());
@@ -236,6 +243,9 @@ private slots:
 
     void aReaderThatGoesAwayDoesNotEndTheJob()
     {
+        if (onWindows) {
+            QSKIP("there is no shell here to make the pipe");
+        }
         CliSurroundings s;
         QProcess process;
         process.start("/bin/sh", {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", KESTRELPACK_CLI,

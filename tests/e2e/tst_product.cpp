@@ -25,6 +25,11 @@ private:
     {
         QProcess process;
         process.start(program, arguments);
+        return resultOf(process);
+    }
+
+    static Run resultOf(QProcess &process)
+    {
         if (!process.waitForFinished(240000)) {
             process.kill();
             return {-1, {}, "timed out"};
@@ -37,7 +42,9 @@ private:
 
     static Run start(const QString &product, const QStringList &arguments = {})
     {
-        return run("wine", QStringList{product} + arguments);
+        QProcess process;
+        startWindowsProgram(process, product, arguments);
+        return resultOf(process);
     }
 
     // The private folders that produced programs have made in the prefix's temporary folders.

@@ -50,7 +50,7 @@ private slots:
         }
 
         const QString product = target + "/hello.exe";
-        const QString said = startUnderWine(product, {"one", "two three", "--exit", "42"}, 42);
+        const QString said = startProduct(product, {"one", "two three", "--exit", "42"}, 42);
         QVERIFY2(said.contains("Argument 1: one\r\nArgument 2: two three\r\n"), qPrintable(said));
         QVERIFY2(said.contains("This line comes from greeting.txt"), qPrintable(said));
     }
@@ -84,11 +84,11 @@ private:
                                  120000);
     }
 
-    static QString startUnderWine(const QString &product, const QStringList &arguments,
+    static QString startProduct(const QString &product, const QStringList &arguments,
                                   int expectedCode)
     {
         QProcess process;
-        process.start("wine", QStringList{product} + arguments);
+        startWindowsProgram(process, product, arguments);
         if (!process.waitForFinished(120000)) {
             process.kill();
             return "timed out";

@@ -26,6 +26,11 @@
 #include <thread>
 #include <vector>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 
 using Words = std::vector<std::string>;
@@ -59,6 +64,15 @@ void writePattern(const std::string &path, unsigned long long size)
         file.write(block.data(), static_cast<std::streamsize>(count));
         size -= count;
     }
+}
+
+[[noreturn]] void crash()
+{
+#ifdef _WIN32
+    std::_Exit(static_cast<int>(0xC0000005)); // without the debugger that an access violation calls
+#else
+    std::abort();
+#endif
 }
 
 class FakeTool
@@ -112,7 +126,7 @@ private:
                 std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
         } else if (command == "crash") {
-            std::abort();
+            crash();
         } else if (command != "if" && command != "unless" && !command.empty()) {
             std::cerr << "fake tool: no such command: " << command << std::endl;
             std::exit(99);
@@ -151,6 +165,10 @@ private:
 
 int main(int argc, char *argv[])
 {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY); // a line feed stays one
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
     const char *script = std::getenv(environmentNameFor(argv[0]).c_str());
     return FakeTool(Words(argv, argv + argc)).run(script ? script : "");
 }

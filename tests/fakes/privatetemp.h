@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "tests/fakes/thissystem.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -13,14 +15,14 @@ class PrivateTemp
 {
 public:
     PrivateTemp()
-        : m_previous(qgetenv(variable))
+        : m_previous(qgetenv(temporaryDirectoryVariable))
     {
-        qputenv(variable, m_directory.path().toUtf8());
+        qputenv(temporaryDirectoryVariable, m_directory.path().toLocal8Bit());
     }
 
     ~PrivateTemp()
     {
-        qputenv(variable, m_previous);
+        qputenv(temporaryDirectoryVariable, m_previous);
         qunsetenv("FAKE_7ZR");
         qunsetenv("FAKE_RESOURCEHACKER");
     }
@@ -45,6 +47,7 @@ public:
     }
 
     // Lets no file be copied to `name`, although none is there: the name is that of a link to nowhere.
+    // Not on Windows.
     void blockCopyTo(const QString &name)
     {
         QFile::remove(filePath(name));
@@ -52,6 +55,7 @@ public:
             qFatal("the link could not be made");
         }
     }
+    static constexpr const char *cannotBlockCopies = "a link to nowhere is a shortcut file here";
 
     QStringList names() const
     {
@@ -60,12 +64,6 @@ public:
     }
 
 private:
-#ifdef Q_OS_WIN
-    static constexpr const char *variable = "TMP";
-#else
-    static constexpr const char *variable = "TMPDIR";
-#endif
-
     void plant(const QString &name, const char *scriptVariable, const QByteArray &script)
     {
         if (!QFile::exists(filePath(name))
@@ -73,7 +71,8 @@ private:
             qFatal("the fake tool could not be planted");
         }
         QFile::setPermissions(filePath(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv(scriptVariable, script);
+        // The program reads its environment, and the worker its output, in the system's encoding.
+        qputenv(scriptVariable, QString::fromUtf8(script).toLocal8Bit());
     }
 
     QTemporaryDir m_directory;

@@ -139,6 +139,9 @@ private slots:
 
     void anEditorThatCannotBeCopiedFailsAndLeavesTheBackup()
     {
+        if (onWindows) {
+            QSKIP(PrivateTemp::cannotBlockCopies);
+        }
         Replacement r("");
         r.temp.blockCopyTo("ResourceHacker.exe");
         QVERIFY(!r.run());
@@ -176,8 +179,8 @@ private slots:
         const QString copy = r.temp.filePath("ResourceHacker.exe");
         QCOMPARE(readFile(copy), readFile(":/resources/ResourceHacker.exe"));
         QVERIFY(QFileInfo(copy).size() > 0);
-        QCOMPARE(QFile::permissions(copy) & QFile::Permissions::fromInt(0x7077),
-                 QFile::Permissions::fromInt(0x7000));
+        QCOMPARE(known(QFile::permissions(copy) & QFile::Permissions::fromInt(0x7077)),
+                 known(QFile::Permissions::fromInt(0x7000)));
     }
 
     void anEditorThatIsThereIsUsedAsItIs()

@@ -87,8 +87,9 @@ private slots:
         QTest::newRow("an empty standard error gives way to what is left of standard output")
             << QByteArray() << QByteArray(" rest\n") << " rest\n";
         QTest::newRow("both empty") << QByteArray() << QByteArray() << "";
+        const QString accented = "é"; // in the code pages of the west, of China, and in UTF-8
         QTest::newRow("in the system's encoding")
-            << QByteArray("磁盘已满") << QByteArray() << "磁盘已满";
+            << accented.toLocal8Bit() << QByteArray() << accented;
     }
     void errorText()
     {

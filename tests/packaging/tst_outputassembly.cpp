@@ -102,12 +102,15 @@ private slots:
         QVERIFY(module.startsWith("MZ"));
         QCOMPARE(readFile(temp.filePath("7zS2.sfx")), module);
         QVERIFY(readFile(temp.filePath("my.exe")).startsWith(module + ";!@Install@!UTF-8!\n"));
-        QVERIFY(QFile::permissions(temp.filePath("7zS2.sfx")).testFlag(QFile::ExeOwner));
-        QVERIFY(QFile::permissions(temp.filePath("7zS2.sfx")).testFlag(QFile::WriteOwner));
+        constexpr auto owner = QFile::WriteOwner | QFile::ExeOwner;
+        QCOMPARE(known(QFile::permissions(temp.filePath("7zS2.sfx")) & owner), known(owner));
     }
 
     void aModuleThatCannotBeCopiedFails()
     {
+        if (onWindows) {
+            QSKIP(PrivateTemp::cannotBlockCopies);
+        }
         PrivateTemp temp;
         temp.blockCopyTo("7zS2.sfx");
         TestReport report;

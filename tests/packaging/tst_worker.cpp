@@ -245,6 +245,9 @@ private slots:
 
     void anArchiverThatCannotBeCopiedEndsTheRun()
     {
+        if (onWindows) {
+            QSKIP(PrivateTemp::cannotBlockCopies);
+        }
         Surroundings s;
         s.temp.blockCopyTo("7zr.exe");
         QCOMPARE(s.run(),
@@ -266,7 +269,11 @@ private slots:
     {
         Surroundings s;
         s.temp.plantArchiver("complain no room\nexit 8\n");
-        QCOMPARE(s.run(),
+        QStringList events = s.run();
+        if (onWindows) {
+            events.removeAll("log "); // standard error wakes the reader of standard output
+        }
+        QCOMPARE(events,
                  beginning(s) + command(s)
                      + QStringList({"log 7z错误输出: no room", "finished false"}));
         QVERIFY(!QFile::exists(s.output()));
@@ -274,6 +281,9 @@ private slots:
 
     void aModuleThatCannotBeCopiedEndsTheRun()
     {
+        if (onWindows) {
+            QSKIP(PrivateTemp::cannotBlockCopies);
+        }
         Surroundings s;
         s.temp.blockCopyTo("7zS2.sfx");
         QCOMPARE(s.run(),
@@ -332,7 +342,8 @@ private slots:
         s.platform.icon = {};
         s.run();
         constexpr auto all = QFile::Permissions::fromInt(0x7077);
-        QCOMPARE(QFile::permissions(s.output()) & all, QFile::Permissions::fromInt(0x7055));
+        QCOMPARE(known(QFile::permissions(s.output()) & all),
+                 known(QFile::Permissions::fromInt(0x7055)));
     }
 
     void theArchiveAndTheToolsStay()

@@ -60,11 +60,12 @@ private slots:
     void temporaryDirectoryThatCannotBeMadeIsNoFailure()
     {
         WindowFixture fixture;
-        const QByteArray previous = qgetenv("TMPDIR");
+        const QByteArray previous = qgetenv(temporaryDirectoryVariable);
         const QString file = fixture.temp.filePath("file");
         QVERIFY(writeFile(file, "x"));
-        qputenv("TMPDIR", file.toUtf8());
-        const auto restore = qScopeGuard([&previous] { qputenv("TMPDIR", previous); });
+        qputenv(temporaryDirectoryVariable, file.toUtf8());
+        const auto restore = qScopeGuard(
+            [&previous] { qputenv(temporaryDirectoryVariable, previous); });
         QCOMPARE(QDir::tempPath(), file);
         fixture.open();
         fixture.close();

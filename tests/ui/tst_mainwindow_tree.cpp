@@ -21,6 +21,7 @@ class TestMainWindowTree : public QObject
 private slots:
     void initTestCase()
     {
+        QApplication::setStyle("Fusion"); // everywhere the same: styles have sizes of their own
         m_fixture = std::make_unique<WindowFixture>();
         m_fixture->open();
     }

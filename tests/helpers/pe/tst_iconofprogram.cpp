@@ -19,7 +19,7 @@ class TestIconOfProgram : public QObject
 private:
     static QByteArray imageOfIcon(const QString &path)
     {
-        const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+        const auto icon = pe::iconOfProgram(path.toStdU16String());
         if (icon.hasError() || !icon.value()) {
             return "none";
         }
@@ -43,7 +43,7 @@ private slots:
         QTemporaryDir dir;
         const QString path = dir.filePath("程序 a.exe");
         QVERIFY(writeFile(path, petest::makeProgram(recipe)));
-        const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+        const auto icon = pe::iconOfProgram(path.toStdU16String());
         QVERIFY(!icon.hasError() && icon.value());
         const pe::Bytes &bytes = *icon.value();
         QVERIFY(bytes.size() > 22);
@@ -125,7 +125,7 @@ private slots:
                     = static_cast<char>(random >> 24);
             }
             QVERIFY(writeFile(path, damaged));
-            const auto icon = pe::iconOfProgram(QFile::encodeName(path).toStdString());
+            const auto icon = pe::iconOfProgram(path.toStdU16String());
             answers += icon.hasError() || !icon.value() || icon.value()->size() >= 22 ? 1 : 0;
         }
         QCOMPARE(answers, 1500);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tests/fakes/testfiles.h"
+#include "tests/fakes/thissystem.h"
 #include "tests/helpers/pe/petest.h"
 
 #include <QFile>

@@ -3,20 +3,20 @@
 
 #pragma once
 
+#include "tests/ui/support/registrysandbox.h"
+
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <memory>
 
-// A settings store of the test's own, empty at first. Where the store is the registry, it is that of the
-// test's Wine prefix.
+// A settings store of the test's own, empty at first.
 class SettingsSandbox
 {
 public:
     SettingsSandbox()
     {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
-        store().clear();
     }
 
     QSettings &store()
@@ -37,5 +37,6 @@ public:
 
 private:
     QTemporaryDir m_directory;
+    RegistrySandbox m_registry;
     std::unique_ptr<QSettings> m_store;
 };

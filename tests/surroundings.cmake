@@ -1,0 +1,71 @@
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+
+# What a test finds around it: environment, Wine prefix, display. There are two ways to run the tests:
+#
+#   native     windows are drawn off screen; the tests with the label "wine" start Windows programs
+#   cross      all tests are Windows programs; they run under Wine, on a display without a screen, and as on
+#              a Chinese Windows, where the 8-bit code page is not UTF-8
+
+find_program(KESTRELPACK_WINE NAMES wine wine64)
+mark_as_advanced(KESTRELPACK_WINE)
+
+# One prefix for all; made once, before the first of them.
+set(KESTRELPACK_TEST_WINEPREFIX "${CMAKE_CURRENT_BINARY_DIR}/wineprefix")
+set(KESTRELPACK_TEST_WINE_ENVIRONMENT
+    "WINEPREFIX=${KESTRELPACK_TEST_WINEPREFIX}"
+    "KESTRELPACK_TEST_WINEPREFIX=${KESTRELPACK_TEST_WINEPREFIX}"
+    "WINEDEBUG=-all"
+    "WINEDLLOVERRIDES=mscoree,mshtml=")
+
+set(KESTRELPACK_TEST_RUNNER "")
+set(tests_are_windows_programs OFF)
+if(CMAKE_CROSSCOMPILING AND WIN32)
+    set(tests_are_windows_programs ON)
+    set(KESTRELPACK_TEST_RUNNER "${CMAKE_CURRENT_SOURCE_DIR}/wine/run-test.sh")
+    list(APPEND KESTRELPACK_TEST_WINE_ENVIRONMENT
+        "LC_ALL=zh_CN.UTF-8"
+        "LOCPATH=${CMAKE_CURRENT_BINARY_DIR}/locale"
+        "KESTRELPACK_TEST_DISPLAY=${CMAKE_CURRENT_BINARY_DIR}/display")
+endif()
+
+# Tests that start Windows programs from outside take turns. So do windows on the shared display:
+# only one can have the keyboard.
+function(kestrelpack_set_test_surroundings name labels timeout)
+    if(tests_are_windows_programs)
+        set(environment ${KESTRELPACK_TEST_WINE_ENVIRONMENT})
+        set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED "wineprefix;display")
+        get_target_property(libraries ${name} LINK_LIBRARIES)
+        if("kestrelpack_app" IN_LIST libraries OR "kestrelpack_bundle_swap" IN_LIST libraries)
+            set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
+        endif()
+    else()
+        set(environment "QT_QPA_PLATFORM=offscreen" "LC_ALL=C.UTF-8")
+        if("wine" IN_LIST labels)
+            list(APPEND environment ${KESTRELPACK_TEST_WINE_ENVIRONMENT})
+            set_tests_properties(${name} PROPERTIES
+                FIXTURES_REQUIRED wineprefix RESOURCE_LOCK wineprefix)
+        endif()
+    endif()
+    if(NOT KESTRELPACK_WINE AND (tests_are_windows_programs OR "wine" IN_LIST labels))
+        set_tests_properties(${name} PROPERTIES DISABLED TRUE)
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        LABELS "${labels}" TIMEOUT ${timeout} ENVIRONMENT "${environment}")
+endfunction()
+
+# kestrelpack_add_fixture(<fixture> <name> <SETUP|CLEANUP> <script>)
+function(kestrelpack_add_fixture fixture name moment script)
+    add_test(NAME ${name} COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/wine/${script}")
+    set_tests_properties(${name} PROPERTIES
+        FIXTURES_${moment} ${fixture} LABELS wine TIMEOUT 300
+        ENVIRONMENT "${KESTRELPACK_TEST_WINE_ENVIRONMENT}")
+endfunction()
+
+if(KESTRELPACK_WINE)
+    kestrelpack_add_fixture(wineprefix wineprefix SETUP make-prefix.sh)
+endif()
+if(KESTRELPACK_WINE AND tests_are_windows_programs)
+    kestrelpack_add_fixture(display display SETUP start-display.sh)
+    kestrelpack_add_fixture(display display-end CLEANUP stop-display.sh)
+endif()
