@@ -57,7 +57,7 @@ private:
             process.waitForFinished();
         }
         return {process.exitCode(), process.exitStatus() != QProcess::NormalExit,
-                QString::fromUtf8(process.readAllStandardOutput()).trimmed().split('\n'),
+                QString::fromUtf8(process.readAllStandardOutput()).remove('\r').trimmed().split('\n'),
                 QString::fromUtf8(process.readAllStandardError())};
     }
 

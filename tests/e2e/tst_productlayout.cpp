@@ -56,7 +56,8 @@ private:
     // that a run without `iconPath` leaves the file as it was assembled.
     static bool pack(const PrivateTemp &temp, const QString &iconPath)
     {
-        const FakePlatform platform;
+        FakePlatform platform;
+        platform.usesBackslashes = onWindows;
         Worker worker;
         bool success = false;
         connect(&worker, &Worker::finished, &worker, [&success](bool done) { success = done; });

@@ -21,7 +21,7 @@ std::wstring branchName()
 RegistrySandbox::RegistrySandbox()
 {
     HKEY branch = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, branchName().c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, branchName().c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                         KEY_ALL_ACCESS, nullptr, &branch, nullptr)
             != ERROR_SUCCESS
         || RegOverridePredefKey(HKEY_CURRENT_USER, branch) != ERROR_SUCCESS) {

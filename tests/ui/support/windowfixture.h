@@ -10,6 +10,7 @@
 #include "ui/mainwindow.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -26,6 +27,8 @@ class WindowFixture
 public:
     WindowFixture()
     {
+        // A system's own dialogs cannot be driven from inside.
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         const QDir dir(temp.path());
         if (!dir.mkpath("source") || !dir.mkpath("output")
             || !writeFile(source("my.exe"), "program")) {
