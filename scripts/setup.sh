@@ -7,6 +7,8 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
 # A display without a screen, for what needs more of one than the offscreen platform has.
 display_packages='xvfb'
 test_packages='wine wine64 icoutils nsis'
+# For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
+windows_test_packages='openbox xdotool locales imagemagick'
 
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
@@ -39,6 +41,12 @@ build with cmake --preset release: $*"
             $as_root env DEBIAN_FRONTEND=noninteractive \
                 apt-get install -y --no-install-recommends $missing
     } >>"$log" 2>&1 || fail "the packages could not be installed; see $log"
+}
+
+# Builds Qt for Windows into the cache, unless it is there.
+provide_qt_for_windows() {
+    echo "Qt for Windows (a quarter of an hour, the first time; log: $log)"
+    scripts/build-qt-windows "$log" >>"$log" || fail "there is no Qt for Windows; see $log"
 }
 
 # configure_and_build PRESET [CMAKE-OPTION...]

@@ -5,7 +5,7 @@
 #
 #   native     windows are drawn off screen; the tests with the label "wine" start Windows programs
 #   cross      all tests are Windows programs; they run under Wine, on a display without a screen, and as on
-#              a Chinese Windows, where the 8-bit code page is not UTF-8
+#              a Chinese Windows
 
 find_program(KESTRELPACK_WINE NAMES wine wine64)
 mark_as_advanced(KESTRELPACK_WINE)

@@ -11,7 +11,7 @@ add_custom_command(
     OUTPUT "${KESTRELPACK_ARCHIVER_WINDOWS_FILE}"
     COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/build-archiver-windows"
             "${CMAKE_CURRENT_BINARY_DIR}/windows" ${KESTRELPACK_SEVENZIP_DIR}
-    DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/build-archiver-windows"
+    DEPENDS build-archiver-windows archiver.manifest
     COMMENT "Building 7zr.exe for Windows"
     VERBATIM)
 add_custom_target(archiver-windows DEPENDS "${KESTRELPACK_ARCHIVER_WINDOWS_FILE}")

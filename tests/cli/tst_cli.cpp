@@ -215,7 +215,7 @@ private slots:
         CliSurroundings s;
         const Mount mount(s.path("output"), {"-t", "tmpfs", "-o", "ro,size=1m", "tmpfs"});
         if (!mount.isThere()) {
-            QSKIP("only root can mount");
+            QSKIP("only root on Linux can mount");
         }
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 2);
@@ -229,7 +229,7 @@ private slots:
         CliSurroundings s;
         const Mount mount(s.path("output"), {"-t", "tmpfs", "-o", "size=2m", "tmpfs"});
         if (!mount.isThere()) {
-            QSKIP("only root can mount");
+            QSKIP("only root on Linux can mount");
         }
         s.write("output/my.exe", "the older one");
         const CliResult result = s.run(s.arguments());

@@ -47,9 +47,13 @@ private:
         return resultOf(process);
     }
 
-    // The private folders that produced programs have made in the prefix's temporary folders.
+    // The private folders that produced programs have made in their temporary directory: that of this
+    // process, or one in the prefix.
     static QStringList unpackedFolders()
     {
+        if (onWindows) {
+            return QDir::temp().entryList({"kp-*"}, QDir::Dirs | QDir::Hidden);
+        }
         QStringList found;
         QDirIterator users(qEnvironmentVariable("WINEPREFIX") + "/drive_c/users", {"kp-*"},
                            QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot,

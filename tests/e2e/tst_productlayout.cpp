@@ -61,7 +61,11 @@ private:
         Worker worker;
         bool success = false;
         connect(&worker, &Worker::finished, &worker, [&success](bool done) { success = done; });
-        worker.createPortableApp(KESTRELPACK_HELLO_FOLDER, temp.filePath("temp.7z"), temp.path(),
+        connect(&worker, &Worker::logMessage, &worker, [](const QString &line) {
+            qInfo().noquote() << line; // shown when a test fails
+        });
+        const QString folder = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive
+        worker.createPortableApp(folder, temp.filePath("temp.7z"), temp.path(),
                                  "hello.exe", iconPath, "5", "LZMA", "16M");
         return success;
     }

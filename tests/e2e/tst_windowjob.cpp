@@ -20,7 +20,7 @@ private slots:
         QTest::addColumn<QString>("folder");
         QTest::addColumn<QString>("output");
         QTest::newRow("plain names") << "app" << "out";
-        QTest::newRow("blanks, Chinese and emoji") << "我的 应用 🦅" << "输出 目录";
+        QTest::newRow("blanks, Chinese and emoji") << "我的 应用 🦅" << "输出 目录 🦅";
     }
 
     void packsWhatIsChosenInTheDialogs()

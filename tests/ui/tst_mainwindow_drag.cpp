@@ -84,7 +84,7 @@ private slots:
         QTest::addColumn<Qt::MouseButton>("button");
         QTest::addColumn<bool>("drags");
         QTest::newRow("title") << "title_label" << QPoint(5, 5) << Qt::LeftButton << true;
-        QTest::newRow("free part of the strip") << "frameMenu" << QPoint(30, 300) << Qt::LeftButton
+        QTest::newRow("free part of the strip") << "frameMenu" << QPoint(10, 300) << Qt::LeftButton
                                                 << true;
         QTest::newRow("header with the right button") << "title_label" << QPoint(5, 5)
                                                       << Qt::RightButton << false;

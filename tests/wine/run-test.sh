@@ -13,8 +13,11 @@ DISPLAY=$(cat "$KESTRELPACK_TEST_DISPLAY")
 export DISPLAY
 
 rm -f "$report"
-wine "$program" -o "$report,txt"
+# Not straight to this script's output: Wine's own services, which the first of the tests starts, would
+# hold it open.
+wine "$program" -o "$report,txt" </dev/null >"$name.output" 2>&1
 status=$?
+cat "$name.output"
 tr -d '\r' <"$report"
 [ $status -eq 0 ] || exit $status
 
