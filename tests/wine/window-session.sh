@@ -1,0 +1,157 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+#
+# window-session.sh PROGRAM HELLO-FOLDER PICTURES: a person's session with the real window under Wine, by mouse
+# and keyboard: moves it by its header, looks around, chooses folders in the system's dialogs, packs, starts
+# the product, changes options, ends, comes back, resets. Leaves pictures in the folder PICTURES.
+set -euo pipefail
+program=$1
+hello=$2
+pictures=$3
+DISPLAY=$(cat "$KESTRELPACK_TEST_DISPLAY")
+export DISPLAY
+work=$(mktemp -d /tmp/session.XXXXXX)
+trap 'rm -rf "$work"' EXIT
+mkdir -p "$pictures" "$work/source" "$work/out" "$work/temp"
+TMP="Z:${work//\//\\}\\temp"
+export TMP TEMP=$TMP
+key='HKCU\Software\Vexo\Kestrelpack'
+
+fail() {
+    import -window root "$pictures/failure.png"
+    echo "FAIL: $* (see $pictures/failure.png)"
+    exit 1
+}
+
+# wait_for WHAT COMMAND...: until it succeeds, 20 seconds at most.
+wait_for() {
+    local what=$1
+    shift
+    for _ in $(seq 200); do
+        if "$@" >/dev/null 2>&1; then return; fi
+        sleep 0.1
+    done
+    fail "waited in vain for $what"
+}
+
+window_named() { xdotool search --onlyvisible --name "$1" | head -n 1; }
+is_there() { [ -n "$(window_named "$1")" ]; }
+is_gone() { [ -z "$(window_named "$1")" ]; }
+position() { xdotool getwindowgeometry --shell "$window" | sed -n 's/^[XY]=//p' | tr '\n' ' '; }
+click() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
+picture() { import -window root "$pictures/$1.png"; }
+registry() { wine reg query "$key" 2>/dev/null | iconv -c -f GBK -t UTF-8 | tr -d '\r' | sed -n 's/^    //p'; }
+
+start_program() {
+    wine "$program" </dev/null >"$work/program.log" 2>&1 &
+    process=$!
+    wait_for "the window" is_there '^Kestrel Pack$'
+    window=$(window_named '^Kestrel Pack$')
+    sleep 0.5 # its first picture
+}
+
+# A click on Close and the answer to the question.
+end_program() {
+    click 406 30
+    wait_for "the question" is_there '确认退出'
+    picture "$1"
+    xdotool key Return # Yes is the default
+    wait "$process" || fail "the program ended with $?"
+}
+
+# choose_folder X Y FOLDER: by the button there and the system's dialog.
+choose_folder() {
+    click "$1" "$2"
+    wait_for "the folder dialog" is_there '选择'
+    sleep 0.5
+    xdotool type --delay 15 "Z:${3//\//\\}"
+    xdotool key Return
+    wait_for "the end of the folder dialog" is_gone '选择'
+}
+
+cp "$hello"/* "$work/source"
+mv "$work/source/hello.exe" "$work/source/主程序.exe"
+wine reg delete "$key" /f >/dev/null 2>&1 || true
+
+start_program
+before=($(position))
+xdotool mousemove --window "$window" 200 30 mousedown 1
+for _ in 1 2 3 4 5; do xdotool mousemove_relative -- -20 10; done
+xdotool mouseup 1
+sleep 0.5
+after=($(position))
+[ "$((before[0] - after[0])) $((after[1] - before[1]))" = "100 50" ] ||
+    fail "dragged from ${before[*]} to ${after[*]}"
+picture basic
+
+click 316 30
+sleep 0.5
+picture menu
+xdotool key Down Return
+wait_for "the About dialog" is_there '关于 Kestrel Pack'
+picture about
+xdotool key Escape
+wait_for "the end of the About dialog" is_gone '关于 Kestrel Pack'
+
+choose_folder 390 80 "$work/source"
+choose_folder 390 132 "$work/out"
+click 246 233
+wait_for "the message" is_there '^完成$'
+picture done
+xdotool key Return
+wait_for "the end of the message" is_gone '^完成$'
+picture finished
+
+code=0
+said=$(wine "$work/out/主程序.exe" one "two three" --exit 42 2>/dev/null | tr -d '\r') || code=$?
+[ "$code" = 42 ] || fail "the product ended with $code"
+grep -qx 'Argument 2: two three' <<<"$said" || fail "the product said: $said"
+
+click 38 132
+sleep 0.5
+picture advanced
+click 280 133 # the level's list
+sleep 0.3
+xdotool key Down Return
+click 82 341 # as administrator
+sleep 0.3
+end_program quit
+
+expected="adminRequired    REG_SZ    true
+cleanupEnabled    REG_SZ    true
+compressionLevel    REG_DWORD    0x4
+compressionMethod    REG_DWORD    0x0
+dictionarySize    REG_DWORD    0x2
+encryptContent    REG_SZ    false
+folderPath    REG_SZ    Z:$work/source
+iconPath    REG_SZ    
+lastExe    REG_SZ    主程序.exe
+outputPath    REG_SZ    Z:$work/out
+tempExtraction    REG_SZ    true"
+diff <(echo "$expected") <(registry | sort) || fail "the settings are not as expected"
+[ -z "$(ls -d "$work"/temp/Kestrelpack_* 2>/dev/null)" ] || fail "the temporary directory stays"
+
+# A second start shows them again; ended at once, it stores what it shows. The list of programs is filled
+# only when a folder is chosen.
+start_program
+click 38 132
+sleep 0.5
+picture again
+end_program quit
+diff <(sed '/^lastExe/s/主.*//' <<<"$expected") <(registry | sort) ||
+    fail "the settings have changed by a start"
+
+start_program
+click 38 132
+click 357 408 # reset
+wait_for "the question" is_there '重置确认'
+picture reset
+xdotool key Return
+wait_for "the message" is_there '重置成功'
+[ -z "$(registry)" ] || fail "the reset leaves $(registry)"
+picture reset-done
+xdotool key Return
+wait_for "the end of the message" is_gone '重置成功'
+end_program quit
+echo "All done; pictures in $pictures"
