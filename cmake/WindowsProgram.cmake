@@ -6,10 +6,11 @@ include_guard(GLOBAL)
 set(KESTRELPACK_WINDOWS_TEMPLATES "${CMAKE_CURRENT_LIST_DIR}/windows" CACHE INTERNAL "")
 
 # kestrelpack_link_whole(<target>): on Windows, links the program so that it is one file, and without
-# symbols where it is to be handed on, and so that its threads end well.
+# symbols where it is to be handed on, and so that its threads end well. The same source gives the same
+# file: without the time of the build.
 function(kestrelpack_link_whole target)
     if(MINGW)
-        target_link_options(${target} PRIVATE -static)
+        target_link_options(${target} PRIVATE -static -Wl,--no-insert-timestamp)
         target_sources(${target} PRIVATE "${KESTRELPACK_WINDOWS_TEMPLATES}/threadlocals.cpp")
         if(CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
             target_link_options(${target} PRIVATE -s -Wl,--gc-sections)

@@ -9,13 +9,10 @@ set -euo pipefail
 program=$1
 hello=$2
 pictures=$3
-DISPLAY=$(cat "$KESTRELPACK_TEST_DISPLAY")
-export DISPLAY
+. "$(dirname "$0")/support.sh"
 work=$(mktemp -d /tmp/session.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$pictures" "$work/source" "$work/out" "$work/temp"
-TMP="Z:${work//\//\\}\\temp"
-export TMP TEMP=$TMP
 key='HKCU\Software\Vexo\Kestrelpack'
 
 fail() {
@@ -44,7 +41,7 @@ picture() { import -window root "$pictures/$1.png"; }
 registry() { wine reg query "$key" 2>/dev/null | iconv -c -f GBK -t UTF-8 | tr -d '\r' | sed -n 's/^    //p'; }
 
 start_program() {
-    wine "$program" </dev/null >"$work/program.log" 2>&1 &
+    wine_with_temp "$work/temp" "$(as_windows "$program")" </dev/null >"$work/program.log" 2>&1 &
     process=$!
     wait_for "the window" is_there '^Kestrel Pack$'
     window=$(window_named '^Kestrel Pack$')
@@ -65,7 +62,7 @@ choose_folder() {
     click "$1" "$2"
     wait_for "the folder dialog" is_there '选择'
     sleep 0.5
-    xdotool type --delay 15 "Z:${3//\//\\}"
+    xdotool type --delay 15 "$(as_windows "$3")"
     xdotool key Return
     wait_for "the end of the folder dialog" is_gone '选择'
 }
@@ -104,7 +101,7 @@ wait_for "the end of the message" is_gone '^完成$'
 picture finished
 
 code=0
-said=$(wine "$work/out/主程序.exe" one "two three" --exit 42 2>/dev/null | tr -d '\r') || code=$?
+said=$(wine_with_temp "$work/temp" "$(as_windows "$work/out/主程序.exe")" one "two three" --exit 42 2>/dev/null | tr -d '\r') || code=$?
 [ "$code" = 42 ] || fail "the product ended with $code"
 grep -qx 'Argument 2: two three' <<<"$said" || fail "the product said: $said"
 
