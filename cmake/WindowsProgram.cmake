@@ -35,6 +35,9 @@ function(kestrelpack_windows_program target)
     configure_file("${KESTRELPACK_WINDOWS_TEMPLATES}/program.rc.in" "${resources}" @ONLY)
     set_source_files_properties("${resources}" PROPERTIES OBJECT_DEPENDS "${manifest};${icon}")
     target_sources(${target} PRIVATE "${resources}")
+    if(MSVC)
+        target_link_options(${target} PRIVATE /MANIFEST:NO) # it is in the resources
+    endif()
 
     get_filename_component(name "${arg_FILE_NAME}" NAME_WE)
     set_target_properties(${target} PROPERTIES OUTPUT_NAME "${name}")

@@ -37,7 +37,7 @@ is_there() { [ -n "$(window_named "$1")" ]; }
 is_gone() { [ -z "$(window_named "$1")" ]; }
 position() { xdotool getwindowgeometry --shell "$window" | sed -n 's/^[XY]=//p' | tr '\n' ' '; }
 click() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
-picture() { import -window root "$pictures/$1.png"; }
+picture() { sleep 0.4 && import -window root "$pictures/$1.png"; } # once it is drawn
 registry() { wine reg query "$key" 2>/dev/null | iconv -c -f GBK -t UTF-8 | tr -d '\r' | sed -n 's/^    //p'; }
 
 start_program() {
