@@ -5,12 +5,13 @@
 #include <QThread>
 
 #include <array>
+#include <atomic>
 #include <memory>
 
 namespace {
 
-int whole = 0;
-int spoilt = 0;
+std::atomic<int> whole = 0;
+std::atomic<int> spoilt = 0;
 
 // Looks at itself in its destructor.
 class Witness
@@ -58,8 +59,8 @@ private slots:
             QVERIFY(thread->wait());
             QVERIFY(seen);
         }
-        QCOMPARE(spoilt, 0);
-        QCOMPARE(whole, threads);
+        QTRY_COMPARE(whole + spoilt, threads); // a thread that is waited for need not be quite gone
+        QCOMPARE(spoilt.load(), 0);
     }
 };
 
