@@ -3,6 +3,7 @@
 
 include_guard(GLOBAL)
 include("${CMAKE_CURRENT_LIST_DIR}/FetchDebianSource.cmake")
+include("${CMAKE_CURRENT_LIST_DIR}/LzmaAssembler.cmake")
 
 # 7-Zip's sources, as Debian's package `7zip` has them. Only C/ is public domain; what is linked
 # into the self-extractor module comes from there.
@@ -22,7 +23,8 @@ function(kestrelpack_sevenzip_source output)
 endfunction()
 
 # kestrelpack_add_sevenzip_decoder(<target>): the archive parser and the decoders of 7-Zip's C part
-# as an object library; compiled with the including project's flags but not with its warnings.
+# as an object library; compiled with the including project's flags but not with its warnings. The
+# target's property KESTRELPACK_ASSEMBLED holds the object files that are to be linked beside it.
 function(kestrelpack_add_sevenzip_decoder target)
     kestrelpack_sevenzip_source(folder)
     set(files 7zArcIn 7zBuf 7zCrc 7zCrcOpt 7zStream Bcj2 Bra Bra86 BraIA64 CpuArch Delta Lzma2Dec
@@ -34,4 +36,11 @@ function(kestrelpack_add_sevenzip_decoder target)
     target_compile_definitions(${target} PRIVATE Z7_ST)
     # The x86 code reads words wherever they lie, on purpose; a sanitizer build must not stop there.
     target_compile_options(${target} PRIVATE -w -fno-sanitize=alignment)
+
+    kestrelpack_assemble_lzma_decoder(object "${folder}")
+    if(object)
+        target_compile_definitions(${target} PRIVATE Z7_LZMA_DEC_OPT)
+        set_source_files_properties("${object}" PROPERTIES EXTERNAL_OBJECT TRUE)
+        set_target_properties(${target} PROPERTIES KESTRELPACK_ASSEMBLED "${object}")
+    endif()
 endfunction()

@@ -15,7 +15,7 @@ if(NOT KESTRELPACK_MINGW_COMPILER)
     return()
 endif()
 
-# Fetched here once; the inner build is told where.
+# Fetched and found here once; the inner build is told where.
 kestrelpack_sevenzip_source(sevenzip_dir)
 
 ExternalProject_Add(self-extractor
@@ -26,6 +26,7 @@ ExternalProject_Add(self-extractor
         -DCMAKE_BUILD_TYPE=Release
         "-DKESTRELPACK_VERSION=${KESTRELPACK_VERSION}"
         "-DKESTRELPACK_SEVENZIP_DIR=${sevenzip_dir}"
+        "-DKESTRELPACK_LLVM_ML=${KESTRELPACK_LLVM_ML}"
     BUILD_ALWAYS ON
     BUILD_BYPRODUCTS "${CMAKE_CURRENT_BINARY_DIR}/module/7zS2.sfx"
     INSTALL_COMMAND ""
