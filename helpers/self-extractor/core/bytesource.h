@@ -13,7 +13,7 @@ class ByteSource
 {
 public:
     /// Fills `data` with the `size` bytes from `offset`. False: the range is not all there, or the
-    /// system could not read it.
+    /// system could not read it. Several threads may call it at a time.
     [[nodiscard]] virtual bool readAt(std::uint64_t offset, void *data, std::size_t size) = 0;
     /// Length of the file in bytes.
     virtual std::uint64_t size() const = 0;

@@ -7,10 +7,15 @@
 #include "helpers/self-extractor/core/filterstream.h"
 #include "helpers/self-extractor/core/lzmastream.h"
 #include "helpers/self-extractor/core/methods.h"
+#include "helpers/self-extractor/core/readahead.h"
 
 namespace sfx {
 
 namespace {
+
+// Below, in bytes, a thread gains nothing.
+constexpr std::uint64_t leastReadAhead = 512 * 1024;
+constexpr unsigned noCoder = 0xffffffff;
 
 /// What the stages of one folder are made from; borrowed from the archive.
 struct FolderPlan {
@@ -20,6 +25,7 @@ struct FolderPlan {
     const UInt64 *packPositions;
     ByteSource *source;
     std::uint64_t packBase;
+    unsigned aheadCoder; // runs in a thread of its own
 };
 
 Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &result);
@@ -53,6 +59,20 @@ Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... argumen
     const Status status = stage->open(arguments...);
     result = Owned<Stream>(std::move(stage));
     return status;
+}
+
+template <typename Decoder>
+Status openDecoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> input,
+                   Owned<Stream> &result)
+{
+    const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
+    const Status status
+        = openStage(makeOwned<Decoder>(std::move(input), plan.unpackSizes[coderIndex]), result,
+                    plan.properties + coder.PropsOffset, coder.PropsSize);
+    if (status != Status::Ok || coderIndex != plan.aheadCoder) {
+        return status;
+    }
+    return openStage(makeOwned<ReadAhead>(std::move(result)), result);
 }
 
 Status openBcj2(const FolderPlan &plan, unsigned firstInput, std::uint64_t unpackSize,
@@ -98,15 +118,28 @@ Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &res
         result = std::move(input);
         return Status::Ok;
     case method::Lzma:
-        return openStage(makeOwned<LzmaStream>(std::move(input), unpackSize), result, properties,
-                         size);
+        return openDecoder<LzmaStream>(plan, coderIndex, std::move(input), result);
     case method::Lzma2:
-        return openStage(makeOwned<Lzma2Stream>(std::move(input), unpackSize), result, properties,
-                         size);
+        return openDecoder<Lzma2Stream>(plan, coderIndex, std::move(input), result);
     default:
         return openStage(makeOwned<FilterStream>(std::move(input)), result, coder.MethodID,
                          properties, size);
     }
+}
+
+// The one that costs the most time: the others go well beside the writing of files.
+unsigned chooseAheadCoder(const FolderPlan &plan)
+{
+    unsigned chosen = noCoder;
+    std::uint64_t most = leastReadAhead - 1;
+    for (unsigned i = 0; i < plan.folder.NumCoders; ++i) {
+        const std::uint32_t coder = plan.folder.Coders[i].MethodID;
+        if ((coder == method::Lzma || coder == method::Lzma2) && plan.unpackSizes[i] > most) {
+            most = plan.unpackSizes[i];
+            chosen = i;
+        }
+    }
+    return chosen;
 }
 
 } // namespace
@@ -130,6 +163,7 @@ Status openFolder(const CSzAr &streams, std::uint32_t folderIndex, ByteSource &s
     plan.packPositions = streams.PackPositions + streams.FoStartPackStreamIndex[folderIndex];
     plan.source = &source;
     plan.packBase = packBase;
+    plan.aheadCoder = chooseAheadCoder(plan);
     return openCoder(plan, plan.folder.UnpackStream, result);
 }
 

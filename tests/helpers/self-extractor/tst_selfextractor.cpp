@@ -304,7 +304,7 @@ void TestSelfExtractor::refusesDamage()
     QFETCH(int, keptPerMille);
     QFETCH(int, flippedPerMille);
     QByteArray archive = packTree({{QStringLiteral("main.exe"), programBytes()},
-                                   {QStringLiteral("data.bin"), noise(300000, 5)}},
+                                   {QStringLiteral("data.bin"), noise(1500000, 5)}},
                                   {});
     if (flippedPerMille >= 0) {
         const qsizetype at = archive.size() * flippedPerMille / 1000;
