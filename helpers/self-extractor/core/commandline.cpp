@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/core/commandline.h"
 
+#include <initializer_list>
+
 namespace sfx {
 
 const char16_t *argumentTail(const char16_t *commandLine)
@@ -16,6 +18,19 @@ const char16_t *argumentTail(const char16_t *commandLine)
         }
     }
     return commandLine;
+}
+
+bool inheritCommandLine(const Text &path, const Text &name, const char16_t *own, Text &commandLine)
+{
+    const char16_t *tail = argumentTail(own);
+    const std::size_t tailSize = textLength(tail);
+    for (const Text *program : {&path, &name}) {
+        if (program->size() + 2 + tailSize <= maxCommandLine) {
+            return commandLine.assign(u"\"", 1) && commandLine.append(*program)
+                && commandLine.append(u"\"") && commandLine.append(tail);
+        }
+    }
+    return commandLine.assign(own, textLength(own));
 }
 
 } // namespace sfx

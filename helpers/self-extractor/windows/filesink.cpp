@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/filesink.h"
 
-#include "helpers/self-extractor/windows/privatefolder.h"
+#include "helpers/self-extractor/core/winpath.h"
 
 namespace sfx {
 

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/commandline.h"
 #include "helpers/self-extractor/core/configblock.h"
 #include "helpers/self-extractor/core/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
@@ -10,6 +9,7 @@
 #include "helpers/self-extractor/windows/messages.h"
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
+#include "helpers/self-extractor/windows/surroundings.h"
 
 namespace sfx {
 
@@ -84,10 +84,13 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!unpackInto(folder, archive, totalBytes, failure)) {
             return false;
         }
+        if (!describeSurroundings(executable.path(), folder.application())) {
+            failure.code = ExitCode::StartFailed;
+            failure.systemError = GetLastError();
+            return false;
+        }
     }
-    const auto *commandLine = reinterpret_cast<const char16_t *>(GetCommandLineW());
-    return runProgram(folder.application(), block.runProgram, argumentTail(commandLine), exitCode,
-                      failure);
+    return runProgram(folder.application(), block.runProgram, exitCode, failure);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/windows/privatefolder.h"
 
+#include "helpers/self-extractor/core/winpath.h"
 #include "helpers/self-extractor/windows/removal.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
 #include "helpers/self-extractor/windows/useronly.h"
@@ -80,17 +81,6 @@ bool makeRandomFolder(const Text &parent, Text &path)
 }
 
 } // namespace
-
-bool toExtendedPath(const Text &path, Text &extended)
-{
-    const bool network = path.size() > 2 && path.data()[0] == u'\\' && path.data()[1] == u'\\';
-    if (network && path.data()[2] == u'?') {
-        return extended.assign(path.data(), path.size());
-    }
-    return network
-        ? extended.assign(u"\\\\?\\UNC", 7) && extended.append(path.data() + 1, path.size() - 1)
-        : extended.assign(u"\\\\?\\", 4) && extended.append(path);
-}
 
 bool PrivateFolder::create(const Text &applicationName)
 {

@@ -31,8 +31,4 @@ private:
     Text m_application;
 };
 
-/// The form of an absolute path that has no length limit: `\\?\C:\...` or `\\?\UNC\...`. False: no
-/// memory.
-[[nodiscard]] bool toExtendedPath(const Text &path, Text &extended);
-
 } // namespace sfx

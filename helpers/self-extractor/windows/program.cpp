@@ -3,7 +3,8 @@
 
 #include "helpers/self-extractor/windows/program.h"
 
-#include "helpers/self-extractor/windows/privatefolder.h"
+#include "helpers/self-extractor/core/commandline.h"
+#include "helpers/self-extractor/core/winpath.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
 
 #include <shellapi.h>
@@ -19,16 +20,18 @@ constexpr DWORD elevationRequired = 740;
 struct Launch {
     Text program;     // full path
     Text application; // the same in the form for CreateProcessW
-    Text commandLine; // quoted path and arguments
+    Text commandLine;
     const Text *folder = nullptr;
-    const char16_t *tail = nullptr;
 };
 
-[[nodiscard]] bool prepare(Launch &launch, const Text &folder, const Text &name,
-                           const char16_t *tail)
+const char16_t *ownCommandLine()
+{
+    return reinterpret_cast<const char16_t *>(GetCommandLineW());
+}
+
+[[nodiscard]] bool prepare(Launch &launch, const Text &folder, const Text &name)
 {
     launch.folder = &folder;
-    launch.tail = tail;
     Text &program = launch.program;
     if (!program.append(folder) || !program.append(u"\\") || !program.append(name)) {
         return false;
@@ -36,8 +39,8 @@ struct Launch {
     const bool prepared = program.size() < MAX_PATH
         ? launch.application.append(program)
         : toExtendedPath(program, launch.application);
-    return prepared && launch.commandLine.append(u"\"") && launch.commandLine.append(program)
-        && launch.commandLine.append(u"\"") && launch.commandLine.append(tail);
+    return prepared
+        && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
 }
 
 // True if there is such a handle; it can then be inherited.
@@ -86,7 +89,7 @@ HANDLE startThroughShell(const Launch &launch)
     info.cbSize = sizeof info;
     info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
     info.lpFile = wide(launch.program.data());
-    info.lpParameters = wide(launch.tail);
+    info.lpParameters = wide(argumentTail(ownCommandLine()));
     info.lpDirectory = wide(launch.folder->data());
     info.nShow = SW_SHOWNORMAL;
     return shellExecute != nullptr && shellExecute(&info) ? info.hProcess : nullptr;
@@ -94,11 +97,10 @@ HANDLE startThroughShell(const Launch &launch)
 
 } // namespace
 
-bool runProgram(const Text &folder, const Text &name, const char16_t *argumentTail,
-                unsigned long &exitCode, Failure &failure)
+bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, Failure &failure)
 {
     Launch launch;
-    if (!prepare(launch, folder, name, argumentTail)) {
+    if (!prepare(launch, folder, name)) {
         failure.code = ExitCode::NoMemory;
         return false;
     }

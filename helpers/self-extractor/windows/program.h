@@ -9,11 +9,10 @@ namespace sfx {
 
 /// Starts `folder`\`name` with `folder` as its working directory and waits for its end.
 ///
-/// It gets `argumentTail` (blanks in front included) behind its own quoted path as it stands, the
-/// standard handles, and the way its window is to be shown. A program that asks for more rights is
+/// It gets the arguments of this process as they stand behind its own quoted path, the standard
+/// handles, and the way its window is to be shown. A program that asks for more rights is
 /// started through the shell, which puts the question to the user. True: `exitCode` is the
 /// program's own; false: `failure` says why it did not start.
-bool runProgram(const Text &folder, const Text &name, const char16_t *argumentTail,
-                unsigned long &exitCode, Failure &failure);
+bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, Failure &failure);
 
 } // namespace sfx

@@ -2,12 +2,11 @@
  * SPDX-License-Identifier: MIT
  *
  * The application that the tests pack: tells how it was started, in UTF-8, and ends as it is told.
- * The exit code is the number behind "--exit=" in the command line, 7 without it. With "--memory"
- * it waits for a line on standard input first, so that the test can look at the module meanwhile.
+ * What it is to do stands anywhere in its command line:
  *
- * Outside a package, "--run FILE HEX" starts FILE with the arguments that HEX spells in UTF-8,
- * exactly as they stand, and tells the exit code in full: shells on other systems can do neither.
- * The temporary folder of FILE is KESTRELPACK_TEST_TEMP; Wine does not take TEMP from outside.
+ *     --exit=N    the exit code, 7 without it
+ *     --wait      waits for a line on standard input before it ends
+ *     --echo      copies a line from standard input to standard error
  */
 #include <windows.h>
 
@@ -22,59 +21,51 @@ static void tell(const char *key, const wchar_t *value)
     printf("%s=%s\n", key, bytes);
 }
 
-static int runVerbatim(const wchar_t *file, const wchar_t *hex)
+static void tellVariable(const wchar_t *name)
 {
-    static wchar_t line[32768];
-    static char bytes[32768];
-    static wchar_t temporary[32768];
-    STARTUPINFOW startup;
-    PROCESS_INFORMATION process;
-    DWORD code = 0;
-    size_t size = 0;
-    for (; hex[0] != 0 && hex[1] != 0; hex += 2) {
-        unsigned value = 0;
-        swscanf(hex, L"%2x", &value);
-        bytes[size++] = (char)value;
+    static wchar_t value[32768];
+    static char key[64];
+    if (GetEnvironmentVariableW(name, value, 32768) != 0) {
+        WideCharToMultiByte(CP_UTF8, 0, name, -1, key, sizeof key, NULL, NULL);
+        tell(key, value);
     }
-    wsprintfW(line, L"\"%s\"", file);
-    size_t used = wcslen(line);
-    MultiByteToWideChar(CP_UTF8, 0, bytes, -1, line + used, (int)(32768 - used));
-    if (GetEnvironmentVariableW(L"KESTRELPACK_TEST_TEMP", temporary, 32768) != 0) {
-        SetEnvironmentVariableW(L"TEMP", temporary);
-        SetEnvironmentVariableW(L"TMP", temporary);
-    }
-    memset(&startup, 0, sizeof startup);
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
-    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-    if (!CreateProcessW(file, line, NULL, NULL, TRUE, 0, NULL, NULL, &startup, &process)) {
-        return 99;
-    }
-    WaitForSingleObject(process.hProcess, INFINITE);
-    GetExitCodeProcess(process.hProcess, &code);
-    printf("ended=%lu\n", code);
-    fflush(stdout);
-    return (int)code;
 }
 
-int wmain(int argc, wchar_t **argv)
+static void tellStart(void)
 {
     static wchar_t buffer[32768];
-    if (argc >= 3 && wcscmp(argv[1], L"--run") == 0) {
-        return runVerbatim(argv[2], argc > 3 ? argv[3] : L"");
-    }
+    STARTUPINFOW startup;
     const wchar_t *line = GetCommandLineW();
-    const wchar_t *code = wcsstr(line, L"--exit=");
-    const wchar_t *tail = wcschr(line + 1, L'"');
+    const wchar_t *tail = *line == L'"' ? wcschr(line + 1, L'"') : NULL;
+    tell("line", line);
     tell("tail", tail != NULL ? tail + 1 : line);
     GetCurrentDirectoryW(32768, buffer);
     tell("folder", buffer);
     GetModuleFileNameW(NULL, buffer, 32768);
     tell("program", buffer);
+    tellVariable(L"KESTRELPACK_EXE");
+    tellVariable(L"KESTRELPACK_EXE_DIR");
+    tellVariable(L"KESTRELPACK_DIR");
+    tellVariable(L"KESTRELPACK_CWD");
+    GetStartupInfoW(&startup);
+    if (startup.dwFlags & STARTF_USESHOWWINDOW) {
+        printf("show=%u\n", startup.wShowWindow);
+    }
     fflush(stdout);
-    if (wcsstr(line, L"--memory") != NULL) {
+}
+
+int wmain(void)
+{
+    const wchar_t *line = GetCommandLineW();
+    const wchar_t *code = wcsstr(line, L"--exit=");
+    tellStart();
+    if (wcsstr(line, L"--echo") != NULL) {
+        char text[100];
+        if (fgets(text, sizeof text, stdin) != NULL) {
+            fputs(text, stderr);
+        }
+    }
+    if (wcsstr(line, L"--wait") != NULL) {
         getchar();
     }
     ExitProcess(code != NULL ? (UINT)wcstoul(code + 7, NULL, 0) : 7);

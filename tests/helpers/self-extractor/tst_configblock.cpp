@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/commandline.h"
 #include "helpers/self-extractor/core/configblock.h"
 #include "helpers/self-extractor/core/peimage.h"
 
@@ -75,8 +74,6 @@ private slots:
     void findsTheEndOfTheImage_data();
     void findsTheEndOfTheImage();
     void readsBehindTheImage();
-    void keepsArgumentsVerbatim_data();
-    void keepsArgumentsVerbatim();
 };
 
 void TestConfigBlock::readsTheBlockOfThePacker()
@@ -222,27 +219,6 @@ void TestConfigBlock::readsBehindTheImage()
     QCOMPARE(offset, static_cast<std::uint64_t>(1024 + bytes.size()));
     Bytes bare(smallImage());
     QCOMPARE(readConfigBlock(bare, block, offset), Status::Damaged);
-}
-
-void TestConfigBlock::keepsArgumentsVerbatim_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("tail");
-    QTest::newRow("no arguments") << "a.exe" << "";
-    QTest::newRow("one argument") << "a.exe b" << " b";
-    QTest::newRow("a quoted program") << "\"c:\\x y\\a.exe\"  b \"c d\"" << "  b \"c d\"";
-    QTest::newRow("quotes within the program") << "c:\\\"x y\"\\a.exe b\\\"" << " b\\\"";
-    QTest::newRow("a backslash before the quote") << "\"c:\\x\\\" b" << " b";
-    QTest::newRow("a tab") << "a.exe\tb" << "\tb";
-    QTest::newRow("an open quote") << "\"a.exe b" << "";
-    QTest::newRow("nothing") << "" << "";
-}
-
-void TestConfigBlock::keepsArgumentsVerbatim()
-{
-    QFETCH(QString, line);
-    const auto *tail = argumentTail(reinterpret_cast<const char16_t *>(line.utf16()));
-    QTEST(QString::fromUtf16(tail), "tail");
 }
 
 QTEST_APPLESS_MAIN(TestConfigBlock)

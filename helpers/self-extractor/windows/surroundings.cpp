@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/surroundings.h"
+
+#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/windows/win32.h"
+
+namespace sfx {
+
+namespace {
+
+[[nodiscard]] bool currentFolder(Text &folder)
+{
+    const DWORD capacity = GetCurrentDirectoryW(0, nullptr);
+    Array<char16_t> units;
+    if (capacity == 0 || !units.allocate(capacity)) {
+        return false;
+    }
+    const DWORD size = GetCurrentDirectoryW(capacity, wide(units.data()));
+    return size != 0 && size < capacity && folder.assign(units.data(), size);
+}
+
+bool set(const wchar_t *name, const Text &value)
+{
+    return SetEnvironmentVariableW(name, wide(value.data()));
+}
+
+} // namespace
+
+bool describeSurroundings(const Text &executable, const Text &application)
+{
+    Text executableFolder;
+    Text callersFolder;
+    return folderOf(executable, executableFolder) && currentFolder(callersFolder)
+        && set(L"KESTRELPACK_EXE", executable) && set(L"KESTRELPACK_EXE_DIR", executableFolder)
+        && set(L"KESTRELPACK_DIR", application) && set(L"KESTRELPACK_CWD", callersFolder);
+}
+
+} // namespace sfx

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDir>
+#include <QFile>
+
+QString Run::value(const char *key) const
+{
+    for (const QByteArray &line : output.split('\n')) {
+        if (line.startsWith(QByteArray(key) + '=')) {
+            return QString::fromUtf8(line.mid(line.indexOf('=') + 1)).remove(u'\r');
+        }
+    }
+    return QString();
+}
+
+QString windowsPath(const QString &path)
+{
+    return QStringLiteral("Z:") + QString(path).replace(u'/', u'\\');
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+int lowByte(sfx::ExitCode code)
+{
+    return static_cast<int>(static_cast<quint32>(code) & 0xff);
+}
+
+bool ModuleRun::setUp()
+{
+    m_prefix = qEnvironmentVariable("KESTRELPACK_TEST_WINEPREFIX");
+    m_module = contentOf(QStringLiteral(KESTRELPACK_TEST_MODULE));
+    if (m_module.isEmpty() || programBytes().isEmpty() || !QDir().mkpath(path(QStringLiteral("made")))) {
+        return false;
+    }
+    if (!m_prefix.isEmpty()) {
+        return true;
+    }
+    m_prefix = m_ownPrefix.path();
+    QProcess boot;
+    prepare(boot);
+    boot.start(QStringLiteral("wine"), {QStringLiteral("wineboot"), QStringLiteral("-i")});
+    return boot.waitForFinished(120000);
+}
+
+bool ModuleRun::renewTemporaryFolder(const QString &name)
+{
+    if (!m_temporary.isEmpty()) {
+        QDir(m_temporary).removeRecursively();
+    }
+    m_temporary = path(name);
+    return QDir().mkpath(m_temporary);
+}
+
+QByteArray ModuleRun::programBytes()
+{
+    return contentOf(QStringLiteral(KESTRELPACK_TEST_PROGRAM));
+}
+
+QByteArray ModuleRun::blockFor(const QString &program)
+{
+    const QString base = program.section(u'.', 0, 0);
+    return QStringLiteral(";!@Install@!UTF-8!\nTitle=\"%1 Portable\"\nBeginPrompt=\"%1\"\n"
+                          "Progress=\"yes\"\nRunProgram=\"%2\"\nInstallPath=\"%%T\\%1\"\n"
+                          "GUIMode=\"2\"\nSilent=\"0\"\nOverwrite=\"1\"\n;!@InstallEnd@!\n")
+        .arg(base, program)
+        .toUtf8();
+}
+
+QString ModuleRun::write(const QByteArray &bytes) const
+{
+    QFile file(producedFile());
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        return QString();
+    }
+    return file.fileName();
+}
+
+QString ModuleRun::assemble(const QByteArray &archive, const QString &program) const
+{
+    return archive.isEmpty() ? QString() : write(m_module + blockFor(program) + archive);
+}
+
+QString ModuleRun::assemble(const Tree &tree, const QString &program) const
+{
+    return assemble(packTree(tree, {QStringLiteral("-mx=1")}), program);
+}
+
+QString ModuleRun::assembleProgram() const
+{
+    return assemble(Tree{{QStringLiteral("main.exe"), programBytes()}}, QStringLiteral("main.exe"));
+}
+
+void ModuleRun::prepare(QProcess &process) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("WINEPREFIX"), m_prefix);
+    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
+    environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
+    environment.remove(QStringLiteral("DISPLAY"));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(callersFolder());
+}
+
+// Wine's loader would quote anew and take no longer lines than the system's shell, so a Windows
+// program starts the file, with the line and the temporary folder that it finds in a file.
+std::unique_ptr<QProcess> ModuleRun::start(const QString &file, const QString &tail,
+                                           const QStringList &options) const
+{
+    static int number = 0;
+    const QString tailFile = path(QStringLiteral("tail-%1").arg(++number));
+    QFile out(tailFile);
+    if (!out.open(QIODevice::WriteOnly) || out.write(tail.toUtf8()) < 0) {
+        return nullptr;
+    }
+    out.close();
+    auto process = std::make_unique<QProcess>();
+    prepare(*process);
+    process->start(QStringLiteral("wine"),
+                   QStringList{QStringLiteral(KESTRELPACK_TEST_STARTER),
+                               QStringLiteral("--temp=") + windowsPath(m_temporary)}
+                       + options + QStringList{windowsPath(file), windowsPath(tailFile)});
+    return process;
+}
+
+std::unique_ptr<QProcess> ModuleRun::startDirectly(const QString &file,
+                                                   const QStringList &arguments) const
+{
+    auto process = std::make_unique<QProcess>();
+    prepare(*process);
+    process->start(QStringLiteral("wine"), QStringList{file} + arguments);
+    return process;
+}
+
+Run ModuleRun::finish(QProcess &process)
+{
+    Run result;
+    process.closeWriteChannel();
+    if (process.state() == QProcess::NotRunning || process.waitForFinished(120000)) {
+        result.exitCode = process.exitCode();
+    }
+    result.output = process.readAllStandardOutput();
+    result.errors = process.readAllStandardError();
+    return result;
+}
+
+Run ModuleRun::run(const QString &file, const QString &tail, const QStringList &options) const
+{
+    const std::unique_ptr<QProcess> process = start(file, tail, options);
+    return process != nullptr ? finish(*process) : Run();
+}
+
+QStringList ModuleRun::leftovers() const
+{
+    return QDir(m_temporary)
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}

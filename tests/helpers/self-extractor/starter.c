@@ -1,0 +1,79 @@
+/* SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+ * SPDX-License-Identifier: MIT
+ *
+ * Starts Windows programs as no Linux program can:
+ *
+ *     starter [OPTION...] FILE [TAILFILE]
+ *
+ * starts FILE with the arguments that TAILFILE spells in UTF-8, exactly as they stand, waits for it
+ * and tells its exit code in full.
+ *
+ *     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none is named
+ *     --show=N      how its window is to be shown
+ */
+#include <windows.h>
+
+#include <stdio.h>
+#include <string.h>
+#include <wchar.h>
+
+static void setTemporaryFolder(const wchar_t *folder)
+{
+    const wchar_t *value = wcscmp(folder, L"-") == 0 ? NULL : folder;
+    SetEnvironmentVariableW(L"TEMP", value);
+    SetEnvironmentVariableW(L"TMP", value);
+}
+
+static const wchar_t *tailOf(const wchar_t *file)
+{
+    static wchar_t tail[32768];
+    static char bytes[4 * 32768];
+    FILE *in = file != NULL ? _wfopen(file, L"rb") : NULL;
+    if (in != NULL) {
+        const size_t size = fread(bytes, 1, sizeof bytes, in);
+        const int units = MultiByteToWideChar(CP_UTF8, 0, bytes, (int)size, tail, 32767);
+        tail[units] = 0;
+        fclose(in);
+    }
+    return tail;
+}
+
+int wmain(int argc, wchar_t **argv)
+{
+    static wchar_t line[65536];
+    STARTUPINFOW startup;
+    PROCESS_INFORMATION process;
+    DWORD code = 0;
+    int at = 1;
+    memset(&startup, 0, sizeof startup);
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    for (; at < argc && wcsncmp(argv[at], L"--", 2) == 0; ++at) {
+        const wchar_t *value = wcschr(argv[at], L'=');
+        if (wcsncmp(argv[at], L"--temp=", 7) == 0) {
+            setTemporaryFolder(value + 1);
+        } else if (wcsncmp(argv[at], L"--show=", 7) == 0) {
+            startup.dwFlags |= STARTF_USESHOWWINDOW;
+            startup.wShowWindow = (WORD)wcstoul(value + 1, NULL, 0);
+        }
+    }
+    if (at >= argc) {
+        return 98;
+    }
+    wcscpy(line, L"\"");
+    wcscat(line, argv[at]);
+    wcscat(line, L"\"");
+    wcscat(line, tailOf(at + 1 < argc ? argv[at + 1] : NULL));
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    if (!CreateProcessW(argv[at], line, NULL, NULL, TRUE, 0, NULL, NULL, &startup, &process)) {
+        printf("failed=%lu\n", GetLastError());
+        return 99;
+    }
+    WaitForSingleObject(process.hProcess, INFINITE);
+    GetExitCodeProcess(process.hProcess, &code);
+    printf("ended=%lu\n", code);
+    fflush(stdout);
+    return (int)code;
+}
