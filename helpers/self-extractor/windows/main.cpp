@@ -15,6 +15,9 @@ namespace sfx {
 
 namespace {
 
+// SetProcessShutdownParameters: programs have 0x280, the higher ones end first.
+constexpr DWORD lastOfApplications = 0x100;
+
 // The file system's upper case: no locale, no change of length.
 void upperCaseAsFileSystem(char16_t *text, std::size_t size)
 {
@@ -102,6 +105,8 @@ unsigned runModule()
     // folder that a browser saved this file to.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
+    // At a log-off after the program, which this process' end would take with it.
+    SetProcessShutdownParameters(lastOfApplications, 0);
     joinCallersConsole();
     leaveConsoleEventsToProgram();
     ConfigBlock block;

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/core/commandline.h"
 #include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/windows/job.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
 
 #include <shellapi.h>
@@ -55,7 +56,7 @@ bool passOn(DWORD which, HANDLE &handle)
     return true;
 }
 
-HANDLE startDirectly(Launch &launch)
+STARTUPINFOW startupInfo()
 {
     STARTUPINFOW own = {};
     own.cb = sizeof own;
@@ -70,17 +71,28 @@ HANDLE startDirectly(Launch &launch)
     if (input || output || error) {
         startup.dwFlags |= STARTF_USESTDHANDLES;
     }
+    return startup;
+}
+
+// In the job before its first instruction. Where it cannot be in one, it runs without.
+bool startDirectly(Launch &launch, Job &job, Handle &process)
+{
+    STARTUPINFOW startup = startupInfo();
     PROCESS_INFORMATION started = {};
     if (!CreateProcessW(wide(launch.application.data()),
                         wide(const_cast<char16_t *>(launch.commandLine.data())), nullptr, nullptr,
-                        TRUE, 0, nullptr, wide(launch.folder->data()), &startup, &started)) {
-        return nullptr;
+                        TRUE, CREATE_SUSPENDED, nullptr, wide(launch.folder->data()), &startup,
+                        &started)) {
+        return false;
     }
-    CloseHandle(started.hThread);
-    return started.hProcess;
+    const Handle thread(started.hThread);
+    process.reset(started.hProcess);
+    job.add(process.get());
+    ResumeThread(thread.get());
+    return true;
 }
 
-HANDLE startThroughShell(const Launch &launch)
+bool startThroughShell(const Launch &launch, Handle &process)
 {
     using ShellExecuteFunction = BOOL(WINAPI *)(SHELLEXECUTEINFOW *);
     const auto shellExecute
@@ -92,7 +104,11 @@ HANDLE startThroughShell(const Launch &launch)
     info.lpParameters = wide(argumentTail(ownCommandLine()));
     info.lpDirectory = wide(launch.folder->data());
     info.nShow = SW_SHOWNORMAL;
-    return shellExecute != nullptr && shellExecute(&info) ? info.hProcess : nullptr;
+    if (shellExecute == nullptr || !shellExecute(&info)) {
+        return false;
+    }
+    process.reset(info.hProcess);
+    return static_cast<bool>(process);
 }
 
 } // namespace
@@ -104,20 +120,19 @@ bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, F
         failure.code = ExitCode::NoMemory;
         return false;
     }
-    HANDLE started = startDirectly(launch);
-    if (started == nullptr && GetLastError() == elevationRequired) {
-        started = startThroughShell(launch);
-    }
-    if (started == nullptr) {
+    Job job;
+    Handle process;
+    if (!startDirectly(launch, job, process)
+        && (GetLastError() != elevationRequired || !startThroughShell(launch, process))) {
         failure.systemError = GetLastError();
         failure.code = failure.systemError == ERROR_CANCELLED ? ExitCode::Cancelled
                                                               : ExitCode::StartFailed;
         failure.subject = std::move(launch.program);
         return false;
     }
-    const Handle process(started);
     WaitForSingleObject(process.get(), INFINITE);
     GetExitCodeProcess(process.get(), &exitCode);
+    job.waitUntilEmpty();
     return true;
 }
 

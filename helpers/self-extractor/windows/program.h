@@ -7,7 +7,8 @@
 
 namespace sfx {
 
-/// Starts `folder`\`name` with `folder` as its working directory and waits for its end.
+/// Starts `folder`\`name` with `folder` as its working directory and waits for its end and for the
+/// end of all that it started. If this process is ended meanwhile, all of them end with it.
 ///
 /// It gets the arguments of this process as they stand behind its own quoted path, the standard
 /// handles, and the way its window is to be shown. A program that asks for more rights is

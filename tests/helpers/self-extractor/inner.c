@@ -7,6 +7,12 @@
  *     --exit=N    the exit code, 7 without it
  *     --wait      waits for a line on standard input before it ends
  *     --echo      copies a line from standard input to standard error
+ *     --launch=N  starts itself and does not wait for that; the last of N generations reads data.txt
+ *                 from its folder a second later
+ *     --stay      stays for 20 seconds before it ends
+ *     --start-one starts itself with --stay
+ *     --escape    starts itself outside the job it is in, and tells whether that went well
+ *     --ctrl-c    sends Ctrl+C to its console, and tells whether it got it
  */
 #include <windows.h>
 
@@ -54,11 +60,84 @@ static void tellStart(void)
     fflush(stdout);
 }
 
+static BOOL startSelf(const wchar_t *arguments, DWORD flags)
+{
+    static wchar_t line[32768];
+    wchar_t program[1024];
+    STARTUPINFOW startup;
+    PROCESS_INFORMATION process;
+    memset(&startup, 0, sizeof startup);
+    startup.cb = sizeof startup;
+    GetModuleFileNameW(NULL, program, 1024);
+    wcscpy(line, L"\"");
+    wcscat(line, program);
+    wcscat(line, L"\"");
+    wcscat(line, arguments);
+    return CreateProcessW(program, line, NULL, NULL, TRUE, flags, NULL, NULL, &startup, &process);
+}
+
+static void tellData(void)
+{
+    char text[100] = "";
+    FILE *in = fopen("data.txt", "r");
+    if (in != NULL) {
+        fgets(text, sizeof text, in);
+        fclose(in);
+    }
+    printf("data=%s\n", text);
+    fflush(stdout);
+}
+
+static void launch(unsigned generations)
+{
+    wchar_t arguments[100];
+    if (generations == 0) {
+        Sleep(1000);
+        tellData();
+        return;
+    }
+    wsprintfW(arguments, L" --launch=%u --exit=9", generations - 1);
+    startSelf(arguments, 0);
+}
+
+static LONG interrupted = 0;
+
+static BOOL WINAPI onEvent(DWORD event)
+{
+    if (event == CTRL_C_EVENT) {
+        InterlockedExchange(&interrupted, 1);
+    }
+    return TRUE;
+}
+
+static void interruptConsole(void)
+{
+    SetConsoleCtrlHandler(onEvent, TRUE);
+    const BOOL sent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+    Sleep(700);
+    printf("sent=%d\ninterrupted=%ld\n", sent, interrupted);
+    fflush(stdout);
+}
+
 int wmain(void)
 {
     const wchar_t *line = GetCommandLineW();
     const wchar_t *code = wcsstr(line, L"--exit=");
+    const wchar_t *generations = wcsstr(line, L"--launch=");
     tellStart();
+    if (generations != NULL) {
+        launch(wcstoul(generations + 9, NULL, 10));
+    }
+    if (wcsstr(line, L"--start-one") != NULL) {
+        startSelf(L" --stay", 0);
+    }
+    if (wcsstr(line, L"--escape") != NULL) {
+        printf("escaped=%d\n", startSelf(L" --exit=9", CREATE_BREAKAWAY_FROM_JOB));
+        fflush(stdout);
+    }
+    if (wcsstr(line, L"--ctrl-c") != NULL) {
+        interruptConsole();
+    }
     if (wcsstr(line, L"--echo") != NULL) {
         char text[100];
         if (fgets(text, sizeof text, stdin) != NULL) {
@@ -67,6 +146,9 @@ int wmain(void)
     }
     if (wcsstr(line, L"--wait") != NULL) {
         getchar();
+    }
+    if (wcsstr(line, L"--stay") != NULL) {
+        Sleep(20000);
     }
     ExitProcess(code != NULL ? (UINT)wcstoul(code + 7, NULL, 0) : 7);
 }

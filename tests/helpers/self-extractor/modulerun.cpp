@@ -6,6 +6,24 @@
 #include <QDir>
 #include <QFile>
 
+namespace {
+
+// Wine gives its processes the Windows command line.
+QList<qint64> processesOf(const QString &pathBegin)
+{
+    QList<qint64> ids;
+    for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        const qint64 id = name.toLongLong();
+        const QByteArray line = contentOf(QStringLiteral("/proc/%1/cmdline").arg(id));
+        if (id > 0 && QString::fromUtf8(line).startsWith(pathBegin)) {
+            ids += id;
+        }
+    }
+    return ids;
+}
+
+} // namespace
+
 QString Run::value(const char *key) const
 {
     for (const QByteArray &line : output.split('\n')) {
@@ -136,6 +154,16 @@ std::unique_ptr<QProcess> ModuleRun::startDirectly(const QString &file,
     prepare(*process);
     process->start(QStringLiteral("wine"), QStringList{file} + arguments);
     return process;
+}
+
+QList<qint64> ModuleRun::moduleProcesses() const
+{
+    return processesOf(windowsPath(producedFile()));
+}
+
+QList<qint64> ModuleRun::programProcesses() const
+{
+    return processesOf(windowsPath(m_temporary) + u'\\');
 }
 
 Run ModuleRun::finish(QProcess &process)

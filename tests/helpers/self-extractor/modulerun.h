@@ -49,6 +49,10 @@ public:
     /// options. Standard input stays open.
     std::unique_ptr<QProcess> start(const QString &file, const QString &tail = QString(),
                                     const QStringList &options = {}) const;
+    /// The Linux ids of the running processes of the produced file (the module's own), and of all
+    /// programs from the temporary folder.
+    QList<qint64> moduleProcesses() const;
+    QList<qint64> programProcesses() const;
     /// Starts the file directly, so that the process' id is the module's own.
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;

@@ -10,6 +10,8 @@
  *
  *     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none is named
  *     --show=N      how its window is to be shown
+ *     --job         within a job of its own that lets nobody out
+ *     --console     in a console, which Wine gives to no program without a terminal
  */
 #include <windows.h>
 
@@ -38,6 +40,35 @@ static const wchar_t *tailOf(const wchar_t *file)
     return tail;
 }
 
+static void joinJob(void)
+{
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits;
+    const HANDLE job = CreateJobObjectW(NULL, NULL);
+    memset(&limits, 0, sizeof limits);
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    if (!AssignProcessToJobObject(job, GetCurrentProcess())) {
+        printf("no job: %lu\n", GetLastError());
+    }
+}
+
+static BOOL WINAPI ignoreEvent(DWORD event)
+{
+    return event == CTRL_C_EVENT;
+}
+
+static void openConsole(STARTUPINFOW *startup)
+{
+    FreeConsole();
+    if (!AllocConsole()) {
+        printf("no console: %lu\n", GetLastError());
+    }
+    SetStdHandle(STD_INPUT_HANDLE, startup->hStdInput);
+    SetStdHandle(STD_OUTPUT_HANDLE, startup->hStdOutput);
+    SetStdHandle(STD_ERROR_HANDLE, startup->hStdError);
+    SetConsoleCtrlHandler(ignoreEvent, TRUE);
+}
+
 int wmain(int argc, wchar_t **argv)
 {
     static wchar_t line[65536];
@@ -48,6 +79,9 @@ int wmain(int argc, wchar_t **argv)
     memset(&startup, 0, sizeof startup);
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     for (; at < argc && wcsncmp(argv[at], L"--", 2) == 0; ++at) {
         const wchar_t *value = wcschr(argv[at], L'=');
         if (wcsncmp(argv[at], L"--temp=", 7) == 0) {
@@ -55,6 +89,10 @@ int wmain(int argc, wchar_t **argv)
         } else if (wcsncmp(argv[at], L"--show=", 7) == 0) {
             startup.dwFlags |= STARTF_USESHOWWINDOW;
             startup.wShowWindow = (WORD)wcstoul(value + 1, NULL, 0);
+        } else if (wcscmp(argv[at], L"--job") == 0) {
+            joinJob();
+        } else if (wcscmp(argv[at], L"--console") == 0) {
+            openConsole(&startup);
         }
     }
     if (at >= argc) {
@@ -64,9 +102,6 @@ int wmain(int argc, wchar_t **argv)
     wcscat(line, argv[at]);
     wcscat(line, L"\"");
     wcscat(line, tailOf(at + 1 < argc ? argv[at + 1] : NULL));
-    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
-    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     if (!CreateProcessW(argv[at], line, NULL, NULL, TRUE, 0, NULL, NULL, &startup, &process)) {
         printf("failed=%lu\n", GetLastError());
         return 99;

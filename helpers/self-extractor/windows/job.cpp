@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/job.h"
+
+namespace sfx {
+
+namespace {
+
+// Messages of a job may get lost (Microsoft, JOBOBJECT_ASSOCIATE_COMPLETION_PORT): the processes
+// are counted this often without one, in milliseconds.
+constexpr DWORD countInterval = 1000;
+
+} // namespace
+
+bool Job::create()
+{
+    m_job.reset(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags
+        = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_BREAKAWAY_OK;
+    return m_job
+        && SetInformationJobObject(m_job.get(), JobObjectExtendedLimitInformation, &limits,
+                                   sizeof limits);
+}
+
+bool Job::add(HANDLE process)
+{
+    if (create() && AssignProcessToJobObject(m_job.get(), process)) {
+        return true;
+    }
+    m_job.reset();
+    return false;
+}
+
+unsigned Job::activeProcesses() const
+{
+    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION accounting = {};
+    if (!m_job
+        || !QueryInformationJobObject(m_job.get(), JobObjectBasicAccountingInformation,
+                                      &accounting, sizeof accounting, nullptr)) {
+        return 0;
+    }
+    return accounting.ActiveProcesses;
+}
+
+void Job::waitUntilEmpty()
+{
+    if (activeProcesses() == 0) {
+        return;
+    }
+    // Only now, so that the messages of the hours before have not piled up.
+    const Handle port(CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 1));
+    JOBOBJECT_ASSOCIATE_COMPLETION_PORT association = {};
+    association.CompletionPort = port.get();
+    const bool associated = port
+        && SetInformationJobObject(m_job.get(), JobObjectAssociateCompletionPortInformation,
+                                   &association, sizeof association);
+    while (activeProcesses() != 0) {
+        DWORD message = 0;
+        ULONG_PTR key = 0;
+        OVERLAPPED *data = nullptr;
+        if (!associated) {
+            Sleep(countInterval);
+        } else {
+            GetQueuedCompletionStatus(port.get(), &message, &key, &data, countInterval);
+        }
+    }
+}
+
+} // namespace sfx

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <signal.h>
+
+/// The program, what it starts, and the module around them end together.
+class TestProcessTree : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void waitsForTheWholeTree_data();
+    void waitsForTheWholeTree();
+    void endsTheTreeWithItself_data();
+    void endsTheTreeWithItself();
+    void letsOutWhoAsksForIt();
+    void leavesInterruptsToTheProgram();
+
+private:
+    QString assemble() const;
+
+    ModuleRun m_run;
+};
+
+void TestProcessTree::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+}
+
+void TestProcessTree::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestProcessTree::cleanup()
+{
+    QCOMPARE(m_run.leftovers(), QStringList());
+    QCOMPARE(m_run.moduleProcesses(), QList<qint64>());
+    QCOMPARE(m_run.programProcesses(), QList<qint64>());
+}
+
+QString TestProcessTree::assemble() const
+{
+    return m_run.assemble(Tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
+                               {QStringLiteral("data.txt"), "still here"}},
+                          QStringLiteral("main.exe"));
+}
+
+void TestProcessTree::waitsForTheWholeTree_data()
+{
+    QTest::addColumn<int>("generations");
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("a launcher that starts the real program and ends") << 1 << QStringList();
+    QTest::newRow("a launcher's launcher") << 3 << QStringList();
+    QTest::newRow("within the caller's job") << 2 << QStringList("--job");
+}
+
+void TestProcessTree::waitsForTheWholeTree()
+{
+    QFETCH(int, generations);
+    QFETCH(QStringList, options);
+    const Run result = m_run.run(
+        assemble(), QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
+    QCOMPARE(result.value("data"), QStringLiteral("still here"));
+    QCOMPARE(result.value("ended"), QStringLiteral("5")); // the main program's own code
+    QVERIFY(!result.output.contains("no job"));
+}
+
+void TestProcessTree::endsTheTreeWithItself_data()
+{
+    QTest::addColumn<QString>("tail");
+    QTest::addColumn<int>("processes");
+    QTest::newRow("the program alone") << " --stay" << 1;
+    QTest::newRow("a program and what it started") << " --start-one --stay" << 2;
+    QTest::newRow("what the program left behind") << " --start-one" << 1;
+}
+
+void TestProcessTree::endsTheTreeWithItself()
+{
+    QFETCH(QString, tail);
+    QFETCH(int, processes);
+    const auto process = m_run.start(assemble(), tail);
+    QVERIFY(process != nullptr);
+    // The second one tells its start as well.
+    QByteArray output;
+    const qsizetype starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
+    while (output.count("program=") < starts) {
+        QVERIFY(process->waitForReadyRead(60000));
+        output += process->readAllStandardOutput();
+    }
+    QTRY_COMPARE(m_run.programProcesses().size(), processes);
+    const QList<qint64> modules = m_run.moduleProcesses();
+    QCOMPARE(modules.size(), 1);
+    kill(static_cast<pid_t>(modules.first()), SIGKILL);
+    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    ModuleRun::finish(*process);
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestProcessTree::letsOutWhoAsksForIt()
+{
+    QCOMPARE(m_run.run(assemble(), QStringLiteral(" --escape")).value("escaped"),
+             QStringLiteral("1"));
+}
+
+void TestProcessTree::leavesInterruptsToTheProgram()
+{
+    const Run result = m_run.run(assemble(), QStringLiteral(" --ctrl-c --exit=6"),
+                                 {QStringLiteral("--console")});
+    QCOMPARE(result.value("sent"), QStringLiteral("1"));
+    QCOMPARE(result.value("interrupted"), QStringLiteral("1"));
+    QCOMPARE(result.value("ended"), QStringLiteral("6"));
+}
+
+QTEST_GUILESS_MAIN(TestProcessTree)
+#include "tst_processtree.moc"
