@@ -21,7 +21,7 @@ enum class ExitCode : std::uint32_t {
     DiskFull = 0x4b5000d0,       ///< 208: not enough room on the disk
     ProgramMissing = 0x4b5000d1, ///< 209: the archive does not hold the program to run
     StartFailed = 0x4b5000d2,    ///< 210: the program cannot be started
-    Cancelled = 0x4b5000d3,      ///< 211: the user refused the rights that the program asks for
+    Cancelled = 0x4b5000d3,      ///< 211: the user cancelled, or refused the rights that are asked for
 };
 
 } // namespace sfx

@@ -61,7 +61,7 @@ end_program() {
 choose_folder() {
     click "$1" "$2"
     wait_for "the folder dialog" is_there '选择'
-    sleep 0.5
+    sleep 1
     xdotool type --delay 15 "$(as_windows "$3")"
     xdotool key Return
     wait_for "the end of the folder dialog" is_gone '选择'
@@ -83,7 +83,7 @@ after=($(position))
 picture basic
 
 click 316 30
-sleep 0.5
+sleep 0.6
 picture menu
 xdotool key Down Return
 wait_for "the About dialog" is_there '关于 Kestrel Pack'
@@ -109,7 +109,7 @@ click 38 132
 sleep 0.5
 picture advanced
 click 280 133 # the level's list
-sleep 0.3
+sleep 0.6
 xdotool key Down Return
 click 82 341 # as administrator
 sleep 0.3

@@ -151,6 +151,7 @@ Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
         return Status::Damaged;
     }
     block.silent = values[Silent].data != nullptr && values[Silent].equals("1");
+    block.progress = values[Progress].data != nullptr && values[Progress].equals("yes");
     blockSize = static_cast<std::size_t>(rest.data - data);
     return Status::Ok;
 }

@@ -18,7 +18,8 @@ struct ConfigBlock {
     Text title;         ///< Title: heads the message boxes; may be empty
     Text runProgram;    ///< RunProgram: a file name, never empty
     Text folderName;    ///< the folder behind `%%T\` of InstallPath: one safe name
-    bool silent = false; ///< Silent="1": show no box, whatever happens
+    bool silent = false;   ///< Silent="1": show no box, whatever happens
+    bool progress = false; ///< Progress="yes": show how far unpacking is, if it takes a while
 };
 
 /// Longest block that is read, both marker lines included, in bytes.

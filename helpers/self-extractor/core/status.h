@@ -18,6 +18,7 @@ enum class Status : std::uint8_t {
     WriteFailed,    ///< a file or folder could not be made; the sink knows what the system said
     DiskFull,
     ProgramMissing, ///< the archive has no file of RunProgram's name at its top level
+    Cancelled,      ///< the user does not want to go on
 };
 
 } // namespace sfx

@@ -22,6 +22,8 @@ ExitCode exitCodeOf(Status status)
         return ExitCode::DiskFull;
     case Status::ProgramMissing:
         return ExitCode::ProgramMissing;
+    case Status::Cancelled:
+        return ExitCode::Cancelled;
     case Status::Ok:
     case Status::Damaged:
         break;

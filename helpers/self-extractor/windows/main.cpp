@@ -9,6 +9,7 @@
 #include "helpers/self-extractor/windows/messages.h"
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
+#include "helpers/self-extractor/windows/progresssink.h"
 #include "helpers/self-extractor/windows/surroundings.h"
 
 namespace sfx {
@@ -49,11 +50,22 @@ bool inspect(Executable &executable, ConfigBlock &block, Archive &archive, std::
     return status == Status::Ok || failWith(failure, status);
 }
 
+Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                     const ConfigBlock &block)
+{
+    if (!block.progress || block.silent) {
+        return unpack(archive, sink, totalBytes);
+    }
+    ProgressWindow window(block.title, totalBytes);
+    ProgressSink watched(sink, window);
+    return unpack(archive, watched, totalBytes);
+}
+
 bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t totalBytes,
-                Failure &failure)
+                const ConfigBlock &block, Failure &failure)
 {
     FileSink sink(folder.application());
-    const Status status = unpack(archive, sink, totalBytes);
+    const Status status = unpackVisibly(archive, sink, totalBytes, block);
     if (status == Status::Ok) {
         return true;
     }
@@ -84,7 +96,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
             failure.systemError = GetLastError();
             return false;
         }
-        if (!unpackInto(folder, archive, totalBytes, failure)) {
+        if (!unpackInto(folder, archive, totalBytes, block, failure)) {
             return false;
         }
         if (!describeSurroundings(executable.path(), folder.application())) {
@@ -115,7 +127,9 @@ unsigned runModule()
     if (run(block, exitCode, failure)) {
         return exitCode;
     }
-    showFailure(failure, block.title, block.silent);
+    if (failure.code != ExitCode::Cancelled) { // who cancels need not be told
+        showFailure(failure, block.title, block.silent);
+    }
     return static_cast<unsigned>(failure.code);
 }
 

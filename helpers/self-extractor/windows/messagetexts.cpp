@@ -32,8 +32,6 @@ constexpr Message messages[] = {
     {ExitCode::ProgramMissing, u"The program to run is not in this file.",
      u"此文件中没有要运行的程序。"},
     {ExitCode::StartFailed, u"The program cannot be started.", u"无法启动程序。"},
-    {ExitCode::Cancelled, u"The program was not started, because the rights it needs were refused.",
-     u"未授予所需权限，程序未启动。"},
 };
 
 } // namespace

@@ -68,6 +68,7 @@ class TestConfigBlock : public QObject
 
 private slots:
     void readsTheBlockOfThePacker();
+    void showsProgressOnlyWhenAsked();
     void acceptsAndRefuses_data();
     void acceptsAndRefuses();
     void stopsAtItsLimit();
@@ -94,6 +95,21 @@ void TestConfigBlock::readsTheBlockOfThePacker()
     QCOMPARE(toQString(block.runProgram), QStringLiteral("my \U0001f600.tool.exe"));
     QCOMPARE(toQString(block.folderName), QStringLiteral("my \u7a0b"));
     QVERIFY(block.silent);
+    QVERIFY(block.progress);
+}
+
+void TestConfigBlock::showsProgressOnlyWhenAsked()
+{
+    for (const char *line : {"", "Progress=\"no\"\n", "Progress=\"\"\n"}) {
+        const QByteArray bytes
+            = blockOf(QByteArray(line) + "RunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
+        ConfigBlock block;
+        std::size_t size = 0;
+        QCOMPARE(parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()), block,
+                                  size),
+                 Status::Ok);
+        QVERIFY2(!block.progress, line);
+    }
 }
 
 void TestConfigBlock::acceptsAndRefuses_data()

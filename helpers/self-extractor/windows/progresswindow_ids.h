@@ -1,0 +1,8 @@
+/* SPDX-FileCopyrightText: 2026 The Kestrelpack developers */
+/* SPDX-License-Identifier: MIT */
+
+/* For the resource compiler too. */
+#pragma once
+
+#define progressDialog 1
+#define progressBar 100

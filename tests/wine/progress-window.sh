@@ -1,0 +1,70 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+#
+# progress-window.sh NATIVE-PROGRAM MODULE HELLO-FOLDER PICTURES: a produced file that takes a while to unpack shows
+# a window with its title; Cancel leaves nothing behind and starts nothing; a small file shows no window.
+set -euo pipefail
+native=$1
+module=$2
+hello=$3
+pictures=$4
+. "$(dirname "$0")/support.sh"
+work=$(mktemp -d /tmp/progress.XXXXXX)
+trap 'rm -rf "$work"' EXIT
+mkdir -p "$pictures" "$work/large" "$work/small" "$work/tools" "$work/temp"
+cp "$hello"/* "$work/large"
+cp "$hello"/* "$work/small"
+cp "$module" "$work/tools/7zS2.sfx"
+head -c 90000000 /dev/urandom | base64 >"$work/large/much.txt"
+for size in large small; do
+    TMPDIR=$work/tools "$native" -q -l fastest -o "$work/$size.out" "$work/$size" 2>/dev/null
+done
+
+fail() {
+    echo "FAIL: $*"
+    exit 1
+}
+is_shown() { [ -n "$(xdotool search --onlyvisible --name '^hello Portable$')" ]; }
+leftovers() { ls -d "$work"/temp/kp-* 2>/dev/null || true; }
+
+# start SIZE: in the background; its exit code goes to the file "code", what it says to "said".
+start() {
+    (
+        code=0
+        wine_with_temp "$work/temp" "$(as_windows "$work/$1.out/hello.exe")" --exit 42 </dev/null \
+            >"$work/said" 2>&1 || code=$?
+        echo $code >"$work/code"
+    ) &
+}
+# Whether the window shows before the program ends.
+appears() {
+    while kill -0 $! 2>/dev/null; do
+        if is_shown; then return 0; fi
+        sleep 0.02
+    done
+    return 1
+}
+
+start large
+appears || fail "no window"
+sleep 0.3
+import -window root "$pictures/progress.png"
+wait $!
+[ "$(cat "$work/code")" = 42 ] || fail "the program ended with $(cat "$work/code")"
+! is_shown || fail "the window stays"
+
+start large
+appears || fail "no window the second time"
+sleep 0.2
+xdotool key Escape
+wait $!
+[ "$(cat "$work/code")" = 211 ] || fail "cancelled, it ended with $(cat "$work/code")"
+! grep -q Hello "$work/said" || fail "cancelled, it started the program"
+
+start small
+! appears || fail "a window for a small file"
+wait $!
+[ "$(cat "$work/code")" = 42 ] || fail "the small one ended with $(cat "$work/code")"
+[ -z "$(leftovers)" ] || fail "left behind: $(leftovers)"
+echo "ok"
