@@ -23,6 +23,14 @@ public:
     [[nodiscard]] bool append(const char16_t *units, std::size_t size);
     [[nodiscard]] bool append(const Text &other) { return append(other.data(), other.size()); }
     [[nodiscard]] bool append(const char16_t *zeroTerminated);
+    /// Cuts the text to `size` units; does nothing if it is not longer.
+    void truncate(std::size_t size)
+    {
+        if (size < m_size) {
+            m_size = size;
+            m_units[size] = 0;
+        }
+    }
 
 private:
     Array<char16_t> m_units;

@@ -11,6 +11,9 @@ namespace {
 // are counted this often without one, in milliseconds.
 constexpr DWORD countInterval = 1000;
 
+// winbase.h has it for Windows 10 only, and the module runs on earlier ones too.
+constexpr DWORD_PTR jobListAttribute = 0x2000d;
+
 } // namespace
 
 bool Job::create()
@@ -26,11 +29,7 @@ bool Job::create()
 
 bool Job::add(HANDLE process)
 {
-    if (create() && AssignProcessToJobObject(m_job.get(), process)) {
-        return true;
-    }
-    m_job.reset();
-    return false;
+    return AssignProcessToJobObject(m_job.get(), process);
 }
 
 unsigned Job::activeProcesses() const
@@ -65,6 +64,26 @@ void Job::waitUntilEmpty()
         } else {
             GetQueuedCompletionStatus(port.get(), &message, &key, &data, countInterval);
         }
+    }
+}
+
+bool JobAttribute::create(const Job &job)
+{
+    auto *list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(m_buffer);
+    SIZE_T size = sizeof m_buffer;
+    if (!InitializeProcThreadAttributeList(list, 1, 0, &size)) {
+        return false;
+    }
+    m_list = list;
+    m_job = job.handle();
+    return UpdateProcThreadAttribute(list, 0, jobListAttribute, &m_job, sizeof m_job, nullptr,
+                                     nullptr);
+}
+
+JobAttribute::~JobAttribute()
+{
+    if (m_list != nullptr) {
+        DeleteProcThreadAttributeList(m_list);
     }
 }
 

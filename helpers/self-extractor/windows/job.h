@@ -13,17 +13,39 @@ namespace sfx {
 class Job
 {
 public:
+    /// False: the system gives no job.
+    [[nodiscard]] bool create();
     /// Puts a process into the job, best before its first instruction. False: it cannot be put
-    /// there, since it is in another job that allows no further one; the job then stays empty.
+    /// there, since it is in another job that allows no further one.
     bool add(HANDLE process);
-    /// Waits until no process is left in the job; returns at once if none was added.
+    /// Waits until no process is left in the job; returns at once if there was none.
     void waitUntilEmpty();
+    HANDLE handle() const { return m_job.get(); }
 
 private:
-    bool create();
     unsigned activeProcesses() const;
 
     Handle m_job;
+};
+
+/// For CreateProcessW: the process is in the job from its making on, so that there is no moment at
+/// which the end of this process would leave it behind. Windows 10 and later know it.
+class JobAttribute
+{
+public:
+    /// The job is to stay. False: this Windows cannot do it.
+    [[nodiscard]] bool create(const Job &job);
+    LPPROC_THREAD_ATTRIBUTE_LIST list() { return m_list; }
+
+    JobAttribute() = default;
+    JobAttribute(const JobAttribute &) = delete;
+    JobAttribute &operator=(const JobAttribute &) = delete;
+    ~JobAttribute();
+
+private:
+    HANDLE m_job = nullptr;
+    LPPROC_THREAD_ATTRIBUTE_LIST m_list = nullptr;
+    alignas(void *) unsigned char m_buffer[128]; // one attribute takes 48 bytes
 };
 
 } // namespace sfx

@@ -7,10 +7,12 @@
 #include "helpers/self-extractor/windows/executable.h"
 #include "helpers/self-extractor/windows/filesink.h"
 #include "helpers/self-extractor/windows/messages.h"
+#include "helpers/self-extractor/windows/predecessors.h"
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
 #include "helpers/self-extractor/windows/progresssink.h"
 #include "helpers/self-extractor/windows/surroundings.h"
+#include "helpers/self-extractor/windows/temporaryfolder.h"
 
 namespace sfx {
 
@@ -61,6 +63,20 @@ Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalByte
     return unpack(archive, watched, totalBytes);
 }
 
+bool makeFolder(const ConfigBlock &block, PrivateFolder &folder, Failure &failure)
+{
+    Text temporary;
+    if (findTemporaryFolder(temporary)
+        && folder.create(temporary, block.folderName, block.runProgram)) {
+        removeDeadPredecessors(temporary, folder.lock());
+        return true;
+    }
+    failure.code = ExitCode::NoFolder;
+    failure.systemError = GetLastError();
+    failure.subject = std::move(temporary);
+    return false;
+}
+
 bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t totalBytes,
                 const ConfigBlock &block, Failure &failure)
 {
@@ -91,9 +107,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!inspect(executable, block, archive, totalBytes, archiveOffset, failure)) {
             return false;
         }
-        if (!folder.create(block.folderName)) {
-            failure.code = ExitCode::NoFolder;
-            failure.systemError = GetLastError();
+        if (!makeFolder(block, folder, failure)) {
             return false;
         }
         if (!unpackInto(folder, archive, totalBytes, block, failure)) {

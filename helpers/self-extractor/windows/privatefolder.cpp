@@ -3,9 +3,9 @@
 
 #include "helpers/self-extractor/windows/privatefolder.h"
 
+#include "helpers/self-extractor/core/privatename.h"
 #include "helpers/self-extractor/core/winpath.h"
 #include "helpers/self-extractor/windows/removal.h"
-#include "helpers/self-extractor/windows/systemlibrary.h"
 #include "helpers/self-extractor/windows/useronly.h"
 
 #include <ntsecapi.h>
@@ -15,85 +15,64 @@ namespace sfx {
 namespace {
 
 constexpr unsigned attempts = 16;
-constexpr DWORD pathCapacity = 32768;
 
-// The user's temporary folder, absolute, with a separator at its end.
-bool findTemporaryFolder(Text &folder)
+[[nodiscard]] bool makeRandomPath(const Text &parent, Text &path, Text &extended)
 {
-    using GetTempPathFunction = DWORD(WINAPI *)(DWORD, LPWSTR);
-    Array<char16_t> raw;
-    Array<char16_t> full;
-    if (!raw.allocate(pathCapacity) || !full.allocate(pathCapacity)) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return false;
-    }
-    // Newer Windows gives services a folder of their own through the newer function.
-    auto getTempPath = SystemLibrary(L"kernel32.dll").function<GetTempPathFunction>("GetTempPath2W");
-    if (getTempPath == nullptr) {
-        getTempPath = GetTempPathW;
-    }
-    const DWORD rawSize = getTempPath(pathCapacity, wide(raw.data()));
-    if (rawSize == 0 || rawSize >= pathCapacity) {
-        return false;
-    }
-    const DWORD size = GetFullPathNameW(wide(raw.data()), pathCapacity, wide(full.data()), nullptr);
-    if (size == 0 || size >= pathCapacity || !folder.assign(full.data(), size)) {
-        return false;
-    }
-    return folder.data()[size - 1] == u'\\' || folder.append(u"\\");
-}
-
-// "kp-" and 20 random hexadecimal digits.
-bool makeName(Text &name)
-{
-    unsigned char random[10];
-    char16_t digits[2 * sizeof random];
+    unsigned char random[privateNameBytes];
+    Text name;
     if (!RtlGenRandom(random, sizeof random)) {
         SetLastError(ERROR_NOT_READY);
         return false;
     }
-    for (std::size_t i = 0; i < sizeof random; ++i) {
-        digits[2 * i] = u"0123456789abcdef"[random[i] >> 4];
-        digits[2 * i + 1] = u"0123456789abcdef"[random[i] & 15];
-    }
-    return name.assign(u"kp-", 3) && name.append(digits, ARRAYSIZE(digits));
+    return makePrivateName(random, name) && path.assign(parent.data(), parent.size())
+        && path.append(name) && toExtendedPath(path, extended);
 }
 
-// CreateDirectoryW fails when the name exists: nobody can have prepared the folder for us.
-bool makeRandomFolder(const Text &parent, Text &path)
+[[nodiscard]] bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security)
+{
+    return CreateDirectoryW(wide(path.data()), security);
+}
+
+} // namespace
+
+// Both calls fail when the name exists: nobody can have prepared the folder for us.
+bool PrivateFolder::createRoot(const Text &temporaryFolder)
 {
     UserOnly security;
     for (unsigned i = 0; i < attempts; ++i) {
-        Text name;
+        Text path;
         Text extended;
-        if (!makeName(name) || !path.assign(parent.data(), parent.size()) || !path.append(name)
-            || !toExtendedPath(path, extended)) {
+        Text lockPath;
+        if (!makeRandomPath(temporaryFolder, path, extended) || !lockPath.append(extended)
+            || !lockPath.append(lockSuffix)) {
             return false;
         }
-        if (CreateDirectoryW(wide(extended.data()), security.attributes())) {
-            return true;
+        if (m_lock.create(lockPath, security.attributes())) {
+            if (createFolder(extended, security.attributes())) {
+                m_root = std::move(path);
+                return true;
+            }
+            const DWORD error = GetLastError();
+            m_lock.discard();
+            SetLastError(error);
         }
-        if (GetLastError() != ERROR_ALREADY_EXISTS) {
+        if (GetLastError() != ERROR_ALREADY_EXISTS && GetLastError() != ERROR_FILE_EXISTS) {
             return false;
         }
     }
     return false;
 }
 
-} // namespace
-
-bool PrivateFolder::create(const Text &applicationName)
+bool PrivateFolder::create(const Text &temporaryFolder, const Text &applicationName,
+                           const Text &program)
 {
-    Text temporary;
-    Text root;
-    Text extended;
-    if (!findTemporaryFolder(temporary) || !makeRandomFolder(temporary, root)) {
+    if (!createRoot(temporaryFolder)) {
         return false;
     }
-    m_root = std::move(root);
+    Text extended;
     if (m_application.append(m_root) && m_application.append(u"\\")
-        && m_application.append(applicationName) && toExtendedPath(m_application, extended)
-        && CreateDirectoryW(wide(extended.data()), nullptr)) {
+        && m_application.append(applicationFolderName(m_root.size(), applicationName, program))
+        && toExtendedPath(m_application, extended) && createFolder(extended, nullptr)) {
         return true;
     }
     const DWORD error = GetLastError();
@@ -105,8 +84,13 @@ bool PrivateFolder::create(const Text &applicationName)
 void PrivateFolder::remove()
 {
     Text extended;
-    if (!m_root.isEmpty() && toExtendedPath(m_root, extended)) {
-        removeTree(extended);
+    if (m_root.isEmpty()) {
+        return;
+    }
+    if (toExtendedPath(m_root, extended) && removeTree(extended)) {
+        m_lock.discard();
+    } else {
+        m_lock.release();
     }
     m_root = Text();
 }

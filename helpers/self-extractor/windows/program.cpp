@@ -37,6 +37,7 @@ const char16_t *ownCommandLine()
     if (!program.append(folder) || !program.append(u"\\") || !program.append(name)) {
         return false;
     }
+    // The plain path as long as it can be, since the program is told it.
     const bool prepared = program.size() < MAX_PATH
         ? launch.application.append(program)
         : toExtendedPath(program, launch.application);
@@ -56,13 +57,14 @@ bool passOn(DWORD which, HANDLE &handle)
     return true;
 }
 
-STARTUPINFOW startupInfo()
+STARTUPINFOEXW startupInfo()
 {
     STARTUPINFOW own = {};
     own.cb = sizeof own;
     GetStartupInfoW(&own);
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
+    STARTUPINFOEXW extended = {};
+    STARTUPINFOW &startup = extended.StartupInfo;
+    startup.cb = sizeof extended;
     startup.dwFlags = own.dwFlags & STARTF_USESHOWWINDOW;
     startup.wShowWindow = own.wShowWindow;
     const bool input = passOn(STD_INPUT_HANDLE, startup.hStdInput);
@@ -71,23 +73,43 @@ STARTUPINFOW startupInfo()
     if (input || output || error) {
         startup.dwFlags |= STARTF_USESTDHANDLES;
     }
-    return startup;
+    return extended;
 }
 
-// In the job before its first instruction. Where it cannot be in one, it runs without.
-bool startDirectly(Launch &launch, Job &job, Handle &process)
+bool create(Launch &launch, DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &process,
+            Handle &thread)
 {
-    STARTUPINFOW startup = startupInfo();
+    STARTUPINFOEXW startup = startupInfo();
+    startup.lpAttributeList = attributes;
     PROCESS_INFORMATION started = {};
     if (!CreateProcessW(wide(launch.application.data()),
                         wide(const_cast<char16_t *>(launch.commandLine.data())), nullptr, nullptr,
-                        TRUE, CREATE_SUSPENDED, nullptr, wide(launch.folder->data()), &startup,
-                        &started)) {
+                        TRUE, flags | EXTENDED_STARTUPINFO_PRESENT, nullptr,
+                        wide(launch.folder->data()), &startup.StartupInfo, &started)) {
         return false;
     }
-    const Handle thread(started.hThread);
     process.reset(started.hProcess);
-    job.add(process.get());
+    thread.reset(started.hThread);
+    return true;
+}
+
+// In the job from its making on; where Windows cannot do that, before its first instruction; and
+// where it cannot be in the job at all, it runs without.
+bool startDirectly(Launch &launch, Job &job, Handle &process)
+{
+    Handle thread;
+    JobAttribute attribute;
+    const bool hasJob = job.create();
+    if (hasJob && attribute.create(job)
+        && create(launch, 0, attribute.list(), process, thread)) {
+        return true;
+    }
+    if (!create(launch, CREATE_SUSPENDED, nullptr, process, thread)) {
+        return false;
+    }
+    if (hasJob) {
+        job.add(process.get());
+    }
     ResumeThread(thread.get());
     return true;
 }

@@ -3,103 +3,171 @@
 
 #include "helpers/self-extractor/windows/removal.h"
 
-#include "helpers/self-extractor/windows/win32.h"
+#include "helpers/self-extractor/windows/folderlisting.h"
+#include "helpers/self-extractor/windows/owner.h"
 
 namespace sfx {
 
 namespace {
 
-constexpr unsigned rounds = 12;
-constexpr DWORD firstPause = 10;    // milliseconds; doubled each round up to
-constexpr DWORD longestPause = 2000;
+// Between ten tries; 4.5 s together. In milliseconds.
+constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280, 2000};
+constexpr std::uint64_t noDeadline = UINT64_MAX;
 
-/// Owner of a directory search.
-class Search
+// A read-only file or folder cannot be removed. A link's own attributes are meant, not its target's.
+void makeWritable(const Text &path, DWORD attributes)
+{
+    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) {
+        return;
+    }
+    const Handle item(CreateFileW(
+        wide(path.data()), FILE_WRITE_ATTRIBUTES,
+        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+        FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    FILE_BASIC_INFO info = {}; // zeros: leave as it is
+    info.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    SetFileInformationByHandle(item.get(), FileBasicInfo, &info, sizeof info);
+}
+
+/// A walk through a tree, files first, each folder after its content. On the heap: a tree may be
+/// thousands of folders deep.
+class Removal
 {
 public:
-    Search(const Text &pattern, WIN32_FIND_DATAW &found)
-        : m_handle(FindFirstFileW(wide(pattern.data()), &found))
+    explicit Removal(std::uint64_t deadline) : m_deadline(deadline) {}
+    Removal(const Removal &) = delete;
+    Removal &operator=(const Removal &) = delete;
+    ~Removal()
     {
-    }
-    Search(const Search &) = delete;
-    Search &operator=(const Search &) = delete;
-    ~Search()
-    {
-        if (m_handle != INVALID_HANDLE_VALUE) {
-            FindClose(m_handle);
+        while (m_level) {
+            leave();
         }
     }
 
-    bool isValid() const { return m_handle != INVALID_HANDLE_VALUE; }
-    bool next(WIN32_FIND_DATAW &found) { return FindNextFileW(m_handle, &found); }
+    /// True: the folder is gone. Nothing is done if it has not the same owner as `mine`, where that
+    /// is given.
+    bool remove(const Text &root, HANDLE mine = nullptr);
 
 private:
-    HANDLE m_handle;
+    struct Level {
+        FolderListing listing;
+        std::size_t pathSize = 0; // of the folder above
+        Owned<Level> above;
+    };
+
+    bool enter(std::size_t sizeAbove);
+    void leave();
+    bool removeCurrent();
+    void removeEntry();
+
+    Text m_path;
+    Owned<Level> m_level;
+    std::uint64_t m_deadline;
 };
 
-bool isDots(const wchar_t *name)
+// The folder at m_path becomes the current one.
+bool Removal::enter(std::size_t sizeAbove)
 {
-    return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
-}
-
-// A read-only file or folder cannot be removed.
-void makeWritable(const Text &path, DWORD attributes)
-{
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        const DWORD readOnly = FILE_ATTRIBUTE_READONLY;
-        SetFileAttributesW(wide(path.data()), attributes & ~readOnly);
+    auto level = makeOwned<Level>();
+    if (!level || !level->listing.open(m_path)) {
+        return false;
     }
+    level->pathSize = sizeAbove;
+    level->above = std::move(m_level);
+    m_level = std::move(level);
+    return true;
 }
 
-bool removeFolder(const Text &path);
-
-bool removeItem(const Text &path, DWORD attributes)
+void Removal::leave()
 {
-    makeWritable(path, attributes);
+    m_path.truncate(m_level->pathSize);
+    Owned<Level> above = std::move(m_level->above);
+    m_level = std::move(above);
+}
+
+// The current folder, which is empty if all went well.
+bool Removal::removeCurrent()
+{
+    m_level->listing.close();
+    return RemoveDirectoryW(wide(m_path.data()));
+}
+
+void Removal::removeEntry()
+{
+    const FolderListing &entry = m_level->listing;
+    const DWORD attributes = entry.attributes();
+    const std::size_t sizeAbove = m_path.size();
+    if (!m_path.append(u"\\", 1) || !m_path.append(entry.name(), entry.nameSize())) {
+        return;
+    }
+    makeWritable(m_path, attributes);
     const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (folder && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
-        return removeFolder(path);
+    if (folder && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 && enter(sizeAbove)) {
+        return;
     }
-    return folder ? RemoveDirectoryW(wide(path.data())) : DeleteFileW(wide(path.data()));
+    if (folder) {
+        RemoveDirectoryW(wide(m_path.data()));
+    } else {
+        DeleteFileW(wide(m_path.data()));
+    }
+    m_path.truncate(sizeAbove);
+}
+
+// Windows tells it through the handle too, in enter(); Wine opens the target.
+bool isLink(const Text &path)
+{
+    const DWORD attributes = GetFileAttributesW(wide(path.data()));
+    return attributes != INVALID_FILE_ATTRIBUTES
+        && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 // Goes on after a failure, so that as little as possible is left.
-bool removeFolder(const Text &path)
+bool Removal::remove(const Text &root, HANDLE mine)
 {
-    Text pattern;
-    if (!pattern.append(path) || !pattern.append(u"\\*")) {
+    if (isLink(root) || !m_path.append(root) || !enter(root.size())
+        || (mine != nullptr && !haveSameOwner(m_level->listing.handle(), mine))) {
         return false;
     }
-    {
-        WIN32_FIND_DATAW found;
-        Search search(pattern, found);
-        if (search.isValid()) {
-            do {
-                Text item;
-                if (!isDots(found.cFileName) && item.append(path) && item.append(u"\\")
-                    && item.append(reinterpret_cast<const char16_t *>(found.cFileName))) {
-                    removeItem(item, found.dwFileAttributes);
-                }
-            } while (search.next(found));
+    bool removed = false;
+    while (m_level && !m_path.isEmpty() && GetTickCount64() <= m_deadline) {
+        if (m_level->listing.next()) {
+            removeEntry();
+        } else {
+            removed = removeCurrent();
+            leave();
         }
     }
-    return RemoveDirectoryW(wide(path.data()));
+    return !m_level && removed;
+}
+
+bool isGone(const Text &path)
+{
+    if (GetFileAttributesW(wide(path.data())) != INVALID_FILE_ATTRIBUTES) {
+        return false;
+    }
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 } // namespace
 
+bool removeOwnTree(const Text &path, HANDLE mine, std::uint64_t deadline)
+{
+    return Removal(deadline).remove(path, mine) || isGone(path);
+}
+
 bool removeTree(const Text &path)
 {
-    DWORD pause = firstPause;
-    for (unsigned i = 0; i < rounds; ++i) {
-        const DWORD attributes = GetFileAttributesW(wide(path.data()));
-        if (attributes == INVALID_FILE_ATTRIBUTES || removeItem(path, attributes)) {
+    const auto removeOnce = [&path] {
+        return Removal(noDeadline).remove(path) || isGone(path);
+    };
+    for (const DWORD pause : pauses) {
+        if (removeOnce()) {
             return true;
         }
         Sleep(pause);
-        pause = pause * 2 < longestPause ? pause * 2 : longestPause;
     }
-    return false;
+    return removeOnce();
 }
 
 } // namespace sfx

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <glob.h>
+
 namespace {
 
 // Wine gives its processes the Windows command line.
@@ -156,9 +158,30 @@ std::unique_ptr<QProcess> ModuleRun::startDirectly(const QString &file,
     return process;
 }
 
+std::unique_ptr<QProcess> ModuleRun::hold(const QString &file) const
+{
+    auto process = std::make_unique<QProcess>();
+    prepare(*process);
+    process->start(QStringLiteral("wine"), {QStringLiteral(KESTRELPACK_TEST_STARTER),
+                                            QStringLiteral("--hold=") + windowsPath(file)});
+    return waitForOutput(*process, "held=1").isEmpty() ? nullptr : std::move(process);
+}
+
+QByteArray ModuleRun::waitForOutput(QProcess &process, const QByteArray &text, int times)
+{
+    QByteArray output;
+    while (output.count(text) < times) {
+        if (!process.waitForReadyRead(60000)) {
+            return QByteArray();
+        }
+        output += process.readAllStandardOutput();
+    }
+    return output;
+}
+
 QList<qint64> ModuleRun::moduleProcesses() const
 {
-    return processesOf(windowsPath(producedFile()));
+    return processesOf(windowsPath(producedFile()).chopped(4)); // without ".exe"
 }
 
 QList<qint64> ModuleRun::programProcesses() const
@@ -188,4 +211,13 @@ QStringList ModuleRun::leftovers() const
 {
     return QDir(m_temporary)
         .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+bool ModuleRun::hasTemporary(const QString &pattern) const
+{
+    glob_t found{};
+    const QString path = m_temporary + u'/' + pattern;
+    const bool has = glob(QFile::encodeName(path).constData(), 0, nullptr, &found) == 0;
+    globfree(&found);
+    return has;
 }

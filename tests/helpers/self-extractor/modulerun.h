@@ -49,20 +49,26 @@ public:
     /// options. Standard input stays open.
     std::unique_ptr<QProcess> start(const QString &file, const QString &tail = QString(),
                                     const QStringList &options = {}) const;
-    /// The Linux ids of the running processes of the produced file (the module's own), and of all
+    /// The Linux ids of the running processes of produced files (the module's own), and of all
     /// programs from the temporary folder.
     QList<qint64> moduleProcesses() const;
     QList<qint64> programProcesses() const;
+    /// Keeps a file open, not to be deleted by others, until the process is finish()ed.
+    std::unique_ptr<QProcess> hold(const QString &file) const;
     /// Starts the file directly, so that the process' id is the module's own.
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;
     /// Closes standard input and waits for the end.
     static Run finish(QProcess &process);
+    /// Waits until the output has `text` in it so many times; returns all of the output.
+    static QByteArray waitForOutput(QProcess &process, const QByteArray &text, int times = 1);
     Run run(const QString &file, const QString &tail = QString(),
             const QStringList &options = {}) const;
 
     /// What is in the temporary folder, hidden entries included.
     QStringList leftovers() const;
+    /// Whether the temporary folder has an entry of this pattern, subfolders by slashes.
+    bool hasTemporary(const QString &pattern) const;
     /// A path below this object's own folder.
     QString path(const QString &name) const { return m_folder.filePath(name); }
     /// Where programs are started, another one than the produced file's.

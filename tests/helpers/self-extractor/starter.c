@@ -8,6 +8,10 @@
  * starts FILE with the arguments that TAILFILE spells in UTF-8, exactly as they stand, waits for it
  * and tells its exit code in full.
  *
+ *     starter --hold=FILE
+ *
+ * keeps FILE open, not to be deleted by others, until a line comes on standard input.
+ *
  *     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none is named
  *     --show=N      how its window is to be shown
  *     --job         within a job of its own that lets nobody out
@@ -69,6 +73,16 @@ static void openConsole(STARTUPINFOW *startup)
     SetConsoleCtrlHandler(ignoreEvent, TRUE);
 }
 
+static int hold(const wchar_t *path)
+{
+    const HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, NULL,
+                                    OPEN_EXISTING, 0, NULL);
+    printf("held=%d\n", file != INVALID_HANDLE_VALUE);
+    fflush(stdout);
+    getchar();
+    return file != INVALID_HANDLE_VALUE ? 0 : 1;
+}
+
 int wmain(int argc, wchar_t **argv)
 {
     static wchar_t line[65536];
@@ -76,6 +90,9 @@ int wmain(int argc, wchar_t **argv)
     PROCESS_INFORMATION process;
     DWORD code = 0;
     int at = 1;
+    if (argc == 2 && wcsncmp(argv[1], L"--hold=", 7) == 0) {
+        return hold(argv[1] + 7);
+    }
     memset(&startup, 0, sizeof startup);
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;

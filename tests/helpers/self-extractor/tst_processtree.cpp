@@ -43,8 +43,8 @@ void TestProcessTree::init()
 void TestProcessTree::cleanup()
 {
     QCOMPARE(m_run.leftovers(), QStringList());
-    QCOMPARE(m_run.moduleProcesses(), QList<qint64>());
-    QCOMPARE(m_run.programProcesses(), QList<qint64>());
+    QTRY_COMPARE(m_run.moduleProcesses(), QList<qint64>());
+    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
 }
 
 QString TestProcessTree::assemble() const
@@ -90,12 +90,8 @@ void TestProcessTree::endsTheTreeWithItself()
     const auto process = m_run.start(assemble(), tail);
     QVERIFY(process != nullptr);
     // The second one tells its start as well.
-    QByteArray output;
-    const qsizetype starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
-    while (output.count("program=") < starts) {
-        QVERIFY(process->waitForReadyRead(60000));
-        output += process->readAllStandardOutput();
-    }
+    const int starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
+    QVERIFY(!ModuleRun::waitForOutput(*process, "program=", starts).isEmpty());
     QTRY_COMPARE(m_run.programProcesses().size(), processes);
     const QList<qint64> modules = m_run.moduleProcesses();
     QCOMPARE(modules.size(), 1);

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/lockfile.h"
+
+namespace sfx {
+
+namespace {
+
+HANDLE openAlone(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposition)
+{
+    return CreateFileW(wide(path.data()), GENERIC_READ | DELETE, 0, security, disposition,
+                       FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+}
+
+} // namespace
+
+bool LockFile::create(const Text &path, SECURITY_ATTRIBUTES *security)
+{
+    m_file.reset(openAlone(path, security, CREATE_NEW));
+    return static_cast<bool>(m_file);
+}
+
+bool LockFile::take(const Text &path)
+{
+    m_file.reset(openAlone(path, nullptr, OPEN_EXISTING));
+    return static_cast<bool>(m_file);
+}
+
+void LockFile::discard()
+{
+    // Through the handle: by name it could be another's by then.
+    FILE_DISPOSITION_INFO removal = {TRUE};
+    SetFileInformationByHandle(m_file.get(), FileDispositionInfo, &removal, sizeof removal);
+    m_file.reset();
+}
+
+} // namespace sfx

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/owner.h"
+
+namespace sfx {
+
+namespace {
+
+class Owner
+{
+public:
+    explicit Owner(HANDLE file)
+    {
+        DWORD size = 0;
+        BOOL defaulted = FALSE;
+        if (!GetKernelObjectSecurity(file, OWNER_SECURITY_INFORMATION, m_descriptor,
+                                     sizeof m_descriptor, &size)
+            || !GetSecurityDescriptorOwner(m_descriptor, &m_owner, &defaulted)) {
+            m_owner = nullptr;
+        }
+    }
+    Owner(const Owner &) = delete;
+    Owner &operator=(const Owner &) = delete;
+
+    bool equals(const Owner &other) const
+    {
+        return m_owner != nullptr && other.m_owner != nullptr && EqualSid(m_owner, other.m_owner);
+    }
+
+private:
+    alignas(SECURITY_DESCRIPTOR) unsigned char
+        m_descriptor[sizeof(SECURITY_DESCRIPTOR) + SECURITY_MAX_SID_SIZE];
+    PSID m_owner = nullptr;
+};
+
+} // namespace
+
+bool haveSameOwner(HANDLE one, HANDLE other)
+{
+    return Owner(one).equals(Owner(other));
+}
+
+} // namespace sfx

@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+#include <vector>
+
+/// What a run leaves in the temporary folder when it ends by itself: nothing, whatever the program
+/// did to its folder.
+class TestCleanup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void holdsALockFileMeanwhile();
+    void removesReadOnlyFilesAndFolders();
+    void doesNotFollowLinks();
+    void removesLongNames();
+    void removesDeepTrees();
+    void leavesLockedFilesToTheNextStart();
+    void startsManyAtOnce();
+
+private:
+    QString assemble() const;
+    /// Starts the program, which then waits; its folder in `folder`.
+    std::unique_ptr<QProcess> startWaiting(QString &folder) const;
+
+    ModuleRun m_run;
+};
+
+void TestCleanup::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+}
+
+void TestCleanup::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestCleanup::cleanup()
+{
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+QString TestCleanup::assemble() const
+{
+    return m_run.assemble(Tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
+                               {QStringLiteral("data.txt"), "still here"}},
+                          QStringLiteral("main.exe"));
+}
+
+std::unique_ptr<QProcess> TestCleanup::startWaiting(QString &folder) const
+{
+    auto process = m_run.start(assemble(), QStringLiteral(" --wait"));
+    if (process == nullptr || ModuleRun::waitForOutput(*process, "program=").isEmpty()) {
+        return nullptr;
+    }
+    const QStringList names
+        = QDir(m_run.temporaryFolder()).entryList({QStringLiteral("kp-*")}, QDir::Dirs);
+    folder = m_run.temporaryFolder() + u'/' + names.value(0) + QStringLiteral("/main");
+    return process;
+}
+
+void TestCleanup::holdsALockFileMeanwhile()
+{
+    QString folder;
+    const auto process = startWaiting(folder);
+    QVERIFY(process != nullptr);
+    const QString name = folder.section(u'/', -2, -2);
+    QCOMPARE(m_run.leftovers(), QStringList({name, name + QStringLiteral(".lock")}));
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+void TestCleanup::removesReadOnlyFilesAndFolders()
+{
+    QString folder;
+    const auto process = startWaiting(folder);
+    QVERIFY(process != nullptr);
+    QVERIFY(writeTree(folder, {{QStringLiteral("fixed/file.txt"), "x"},
+                               {QStringLiteral("fixed/empty/"), QByteArray()}}));
+    const auto readOnly = QFileDevice::ReadOwner | QFileDevice::ExeOwner;
+    QVERIFY(QFile::setPermissions(folder + QStringLiteral("/data.txt"), readOnly));
+    QVERIFY(QFile::setPermissions(folder + QStringLiteral("/fixed/file.txt"), readOnly));
+    QVERIFY(QFile::setPermissions(folder + QStringLiteral("/fixed/empty"), readOnly));
+    QVERIFY(QFile::setPermissions(folder + QStringLiteral("/fixed"), readOnly));
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+// Wine 8 cannot remove a link to a folder and removes the target of one to a file, whoever asks; so
+// there is no link to a file here, and only the target counts.
+void TestCleanup::doesNotFollowLinks()
+{
+    const Tree outside{{QStringLiteral("outside/file.txt"), "to stay"},
+                       {QStringLiteral("outside/folder/file.txt"), "to stay"}};
+    QVERIFY(writeTree(m_run.callersFolder(), outside));
+    QString folder;
+    const auto process = startWaiting(folder);
+    QVERIFY(process != nullptr);
+    const QString target = m_run.path(QStringLiteral("outside"));
+    QVERIFY(QDir().mkpath(folder + QStringLiteral("/deep")));
+    QVERIFY(QFile::link(target, folder + QStringLiteral("/folder-link")));
+    QVERIFY(QFile::link(target, folder + QStringLiteral("/deep/folder-link")));
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    for (auto item = outside.cbegin(); item != outside.cend(); ++item) {
+        QCOMPARE(contentOf(m_run.path(item.key())), item.value());
+    }
+    QVERIFY(!QFile::exists(folder + QStringLiteral("/main.exe")));
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestCleanup::removesLongNames()
+{
+    const QString name = QString(150, u'n'); // Wine starts no program beyond 259 units
+    const Tree tree{{name + QStringLiteral(".exe"), ModuleRun::programBytes()},
+                    {name + u'/' + name + u'/' + name + u'/' + name, "x"}};
+    const Run result
+        = m_run.run(m_run.assemble(tree, name + QStringLiteral(".exe")), QStringLiteral(" a"));
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 7);
+    QVERIFY(result.value("folder").endsWith(QStringLiteral("\\app"))); // short, where it can be
+    QVERIFY(result.value("program").endsWith(name + QStringLiteral(".exe")));
+}
+
+void TestCleanup::removesDeepTrees()
+{
+    QString folder;
+    const auto process = startWaiting(folder);
+    QVERIFY(process != nullptr);
+    QVERIFY(QDir().mkpath(folder + QStringLiteral("/d").repeated(400)));
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+void TestCleanup::leavesLockedFilesToTheNextStart()
+{
+    QString folder;
+    const auto process = startWaiting(folder);
+    QVERIFY(process != nullptr);
+    const QString locked = folder + QStringLiteral("/data.txt");
+    const auto holder = m_run.hold(locked);
+    QVERIFY(holder != nullptr);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    QVERIFY(timer.elapsed() >= 4000); // it has tried for a while
+    QVERIFY(timer.elapsed() < 10000);
+    const QString name = folder.section(u'/', -2, -2);
+    const QStringList left{name, name + QStringLiteral(".lock")};
+    QCOMPARE(m_run.leftovers(), left);
+    QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList("data.txt"));
+
+    timer.restart();
+    QCOMPARE(m_run.run(assemble()).exitCode, 7);
+    QVERIFY(timer.elapsed() < 4000); // whoever comes later does not wait for it
+    QCOMPARE(m_run.leftovers(), left);
+    ModuleRun::finish(*holder);
+    QCOMPARE(m_run.run(assemble()).exitCode, 7);
+}
+
+void TestCleanup::startsManyAtOnce()
+{
+    const QString file = assemble();
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (int i = 0; i < 20; ++i) {
+        processes.push_back(m_run.start(file, QStringLiteral(" --wait --launch=0 --exit=%1").arg(i)));
+        QVERIFY(processes.back() != nullptr);
+    }
+    for (const auto &process : processes) { // each has its own files for as long as it runs
+        QVERIFY(!ModuleRun::waitForOutput(*process, "data=still here").isEmpty());
+    }
+    QCOMPARE(m_run.leftovers().size(), 40);
+    for (std::size_t i = 0; i < processes.size(); ++i) {
+        QCOMPARE(ModuleRun::finish(*processes[i]).exitCode, static_cast<int>(i));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestCleanup)
+#include "tst_cleanup.moc"

@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <signal.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+/// What a start removes of earlier starts that were killed, and what it leaves alone.
+class TestPredecessors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleansUpAfterAKilledOne_data();
+    void cleansUpAfterAKilledOne();
+    void removesWhatIsDead_data();
+    void removesWhatIsDead();
+    void leavesAloneWhatIsNotOurs_data();
+    void leavesAloneWhatIsNotOurs();
+    void leavesAloneWhatBelongsToOthers();
+    void leavesAloneWhatLives();
+    void doesNotFollowADeadOnesLinks();
+    void removesNoMoreThanSixteenAtOnce();
+    void stopsInTimeAndGoesOnLater();
+
+private:
+    void killModule() const;
+
+    ModuleRun m_run;
+    QString m_file;
+    QString m_large; // with 5000 files
+};
+
+void TestPredecessors::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+    Tree tree{{u"main.exe"_s, ModuleRun::programBytes()}};
+    for (int i = 0; i < 5000; ++i) {
+        tree[u"files/%1.txt"_s.arg(i)] = QByteArray::number(i);
+    }
+    // Only one file has the name that the fixture gives.
+    const QString file = m_run.assemble(tree, u"main.exe"_s);
+    m_large = m_run.path(u"made/produced one, large.exe"_s);
+    QVERIFY(QFile::rename(file, m_large));
+    m_file = m_run.assembleProgram();
+}
+
+void TestPredecessors::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestPredecessors::killModule() const
+{
+    for (const qint64 id : m_run.moduleProcesses()) {
+        kill(static_cast<pid_t>(id), SIGKILL);
+    }
+}
+
+void TestPredecessors::cleansUpAfterAKilledOne_data()
+{
+    QTest::addColumn<QString>("sign"); // of the point at which it is killed
+    QTest::newRow("with its lock file made") << "*.lock";
+    QTest::newRow("with its folder made") << "kp-*/main";
+    QTest::newRow("at the first files") << "kp-*/main/files/1.txt";
+    QTest::newRow("in the middle of unpacking") << "kp-*/main/files/2500.txt";
+    QTest::newRow("with everything unpacked") << "kp-*/main/main.exe";
+    QTest::newRow("with the program running") << "program=";
+    QTest::newRow("while it is removing its folder") << "removing";
+}
+
+void TestPredecessors::cleansUpAfterAKilledOne()
+{
+    QFETCH(QString, sign);
+    const auto process = m_run.start(m_large, u" --wait"_s);
+    QVERIFY(process != nullptr);
+    if (sign.contains(u'*')) {
+        while (!m_run.hasTemporary(sign)) {
+            QVERIFY(process->state() == QProcess::Running || process->waitForStarted());
+        }
+    } else {
+        QVERIFY(!ModuleRun::waitForOutput(*process, "program=").isEmpty());
+    }
+    if (sign == u"removing"_s) {
+        process->write("\n");
+        QVERIFY(process->waitForBytesWritten());
+        while (m_run.hasTemporary(u"kp-*/main/files/0.txt"_s)
+               && m_run.hasTemporary(u"kp-*/main/files/4999.txt"_s)) {
+        }
+    }
+    killModule();
+    ModuleRun::finish(*process);
+    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    QVERIFY(m_run.hasTemporary(u"kp-*.lock"_s));
+
+    // Half a second is enough for this many files, but not on every machine.
+    for (int i = 0; i < 8 && (i == 0 || !m_run.leftovers().isEmpty()); ++i) {
+        QCOMPARE(m_run.run(m_file).exitCode, 7);
+    }
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+void TestPredecessors::removesWhatIsDead_data()
+{
+    QTest::addColumn<Tree>("tree");
+    QTest::newRow("a folder and its lock file")
+        << Tree{{u"kp-0123456789abcdef0123/main/main.exe"_s, "x"},
+                {u"kp-0123456789abcdef0123.lock"_s, ""}};
+    QTest::newRow("an empty folder") << Tree{{u"kp-0123456789abcdef0123/"_s, QByteArray()},
+                                             {u"kp-0123456789abcdef0123.lock"_s, ""}};
+    QTest::newRow("a lock file without a folder") << Tree{{u"kp-0123456789abcdef0123.lock"_s, ""}};
+}
+
+void TestPredecessors::removesWhatIsDead()
+{
+    QFETCH(Tree, tree);
+    QVERIFY(writeTree(m_run.temporaryFolder(), tree));
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+void TestPredecessors::leavesAloneWhatIsNotOurs_data()
+{
+    QTest::addColumn<Tree>("tree");
+    QTest::newRow("no lock file") << Tree{{u"kp-0123456789abcdef0123/main/x"_s, "x"}};
+    QTest::newRow("another name") << Tree{{u"kp-0123456789abcdef012/main/x"_s, "x"},
+                                          {u"kp-0123456789abcdef012.lock"_s, ""}};
+    QTest::newRow("a name in large letters") << Tree{{u"kp-0123456789ABCDEF0123/main/x"_s, "x"},
+                                                     {u"kp-0123456789ABCDEF0123.lock"_s, ""}};
+    QTest::newRow("a folder for a lock file") << Tree{{u"kp-0123456789abcdef0123/main/x"_s, "x"},
+                                                      {u"kp-0123456789abcdef0123.lock/x"_s, "x"}};
+    QTest::newRow("a file for a folder") << Tree{{u"kp-0123456789abcdef0123"_s, "x"},
+                                                 {u"kp-0123456789abcdef0123.lock"_s, ""}};
+    QTest::newRow("other programs' files") << Tree{{u"x.lock"_s, ""}, {u"x/y"_s, "y"}};
+}
+
+void TestPredecessors::leavesAloneWhatIsNotOurs()
+{
+    QFETCH(Tree, tree);
+    QVERIFY(writeTree(m_run.temporaryFolder(), tree));
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    for (auto item = tree.cbegin(); item != tree.cend(); ++item) {
+        const QString path = m_run.temporaryFolder() + u'/' + item.key();
+        QVERIFY(QFile::exists(path));
+        QCOMPARE(contentOf(path), item.value());
+    }
+}
+
+// Nobody but root can give files away.
+void TestPredecessors::leavesAloneWhatBelongsToOthers()
+{
+    const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef0123"_s;
+    QVERIFY(writeTree(folder, {{u"main/x"_s, "x"}}));
+    QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123.lock"_s, ""}}));
+    if (chown(QFile::encodeName(folder).constData(), 65534, 65534) != 0) {
+        QSKIP("only root can give files away");
+    }
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QCOMPARE(contentOf(folder + u"/main/x"_s), QByteArray("x"));
+}
+
+void TestPredecessors::leavesAloneWhatLives()
+{
+    const auto process = m_run.start(m_file, u" --wait"_s);
+    QVERIFY(process != nullptr);
+    QVERIFY(!ModuleRun::waitForOutput(*process, "program=").isEmpty());
+    const QStringList living = m_run.leftovers();
+    QCOMPARE(living.size(), 2);
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), living);
+    QVERIFY(QFile::exists(m_run.temporaryFolder() + u'/' + living.first() + u"/main/main.exe"_s));
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+void TestPredecessors::doesNotFollowADeadOnesLinks()
+{
+    QVERIFY(writeTree(m_run.callersFolder(), {{u"outside/x"_s, "x"}}));
+    QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123/main/x"_s, "x"},
+                                                {u"kp-0123456789abcdef0123.lock"_s, ""},
+                                                {u"kp-0123456789abcdef0124.lock"_s, ""}}));
+    const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef012"_s;
+    QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u"3/main/link"_s));
+    QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u'4'));
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QVERIFY(!QFile::exists(folder + u"3/main/x"_s));
+    QVERIFY(QFile::exists(folder + u'4')); // a link is none of our folders
+    QCOMPARE(contentOf(m_run.path(u"outside/x"_s)), QByteArray("x"));
+}
+
+void TestPredecessors::removesNoMoreThanSixteenAtOnce()
+{
+    for (int i = 0; i < 20; ++i) {
+        const QString name = u"kp-%1"_s.arg(i, 20, 16, QChar(u'0'));
+        QVERIFY(writeTree(m_run.temporaryFolder(),
+                          {{name + u"/main/x"_s, "x"}, {name + u".lock"_s, ""}}));
+    }
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QCOMPARE(m_run.leftovers().size(), 2 * (20 - 16));
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+void TestPredecessors::stopsInTimeAndGoesOnLater()
+{
+    constexpr int files = 60000; // many times of what half a second is enough for
+    const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef0123"_s;
+    QVERIFY(QDir().mkpath(folder));
+    for (int i = 0; i < files; ++i) {
+        QFile file(folder + u'/' + QString::number(i));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123.lock"_s, ""}}));
+    const auto count = [&folder] { return QDir(folder).entryList(QDir::Files).size(); };
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    const qsizetype left = count();
+    qInfo("%lld of %d files left", static_cast<long long>(left), files);
+    QVERIFY(left > 0);
+    QVERIFY(left < files);
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QVERIFY(count() < left);
+}
+
+QTEST_GUILESS_MAIN(TestPredecessors)
+#include "tst_predecessors.moc"
