@@ -114,6 +114,8 @@ bool startDirectly(Launch &launch, Job &job, Handle &process)
     return true;
 }
 
+// The shell puts the question to the user and has the program started by a service: it is in no
+// job of ours and inherits neither handles nor environment.
 bool startThroughShell(const Launch &launch, Handle &process)
 {
     using ShellExecuteFunction = BOOL(WINAPI *)(SHELLEXECUTEINFOW *);
@@ -122,10 +124,13 @@ bool startThroughShell(const Launch &launch, Handle &process)
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof info;
     info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
+    info.lpVerb = L"runas";
     info.lpFile = wide(launch.program.data());
     info.lpParameters = wide(argumentTail(ownCommandLine()));
     info.lpDirectory = wide(launch.folder->data());
-    info.nShow = SW_SHOWNORMAL;
+    const STARTUPINFOW startup = startupInfo().StartupInfo;
+    info.nShow = (startup.dwFlags & STARTF_USESHOWWINDOW) != 0 ? startup.wShowWindow
+                                                               : SW_SHOWNORMAL;
     if (shellExecute == nullptr || !shellExecute(&info)) {
         return false;
     }
