@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTest>
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using sfx::ExitCode;
+
+/// Temporary folders of all kinds: the program runs from there, or a message says why it cannot.
+class TestTemporaryFolder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void worksInAnyFolder_data();
+    void worksInAnyFolder();
+    void worksWithoutOneNamed();
+    void saysWhyItCannotBeUsed_data();
+    void saysWhyItCannotBeUsed();
+    void saysThatItIsReadOnly();
+
+private:
+    ModuleRun m_run;
+    QString m_file;
+};
+
+void TestTemporaryFolder::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+    m_file = m_run.assembleProgram();
+}
+
+void TestTemporaryFolder::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestTemporaryFolder::cleanup()
+{
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+void TestTemporaryFolder::worksInAnyFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("suffix");
+    QTest::newRow("accents and blanks") << u"f\u00fcr mich"_s << "";
+    QTest::newRow("Chinese") << u"\u4e34\u65f6"_s << "";
+    QTest::newRow("beyond the basic plane") << u"\U0001f600"_s << "";
+    QTest::newRow("percent signs, quotes and brackets") << u"100%TEMP% 'x' & (y)"_s << "";
+    QTest::newRow("a separator at the end") << u"temp"_s << "\\";
+    QTest::newRow("detours") << u"temp"_s << "\\..\\temp\\.";
+    QTest::newRow("a long name") << QString(120, u'n') << "";
+}
+
+void TestTemporaryFolder::worksInAnyFolder()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, suffix);
+    QVERIFY(m_run.renewTemporaryFolder(name));
+    const QString folder = windowsPath(m_run.temporaryFolder());
+    const Run result = m_run.run(m_file, QString(), {u"--temp="_s + folder + suffix});
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 7);
+    QVERIFY(result.value("program").startsWith(folder + u"\\kp-"_s));
+    QCOMPARE(result.value("KESTRELPACK_DIR"), result.value("folder"));
+}
+
+// Windows takes the user's own folder, then.
+void TestTemporaryFolder::worksWithoutOneNamed()
+{
+    const Run result = m_run.run(m_file, QString(), {u"--temp=-"_s});
+    QCOMPARE(result.exitCode, 7);
+    QVERIFY(result.value("program").startsWith(u"C:\\users\\"_s));
+    QDirIterator left(m_run.prefix() + u"/drive_c/users"_s, {u"kp-*"_s}, QDir::AllEntries,
+                      QDirIterator::Subdirectories);
+    QVERIFY(!left.hasNext());
+}
+
+void TestTemporaryFolder::saysWhyItCannotBeUsed_data()
+{
+    QTest::addColumn<QString>("folder");
+    const QString own = windowsPath(m_run.callersFolder());
+    QTest::newRow("there is none of that name") << own + u"\\nowhere"_s;
+    QTest::newRow("nor the one above") << own + u"\\no\\where"_s;
+    QTest::newRow("there is no such drive") << u"Q:\\nowhere"_s;
+    QTest::newRow("it is a file") << own + u"\\made\\produced one.exe"_s;
+}
+
+void TestTemporaryFolder::saysWhyItCannotBeUsed()
+{
+    QFETCH(QString, folder);
+    const Run result = m_run.run(m_file, QString(), {u"--temp="_s + folder});
+    QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(ExitCode::NoFolder));
+    QCOMPARE(result.value("program"), QString());
+    const QString said = QString::fromUtf8(result.errors).trimmed();
+    const QString begin = u"main Portable: A folder for the program cannot be made in the "
+                          "temporary folder. %1\\ "_s.arg(folder);
+    QVERIFY2(said.startsWith(begin), qPrintable(said));
+    QVERIFY2(said.size() > begin.size() + 5, qPrintable(said)); // and what the system said
+}
+
+void TestTemporaryFolder::saysThatItIsReadOnly()
+{
+    const QByteArray mountPoint = QFile::encodeName(m_run.temporaryFolder());
+    if (geteuid() != 0 || mount("none", mountPoint.constData(), "tmpfs", MS_RDONLY, "") != 0) {
+        QSKIP("a read-only disk cannot be mounted here");
+    }
+    const Run result = m_run.run(m_file);
+    umount2(mountPoint.constData(), MNT_DETACH);
+    QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(ExitCode::NoFolder));
+    QVERIFY(result.errors.contains(windowsPath(m_run.temporaryFolder()).toUtf8()));
+}
+
+QTEST_GUILESS_MAIN(TestTemporaryFolder)
+#include "tst_temporaryfolder.moc"
