@@ -78,8 +78,7 @@ void showFailure(const Failure &failure, const Text &title, bool silent)
             && text.append(u"\r\n")) {
             writeLine(out, text);
         }
-    } else if (!silent && failure.code != ExitCode::Cancelled
-               && compose(failure, u"\n\n", text)) {
+    } else if (!silent && compose(failure, u"\n\n", text)) {
         showBox(text, heading);
     }
 }

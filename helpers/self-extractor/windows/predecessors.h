@@ -11,7 +11,8 @@ namespace sfx {
 /// Removes what starts of this user left in the temporary folder when they were killed, or what was
 /// locked when they ended: folders with a private folder's name whose lock file is there and held
 /// by nobody. `mine` is a file that this process has made in there: others may write to the folder
-/// too, and only what has the same owner is ours. Takes half a second and removes 16 of them at most; the next start goes on.
+/// too, and only what has the same owner is ours. Takes half a second and removes 16 of them at
+/// most; the next start goes on.
 void removeDeadPredecessors(const Text &temporaryFolder, HANDLE mine);
 
 } // namespace sfx
