@@ -5,8 +5,11 @@
 now() { date +%s%N; }
 seconds_since() { echo "scale=3; ($(now) - $1) / 1000000000" | bc; }
 
-# median < FILE: of an odd number of lines, each a number
-median() { sort -n | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
+# median < FILE: of lines, each a number
+median() {
+    sort -n | awk '{ value[NR] = $1 }
+        END { printf "%.10g\n", (value[int((NR + 1) / 2)] + value[int((NR + 2) / 2)]) / 2 }'
+}
 
 # make_folder FOLDER MEGABYTES PROGRAM: the program, and files that this machine has anyway.
 make_folder() {

@@ -7,10 +7,11 @@
 
 #include <windows.h>
 
+#include <inttypes.h>
 #include <stdio.h>
 #include <wchar.h>
 
-static void count(const wchar_t *folder, unsigned long long *files, unsigned long long *bytes)
+static void count(const wchar_t *folder, uint64_t *files, uint64_t *bytes)
 {
     wchar_t path[1024];
     WIN32_FIND_DATAW found;
@@ -28,7 +29,7 @@ static void count(const wchar_t *folder, unsigned long long *files, unsigned lon
             count(path, files, bytes);
         } else {
             ++*files;
-            *bytes += ((unsigned long long)found.nFileSizeHigh << 32) | found.nFileSizeLow;
+            *bytes += ((uint64_t)found.nFileSizeHigh << 32) | found.nFileSizeLow;
         }
     } while (FindNextFileW(search, &found));
     FindClose(search);
@@ -39,12 +40,12 @@ int main(void)
     wchar_t report[1024];
     const DWORD size = GetEnvironmentVariableW(L"BENCHSTART_REPORT", report, 1024);
     if (size > 0 && size < 1024) {
-        unsigned long long files = 0;
-        unsigned long long bytes = 0;
+        uint64_t files = 0;
+        uint64_t bytes = 0;
         count(L".", &files, &bytes);
         FILE *const out = _wfopen(report, L"w");
         if (out != NULL) {
-            fprintf(out, "%I64u %I64u\n", files, bytes);
+            fprintf(out, "%" PRIu64 " %" PRIu64 "\n", files, bytes);
             fclose(out);
         }
     }
