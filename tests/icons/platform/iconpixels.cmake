@@ -15,6 +15,7 @@ set_tests_properties(icon-references PROPERTIES FIXTURES_SETUP icon-references)
 kestrelpack_add_test(NAME tst_iconpixels_win
     SOURCES tst_iconpixels_win.cpp handlecount_win.cpp handlecount_win.h
     LIBRARIES kestrelpack_test_support kestrelpack_petest gdi32)
+set_property(TEST tst_iconpixels_win PROPERTY RUN_SERIAL ON)
 set_property(TEST tst_iconpixels_win APPEND PROPERTY FIXTURES_REQUIRED icon-references)
 target_compile_definitions(tst_iconpixels_win PRIVATE
     KESTRELPACK_ICON_REFERENCES="${references}"
