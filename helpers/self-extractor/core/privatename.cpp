@@ -47,7 +47,8 @@ bool isLockName(const char16_t *name)
 
 const char16_t *applicationFolderName(std::size_t rootSize, const Text &wished, const Text &program)
 {
-    return rootSize + 1 + wished.size() + 1 + program.size() <= longestPath ? wished.data() : u"app";
+    const std::size_t size = rootSize + 1 + wished.size() + 1 + program.size();
+    return size <= longestPath ? wished.data() : u"app";
 }
 
 } // namespace sfx

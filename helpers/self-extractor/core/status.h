@@ -17,8 +17,9 @@ enum class Status : std::uint8_t {
     NoMemory,
     WriteFailed,    ///< a file or folder could not be made; the sink knows what the system said
     DiskFull,
+    Interrupted,    ///< by Ctrl+C, or because the console was closed
     ProgramMissing, ///< the archive has no file of RunProgram's name at its top level
-    Cancelled,      ///< the user does not want to go on
+    Cancelled,      ///< in the progress window
 };
 
 } // namespace sfx

@@ -25,8 +25,12 @@ void fillStandardHandle(DWORD which, const wchar_t *device)
     }
 }
 
+volatile LONG interrupted = 0;
+
+// In a thread of the system's.
 BOOL WINAPI onConsoleEvent(DWORD event)
 {
+    InterlockedExchange(&interrupted, 1);
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
         Sleep(INFINITE); // the process would be ended on return; the main thread ends it instead
     }
@@ -44,7 +48,12 @@ void joinCallersConsole()
     }
 }
 
-void leaveConsoleEventsToProgram()
+bool isInterrupted()
+{
+    return InterlockedCompareExchange(&interrupted, 0, 0) != 0;
+}
+
+void outliveConsoleEvents()
 {
     // A handler, not the inherited "ignore" flag: the application must still get the events.
     SetConsoleCtrlHandler(onConsoleEvent, TRUE);

@@ -10,8 +10,11 @@ namespace sfx {
 /// without the module: the console of the caller, if there is one, and standard handles.
 void joinCallersConsole();
 
-/// From here on Ctrl+C and its like go to the application alone, and closing the console waits
-/// until this process has cleaned up.
-void leaveConsoleEventsToProgram();
+/// From here on Ctrl+C and its like do not end this process, and closing the console waits until it
+/// has cleaned up. The application gets them as well, once it runs.
+void outliveConsoleEvents();
+
+/// Whether there was such an event.
+bool isInterrupted();
 
 } // namespace sfx

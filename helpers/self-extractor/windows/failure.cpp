@@ -20,6 +20,8 @@ ExitCode exitCodeOf(Status status)
         return ExitCode::WriteFailed;
     case Status::DiskFull:
         return ExitCode::DiskFull;
+    case Status::Interrupted:
+        return ExitCode::Interrupted;
     case Status::ProgramMissing:
         return ExitCode::ProgramMissing;
     case Status::Cancelled:

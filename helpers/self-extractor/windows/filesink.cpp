@@ -4,6 +4,7 @@
 #include "helpers/self-extractor/windows/filesink.h"
 
 #include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/windows/console.h"
 
 namespace sfx {
 
@@ -118,6 +119,9 @@ Status FileSink::makeFolder(const Entry &folder)
 
 Status FileSink::beginFile(const Entry &file)
 {
+    if (isInterrupted()) {
+        return Status::Interrupted;
+    }
     if (!locate(file)) {
         return Status::NoMemory;
     }
@@ -133,6 +137,9 @@ Status FileSink::beginFile(const Entry &file)
 
 Status FileSink::write(const std::uint8_t *data, std::size_t size)
 {
+    if (isInterrupted()) {
+        return Status::Interrupted;
+    }
     while (size != 0) {
         DWORD written = 0;
         const DWORD piece = size < (1u << 30) ? static_cast<DWORD>(size) : (1u << 30);

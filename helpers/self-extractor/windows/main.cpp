@@ -134,16 +134,14 @@ unsigned runModule()
     // At a log-off after the program, which this process' end would take with it.
     SetProcessShutdownParameters(lastOfApplications, 0);
     joinCallersConsole();
-    leaveConsoleEventsToProgram();
+    outliveConsoleEvents();
     ConfigBlock block;
     Failure failure;
     unsigned long exitCode = 0;
     if (run(block, exitCode, failure)) {
         return exitCode;
     }
-    if (failure.code != ExitCode::Cancelled) { // who cancels need not be told
-        showFailure(failure, block.title, block.silent);
-    }
+    showFailure(failure, block.title, block.silent);
     return static_cast<unsigned>(failure.code);
 }
 

@@ -36,6 +36,11 @@ Language userLanguage()
         && (failure.systemError == 0 || appendSystemText(text, failure.systemError, separator));
 }
 
+bool isUsersWish(ExitCode code)
+{
+    return code == ExitCode::Cancelled || code == ExitCode::Interrupted;
+}
+
 void writeLine(HANDLE out, const Text &line)
 {
     DWORD written = 0;
@@ -78,7 +83,7 @@ void showFailure(const Failure &failure, const Text &title, bool silent)
             && text.append(u"\r\n")) {
             writeLine(out, text);
         }
-    } else if (!silent && compose(failure, u"\n\n", text)) {
+    } else if (!silent && !isUsersWish(failure.code) && compose(failure, u"\n\n", text)) {
         showBox(text, heading);
     }
 }

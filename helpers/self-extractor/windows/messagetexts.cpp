@@ -32,6 +32,10 @@ constexpr Message messages[] = {
     {ExitCode::ProgramMissing, u"The program to run is not in this file.",
      u"此文件中没有要运行的程序。"},
     {ExitCode::StartFailed, u"The program cannot be started.", u"无法启动程序。"},
+    {ExitCode::Cancelled, u"Cancelled before the program was started.",
+     u"操作已取消，程序未启动。"},
+    {ExitCode::Interrupted, u"Interrupted before the program was started.",
+     u"操作已中断，程序未启动。"},
 };
 
 } // namespace

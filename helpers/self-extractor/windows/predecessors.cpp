@@ -20,7 +20,8 @@ constexpr std::uint64_t mostMilliseconds = 500;
 class LockSearch
 {
 public:
-    explicit LockSearch(const Text &pattern) : m_search(FindFirstFileW(wide(pattern.data()), &found))
+    explicit LockSearch(const Text &pattern)
+        : m_search(FindFirstFileW(wide(pattern.data()), &found))
     {
     }
     LockSearch(const LockSearch &) = delete;
@@ -43,7 +44,8 @@ private:
 
 bool isPlainFile(const WIN32_FIND_DATAW &found)
 {
-    return (found.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0;
+    constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    return (found.dwFileAttributes & others) == 0;
 }
 
 // True: it is gone.

@@ -41,8 +41,7 @@ const char16_t *ownCommandLine()
     const bool prepared = program.size() < MAX_PATH
         ? launch.application.append(program)
         : toExtendedPath(program, launch.application);
-    return prepared
-        && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
+    return prepared && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
 }
 
 // True if there is such a handle; it can then be inherited.
@@ -100,8 +99,7 @@ bool startDirectly(Launch &launch, Job &job, Handle &process)
     Handle thread;
     JobAttribute attribute;
     const bool hasJob = job.create();
-    if (hasJob && attribute.create(job)
-        && create(launch, 0, attribute.list(), process, thread)) {
+    if (hasJob && attribute.create(job) && create(launch, 0, attribute.list(), process, thread)) {
         return true;
     }
     if (!create(launch, CREATE_SUSPENDED, nullptr, process, thread)) {

@@ -14,7 +14,7 @@ namespace {
 constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280, 2000};
 constexpr std::uint64_t noDeadline = UINT64_MAX;
 
-// A read-only file or folder cannot be removed. A link's own attributes are meant, not its target's.
+// A read-only file or folder cannot be removed. Of a link its own attributes are meant.
 void makeWritable(const Text &path, DWORD attributes)
 {
     if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) {

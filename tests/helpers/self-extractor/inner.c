@@ -7,8 +7,8 @@
  *     --exit=N    the exit code, 7 without it
  *     --wait      waits for a line on standard input before it ends
  *     --echo      copies a line from standard input to standard error
- *     --launch=N  starts itself and does not wait for that; the last of N generations reads data.txt
- *                 from its folder a second later
+ *     --launch=N  starts itself and does not wait for that; the last of N generations reads
+ *                 data.txt from its folder a second later
  *     --stay      stays for 20 seconds before it ends
  *     --start-one starts itself with --stay
  *     --escape    starts itself outside the job it is in, and tells whether that went well

@@ -56,7 +56,8 @@ bool ModuleRun::setUp()
 {
     m_prefix = qEnvironmentVariable("KESTRELPACK_TEST_WINEPREFIX");
     m_module = contentOf(QStringLiteral(KESTRELPACK_TEST_MODULE));
-    if (m_module.isEmpty() || programBytes().isEmpty() || !QDir().mkpath(path(QStringLiteral("made")))) {
+    if (m_module.isEmpty() || programBytes().isEmpty()
+        || !QDir().mkpath(path(QStringLiteral("made")))) {
         return false;
     }
     if (!m_prefix.isEmpty()) {

@@ -16,6 +16,7 @@
  *     --show=N      how its window is to be shown
  *     --job         within a job of its own that lets nobody out
  *     --console     in a console, which Wine gives to no program without a terminal
+ *     --interrupt   sends Ctrl+C to its console shortly after it has begun to unpack
  */
 #include <windows.h>
 
@@ -83,11 +84,27 @@ static int hold(const wchar_t *path)
     return file != INVALID_HANDLE_VALUE ? 0 : 1;
 }
 
+static void interruptUnpacking(void)
+{
+    static wchar_t pattern[32768];
+    WIN32_FIND_DATAW found;
+    HANDLE search = INVALID_HANDLE_VALUE;
+    GetTempPathW(32000, pattern);
+    wcscat(pattern, L"kp-*.lock");
+    for (int i = 0; i < 2000 && search == INVALID_HANDLE_VALUE; ++i) {
+        Sleep(5);
+        search = FindFirstFileW(pattern, &found);
+    }
+    Sleep(50);
+    GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+}
+
 int wmain(int argc, wchar_t **argv)
 {
     static wchar_t line[65536];
     STARTUPINFOW startup;
     PROCESS_INFORMATION process;
+    BOOL interrupts = FALSE;
     DWORD code = 0;
     int at = 1;
     if (argc == 2 && wcsncmp(argv[1], L"--hold=", 7) == 0) {
@@ -110,6 +127,8 @@ int wmain(int argc, wchar_t **argv)
             joinJob();
         } else if (wcscmp(argv[at], L"--console") == 0) {
             openConsole(&startup);
+        } else if (wcscmp(argv[at], L"--interrupt") == 0) {
+            interrupts = TRUE;
         }
     }
     if (at >= argc) {
@@ -122,6 +141,9 @@ int wmain(int argc, wchar_t **argv)
     if (!CreateProcessW(argv[at], line, NULL, NULL, TRUE, 0, NULL, NULL, &startup, &process)) {
         printf("failed=%lu\n", GetLastError());
         return 99;
+    }
+    if (interrupts) {
+        interruptUnpacking();
     }
     WaitForSingleObject(process.hProcess, INFINITE);
     GetExitCodeProcess(process.hProcess, &code);

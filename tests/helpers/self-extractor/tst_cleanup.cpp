@@ -171,7 +171,8 @@ void TestCleanup::startsManyAtOnce()
     const QString file = assemble();
     std::vector<std::unique_ptr<QProcess>> processes;
     for (int i = 0; i < 20; ++i) {
-        processes.push_back(m_run.start(file, QStringLiteral(" --wait --launch=0 --exit=%1").arg(i)));
+        const QString tail = QStringLiteral(" --wait --launch=0 --exit=%1").arg(i);
+        processes.push_back(m_run.start(file, tail));
         QVERIFY(processes.back() != nullptr);
     }
     for (const auto &process : processes) { // each has its own files for as long as it runs

@@ -26,6 +26,7 @@ private slots:
     void removesWhatIsDead();
     void leavesAloneWhatIsNotOurs_data();
     void leavesAloneWhatIsNotOurs();
+    void leavesAloneWhatBelongsToOthers_data();
     void leavesAloneWhatBelongsToOthers();
     void leavesAloneWhatLives();
     void doesNotFollowADeadOnesLinks();
@@ -155,13 +156,21 @@ void TestPredecessors::leavesAloneWhatIsNotOurs()
     }
 }
 
+void TestPredecessors::leavesAloneWhatBelongsToOthers_data()
+{
+    QTest::addColumn<QString>("given");
+    QTest::newRow("the folder") << "/kp-0123456789abcdef0123";
+    QTest::newRow("the lock file") << "/kp-0123456789abcdef0123.lock";
+}
+
 // Nobody but root can give files away.
 void TestPredecessors::leavesAloneWhatBelongsToOthers()
 {
+    QFETCH(QString, given);
     const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef0123"_s;
     QVERIFY(writeTree(folder, {{u"main/x"_s, "x"}}));
     QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123.lock"_s, ""}}));
-    if (chown(QFile::encodeName(folder).constData(), 65534, 65534) != 0) {
+    if (chown(QFile::encodeName(m_run.temporaryFolder() + given).constData(), 65534, 65534) != 0) {
         QSKIP("only root can give files away");
     }
     QCOMPARE(m_run.run(m_file).exitCode, 7);

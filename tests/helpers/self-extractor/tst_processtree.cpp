@@ -23,6 +23,7 @@ private slots:
     void endsTheTreeWithItself();
     void letsOutWhoAsksForIt();
     void leavesInterruptsToTheProgram();
+    void isInterruptedBeforeTheProgramRuns();
 
 private:
     QString assemble() const;
@@ -114,6 +115,20 @@ void TestProcessTree::leavesInterruptsToTheProgram()
     QCOMPARE(result.value("sent"), QStringLiteral("1"));
     QCOMPARE(result.value("interrupted"), QStringLiteral("1"));
     QCOMPARE(result.value("ended"), QStringLiteral("6"));
+}
+
+void TestProcessTree::isInterruptedBeforeTheProgramRuns()
+{
+    Tree tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()}};
+    for (int i = 0; i < 5000; ++i) {
+        tree[QStringLiteral("files/%1.txt").arg(i)] = QByteArray::number(i);
+    }
+    const Run result
+        = m_run.run(m_run.assemble(tree, QStringLiteral("main.exe")), QString(),
+                    {QStringLiteral("--console"), QStringLiteral("--interrupt")});
+    QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(sfx::ExitCode::Interrupted));
+    QCOMPARE(result.value("program"), QString());
+    QVERIFY(result.errors.contains("Interrupted"));
 }
 
 QTEST_GUILESS_MAIN(TestProcessTree)

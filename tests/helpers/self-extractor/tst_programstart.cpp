@@ -73,7 +73,8 @@ void TestProgramStart::passesArgumentsVerbatim_data()
     QTest::newRow("more than a thousand characters") << " " + QString("abc ").repeated(2000) + "z";
     // The whole line has 32766 characters, as many as Windows takes, the file's path included.
     const qsizetype left = 32766 - windowsPath(m_run.producedFile()).size() - 2;
-    QTest::newRow("as many as Windows allows") << ' ' + QString("abc ").repeated(9000).left(left - 1);
+    QTest::newRow("as many as Windows allows")
+        << ' ' + QString("abc ").repeated(9000).left(left - 1);
 }
 
 void TestProgramStart::passesArgumentsVerbatim()

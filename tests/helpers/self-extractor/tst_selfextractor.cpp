@@ -137,7 +137,8 @@ void TestSelfExtractor::refusesDamage()
         archive[at] = static_cast<char>(archive[at] ^ 4);
     }
     archive.truncate(archive.size() * keptPerMille / 1000);
-    const Run result = m_run.run(m_run.write(m_run.module() + ModuleRun::blockFor(QStringLiteral("main.exe")) + archive));
+    const QByteArray block = ModuleRun::blockFor(QStringLiteral("main.exe"));
+    const Run result = m_run.run(m_run.write(m_run.module() + block + archive));
     QCOMPARE(result.exitCode, lowByte(ExitCode::Damaged));
     QCOMPARE(result.value("program"), QString());
     QVERIFY(result.errors.startsWith("main Portable: "));
@@ -158,24 +159,26 @@ void TestSelfExtractor::refusesNamesThatLeadOut()
 
 void TestSelfExtractor::saysThatTheProgramIsMissing()
 {
-    const Run result
-        = m_run.run(m_run.assemble(Tree{{QStringLiteral("other.exe"), "x"}}, QStringLiteral("main.exe")));
+    const Run result = m_run.run(m_run.assemble(Tree{{QStringLiteral("other.exe"), "x"}},
+                                                QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, lowByte(ExitCode::ProgramMissing));
     QVERIFY(result.errors.contains("main.exe"));
 }
 
 void TestSelfExtractor::saysThatTheProgramCannotStart()
 {
-    const Run result
-        = m_run.run(m_run.assemble(Tree{{QStringLiteral("main.exe"), "text"}}, QStringLiteral("main.exe")));
+    const Run result = m_run.run(m_run.assemble(Tree{{QStringLiteral("main.exe"), "text"}},
+                                                QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, lowByte(ExitCode::StartFailed));
     QVERIFY(result.errors.contains("main.exe"));
 }
 
 void TestSelfExtractor::runsWithASignatureBehindTheArchive()
 {
-    const QByteArray archive = packTree({{QStringLiteral("main.exe"), ModuleRun::programBytes()}}, {});
-    const Run result = m_run.run(m_run.assemble(archive + noise(8000, 4), QStringLiteral("main.exe")));
+    const QByteArray archive
+        = packTree({{QStringLiteral("main.exe"), ModuleRun::programBytes()}}, {});
+    const Run result
+        = m_run.run(m_run.assemble(archive + noise(8000, 4), QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, 7);
 }
 
