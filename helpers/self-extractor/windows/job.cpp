@@ -16,15 +16,23 @@ constexpr DWORD_PTR jobListAttribute = 0x2000d;
 
 } // namespace
 
+bool Job::setLimits(DWORD flags)
+{
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags = flags;
+    return SetInformationJobObject(m_job.get(), JobObjectExtendedLimitInformation, &limits,
+                                   sizeof limits);
+}
+
 bool Job::create()
 {
     m_job.reset(CreateJobObjectW(nullptr, nullptr));
-    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
-    limits.BasicLimitInformation.LimitFlags
-        = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_BREAKAWAY_OK;
-    return m_job
-        && SetInformationJobObject(m_job.get(), JobObjectExtendedLimitInformation, &limits,
-                                   sizeof limits);
+    return m_job && setLimits(JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_BREAKAWAY_OK);
+}
+
+void Job::letGo()
+{
+    setLimits(JOB_OBJECT_LIMIT_BREAKAWAY_OK);
 }
 
 bool Job::add(HANDLE process)

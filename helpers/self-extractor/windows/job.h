@@ -20,9 +20,12 @@ public:
     bool add(HANDLE process);
     /// Waits until no process is left in the job; returns at once if there was none.
     void waitUntilEmpty();
+    /// The processes no longer end with this one. From any thread.
+    void letGo();
     HANDLE handle() const { return m_job.get(); }
 
 private:
+    bool setLimits(DWORD flags);
     unsigned activeProcesses() const;
 
     Handle m_job;

@@ -18,7 +18,7 @@ HANDLE openAlone(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposit
 bool LockFile::create(const Text &path, SECURITY_ATTRIBUTES *security)
 {
     m_file.reset(openAlone(path, security, CREATE_NEW));
-    return static_cast<bool>(m_file);
+    return m_file && SetHandleInformation(m_file.get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 }
 
 bool LockFile::take(const Text &path)

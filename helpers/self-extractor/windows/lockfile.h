@@ -10,6 +10,7 @@ namespace sfx {
 
 /// An empty file beside a private folder that one process at a time can have open. As long as one
 /// has, the folder is its own; the system closes the file when the process ends, in whatever way.
+/// The programs that it starts inherit the open file: who outlives it keeps the folder.
 /// The file is there before the folder and goes after it, so that no folder is ever without one.
 class LockFile
 {

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/core/commandline.h"
 #include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/job.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
 
@@ -155,6 +156,7 @@ bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, F
         failure.subject = std::move(launch.program);
         return false;
     }
+    const JobOutlivesConsole whileItRuns(job);
     WaitForSingleObject(process.get(), INFINITE);
     GetExitCodeProcess(process.get(), &exitCode);
     job.waitUntilEmpty();

@@ -11,6 +11,8 @@
  *                 data.txt from its folder a second later
  *     --stay      stays for 20 seconds before it ends
  *     --start-one starts itself with --stay
+ *     --escape-and-stay
+ *                 starts itself outside the job it is in, with --stay, and stays
  *     --escape    starts itself outside the job it is in, and tells whether that went well
  *     --ctrl-c    sends Ctrl+C to its console, and tells whether it got it
  */
@@ -131,7 +133,10 @@ int wmain(void)
     if (wcsstr(line, L"--start-one") != NULL) {
         startSelf(L" --stay", 0);
     }
-    if (wcsstr(line, L"--escape") != NULL) {
+    if (wcsstr(line, L"--escape-and-stay") != NULL) {
+        startSelf(L" --stay", CREATE_BREAKAWAY_FROM_JOB);
+        Sleep(20000);
+    } else if (wcsstr(line, L"--escape") != NULL) {
         printf("escaped=%d\n", startSelf(L" --exit=9", CREATE_BREAKAWAY_FROM_JOB));
         fflush(stdout);
     }

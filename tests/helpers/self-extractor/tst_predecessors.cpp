@@ -29,6 +29,7 @@ private slots:
     void leavesAloneWhatBelongsToOthers_data();
     void leavesAloneWhatBelongsToOthers();
     void leavesAloneWhatLives();
+    void leavesAloneWhatAnEscapedProgramUses();
     void doesNotFollowADeadOnesLinks();
     void removesNoMoreThanSixteenAtOnce();
     void stopsInTimeAndGoesOnLater();
@@ -52,7 +53,8 @@ void TestPredecessors::initTestCase()
     const QString file = m_run.assemble(tree, u"main.exe"_s);
     m_large = m_run.path(u"made/produced one, large.exe"_s);
     QVERIFY(QFile::rename(file, m_large));
-    m_file = m_run.assembleProgram();
+    m_file = m_run.assemble(
+        Tree{{u"main.exe"_s, ModuleRun::programBytes()}, {u"data.txt"_s, "in use"}}, u"main.exe"_s);
 }
 
 void TestPredecessors::init()
@@ -188,6 +190,25 @@ void TestPredecessors::leavesAloneWhatLives()
     QCOMPARE(m_run.leftovers(), living);
     QVERIFY(QFile::exists(m_run.temporaryFolder() + u'/' + living.first() + u"/main/main.exe"_s));
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+// The module is dead and so is its job, but a program that had left the job lives.
+void TestPredecessors::leavesAloneWhatAnEscapedProgramUses()
+{
+    const auto process = m_run.start(m_file, u" --escape-and-stay"_s);
+    QVERIFY(process != nullptr);
+    QVERIFY(!ModuleRun::waitForOutput(*process, "program=", 2).isEmpty());
+    killModule();
+    QTRY_COMPARE(m_run.programProcesses().size(), 1);
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
+    QVERIFY(m_run.hasTemporary(u"kp-*/main/data.txt"_s));
+    for (const qint64 id : m_run.programProcesses()) {
+        kill(static_cast<pid_t>(id), SIGKILL);
+    }
+    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    ModuleRun::finish(*process);
+    QCOMPARE(m_run.run(m_file).exitCode, 7);
     QCOMPARE(m_run.leftovers(), QStringList());
 }
 
