@@ -22,7 +22,8 @@ struct ProgressWindow::Desktop {
     SystemLibrary user32{L"user32.dll"};
     SystemLibrary gdi32{L"gdi32.dll"};
 
-#define SFX_FUNCTION(library, name) decltype(&::name) name = library.function<decltype(&::name)>(#name)
+#define SFX_FUNCTION(library, name) \
+    decltype(&::name) name = library.function<decltype(&::name)>(#name)
     SFX_FUNCTION(user32, DialogBoxParamW);
     SFX_FUNCTION(user32, EndDialog);
     SFX_FUNCTION(user32, FillRect);
@@ -94,8 +95,8 @@ void ProgressWindow::show()
 {
     m_desktop = makeOwned<Desktop>();
     if (m_desktop && m_desktop->isComplete()) {
-        m_desktop->DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(progressDialog), nullptr,
-                                dialogProcedure, reinterpret_cast<LPARAM>(this));
+        m_desktop->DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(progressDialog),
+                                   nullptr, dialogProcedure, reinterpret_cast<LPARAM>(this));
     }
 }
 
