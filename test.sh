@@ -23,6 +23,7 @@ mkdir -p build
 log=$PWD/build/test.log
 : >"$log"
 require_packages $build_packages $test_packages
+share_objects
 configure_and_build dev
 # The presets make a run without tests an error.
 status=0

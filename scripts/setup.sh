@@ -43,6 +43,20 @@ build with cmake --preset release: $*"
     } >>"$log" 2>&1 || fail "the packages could not be installed; see $log"
 }
 
+# Object files of earlier builds, of any checkout, are used again: they lie in the cache, under what
+# they were made from.
+share_objects() {
+    require_packages ccache
+    CCACHE_DIR=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/kestrelpack/objects
+    CCACHE_BASEDIR=$PWD
+    CCACHE_NOHASHDIR=1
+    CCACHE_MAXSIZE=2G
+    CMAKE_C_COMPILER_LAUNCHER=ccache
+    CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    export CCACHE_DIR CCACHE_BASEDIR CCACHE_NOHASHDIR CCACHE_MAXSIZE
+    export CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
+}
+
 # Builds Qt for Windows into the cache, unless it is there.
 provide_qt_for_windows() {
     echo "Qt for Windows (a quarter of an hour, the first time; log: $log)"
