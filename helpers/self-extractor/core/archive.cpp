@@ -94,18 +94,18 @@ Status Archive::open(std::uint64_t offset)
     return status;
 }
 
-Status Archive::entry(std::uint32_t index, Entry &entry)
+Status Archive::entry(std::uint32_t index, Entry &entry, Array<char16_t> &path) const
 {
     const std::size_t units = SzArEx_GetFileNameUtf16(&m_tables, index, nullptr);
     if (units == 0 || units - 1 > maxPathSize) {
         return Status::UnsafeName;
     }
-    if (units > m_path.size() && !m_path.allocate(units + 256)) {
+    if (units > path.size() && !path.allocate(units + 256)) {
         return Status::NoMemory;
     }
-    SzArEx_GetFileNameUtf16(&m_tables, index, reinterpret_cast<UInt16 *>(m_path.data()));
+    SzArEx_GetFileNameUtf16(&m_tables, index, reinterpret_cast<UInt16 *>(path.data()));
     entry = Entry();
-    entry.path = m_path.data();
+    entry.path = path.data();
     entry.pathSize = units - 1;
     entry.isFolder = SzArEx_IsDir(&m_tables, index);
     entry.size = SzArEx_GetFileSize(&m_tables, index);

@@ -14,7 +14,7 @@ namespace sfx {
 
 /// One file or folder of an archive.
 struct Entry {
-    const char16_t *path = u""; ///< components joined by `/`; valid until the next Archive::entry()
+    const char16_t *path = u""; ///< components joined by `/`; lies in the path given to Archive::entry()
     std::size_t pathSize = 0;   ///< in UTF-16 units
     std::uint64_t size = 0;     ///< in bytes; 0 for folders
     bool isFolder = false;
@@ -44,7 +44,9 @@ public:
     std::uint32_t entryCount() const { return m_tables.NumFiles; }
     /// Fills in an entry. UnsafeName: the path leads out of the folder or is impossible on Windows.
     /// Unsupported: a link or a device.
-    Status entry(std::uint32_t index, Entry &entry);
+    Status entry(std::uint32_t index, Entry &entry) { return this->entry(index, entry, m_path); }
+    /// As before, with a path that belongs to the caller; several threads may call it at a time.
+    Status entry(std::uint32_t index, Entry &entry, Array<char16_t> &path) const;
 
     ByteSource &source() const { return m_source; }
     /// 7-Zip's own tables, for decoding.

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/core/bcj2stream.h"
 #include "helpers/self-extractor/core/filterstream.h"
+#include "helpers/self-extractor/core/folderplan.h"
 #include "helpers/self-extractor/core/lzmastream.h"
 #include "helpers/self-extractor/core/methods.h"
 #include "helpers/self-extractor/core/readahead.h"
@@ -17,21 +18,15 @@ namespace {
 constexpr std::uint64_t leastReadAhead = 512 * 1024;
 constexpr unsigned noCoder = 0xffffffff;
 
-/// What the stages of one folder are made from; borrowed from the archive.
-struct FolderPlan {
-    CSzFolder folder;
-    const std::uint8_t *properties; // base of CSzCoderInfo::PropsOffset
-    const UInt64 *unpackSizes;
-    const UInt64 *packPositions;
-    ByteSource *source;
-    std::uint64_t packBase;
-    unsigned aheadCoder; // runs in a thread of its own
+/// A folder's plan, and the coder that runs in a thread of its own.
+struct Wiring : FolderPlan {
+    unsigned aheadCoder;
 };
 
-Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &result);
+Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result);
 
 // An input is fed by another coder or by a packed stream.
-Status openInput(const FolderPlan &plan, unsigned inputIndex, Owned<Stream> &result)
+Status openInput(const Wiring &plan, unsigned inputIndex, Owned<Stream> &result)
 {
     for (unsigned i = 0; i < plan.folder.NumBonds; ++i) {
         if (plan.folder.Bonds[i].InIndex == inputIndex) {
@@ -62,12 +57,12 @@ Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... argumen
 }
 
 template <typename Decoder>
-Status openDecoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> input,
-                   Owned<Stream> &result)
+Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
+                   std::uint64_t unpackSize, Owned<Stream> &result)
 {
     const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
     const Status status
-        = openStage(makeOwned<Decoder>(std::move(input), plan.unpackSizes[coderIndex]), result,
+        = openStage(makeOwned<Decoder>(std::move(input), unpackSize), result,
                     plan.properties + coder.PropsOffset, coder.PropsSize);
     if (status != Status::Ok || coderIndex != plan.aheadCoder) {
         return status;
@@ -75,7 +70,7 @@ Status openDecoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> in
     return openStage(makeOwned<ReadAhead>(std::move(result)), result);
 }
 
-Status openBcj2(const FolderPlan &plan, unsigned firstInput, std::uint64_t unpackSize,
+Status openBcj2(const Wiring &plan, unsigned firstInput, std::uint64_t unpackSize,
                 Owned<Stream> &result)
 {
     Owned<Stream> inputs[Bcj2Stream::inputCount];
@@ -90,7 +85,7 @@ Status openBcj2(const FolderPlan &plan, unsigned firstInput, std::uint64_t unpac
 
 // The recursion ends: a coder's output is used once at most, and the main coder's never (checked
 // where the folder is parsed), so the wiring seen from the main coder is a tree of four at most.
-Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &result)
+Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result)
 {
     const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
     const std::uint64_t unpackSize = plan.unpackSizes[coderIndex];
@@ -118,9 +113,9 @@ Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &res
         result = std::move(input);
         return Status::Ok;
     case method::Lzma:
-        return openDecoder<LzmaStream>(plan, coderIndex, std::move(input), result);
+        return openDecoder<LzmaStream>(plan, coderIndex, std::move(input), unpackSize, result);
     case method::Lzma2:
-        return openDecoder<Lzma2Stream>(plan, coderIndex, std::move(input), result);
+        return openDecoder<Lzma2Stream>(plan, coderIndex, std::move(input), unpackSize, result);
     default:
         return openStage(makeOwned<FilterStream>(std::move(input)), result, coder.MethodID,
                          properties, size);
@@ -128,7 +123,7 @@ Status openCoder(const FolderPlan &plan, unsigned coderIndex, Owned<Stream> &res
 }
 
 // The one that costs the most time: the others go well beside the writing of files.
-unsigned chooseAheadCoder(const FolderPlan &plan)
+unsigned chooseAheadCoder(const Wiring &plan)
 {
     unsigned chosen = noCoder;
     std::uint64_t most = leastReadAhead - 1;
@@ -144,27 +139,31 @@ unsigned chooseAheadCoder(const FolderPlan &plan)
 
 } // namespace
 
-Status openFolder(const CSzAr &streams, std::uint32_t folderIndex, ByteSource &source,
+Status openFolder(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
                   std::uint64_t packBase, Owned<Stream> &result)
 {
-    FolderPlan plan{};
-    const std::size_t begin = streams.FoCodersOffsets[folderIndex];
-    plan.properties = streams.CodersData + begin;
-    CSzData data{plan.properties, streams.FoCodersOffsets[folderIndex + 1] - begin};
-    const SRes parsed = SzGetNextFolderItem(&plan.folder, &data);
-    if (parsed == SZ_ERROR_UNSUPPORTED) {
-        return Status::Unsupported;
+    Wiring plan{};
+    const Status status = readFolderPlan(streams, folder, source, packBase, plan);
+    plan.aheadCoder = noCoder;
+    return status == Status::Ok ? openCoder(plan, plan.folder.UnpackStream, result) : status;
+}
+
+Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned<Stream> &result)
+{
+    Wiring plan{};
+    const Status status = readFolderPlan(archive.tables().db, part.folder, archive.source(),
+                                         archive.packBase(), plan);
+    if (status != Status::Ok) {
+        return status;
     }
-    if (parsed != SZ_OK || data.Size != 0
-        || plan.folder.UnpackStream != streams.FoToMainUnpackSizeIndex[folderIndex]) {
-        return Status::Damaged;
+    plan.aheadCoder = readsAhead ? chooseAheadCoder(plan) : noCoder;
+    if (part.isWholeFolder) {
+        return openCoder(plan, plan.folder.UnpackStream, result);
     }
-    plan.unpackSizes = streams.CoderUnpackSizes + streams.FoToCoderUnpackSizes[folderIndex];
-    plan.packPositions = streams.PackPositions + streams.FoStartPackStreamIndex[folderIndex];
-    plan.source = &source;
-    plan.packBase = packBase;
-    plan.aheadCoder = chooseAheadCoder(plan);
-    return openCoder(plan, plan.folder.UnpackStream, result);
+    Owned<Stream> input = makeOwned<RangeStream>(
+        *plan.source, plan.packBase + plan.packPositions[0] + part.packBegin, part.packSize);
+    return input ? openDecoder<Lzma2Stream>(plan, 0, std::move(input), part.unpackSize, result)
+                 : Status::NoMemory;
 }
 
 } // namespace sfx

@@ -3,16 +3,19 @@
 
 #pragma once
 
+#include "helpers/self-extractor/core/parts.h"
 #include "helpers/self-extractor/core/stream.h"
-
-#include "7z.h"
 
 namespace sfx {
 
-/// Builds the stages that decode one folder (7-Zip's word for a group of files that was packed as
-/// one stream) of an archive. `packBase` is the offset in `source` that the folder's packed streams
-/// are counted from. Unsupported: a method or a wiring that this module does not have.
-Status openFolder(const CSzAr &streams, std::uint32_t folderIndex, ByteSource &source,
+/// Builds the stages that decode one folder. `packBase` is the offset in `source` that the positions
+/// of packed streams are counted from. Unsupported: a method or a wiring that this module does not
+/// have.
+Status openFolder(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
                   std::uint64_t packBase, Owned<Stream> &result);
+
+/// As before, for one part of an archive. `readsAhead`: the costliest stage runs in a thread of its
+/// own.
+Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned<Stream> &result);
 
 } // namespace sfx

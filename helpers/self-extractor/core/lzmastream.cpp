@@ -112,18 +112,14 @@ Lzma2Stream::~Lzma2Stream()
 
 Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
 {
-    // The byte counts half powers of two from 4 KiB on; 40 means 4 GiB less one byte.
     if (size != 1 || properties[0] > 40) {
         return Status::Unsupported;
     }
     std::uint8_t own = 0;
-    const auto sizeOf = [](std::uint8_t property) {
-        return static_cast<std::uint64_t>(2 | (property & 1)) << (property / 2 + 11);
-    };
-    while (own < properties[0] && sizeOf(own) < m_left) {
+    while (own < properties[0] && lzma2DictionarySize(own) < m_left) {
         ++own;
     }
-    if (sizeOf(own) > maxDictionarySize) {
+    if (lzma2DictionarySize(own) > maxDictionarySize) {
         return Status::Unsupported;
     }
     if (!m_buffer.allocate(inputSize)) {

@@ -3,110 +3,140 @@
 
 #include "helpers/self-extractor/core/unpacker.h"
 
-#include "helpers/self-extractor/core/folderchain.h"
-
-#include "7zCrc.h"
+#include "helpers/self-extractor/core/joincrc.h"
+#include "helpers/self-extractor/core/unpackcrew.h"
 
 namespace sfx {
 
 namespace {
 
-constexpr std::size_t bufferSize = 1024 * 1024;
-constexpr std::uint32_t noFolder = 0xffffffff;
-
-/// Goes through the files of an archive, and through the packed folders under them in step.
+/// The steps before and after the decoding, which are done in one thread.
 class Unpacker
 {
 public:
     Unpacker(Archive &archive, UnpackSink &sink) : m_archive(archive), m_sink(sink) {}
 
-    Status run();
+    Status run(std::uint64_t totalBytes, const UnpackLimits &limits);
 
 private:
-    Status unpackEntry(std::uint32_t index);
-    Status unpackFile(std::uint32_t index, const Entry &file);
-    Status enterFolder(std::uint32_t index);
+    Status makeEmptyEntries();
+    Status beginDividedFiles(const Parts &parts);
+    Status endDividedFiles(const UnpackCrew &crew);
+    Status endDividedFile(const WrittenPiece &whole);
     Status finishFolders();
 
     Archive &m_archive;
     UnpackSink &m_sink;
-    Owned<Stream> m_chain;
-    std::uint32_t m_folder = noFolder;
-    Array<std::uint8_t> m_buffer;
 };
 
-Status Unpacker::run()
+Status Unpacker::run(std::uint64_t totalBytes, const UnpackLimits &limits)
 {
-    if (!m_buffer.allocate(bufferSize)) {
-        return Status::NoMemory;
+    Parts parts;
+    Status status = parts.find(m_archive, limits.threads > 1);
+    if (status == Status::Ok) {
+        status = makeEmptyEntries();
     }
-    for (std::uint32_t i = 0; i < m_archive.entryCount(); ++i) {
-        const Status status = unpackEntry(i);
+    if (status == Status::Ok) {
+        status = beginDividedFiles(parts);
+    }
+    UnpackCrew crew(m_archive, parts, m_sink);
+    if (status == Status::Ok) {
+        status = crew.unpack(totalBytes, limits);
+    }
+    if (status == Status::Ok) {
+        status = endDividedFiles(crew);
+    }
+    return status == Status::Ok ? finishFolders() : status;
+}
+
+// Folders, and files without content; the others must have a CRC.
+Status Unpacker::makeEmptyEntries()
+{
+    const CSzArEx &tables = m_archive.tables();
+    Status status = Status::Ok;
+    for (std::uint32_t i = 0; status == Status::Ok && i < m_archive.entryCount(); ++i) {
+        Entry entry;
+        status = m_archive.entry(i, entry);
         if (status != Status::Ok) {
             return status;
         }
-    }
-    m_chain = Owned<Stream>();
-    return finishFolders();
-}
-
-Status Unpacker::unpackEntry(std::uint32_t index)
-{
-    Entry entry;
-    Status status = m_archive.entry(index, entry);
-    if (status != Status::Ok) {
-        return status;
-    }
-    if (entry.isFolder) {
-        return m_sink.makeFolder(entry);
-    }
-    status = m_sink.beginFile(entry);
-    if (status == Status::Ok && entry.size != 0) {
-        status = unpackFile(index, entry);
-    }
-    return status == Status::Ok ? m_sink.endFile(entry) : status;
-}
-
-// Opens the packed folder that holds the file. Its files follow each other without a gap, so a
-// folder is entered at its first file and then only read on.
-Status Unpacker::enterFolder(std::uint32_t index)
-{
-    const CSzArEx &tables = m_archive.tables();
-    const std::uint32_t folder = tables.FileToFolder[index];
-    if (folder == m_folder) {
-        return Status::Ok;
-    }
-    m_chain = Owned<Stream>(); // the old window goes before the new one comes
-    m_folder = folder;
-    return openFolder(tables.db, folder, m_archive.source(), m_archive.packBase(), m_chain);
-}
-
-Status Unpacker::unpackFile(std::uint32_t index, const Entry &file)
-{
-    const CSzArEx &tables = m_archive.tables();
-    if (tables.FileToFolder[index] == noFolder || !SzBitWithVals_Check(&tables.CRCs, index)) {
-        return Status::Damaged;
-    }
-    Status status = enterFolder(index);
-    std::uint32_t crc = CRC_INIT_VAL;
-    for (std::uint64_t left = file.size; status == Status::Ok && left != 0;) {
-        const std::size_t wanted
-            = left < m_buffer.size() ? static_cast<std::size_t>(left) : m_buffer.size();
-        std::size_t got = 0;
-        status = readFully(*m_chain, m_buffer.data(), wanted, got);
-        if (status == Status::Ok && got != wanted) {
+        if (entry.isFolder) {
+            status = m_sink.makeFolder(entry);
+        } else if (entry.size == 0) {
+            status = m_sink.beginFile(entry);
+            if (status == Status::Ok) {
+                status = m_sink.endFile(entry);
+            }
+        } else if (!SzBitWithVals_Check(&tables.CRCs, i)
+                   || tables.FileToFolder[i] >= tables.db.NumFolders) {
             status = Status::Damaged;
         }
-        if (status == Status::Ok) {
-            crc = CrcUpdate(crc, m_buffer.data(), got);
-            status = m_sink.write(m_buffer.data(), got);
-            left -= got;
-        }
-    }
-    if (status == Status::Ok && CRC_GET_DIGEST(crc) != tables.CRCs.Vals[index]) {
-        status = Status::Damaged;
     }
     return status;
+}
+
+// Files that begin in one part and end in another, so that no part has to wait for one before it.
+Status Unpacker::beginDividedFiles(const Parts &parts)
+{
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        FilePieces pieces(m_archive, parts[i]);
+        FilePiece piece;
+        while (pieces.next(piece)) {
+            if (piece.isWholeFile() || piece.offset != 0) {
+                continue;
+            }
+            Entry file;
+            Status status = m_archive.entry(piece.file, file);
+            if (status == Status::Ok) {
+                status = m_sink.beginFile(file);
+            }
+            if (status == Status::Ok) {
+                status = m_sink.pauseFile();
+            }
+            if (status != Status::Ok) {
+                return status;
+            }
+        }
+    }
+    return Status::Ok;
+}
+
+Status Unpacker::endDividedFile(const WrittenPiece &whole)
+{
+    if (whole.crc != m_archive.tables().CRCs.Vals[whole.piece.file]) {
+        return Status::Damaged;
+    }
+    Entry file;
+    Status status = m_archive.entry(whole.piece.file, file);
+    if (status == Status::Ok) {
+        status = m_sink.resumeFile(file, whole.piece.fileSize);
+    }
+    return status == Status::Ok ? m_sink.endFile(file) : status;
+}
+
+// The pieces come in the order of the archive, those of one file behind each other.
+Status Unpacker::endDividedFiles(const UnpackCrew &crew)
+{
+    WrittenPiece whole;
+    for (std::size_t i = 0; i < crew.pieceCount(); ++i) {
+        const WrittenPiece &written = crew.piece(i);
+        if (written.piece.size == 0) {
+            continue;
+        }
+        if (written.piece.offset == 0) {
+            whole = written;
+        } else {
+            whole.crc = joinCrc(whole.crc, written.crc, written.piece.size);
+            whole.piece.size += written.piece.size;
+        }
+        if (whole.piece.isWholeFile()) {
+            const Status status = endDividedFile(whole);
+            if (status != Status::Ok) {
+                return status;
+            }
+        }
+    }
+    return Status::Ok;
 }
 
 Status Unpacker::finishFolders()
@@ -126,10 +156,11 @@ Status Unpacker::finishFolders()
 
 } // namespace
 
-Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes)
+Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+              const UnpackLimits &limits)
 {
     const Status status = sink.begin(totalBytes, archive.entryCount());
-    return status == Status::Ok ? Unpacker(archive, sink).run() : status;
+    return status == Status::Ok ? Unpacker(archive, sink).run(totalBytes, limits) : status;
 }
 
 } // namespace sfx

@@ -3,38 +3,26 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/archive.h"
 #include "helpers/self-extractor/core/pathset.h"
+#include "helpers/self-extractor/core/unpacksink.h"
 
 namespace sfx {
-
-/// Where unpacked entries go. The order of calls: begin(), then for each entry makeFolder(), or
-/// beginFile(), write() as often as needed and endFile(); at the end finishFolder() for each
-/// folder, the last one first. A status other than Ok ends the run.
-class UnpackSink
-{
-public:
-    virtual Status begin(std::uint64_t totalBytes, std::uint32_t entries) = 0;
-    /// The parents of a folder or file need not have come before it.
-    virtual Status makeFolder(const Entry &folder) = 0;
-    virtual Status beginFile(const Entry &file) = 0;
-    virtual Status write(const std::uint8_t *data, std::size_t size) = 0;
-    /// The file's content is complete and its CRC is right.
-    virtual Status endFile(const Entry &file) = 0;
-    /// Nothing more is going to be made in this folder: time and attributes can be set.
-    virtual Status finishFolder(const Entry &folder) = 0;
-
-protected:
-    ~UnpackSink() = default;
-};
 
 /// Looks at every entry before anything is written: names, kinds, collisions, and that `program` is
 /// a file at the top level. `totalBytes` becomes the size of all files together.
 Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
                      std::uint64_t &totalBytes);
 
-/// Unpacks everything in the order of the archive, file by file through one buffer, and checks each
-/// file's CRC. Damaged: a CRC is wrong or missing, or the data ends too early.
-Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes);
+/// What unpacking may take from the machine. The first decoder is always there, whatever it needs.
+struct UnpackLimits {
+    unsigned threads = 1; ///< processors that there are for it
+    std::uint64_t memory = 256ull << 20; ///< for all decoders and their buffers, in bytes
+};
+
+/// Unpacks everything and checks each file's CRC. Parts of the archive that do not need each other
+/// are decoded at the same time, in as many threads as the limits and the sink allow; nothing is
+/// promised about the order. Damaged: a CRC is wrong or missing, or the data ends too early.
+Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+              const UnpackLimits &limits = UnpackLimits());
 
 } // namespace sfx

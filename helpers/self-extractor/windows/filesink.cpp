@@ -36,9 +36,14 @@ void preallocate(HANDLE file, std::uint64_t size)
 
 Status FileSink::fail()
 {
-    m_error = GetLastError();
-    return m_error == ERROR_DISK_FULL || m_error == ERROR_HANDLE_DISK_FULL ? Status::DiskFull
-                                                                           : Status::WriteFailed;
+    const DWORD error = GetLastError();
+    const Locked lock(m_failure.monitor);
+    if (m_failure.error == 0) {
+        m_failure.error = error;
+        static_cast<void>(m_failure.path.append(m_path)); // else the message goes without
+    }
+    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL ? Status::DiskFull
+                                                                       : Status::WriteFailed;
 }
 
 bool FileSink::locate(const Entry &entry)
@@ -64,6 +69,16 @@ bool FileSink::createFile()
     m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                              FILE_ATTRIBUTE_NORMAL, nullptr));
     return static_cast<bool>(m_file);
+}
+
+// For one of the pieces that a file is written in; other sinks may be at other ones.
+bool FileSink::openFile(std::uint64_t offset)
+{
+    m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_WRITE, FILE_SHARE_WRITE, nullptr,
+                             OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER place = {};
+    place.QuadPart = static_cast<LONGLONG>(offset);
+    return m_file && SetFilePointerEx(m_file.get(), place, nullptr, FILE_BEGIN);
 }
 
 bool FileSink::createFolder()
@@ -161,6 +176,28 @@ Status FileSink::endFile(const Entry &file)
     setTimeAndAttributes(m_file.get(), file);
     m_file.reset();
     return Status::Ok;
+}
+
+Owned<UnpackSink> FileSink::another()
+{
+    return makeOwned<FileSink>(m_folder, m_failure);
+}
+
+Status FileSink::pauseFile()
+{
+    m_file.reset();
+    return Status::Ok;
+}
+
+Status FileSink::resumeFile(const Entry &file, std::uint64_t offset)
+{
+    if (isInterrupted()) {
+        return Status::Interrupted;
+    }
+    if (!locate(file)) {
+        return Status::NoMemory;
+    }
+    return openFile(offset) ? Status::Ok : fail();
 }
 
 Status FileSink::finishFolder(const Entry &folder)

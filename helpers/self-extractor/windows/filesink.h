@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/core/thread.h"
+#include "helpers/self-extractor/core/unpacksink.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {
@@ -13,12 +14,13 @@ class FileSink final : public UnpackSink
 {
 public:
     /// `folder` is an existing folder, without a separator at its end.
-    explicit FileSink(const Text &folder) : m_folder(folder) {}
+    explicit FileSink(const Text &folder) : m_folder(folder), m_failure(m_ownFailure) {}
 
-    /// What the system said to the step that failed; 0 if it was not the system.
-    unsigned long systemError() const { return m_error; }
+    /// What the system said to the step that failed first, here or in another sink of this one's; 0 if
+    /// it was not the system. To be asked when all have come to an end.
+    unsigned long systemError() const { return m_failure.error; }
     /// The file or folder that it is about.
-    const Text &failedPath() const { return m_path; }
+    const Text &failedPath() const { return m_failure.path; }
 
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
     Status makeFolder(const Entry &folder) override;
@@ -26,11 +28,23 @@ public:
     Status write(const std::uint8_t *data, std::size_t size) override;
     Status endFile(const Entry &file) override;
     Status finishFolder(const Entry &folder) override;
+    Owned<UnpackSink> another() override;
+    Status pauseFile() override;
+    Status resumeFile(const Entry &file, std::uint64_t offset) override;
 
 private:
+    struct Failure {
+        Monitor monitor;
+        unsigned long error = 0;
+        Text path;
+    };
+
+    friend Owned<FileSink> makeOwned<FileSink>(const Text &, Failure &);
+    FileSink(const Text &folder, Failure &failure) : m_folder(folder), m_failure(failure) {}
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
     bool createFile();
+    bool openFile(std::uint64_t offset);
     bool createFolder();
     bool makeParents();
 
@@ -38,7 +52,8 @@ private:
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's own path begins in it
     Handle m_file;
-    unsigned long m_error = 0;
+    Failure m_ownFailure;
+    Failure &m_failure; // common to all sinks of one place
 };
 
 } // namespace sfx

@@ -52,15 +52,32 @@ bool inspect(Executable &executable, ConfigBlock &block, Archive &archive, std::
     return status == Status::Ok || failWith(failure, status);
 }
 
+// One decoder for each processor, and no more memory for them than half of what is free.
+UnpackLimits limitsOfMachine()
+{
+    UnpackLimits limits;
+    DWORD_PTR own = 0;
+    DWORD_PTR all = 0;
+    if (GetProcessAffinityMask(GetCurrentProcess(), &own, &all)) {
+        limits.threads = static_cast<unsigned>(__builtin_popcountll(own));
+    }
+    MEMORYSTATUSEX memory = {};
+    memory.dwLength = sizeof memory;
+    if (GlobalMemoryStatusEx(&memory) && memory.ullAvailPhys / 2 < limits.memory) {
+        limits.memory = memory.ullAvailPhys / 2;
+    }
+    return limits;
+}
+
 Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
                      const ConfigBlock &block)
 {
     if (!block.progress || block.silent) {
-        return unpack(archive, sink, totalBytes);
+        return unpack(archive, sink, totalBytes, limitsOfMachine());
     }
     ProgressWindow window(block.title, totalBytes);
     ProgressSink watched(sink, window);
-    return unpack(archive, watched, totalBytes);
+    return unpack(archive, watched, totalBytes, limitsOfMachine());
 }
 
 bool makeFolder(const ConfigBlock &block, PrivateFolder &folder, Failure &failure)

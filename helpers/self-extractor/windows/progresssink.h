@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/core/unpacksink.h"
 #include "helpers/self-extractor/windows/progresswindow.h"
 
 namespace sfx {
@@ -13,6 +13,10 @@ class ProgressSink final : public UnpackSink
 {
 public:
     ProgressSink(UnpackSink &sink, ProgressWindow &window) : m_sink(sink), m_window(window) {}
+    ProgressSink(Owned<UnpackSink> sink, ProgressWindow &window)
+        : m_own(std::move(sink)), m_sink(*m_own), m_window(window)
+    {
+    }
 
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override
     {
@@ -33,8 +37,19 @@ public:
     {
         return m_window.isCancelled() ? Status::Cancelled : m_sink.finishFolder(folder);
     }
+    Owned<UnpackSink> another() override
+    {
+        Owned<UnpackSink> sink = m_sink.another();
+        return sink ? makeOwned<ProgressSink>(std::move(sink), m_window) : Owned<ProgressSink>();
+    }
+    Status pauseFile() override { return m_sink.pauseFile(); }
+    Status resumeFile(const Entry &file, std::uint64_t offset) override
+    {
+        return m_window.isCancelled() ? Status::Cancelled : m_sink.resumeFile(file, offset);
+    }
 
 private:
+    Owned<UnpackSink> m_own;
     UnpackSink &m_sink;
     ProgressWindow &m_window;
 };

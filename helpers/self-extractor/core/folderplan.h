@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/bytesource.h"
+#include "helpers/self-extractor/core/status.h"
+
+#include "7z.h"
+
+namespace sfx {
+
+/// How one folder (7-Zip's word for a group of files that was packed as one stream) of an archive is
+/// decoded, and where its packed streams lie. Borrows from the archive's tables.
+struct FolderPlan {
+    CSzFolder folder;
+    const std::uint8_t *properties; ///< base of CSzCoderInfo::PropsOffset
+    const UInt64 *unpackSizes;      ///< of each coder's output
+    const UInt64 *packPositions;    ///< of each packed stream, and of the end of the last one
+    ByteSource *source;
+    std::uint64_t packBase;
+};
+
+/// `packBase` is the offset in `source` that the positions of packed streams are counted from.
+/// Damaged, Unsupported: the folder's description is wrong, or beyond this module.
+Status readFolderPlan(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
+                      std::uint64_t packBase, FolderPlan &plan);
+
+/// What the decoder of a coder needs as its window, in bytes, if its output has this size; 0 for
+/// coders without one. Not checked against any limit.
+std::uint64_t windowSize(const FolderPlan &plan, unsigned coder, std::uint64_t unpackSize);
+/// The windows of all coders together.
+std::uint64_t windowSize(const FolderPlan &plan);
+
+} // namespace sfx

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/core/partunpacker.h"
+
+#include "helpers/self-extractor/core/folderchain.h"
+
+#include "7zCrc.h"
+
+#include <algorithm>
+
+namespace sfx {
+
+namespace {
+
+constexpr std::size_t bufferSize = 1024 * 1024;
+
+} // namespace
+
+bool PartUnpacker::allocate()
+{
+    return m_buffer.allocate(bufferSize);
+}
+
+// From the decoder to the sink.
+Status PartUnpacker::copy(std::uint64_t size, std::uint32_t &crc)
+{
+    Status status = Status::Ok;
+    std::uint32_t sum = CRC_INIT_VAL;
+    while (status == Status::Ok && size != 0) {
+        const std::size_t wanted
+            = static_cast<std::size_t>(std::min<std::uint64_t>(size, m_buffer.size()));
+        std::size_t got = 0;
+        status = m_stops ? Status::Cancelled
+                         : readFully(*m_chain, m_buffer.data(), wanted, got);
+        if (status == Status::Ok && got != wanted) {
+            status = Status::Damaged;
+        }
+        if (status == Status::Ok) {
+            sum = CrcUpdate(sum, m_buffer.data(), got);
+            status = m_sink.write(m_buffer.data(), got);
+            size -= got;
+        }
+    }
+    crc = CRC_GET_DIGEST(sum);
+    return status;
+}
+
+Status PartUnpacker::unpackWhole(const Entry &file, std::uint32_t index)
+{
+    Status status = m_sink.beginFile(file);
+    std::uint32_t crc = 0;
+    if (status == Status::Ok) {
+        status = copy(file.size, crc);
+    }
+    if (status == Status::Ok && crc != m_archive.tables().CRCs.Vals[index]) {
+        status = Status::Damaged;
+    }
+    return status == Status::Ok ? m_sink.endFile(file) : status;
+}
+
+Status PartUnpacker::unpackPiece(const Entry &file, const FilePiece &piece, std::uint32_t &crc)
+{
+    Status status = m_sink.resumeFile(file, piece.offset);
+    if (status == Status::Ok) {
+        status = copy(piece.size, crc);
+    }
+    return status == Status::Ok ? m_sink.pauseFile() : status;
+}
+
+Status PartUnpacker::unpack(const Part &part, bool readsAhead, WrittenPiece &first,
+                            WrittenPiece &last)
+{
+    m_chain = Owned<Stream>(); // the old window goes before the new one comes
+    Status status = openPart(m_archive, part, readsAhead, m_chain);
+    FilePieces pieces(m_archive, part);
+    FilePiece piece;
+    while (status == Status::Ok && pieces.next(piece)) {
+        Entry file;
+        status = m_archive.entry(piece.file, file, m_path);
+        if (status != Status::Ok) {
+            return status;
+        }
+        if (piece.isWholeFile()) {
+            status = unpackWhole(file, piece.file);
+            continue;
+        }
+        WrittenPiece &written = piece.offset != 0 ? first : last;
+        written.piece = piece;
+        status = unpackPiece(file, piece, written.crc);
+    }
+    m_chain = Owned<Stream>();
+    return status;
+}
+
+} // namespace sfx

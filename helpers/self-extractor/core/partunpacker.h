@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/parts.h"
+#include "helpers/self-extractor/core/stream.h"
+#include "helpers/self-extractor/core/unpacksink.h"
+
+#include <atomic>
+
+namespace sfx {
+
+/// The content of a file, or of a piece of one, that has been handed to a sink.
+struct WrittenPiece {
+    FilePiece piece; ///< of size 0: nothing
+    std::uint32_t crc = 0;
+};
+
+/// Decodes parts of an archive, one after the other, and hands the files' content to a sink. Each
+/// thread has one.
+class PartUnpacker
+{
+public:
+    /// All three outlive this object. `stops` may be set by any thread; a part ends soon after with
+    /// Cancelled.
+    PartUnpacker(const Archive &archive, UnpackSink &sink, const std::atomic<bool> &stops)
+        : m_archive(archive), m_sink(sink), m_stops(stops)
+    {
+    }
+
+    /// To be called once, before unpack(). False: no memory.
+    [[nodiscard]] bool allocate();
+    /// Files that lie in the part as a whole are checked here. The others exist already, and there are
+    /// two at most, the first and the last one: they come out of `first` and `last`. Damaged: a CRC is
+    /// wrong or missing, or the data ends too early.
+    Status unpack(const Part &part, bool readsAhead, WrittenPiece &first, WrittenPiece &last);
+
+private:
+    Status unpackWhole(const Entry &file, std::uint32_t index);
+    Status unpackPiece(const Entry &file, const FilePiece &piece, std::uint32_t &crc);
+    Status copy(std::uint64_t size, std::uint32_t &crc);
+
+    const Archive &m_archive;
+    UnpackSink &m_sink;
+    const std::atomic<bool> &m_stops;
+    Array<std::uint8_t> m_buffer;
+    Array<char16_t> m_path;
+    Owned<Stream> m_chain;
+};
+
+} // namespace sfx

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/core/unpackcrew.h"
+
+#include <algorithm>
+
+namespace sfx {
+
+namespace {
+
+// Beside its window: the buffers of the decoder, of the filters and of the files.
+constexpr std::uint64_t workerBuffers = 2 * 1024 * 1024;
+// A thread for less costs more than it gives.
+constexpr std::uint64_t leastWork = 1024 * 1024;
+
+} // namespace
+
+unsigned UnpackCrew::workersFor(std::uint64_t totalBytes, const UnpackLimits &limits) const
+{
+    const std::uint64_t affordable = limits.memory / (m_parts.largestWindow() + workerBuffers);
+    const std::uint64_t useful
+        = std::min<std::uint64_t>({limits.threads, maxWorkers, m_parts.size(),
+                                   1 + totalBytes / leastWork});
+    return static_cast<unsigned>(
+        std::max<std::uint64_t>(1, std::min(affordable, useful)));
+}
+
+void UnpackCrew::run(void *worker)
+{
+    auto *self = static_cast<Worker *>(worker);
+    self->crew->work(*self->sink);
+}
+
+void UnpackCrew::fail(Status status)
+{
+    const Locked lock(m_monitor);
+    if (m_status == Status::Ok) {
+        m_status = status;
+    }
+    m_stops = true;
+}
+
+void UnpackCrew::work(UnpackSink &sink)
+{
+    PartUnpacker unpacker(m_archive, sink, m_stops);
+    if (!unpacker.allocate()) {
+        if (&sink == &m_sink) { // the others can be done without
+            fail(Status::NoMemory);
+        }
+        return;
+    }
+    while (!m_stops) {
+        const std::size_t index = m_nextPart++;
+        if (index >= m_parts.size()) {
+            return;
+        }
+        const Status status = unpacker.unpack(m_parts[index], m_readsAhead, m_pieces[2 * index],
+                                              m_pieces[2 * index + 1]);
+        if (status != Status::Ok) {
+            fail(status);
+        }
+    }
+}
+
+Status UnpackCrew::unpack(std::uint64_t totalBytes, const UnpackLimits &limits)
+{
+    if (!m_pieces.allocate(2 * m_parts.size())) {
+        return Status::NoMemory;
+    }
+    std::fill_n(m_pieces.data(), m_pieces.size(), WrittenPiece());
+    const unsigned workers = workersFor(totalBytes, limits);
+    m_readsAhead = workers == 1 || 2 * workers <= limits.threads;
+    Worker others[maxWorkers - 1];
+    for (unsigned i = 0; i + 1 < workers; ++i) {
+        others[i].crew = this;
+        others[i].sink = m_sink.another();
+        if (!others[i].sink || !others[i].thread.start(run, &others[i])) {
+            break; // those that there are do it all
+        }
+    }
+    work(m_sink);
+    for (Worker &other : others) {
+        other.thread.join();
+    }
+    return m_status;
+}
+
+} // namespace sfx

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "tests/helpers/self-extractor/sfxtest.h"
+
+#include <QMutex>
+
+/// Files and folders that several sinks write to at a time, as the file system is for the module's.
+class SharedTree
+{
+public:
+    /// The sink that stands for itself; it makes the others.
+    sfx::Owned<sfx::UnpackSink> sink();
+
+    /// Files that were ended, and folders that were finished.
+    const Tree &tree() const { return m_done; }
+    /// What was done against the rules, in words; empty: nothing.
+    QString mistake() const { return m_mistake; }
+    int sinks() const { return m_sinks; }
+    int writes() const { return m_writes; }
+    /// After so many writes the disk is full.
+    void failAfter(int writes) { m_writesLeft = writes; }
+
+private:
+    class Sink;
+
+    void expect(bool isRight, const char *rule);
+
+    QMutex m_mutex; // for all that follows
+    Tree m_open;
+    Tree m_done;
+    QString m_mistake;
+    int m_sinks = 0;
+    int m_writes = 0;
+    int m_writesLeft = -1;
+};
+
+/// Opens, checks and unpacks the archive that `bytes` is.
+sfx::Status unpackShared(const QByteArray &bytes, SharedTree &tree,
+                         const sfx::UnpackLimits &limits);
