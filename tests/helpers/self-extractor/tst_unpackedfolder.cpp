@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QTest>
+
+// What the program finds around itself, compared with what was packed.
+class TestUnpackedFolder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void isWhatWasPacked_data();
+    void isWhatWasPacked();
+
+private:
+    QString m_source;
+    ModuleRun m_run;
+};
+
+namespace {
+
+constexpr qsizetype mebibyte = 1024 * 1024;
+
+/// One line for each file and folder: name, size, time of change, whether it can be written.
+QStringList listing(const QString &folder)
+{
+    QStringList lines;
+    QDirIterator entries(folder, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QFileInfo info(entries.next());
+        lines += QStringLiteral("%1 %2 %3 %4")
+                     .arg(info.filePath().mid(folder.size()),
+                          info.isDir() ? QStringLiteral("folder") : QString::number(info.size()),
+                          info.lastModified().toString(Qt::ISODateWithMs),
+                          info.permission(QFileDevice::WriteOwner) ? QStringLiteral("rw")
+                                                                   : QStringLiteral("r"));
+    }
+    lines.sort();
+    return lines;
+}
+
+QStringList differingFiles(const QString &one, const QString &other)
+{
+    QStringList names;
+    QDirIterator entries(one, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString name = entries.next().mid(one.size());
+        if (contentOf(one + name) != contentOf(other + name)) {
+            names += name;
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+void TestUnpackedFolder::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+    m_source = m_run.path(QStringLiteral("source"));
+    Tree tree = mixedTree();
+    tree[QStringLiteral("main.exe")] = ModuleRun::programBytes();
+    tree[QStringLiteral("long.bin")] = noise(64 * 1024, 1).repeated(180); // in several blocks
+    tree[QStringLiteral("text/readonly.txt")] = "mine";
+    for (int i = 0; i < 30; ++i) {
+        tree[QStringLiteral("many/%1.bin").arg(i)]
+            = noise(1024, static_cast<quint32>(i)).repeated(150 + i);
+    }
+    QVERIFY(QDir().mkpath(m_source));
+    QVERIFY(writeTree(m_source, tree));
+    const QDateTime past(QDate(2020, 2, 29), QTime(12, 34, 56), Qt::UTC);
+    QFile file(m_source + QStringLiteral("/long.bin"));
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(past, QFileDevice::FileModificationTime));
+    file.close();
+    for (const char *name : {"/long.bin", "/text/readonly.txt"}) {
+        QVERIFY(QFile::setPermissions(m_source + QLatin1String(name), QFileDevice::ReadOwner));
+    }
+}
+
+void TestUnpackedFolder::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestUnpackedFolder::isWhatWasPacked_data()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::newRow("as the window packs it") << QStringList{"-mx=5", "-m0=LZMA", "-ssc"};
+    QTest::newRow("LZMA2 in blocks")
+        << QStringList{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
+    QTest::newRow("every file by itself") << QStringList{"-mx=1", "-ms=off"};
+    QTest::newRow("only stored") << QStringList{"-mx=0"};
+}
+
+void TestUnpackedFolder::isWhatWasPacked()
+{
+    QFETCH(QStringList, switches);
+    const QString file = m_run.assemble(pack(m_source, switches), QStringLiteral("main.exe"));
+    QVERIFY(!file.isEmpty());
+    const auto process = m_run.start(file, QStringLiteral(" --wait"));
+    ModuleRun::waitForOutput(*process, "folder=");
+    const QDir temporary(m_run.temporaryFolder());
+    const QStringList folders = temporary.entryList({QStringLiteral("kp-*")}, QDir::Dirs);
+    QCOMPARE(folders.size(), 1);
+    const QString unpacked = temporary.filePath(folders.first() + QStringLiteral("/main"));
+    QCOMPARE(listing(unpacked), listing(m_source));
+    QCOMPARE(differingFiles(m_source, unpacked), QStringList());
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestUnpackedFolder)
+#include "tst_unpackedfolder.moc"
