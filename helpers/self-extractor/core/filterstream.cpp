@@ -79,24 +79,62 @@ Status FilterStream::open(std::uint32_t method, const std::uint8_t *properties, 
     return Status::Unsupported;
 }
 
-// Moves the unconverted rest to the front and fills up behind it.
-Status FilterStream::refill()
+void FilterStream::startAt(std::uint64_t pc, std::uint32_t state, const std::uint8_t *bytes,
+                           std::size_t size)
 {
-    const std::size_t rest = m_end - m_converted;
-    std::memmove(m_buffer.data(), m_buffer.data() + m_converted, rest);
+    m_state.pc = static_cast<std::uint32_t>(pc);
+    m_state.x86 = state;
+    std::memcpy(m_buffer.data(), bytes, size);
+    m_end = size;
+}
+
+// Moves what has not been given out to the front, fills up behind it, and converts what it can.
+Status FilterStream::fetch()
+{
+    std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+    m_converted -= m_begin;
+    m_end -= m_begin;
     m_begin = 0;
     std::size_t got = 0;
     const Status status
-        = readFully(*m_input, m_buffer.data() + rest, m_buffer.size() - rest, got);
+        = readFully(*m_input, m_buffer.data() + m_end, m_buffer.size() - m_end, got);
     if (status != Status::Ok) {
         return status;
     }
-    m_end = rest + got;
-    m_converted = m_end == 0 ? 0 : m_convert(m_state, m_buffer.data(), m_end);
-    m_state.pc += static_cast<std::uint32_t>(m_converted);
+    m_end += got;
+    if (m_end != m_converted) {
+        const std::size_t count
+            = m_convert(m_state, m_buffer.data() + m_converted, m_end - m_converted);
+        m_converted += count;
+        m_state.pc += static_cast<std::uint32_t>(count);
+    }
+    return Status::Ok;
+}
+
+Status FilterStream::refill()
+{
+    const Status status = fetch();
     if (m_converted == 0) {
         m_converted = m_end; // the tail that is too short for an instruction stays as it is
     }
+    return status;
+}
+
+Status FilterStream::readUnfinished(std::uint8_t *data, std::size_t size, std::size_t &filtered,
+                                    std::uint32_t &state)
+{
+    if (m_end - m_begin < size) {
+        const Status status = fetch();
+        if (status != Status::Ok) {
+            return status;
+        }
+    }
+    if (m_end - m_begin != size) {
+        return Status::Damaged;
+    }
+    std::memcpy(data, m_buffer.data() + m_begin, size);
+    filtered = m_converted - m_begin;
+    state = m_state.x86;
     return Status::Ok;
 }
 

@@ -157,12 +157,13 @@ Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned
         return status;
     }
     plan.aheadCoder = readsAhead ? chooseAheadCoder(plan) : noCoder;
-    if (part.isWholeFolder) {
+    if (part.kind == Part::Kind::Folder) {
         return openCoder(plan, plan.folder.UnpackStream, result);
     }
     Owned<Stream> input = makeOwned<RangeStream>(
         *plan.source, plan.packBase + plan.packPositions[0] + part.packBegin, part.packSize);
-    return input ? openDecoder<Lzma2Stream>(plan, 0, std::move(input), part.unpackSize, result)
+    return input ? openDecoder<Lzma2Stream>(plan, part.decoder, std::move(input), part.unpackSize,
+                                          result)
                  : Status::NoMemory;
 }
 

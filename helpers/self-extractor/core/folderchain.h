@@ -14,8 +14,8 @@ namespace sfx {
 Status openFolder(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
                   std::uint64_t packBase, Owned<Stream> &result);
 
-/// As before, for one part of an archive. `readsAhead`: the costliest stage runs in a thread of its
-/// own.
+/// As before, for one part of an archive; of a FilteredBlock, only what comes before the filter.
+/// `readsAhead`: the costliest stage runs in a thread of its own.
 Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned<Stream> &result);
 
 } // namespace sfx

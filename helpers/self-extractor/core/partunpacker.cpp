@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/core/partunpacker.h"
 
+#include "helpers/self-extractor/core/filteredblock.h"
 #include "helpers/self-extractor/core/folderchain.h"
 
 #include "7zCrc.h"
@@ -68,12 +69,10 @@ Status PartUnpacker::unpackPiece(const Entry &file, const FilePiece &piece, std:
     return status == Status::Ok ? m_sink.pauseFile() : status;
 }
 
-Status PartUnpacker::unpack(const Part &part, bool readsAhead, WrittenPiece &first,
-                            WrittenPiece &last)
+Status PartUnpacker::unpackRange(const Range &range, WrittenEnds &ends)
 {
-    m_chain = Owned<Stream>(); // the old window goes before the new one comes
-    Status status = openPart(m_archive, part, readsAhead, m_chain);
-    FilePieces pieces(m_archive, part);
+    Status status = Status::Ok;
+    FilePieces pieces(m_archive, range);
     FilePiece piece;
     while (status == Status::Ok && pieces.next(piece)) {
         Entry file;
@@ -85,12 +84,43 @@ Status PartUnpacker::unpack(const Part &part, bool readsAhead, WrittenPiece &fir
             status = unpackWhole(file, piece.file);
             continue;
         }
-        WrittenPiece &written = piece.offset != 0 ? first : last;
+        WrittenPiece &written = piece.offset != 0 ? ends.first : ends.last;
         written.piece = piece;
         status = unpackPiece(file, piece, written.crc);
     }
+    return status;
+}
+
+Status PartUnpacker::unpack(const Part &part, bool readsAhead, Seam *before, Seam *behind,
+                            WrittenEnds &ends)
+{
+    m_chain = Owned<Stream>(); // the old window goes before the new one comes
+    Status status = openPart(m_archive, part, readsAhead, m_chain);
+    FilteredBlock *filtered = nullptr;
+    if (status == Status::Ok && part.kind == Part::Kind::FilteredBlock) {
+        Owned<FilteredBlock> block = makeOwned<FilteredBlock>(std::move(m_chain), part.unpackBegin);
+        if (!block) {
+            return Status::NoMemory;
+        }
+        status = block->open(before);
+        filtered = &*block;
+        m_chain = Owned<Stream>(std::move(block));
+    }
+    if (status == Status::Ok) {
+        status = unpackRange(bodyOf(part), ends);
+    }
+    if (status == Status::Ok && filtered != nullptr && behind != nullptr) {
+        status = filtered->finish(*behind);
+    }
     m_chain = Owned<Stream>();
     return status;
+}
+
+Status PartUnpacker::unpackSeam(const Part &part, Seam &seam, WrittenEnds &ends)
+{
+    seam.close(part.unpackBegin);
+    m_chain = makeOwned<MemoryStream>(seam.bytes(), Seam::size);
+    return m_chain ? unpackRange(seamBefore(part), ends) : Status::NoMemory;
 }
 
 } // namespace sfx

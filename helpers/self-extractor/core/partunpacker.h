@@ -4,6 +4,7 @@
 #pragma once
 
 #include "helpers/self-extractor/core/parts.h"
+#include "helpers/self-extractor/core/seam.h"
 #include "helpers/self-extractor/core/stream.h"
 #include "helpers/self-extractor/core/unpacksink.h"
 
@@ -15,6 +16,12 @@ namespace sfx {
 struct WrittenPiece {
     FilePiece piece; ///< of size 0: nothing
     std::uint32_t crc = 0;
+};
+
+/// The files that begin before a range or end behind it: at most one at each end, or one in all.
+struct WrittenEnds {
+    WrittenPiece first;
+    WrittenPiece last;
 };
 
 /// Decodes parts of an archive, one after the other, and hands the files' content to a sink. Each
@@ -31,12 +38,16 @@ public:
 
     /// To be called once, before unpack(). False: no memory.
     [[nodiscard]] bool allocate();
-    /// Files that lie in the part as a whole are checked here. The others exist already, and there are
-    /// two at most, the first and the last one: they come out of `first` and `last`. Damaged: a CRC is
-    /// wrong or missing, or the data ends too early.
-    Status unpack(const Part &part, bool readsAhead, WrittenPiece &first, WrittenPiece &last);
+    /// Unpacks all of a part but its seams, which may be null where it has none. Files that lie in it
+    /// as a whole are checked here; the others exist already, and come out of `ends`. Damaged: a CRC
+    /// is wrong, or the data ends too early.
+    Status unpack(const Part &part, bool readsAhead, Seam *before, Seam *behind,
+                  WrittenEnds &ends);
+    /// As unpack(), for the seam before a part.
+    Status unpackSeam(const Part &part, Seam &seam, WrittenEnds &ends);
 
 private:
+    Status unpackRange(const Range &range, WrittenEnds &ends);
     Status unpackWhole(const Entry &file, std::uint32_t index);
     Status unpackPiece(const Entry &file, const FilePiece &piece, std::uint32_t &crc);
     Status copy(std::uint64_t size, std::uint32_t &crc);

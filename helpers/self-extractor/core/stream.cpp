@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/core/stream.h"
 
+#include <cstring>
+
 namespace sfx {
 
 Status readFully(Stream &stream, std::uint8_t *data, std::size_t size, std::size_t &got)
@@ -30,6 +32,15 @@ Status RangeStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &
         return Status::ReadFailed;
     }
     m_offset += got;
+    m_left -= got;
+    return Status::Ok;
+}
+
+Status MemoryStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+{
+    got = capacity < m_left ? capacity : m_left;
+    std::memcpy(data, m_data, got);
+    m_data += got;
     m_left -= got;
     return Status::Ok;
 }

@@ -45,4 +45,17 @@ private:
     std::uint64_t m_left;
 };
 
+/// Bytes that belong to somebody else as a stream.
+class MemoryStream final : public Stream
+{
+public:
+    MemoryStream(const std::uint8_t *data, std::size_t size) : m_data(data), m_left(size) {}
+
+    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+
+private:
+    const std::uint8_t *m_data;
+    std::size_t m_left;
+};
+
 } // namespace sfx

@@ -26,6 +26,31 @@ unsigned UnpackCrew::workersFor(std::uint64_t totalBytes, const UnpackLimits &li
         std::max<std::uint64_t>(1, std::min(affordable, useful)));
 }
 
+UnpackCrew::~UnpackCrew()
+{
+    for (std::size_t i = 0; i < m_seams.size(); ++i) {
+        const Owned<Seam> owner(m_seams[i]);
+    }
+}
+
+Status UnpackCrew::allocate()
+{
+    if (!m_results.allocate(m_parts.size()) || !m_seams.allocate(m_parts.size())) {
+        return Status::NoMemory;
+    }
+    std::fill_n(m_results.data(), m_results.size(), Result());
+    std::fill_n(m_seams.data(), m_seams.size(), nullptr);
+    for (std::size_t i = 0; i < m_parts.size(); ++i) {
+        if (m_parts[i].hasSeamBefore()) {
+            m_seams[i] = makeOwned<Seam>().release();
+            if (m_seams[i] == nullptr) {
+                return Status::NoMemory;
+            }
+        }
+    }
+    return Status::Ok;
+}
+
 void UnpackCrew::run(void *worker)
 {
     auto *self = static_cast<Worker *>(worker);
@@ -39,6 +64,18 @@ void UnpackCrew::fail(Status status)
         m_status = status;
     }
     m_stops = true;
+    for (std::size_t i = 0; i < m_seams.size(); ++i) {
+        if (m_seams[i] != nullptr) {
+            m_seams[i]->abandon();
+        }
+    }
+}
+
+Status UnpackCrew::unpackPart(PartUnpacker &unpacker, std::size_t index)
+{
+    Seam *const behind = index + 1 < m_parts.size() ? m_seams[index + 1] : nullptr;
+    return unpacker.unpack(m_parts[index], m_readsAhead, m_seams[index], behind,
+                           m_results[index].body);
 }
 
 void UnpackCrew::work(UnpackSink &sink)
@@ -55,8 +92,7 @@ void UnpackCrew::work(UnpackSink &sink)
         if (index >= m_parts.size()) {
             return;
         }
-        const Status status = unpacker.unpack(m_parts[index], m_readsAhead, m_pieces[2 * index],
-                                              m_pieces[2 * index + 1]);
+        const Status status = unpackPart(unpacker, index);
         if (status != Status::Ok) {
             fail(status);
         }
@@ -65,10 +101,10 @@ void UnpackCrew::work(UnpackSink &sink)
 
 Status UnpackCrew::unpack(std::uint64_t totalBytes, const UnpackLimits &limits)
 {
-    if (!m_pieces.allocate(2 * m_parts.size())) {
-        return Status::NoMemory;
+    const Status allocated = allocate();
+    if (allocated != Status::Ok) {
+        return allocated;
     }
-    std::fill_n(m_pieces.data(), m_pieces.size(), WrittenPiece());
     const unsigned workers = workersFor(totalBytes, limits);
     m_readsAhead = workers == 1 || 2 * workers <= limits.threads;
     Worker others[maxWorkers - 1];
@@ -83,7 +119,19 @@ Status UnpackCrew::unpack(std::uint64_t totalBytes, const UnpackLimits &limits)
     for (Worker &other : others) {
         other.thread.join();
     }
-    return m_status;
+    return m_status == Status::Ok ? unpackSeams() : m_status;
+}
+
+Status UnpackCrew::unpackSeams()
+{
+    PartUnpacker unpacker(m_archive, m_sink, m_stops);
+    Status status = unpacker.allocate() ? Status::Ok : Status::NoMemory;
+    for (std::size_t i = 0; status == Status::Ok && i < m_parts.size(); ++i) {
+        if (m_seams[i] != nullptr) {
+            status = unpacker.unpackSeam(m_parts[i], *m_seams[i], m_results[i].seam);
+        }
+    }
+    return status;
 }
 
 } // namespace sfx

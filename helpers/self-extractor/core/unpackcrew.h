@@ -22,13 +22,19 @@ public:
         : m_archive(archive), m_parts(parts), m_sink(sink)
     {
     }
+    UnpackCrew(const UnpackCrew &) = delete;
+    UnpackCrew &operator=(const UnpackCrew &) = delete;
+    ~UnpackCrew();
 
     /// Returns when all is done, or what the first failure was. To be called once.
     Status unpack(std::uint64_t totalBytes, const UnpackLimits &limits);
 
-    /// Two for each part: the pieces of files that begin before it and that end behind it.
-    std::size_t pieceCount() const { return m_pieces.size(); }
-    const WrittenPiece &piece(std::size_t index) const { return m_pieces[index]; }
+    /// What has been written of the files that are in several parts.
+    struct Result {
+        WrittenEnds seam; ///< before the part
+        WrittenEnds body;
+    };
+    const Result &result(std::size_t part) const { return m_results[part]; }
 
 private:
     struct Worker {
@@ -38,15 +44,19 @@ private:
     };
 
     unsigned workersFor(std::uint64_t totalBytes, const UnpackLimits &limits) const;
+    Status allocate();
     static void run(void *worker);
     void work(UnpackSink &sink);
+    Status unpackPart(PartUnpacker &unpacker, std::size_t index);
     void fail(Status status);
+    Status unpackSeams();
 
     const Archive &m_archive;
     const Parts &m_parts;
     UnpackSink &m_sink;
     bool m_readsAhead = false;
-    Array<WrittenPiece> m_pieces;
+    Array<Result> m_results;
+    Array<Seam *> m_seams; // the one before each part, or null
     std::atomic<std::size_t> m_nextPart = 0;
     std::atomic<bool> m_stops = false;
     Monitor m_monitor; // for the status

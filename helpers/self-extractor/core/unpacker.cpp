@@ -21,7 +21,9 @@ public:
 private:
     Status makeEmptyEntries();
     Status beginDividedFiles(const Parts &parts);
-    Status endDividedFiles(const UnpackCrew &crew);
+    Status beginDividedFiles(const Range &range);
+    Status endDividedFiles(const UnpackCrew &crew, const Parts &parts);
+    Status addPiece(const WrittenPiece &written, WrittenPiece &whole);
     Status endDividedFile(const WrittenPiece &whole);
     Status finishFolders();
 
@@ -44,7 +46,7 @@ Status Unpacker::run(std::uint64_t totalBytes, const UnpackLimits &limits)
         status = crew.unpack(totalBytes, limits);
     }
     if (status == Status::Ok) {
-        status = endDividedFiles(crew);
+        status = endDividedFiles(crew, parts);
     }
     return status == Status::Ok ? finishFolders() : status;
 }
@@ -78,24 +80,36 @@ Status Unpacker::makeEmptyEntries()
 // Files that begin in one part and end in another, so that no part has to wait for one before it.
 Status Unpacker::beginDividedFiles(const Parts &parts)
 {
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        FilePieces pieces(m_archive, parts[i]);
-        FilePiece piece;
-        while (pieces.next(piece)) {
-            if (piece.isWholeFile() || piece.offset != 0) {
-                continue;
-            }
-            Entry file;
-            Status status = m_archive.entry(piece.file, file);
-            if (status == Status::Ok) {
-                status = m_sink.beginFile(file);
-            }
-            if (status == Status::Ok) {
-                status = m_sink.pauseFile();
-            }
-            if (status != Status::Ok) {
-                return status;
-            }
+    Status status = Status::Ok;
+    for (std::size_t i = 0; status == Status::Ok && i < parts.size(); ++i) {
+        if (parts[i].hasSeamBefore()) {
+            status = beginDividedFiles(seamBefore(parts[i]));
+        }
+        if (status == Status::Ok) {
+            status = beginDividedFiles(bodyOf(parts[i]));
+        }
+    }
+    return status;
+}
+
+Status Unpacker::beginDividedFiles(const Range &range)
+{
+    FilePieces pieces(m_archive, range);
+    FilePiece piece;
+    while (pieces.next(piece)) {
+        if (piece.isWholeFile() || piece.offset != 0) {
+            continue;
+        }
+        Entry file;
+        Status status = m_archive.entry(piece.file, file);
+        if (status == Status::Ok) {
+            status = m_sink.beginFile(file);
+        }
+        if (status == Status::Ok) {
+            status = m_sink.pauseFile();
+        }
+        if (status != Status::Ok) {
+            return status;
         }
     }
     return Status::Ok;
@@ -115,22 +129,28 @@ Status Unpacker::endDividedFile(const WrittenPiece &whole)
 }
 
 // The pieces come in the order of the archive, those of one file behind each other.
-Status Unpacker::endDividedFiles(const UnpackCrew &crew)
+Status Unpacker::addPiece(const WrittenPiece &written, WrittenPiece &whole)
+{
+    if (written.piece.size == 0) {
+        return Status::Ok;
+    }
+    if (written.piece.offset == 0) {
+        whole = written;
+    } else {
+        whole.crc = joinCrc(whole.crc, written.crc, written.piece.size);
+        whole.piece.size += written.piece.size;
+    }
+    return whole.piece.isWholeFile() ? endDividedFile(whole) : Status::Ok;
+}
+
+Status Unpacker::endDividedFiles(const UnpackCrew &crew, const Parts &parts)
 {
     WrittenPiece whole;
-    for (std::size_t i = 0; i < crew.pieceCount(); ++i) {
-        const WrittenPiece &written = crew.piece(i);
-        if (written.piece.size == 0) {
-            continue;
-        }
-        if (written.piece.offset == 0) {
-            whole = written;
-        } else {
-            whole.crc = joinCrc(whole.crc, written.crc, written.piece.size);
-            whole.piece.size += written.piece.size;
-        }
-        if (whole.piece.isWholeFile()) {
-            const Status status = endDividedFile(whole);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const UnpackCrew::Result &result = crew.result(i);
+        for (const WrittenPiece *written : {&result.seam.first, &result.seam.last,
+                                            &result.body.first, &result.body.last}) {
+            const Status status = addPiece(*written, whole);
             if (status != Status::Ok) {
                 return status;
             }
