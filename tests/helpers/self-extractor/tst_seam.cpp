@@ -109,6 +109,7 @@ private slots:
     void findsFreshStarts();
     void filtersAsWithoutBorders_data();
     void filtersAsWithoutBorders();
+    void filtersBlocksThatEndWithTheBuffer();
     void doesNotWaitForeverForWhatFailed();
     void noticesABlockThatIsTooShort();
 };
@@ -165,6 +166,17 @@ void TestSeam::filtersAsWithoutBorders()
         changed += whole != bytes;
     }
     QVERIFY2(changed > 150, qPrintable(QString::number(changed)));
+}
+
+// The filter goes through its bytes in pieces of 64 KiB.
+void TestSeam::filtersBlocksThatEndWithTheBuffer()
+{
+    for (quint32 seed = 0; seed < 120; ++seed) {
+        const QByteArray bytes = code(80000, seed, 0.2, 0.5);
+        const QList<qsizetype> borders{65536 - 2 + seed % 12};
+        QVERIFY2(filteredInBlocks(bytes, borders) == filteredWhole(bytes),
+                 qPrintable(QString::number(seed)));
+    }
 }
 
 void TestSeam::doesNotWaitForeverForWhatFailed()
