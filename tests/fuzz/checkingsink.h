@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/unpacker.h"
+
+#include <string>
+#include <vector>
+
+/// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order of calls,
+/// names, sizes, check sums.
+class CheckingSink final : public sfx::UnpackSink
+{
+public:
+    /// After `outputLimit` bytes the disk is full.
+    CheckingSink(const sfx::Archive &archive, std::uint64_t totalBytes, std::uint64_t outputLimit)
+        : m_archive(archive), m_totalBytes(totalBytes), m_outputLimit(outputLimit)
+    {
+    }
+
+    sfx::Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
+    sfx::Status makeFolder(const sfx::Entry &folder) override;
+    sfx::Status beginFile(const sfx::Entry &file) override;
+    sfx::Status write(const std::uint8_t *data, std::size_t size) override;
+    sfx::Status endFile(const sfx::Entry &file) override;
+    sfx::Status finishFolder(const sfx::Entry &folder) override;
+
+    /// After unpack(): whether its status fits what came here.
+    void checkEnd(sfx::Status status) const;
+
+private:
+    void checkEntry(const sfx::Entry &entry);
+
+    const sfx::Archive &m_archive;
+    std::uint64_t m_totalBytes;
+    std::uint64_t m_outputLimit;
+    std::uint64_t m_written = 0;
+    std::uint64_t m_inFile = 0;
+    std::uint32_t m_crc = 0;
+    std::uint32_t m_entries = 0; // that have begun
+    bool m_hasBegun = false;
+    bool m_isInFile = false;
+    bool m_isFull = false;
+    std::u16string m_path; // of the open file
+    std::vector<std::u16string> m_folders; // made and not finished
+};
+
+/// Capitals of ASCII letters.
+void upperCaseAscii(char16_t *text, std::size_t size);

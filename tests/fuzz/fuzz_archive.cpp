@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/fuzz/checkingsink.h"
+#include "tests/fuzz/inputsource.h"
+#include "tests/fuzz/require.h"
+#include "tests/helpers/self-extractor/countedmemory.h"
+
+#include "7zCrc.h"
+
+#include <vector>
+
+using namespace sfx;
+
+namespace {
+
+constexpr std::size_t startHeaderSize = 32;
+constexpr std::size_t memoryLimit = 96u << 20;
+constexpr std::uint64_t outputLimit = 4u << 20;
+constexpr std::uint8_t usualMinorVersion = 4;
+
+void write(std::uint8_t *to, std::uint64_t value, unsigned width)
+{
+    for (unsigned i = 0; i < width; ++i) {
+        to[i] = static_cast<std::uint8_t>(value >> (8 * i));
+    }
+}
+
+// Check sums keep chance away from the parser. Here they are made right: the input's last part is the
+// header, from the offset on that the start header names.
+void seal(std::vector<std::uint8_t> &archive)
+{
+    static constexpr std::uint8_t signature[] = {'7', 'z', 0xbc, 0xaf, 0x27, 0x1c, 0};
+    std::memcpy(archive.data(), signature, sizeof signature);
+    std::uint64_t offset = 0;
+    for (unsigned i = 8; i-- > 0;) {
+        offset = offset * 256 + archive[12 + i];
+    }
+    offset %= archive.size() - startHeaderSize + 1;
+    const std::size_t size = archive.size() - startHeaderSize - static_cast<std::size_t>(offset);
+    write(archive.data() + 12, offset, 8);
+    write(archive.data() + 20, size, 8);
+    write(archive.data() + 28, CrcCalc(archive.data() + startHeaderSize + offset, size), 4);
+    write(archive.data() + 8, CrcCalc(archive.data() + 12, 20), 4);
+}
+
+Status run(const std::vector<std::uint8_t> &bytes)
+{
+    InputSource source(bytes.data(), bytes.size());
+    Archive archive(source);
+    Status status = archive.open(0);
+    if (status != Status::Ok) {
+        return status;
+    }
+    Text program;
+    std::uint64_t totalBytes = 0;
+    if (!program.assign(u"main.exe", 8)) {
+        return Status::NoMemory;
+    }
+    status = checkContents(archive, program, upperCaseAscii, totalBytes);
+    // An archive without the program is unpacked as well: more of them reach the decoders.
+    if (status != Status::Ok && status != Status::ProgramMissing) {
+        return status;
+    }
+    CheckingSink sink(archive, totalBytes, outputLimit);
+    status = unpack(archive, sink, totalBytes);
+    sink.checkEnd(status);
+    return status;
+}
+
+} // namespace
+
+// Reading and unpacking: an archive of any bytes but for its check sums.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (size < startHeaderSize) {
+        return 0;
+    }
+    CrcGenerateTable();
+    std::vector<std::uint8_t> archive(data, data + size);
+    seal(archive);
+    // Nobody reads the minor version. Another one than the usual says which block of memory is refused.
+    const unsigned failing = archive[7] == usualMinorVersion ? 0 : archive[7] + 1u;
+    const std::size_t before = countedmemory::inUse();
+    countedmemory::reset(memoryLimit, failing);
+    run(archive);
+    require(countedmemory::inUse() == before, "all memory is given back");
+    return 0;
+}

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+/// Ends the fuzzer with the promise that was broken; the input is kept by the fuzzer's runtime.
+inline void require(bool holds, const char *promise)
+{
+    if (!holds) {
+        std::fprintf(stderr, "broken promise: %s\n", promise);
+        std::abort();
+    }
+}
