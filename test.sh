@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# Builds Kestrelpack and runs its tests, from nothing on a fresh Debian machine: the native ones, then
-# those that are Windows programs themselves, under Wine. The first run builds Qt for Windows, which takes a
+# Builds Kestrelpack and runs its tests, from nothing on a fresh Debian machine: the native ones, the fuzzers
+# for a minute or less each, then those that are Windows programs themselves, under Wine. The first run builds Qt for Windows, which takes a
 # quarter of an hour.
 #
 #   ./test.sh            every test
@@ -28,6 +28,9 @@ configure_and_build dev
 # The presets make a run without tests an error.
 status=0
 ctest --preset dev $selection || status=1
+require_packages $fuzz_packages
+configure_and_build fuzz
+ctest --preset fuzz || status=1
 [ -z "$selection" ] || exit $status
 
 require_packages $display_packages $windows_test_packages

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <map>
-#include <regex>
+#include <set>
 
 namespace windowsnames {
 
@@ -22,23 +22,24 @@ std::u16string lowered(std::u16string_view text)
     return result;
 }
 
-// For matching only: what is beyond ASCII becomes a letter of its own; the superscript digits one more.
-std::string forMatching(std::u16string_view text)
+std::set<std::u16string> reservedNames()
 {
-    std::string result;
-    for (const char16_t unit : lowered(text)) {
-        const bool superscript = unit == u'\u00b9' || unit == u'\u00b2' || unit == u'\u00b3';
-        result += unit < 0x80 ? static_cast<char>(unit) : (superscript ? '7' : 'X');
+    std::set<std::u16string> names{u"con", u"prn", u"aux", u"nul", u"conin$", u"conout$"};
+    for (const char16_t digit : std::u16string_view(u"0123456789\u00b9\u00b2\u00b3")) {
+        names.insert(std::u16string(u"com") + digit);
+        names.insert(std::u16string(u"lpt") + digit);
     }
-    return result;
+    return names;
 }
 
 bool isReserved(std::u16string_view name)
 {
-    static const std::regex devices("(con|prn|aux|nul|conin\\$|conout\\$|com[0-9]|lpt[0-9]) *");
-    const std::string text = forMatching(name.substr(0, name.find(u'.')));
-    // Longer names are none; the expression's engine recurses once a letter.
-    return text.size() <= 255 && std::regex_match(text, devices);
+    static const std::set<std::u16string> reserved = reservedNames();
+    std::u16string stem = lowered(name.substr(0, name.find(u'.')));
+    while (stem.ends_with(u' ')) {
+        stem.pop_back();
+    }
+    return reserved.contains(stem);
 }
 
 } // namespace

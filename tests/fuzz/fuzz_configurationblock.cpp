@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/core/configblock.h"
+#include "packaging/configurationblock.h"
+#include "packaging/outputname.h"
+#include "tests/fuzz/require.h"
+#include "tests/fuzz/windowsnames.h"
+
+#include <QRegularExpression>
+
+using namespace sfx;
+
+namespace {
+
+QString textOf(const Text &text)
+{
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+bool isWindowsName(const QString &name)
+{
+    return windowsnames::isName(name.toStdU16String());
+}
+
+// The template is filled piece by piece, so what looks like a placeholder is filled again; see
+// tst_configurationblock.
+bool looksLikePlaceholder(const QString &name)
+{
+    static const QRegularExpression placeholder(QStringLiteral("%L?[0-9]"));
+    return name.contains(placeholder);
+}
+
+} // namespace
+
+// What the packer writes for the program of this name, the module reads.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QString program = QString::fromUtf8(reinterpret_cast<const char *>(data),
+                                              static_cast<qsizetype>(size));
+    const QString base = outputBaseName(program);
+    const QByteArray bytes = configurationBlock(base, program).toUtf8();
+    ConfigBlock block;
+    std::size_t blockSize = 0;
+    const Status status = parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()),
+                                           block, blockSize);
+    if (status == Status::Ok) {
+        require(isWindowsName(textOf(block.runProgram)) && isWindowsName(textOf(block.folderName)),
+                "whatever is packed, names are plain");
+    }
+    if (!isWindowsName(program) || looksLikePlaceholder(program)) {
+        return 0;
+    }
+    require(status == Status::Ok && blockSize == static_cast<std::size_t>(bytes.size()),
+            "the module reads what the packer writes");
+    require(textOf(block.runProgram) == program, "the program comes through");
+    require(textOf(block.title) == base + QStringLiteral(" Portable"), "the title comes through");
+    require(textOf(block.folderName) == (isWindowsName(base) ? base : QStringLiteral("app")),
+            "the folder comes through, or is named app");
+    require(block.progress && !block.silent, "progress is shown, and messages are");
+    return 0;
+}

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/pe/icongroups.h"
+#include "helpers/pe/iconofprogram.h"
+#include "helpers/pe/resourceedit.h"
+#include "tests/fuzz/programfile.h"
+#include "tests/fuzz/require.h"
+
+#include <algorithm>
+
+using namespace pe;
+
+namespace {
+
+Bytes smallIcon()
+{
+    IconImage image;
+    image.width = image.height = 1;
+    image.bitCount = 32;
+    Bytes bitmap(40 + 4 + 4, 0x55);
+    write32(bitmap, 0, 40);
+    write32(bitmap, 4, 1);
+    write32(bitmap, 8, 2);
+    write16(bitmap, 14, 32);
+    image.data = bitmap;
+    return icoFileOf(image);
+}
+
+// An edit of a file of unknown origin either leaves it alone or does what it says.
+void checkEdit(ProgramFile &file, const TreeChange &change)
+{
+    const Bytes before = file.content();
+    const auto looksBefore = ProgramLooks::of(file);
+    const auto outcome = editResources(file.path(), file.path(), change);
+    const Bytes after = file.content();
+    if (outcome.hasError()) {
+        require(!outcome.error().what.empty(), "a refusal says why");
+        require(after == before, "a program that cannot be edited stays as it is");
+        return;
+    }
+    if (outcome.value() == EditOutcome::Unchanged) {
+        require(after == before, "nothing to do means nothing done");
+        return;
+    }
+    const auto looksAfter = ProgramLooks::of(file);
+    require(looksBefore && looksAfter, "an edited program can be read");
+    require(looksAfter->appended == looksBefore->appended, "appended data are kept");
+    if (looksBefore->isSound) {
+        require(looksAfter->others == looksBefore->others, "the other resources are kept");
+    }
+}
+
+} // namespace
+
+// Programs: any bytes. Their icon is read, taken out and set.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    ProgramFile file({data, size});
+    const auto icon = iconOfProgram(file.path());
+    if (!icon.hasError() && icon.value()) {
+        const auto images = parseIcoFile(*icon.value());
+        require(!images.hasError() && images.value().size() == 1,
+                "a program's icon is an icon file with one image");
+    }
+    require(file.content() == Bytes(data, data + size), "reading changes nothing");
+
+    checkEdit(file, [](ResourceTree &tree, const File &opened, const PeHeaders &headers) {
+        return Result<bool>(removeIconGroups(tree, opened, headers));
+    });
+    static const Bytes newIcon = smallIcon();
+    const auto images = parseIcoFile(newIcon);
+    bool isSet = false;
+    checkEdit(file, [&](ResourceTree &tree, const File &opened,
+                        const PeHeaders &headers) -> Result<bool> {
+        const auto set = setIconGroup(tree, opened, headers, {u"MAINICON", 0}, images.value());
+        if (set.hasError()) {
+            return set.error();
+        }
+        isSet = true;
+        return true;
+    });
+    const auto looks = ProgramLooks::of(file);
+    if (isSet && looks && looks->hasGroup) {
+        const auto shown = iconOfProgram(file.path());
+        require(!shown.hasError() && shown.value() == newIcon, "the icon that was set is shown");
+    }
+    return 0;
+}

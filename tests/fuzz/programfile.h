@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/pe/resourcetree.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+
+/// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long as the
+/// object.
+class ProgramFile
+{
+public:
+    explicit ProgramFile(pe::ByteView content);
+    ProgramFile(const ProgramFile &) = delete;
+    ProgramFile &operator=(const ProgramFile &) = delete;
+    ~ProgramFile();
+
+    const std::filesystem::path &path() const { return m_path; }
+    pe::Bytes content() const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// What an edit of a program's icon must leave alone.
+struct ProgramLooks
+{
+    pe::Bytes appended; // behind the image
+    std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by their path in the tree
+    bool hasGroup = false; // of icons
+    bool isSound = false; // no two sections share bytes of the file
+
+    /// Nothing: it cannot be read.
+    static std::optional<ProgramLooks> of(const ProgramFile &file);
+};
