@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # Builds Kestrelpack and runs its tests, from nothing on a fresh Debian machine: the native ones, the fuzzers
-# for a minute or less each, then those that are Windows programs themselves, under Wine. The first run builds Qt for Windows, which takes a
-# quarter of an hour.
+# for a minute or less each, then those that are Windows programs themselves, under Wine. The first run builds
+# Qt for Windows, which takes a quarter of an hour.
 #
 #   ./test.sh            every test
 #   ./test.sh --native   only native programs, and without the tests that start Windows programs

@@ -6,7 +6,6 @@
 #include "tests/fuzz/require.h"
 
 #include <fstream>
-#include <iterator>
 #include <unistd.h>
 
 using namespace pe;
@@ -106,8 +105,9 @@ ProgramFile::~ProgramFile()
 
 Bytes ProgramFile::content() const
 {
-    std::ifstream file(m_path, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(file), {});
+    const auto file = File::open(m_path, File::Access::Read);
+    require(!file.hasError(), "the file is there");
+    return file.value().readAt(0, static_cast<std::size_t>(file.value().size())).value();
 }
 
 std::optional<ProgramLooks> ProgramLooks::of(const ProgramFile &program)
