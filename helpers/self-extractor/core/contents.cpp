@@ -3,6 +3,9 @@
 
 #include "helpers/self-extractor/core/unpacker.h"
 
+#include "helpers/self-extractor/core/foldercheck.h"
+#include "helpers/self-extractor/core/lzmastream.h"
+
 #include <cstring>
 
 namespace sfx {
@@ -48,6 +51,17 @@ Status measure(Archive &archive, std::uint64_t &totalBytes, std::size_t &totalUn
     return Status::Ok;
 }
 
+Status checkFolders(const CSzAr &streams)
+{
+    for (std::uint32_t i = 0; i < streams.NumFolders; ++i) {
+        const Status status = checkFolder(streams, i, maxDictionarySize);
+        if (status != Status::Ok) {
+            return status;
+        }
+    }
+    return Status::Ok;
+}
+
 } // namespace
 
 Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
@@ -55,6 +69,9 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
 {
     std::size_t totalUnits = 0;
     Status status = measure(archive, totalBytes, totalUnits);
+    if (status == Status::Ok) {
+        status = checkFolders(archive.tables().db);
+    }
     if (status != Status::Ok) {
         return status;
     }

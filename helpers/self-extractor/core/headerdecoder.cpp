@@ -5,6 +5,8 @@
 // whole blocks in memory and knows fewer combinations; ours is the one that unpacks the files
 // anyway.
 
+#include "helpers/self-extractor/core/archive.h"
+#include "helpers/self-extractor/core/foldercheck.h"
 #include "helpers/self-extractor/core/folderchain.h"
 #include "helpers/self-extractor/core/lookstream.h"
 
@@ -19,8 +21,10 @@ extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex,
     LookStream &look = LookStream::of(stream);
     Owned<Stream> chain;
     std::size_t got = 0;
-    Status status
-        = openFolder(*streams, folderIndex, look.source(), look.offset() + startPos, chain);
+    Status status = checkFolder(*streams, folderIndex, Archive::headerBudget);
+    if (status == Status::Ok) {
+        status = openFolder(*streams, folderIndex, look.source(), look.offset() + startPos, chain);
+    }
     if (status == Status::Ok) {
         status = readFully(*chain, outBuffer, outSize, got);
     }

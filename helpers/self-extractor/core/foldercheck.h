@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/core/status.h"
+
+#include "7z.h"
+
+namespace sfx {
+
+/// Looks at how one folder (7-Zip's word, see openFolder()) is packed, before memory is taken for it or anything
+/// is read. Unsupported: a method that this module does not have, or dictionaries that need more than
+/// `memory` bytes together. Damaged: coders that feed each other in a circle.
+Status checkFolder(const CSzAr &streams, std::uint32_t folderIndex, std::uint64_t memory);
+
+} // namespace sfx

@@ -1,0 +1,245 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/hostilerun.h"
+
+#include <QTest>
+#include <QtEndian>
+
+using namespace sfx;
+
+Q_DECLARE_METATYPE(forge::Folder)
+Q_DECLARE_METATYPE(Refused)
+
+namespace {
+
+const QByteArray lzma = QByteArray::fromHex("030101");
+const QByteArray lzma2 = QByteArray::fromHex("21");
+const QByteArray bcj2 = QByteArray::fromHex("0303011b");
+constexpr quint64 giB = quint64(1) << 30;
+
+forge::Coder coder(const char *method, const QByteArray &properties = {}, quint64 inputs = 1)
+{
+    return {QByteArray::fromHex(method), properties, inputs};
+}
+
+// LZMA's five property bytes: the usual context bits, and the dictionary.
+QByteArray lzmaProperties(quint32 dictionary)
+{
+    QByteArray bytes(5, '\x5d');
+    qToLittleEndian(dictionary, bytes.data() + 1);
+    return bytes;
+}
+
+// Coders one behind the other, each with this unpacked size; the first one's output is the file.
+forge::Folder chain(const QList<forge::Coder> &coders, quint64 size = 16)
+{
+    forge::Folder folder{coders};
+    for (qsizetype i = 0; i < coders.size(); ++i) {
+        folder.unpackSizes << size;
+        if (i > 0) {
+            folder.bonds << QPair(quint64(i - 1), quint64(i));
+        }
+    }
+    return folder;
+}
+
+forge::Folder lzmaChain(int count, quint32 dictionary, quint64 size)
+{
+    return chain(QList<forge::Coder>(count, {lzma, lzmaProperties(dictionary)}), size);
+}
+
+forge::ArchivePlan planOf(const forge::Folder &folder)
+{
+    forge::ArchivePlan plan = planWith({});
+    plan.folders = {folder};
+    return plan;
+}
+
+} // namespace
+
+/// Methods that the module does not have, wirings that make no sense, and dictionaries that nobody can hold.
+class TestHostileCoders : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void takesChains();
+    void refusesFolders_data();
+    void refusesFolders();
+    void looksAtAllFoldersFirst();
+    void boundsHeadersToo_data();
+    void boundsHeadersToo();
+
+private:
+    static void addMethods();
+    static void addWirings();
+    static void addDictionaries();
+};
+
+void TestHostileCoders::takesChains()
+{
+    const forge::Coder copy;
+    for (const int length : {1, 2, 3, 4}) {
+        const HostileRun run
+            = runHostile(forge::archiveOf(planOf(chain(QList<forge::Coder>(length, copy)))));
+        QCOMPARE(run.status, Status::Ok);
+        QCOMPARE(run.files, QList<QString>{"main.exe"});
+    }
+}
+
+namespace {
+
+void row(const char *name, const forge::Folder &folder, Status status,
+         Refused when = Refused::BeforeWriting)
+{
+    QTest::newRow(name) << folder << status << when;
+}
+
+} // namespace
+
+void TestHostileCoders::addMethods()
+{
+    row("PPMd", chain({coder("030401", QByteArray(5, 6))}), Status::Unsupported);
+    row("BZip2", chain({coder("040202")}), Status::Unsupported);
+    row("Deflate", chain({coder("040108")}), Status::Unsupported);
+    row("AES", chain({coder("06f10701", QByteArray(2, 0x13))}), Status::Unsupported);
+    row("AES over LZMA", chain({{lzma, lzmaProperties(1 << 16)}, coder("06f10701", "x")}),
+        Status::Unsupported);
+    row("a method that nobody has", chain({coder("7f123456")}), Status::Unsupported);
+    row("a method of eight bytes", chain({coder("2100000000000000")}), Status::Unsupported);
+    row("a method of fifteen bytes", chain({{QByteArray(15, 'x')}}), Status::Unsupported);
+    row("LZMA without its properties", chain({{lzma}}), Status::Unsupported);
+    row("LZMA with four bytes of properties", chain({{lzma, QByteArray(4, '\0')}}),
+        Status::Unsupported);
+    row("LZMA2 with two bytes of properties", chain({{lzma2, QByteArray(2, '\0')}}),
+        Status::Unsupported);
+    row("LZMA with context bits that there are not",
+        chain({{lzma, QByteArray(1, '\xff') + lzmaProperties(1 << 16).mid(1)}}),
+        Status::Unsupported, Refused::WhileWriting);
+    row("ARM64 that begins between instructions", chain({coder("0a", QByteArray(4, 1))}),
+        Status::Unsupported, Refused::WhileWriting);
+    row("Delta without its distance", chain({coder("03")}), Status::Unsupported,
+        Refused::WhileWriting);
+    row("LZMA that is none", lzmaChain(1, 1 << 16, 16), Status::Damaged, Refused::WhileWriting);
+}
+
+void TestHostileCoders::addWirings()
+{
+    const forge::Coder copy;
+    const QList<forge::Coder> three(3, copy);
+    const QList<quint64> sizes(4, 16);
+    row("coders in a circle", {three, {{0, 1}, {1, 0}}, {}, sizes.mid(0, 3)}, Status::Damaged);
+    row("a larger circle", {QList<forge::Coder>(4, copy), {{0, 1}, {1, 2}, {2, 0}}, {}, sizes},
+        Status::Damaged);
+    row("a coder that feeds itself",
+        {QList<forge::Coder>(2, copy), {{0, 0}}, {}, sizes.mid(0, 2)}, Status::Damaged);
+    row("an output used twice", {three, {{0, 2}, {1, 2}}, {}, sizes.mid(0, 3)}, Status::Damaged);
+    row("an input fed twice", {three, {{0, 1}, {0, 2}}, {}, sizes.mid(0, 3)}, Status::Damaged);
+    row("an input that is not there", {three, {{7, 1}, {1, 2}}, {}, sizes.mid(0, 3)},
+        Status::Damaged);
+    row("a coder that is not there", {three, {{0, 7}, {1, 2}}, {}, sizes.mid(0, 3)},
+        Status::Damaged);
+    row("five coders", chain(QList<forge::Coder>(5, copy)), Status::Unsupported);
+    row("33 coders", chain(QList<forge::Coder>(33, copy)), Status::Unsupported);
+    row("65 coders", chain(QList<forge::Coder>(65, copy)), Status::Unsupported);
+    row("no coder", {{}, {}, {}, {}}, Status::Unsupported);
+    row("a coder without an input", chain({coder("00", {}, 0)}), Status::Unsupported);
+    row("a coder with two outputs", chain({{QByteArray(1, '\0'), {}, 1, 2}}), Status::Unsupported);
+    row("a coder with 4 Gi inputs", chain({coder("00", {}, 4 * giB)}), Status::Unsupported);
+    row("BCJ2 with one input", chain({{bcj2}}), Status::Unsupported);
+    row("BCJ2 with more inputs than there are streams", {{{bcj2, {}, 4}}, {}, {0, 1, 2, 3}, {16}},
+        Status::Damaged);
+    row("Copy with four inputs", {{coder("00", {}, 4)}, {}, {0, 1, 2, 3}, {16}}, Status::Damaged);
+}
+
+void TestHostileCoders::addDictionaries()
+{
+    row("a dictionary of 4 GiB for a file of 5", lzmaChain(1, 0xffffffff, 5 * giB),
+        Status::Unsupported);
+    row("a dictionary of 4 GiB for a file of 8 EiB", lzmaChain(1, 0xffffffff, quint64(1) << 63),
+        Status::Unsupported);
+    row("a dictionary a byte larger than allowed", lzmaChain(1, (1536u << 20) + 1, 5 * giB),
+        Status::Unsupported);
+    row("LZMA2 with a dictionary of 4 GiB",
+        chain({{lzma2, QByteArray(1, 40)}}, 5 * giB), Status::Unsupported);
+    row("LZMA2 with a dictionary beyond all", chain({{lzma2, QByteArray(1, 41)}}, 5 * giB),
+        Status::Unsupported);
+    row("four dictionaries of 1 GiB", lzmaChain(4, 1u << 30, 5 * giB), Status::Unsupported);
+    row("two dictionaries that are too large together", lzmaChain(2, 769u << 20, 5 * giB),
+        Status::Unsupported);
+    row("a dictionary of 4 GiB for a small file, which needs none", lzmaChain(1, 0xffffffff, 16),
+        Status::Damaged, Refused::WhileWriting);
+}
+
+void TestHostileCoders::refusesFolders_data()
+{
+    QTest::addColumn<forge::Folder>("folder");
+    QTest::addColumn<Status>("status");
+    QTest::addColumn<Refused>("when");
+    addMethods();
+    addWirings();
+    addDictionaries();
+}
+
+void TestHostileCoders::refusesFolders()
+{
+    QFETCH(forge::Folder, folder);
+    QFETCH(Refused, when);
+    const HostileRun run = runHostile(forge::archiveOf(planOf(folder)));
+    QTEST(run.status, "status");
+    QCOMPARE(run.hasBegun, when == Refused::WhileWriting);
+    QVERIFY(run.written <= 16 && run.files.isEmpty());
+    QVERIFY2(run.peakMemory < 2u << 20, qPrintable(QString::number(run.peakMemory)));
+}
+
+// A folder that cannot be unpacked stops the one before it.
+void TestHostileCoders::looksAtAllFoldersFirst()
+{
+    forge::ArchivePlan plan = planWith({});
+    plan.files << forge::File{"a.dll", "evil"};
+    plan.packed += "evil";
+    plan.packCount = plan.folderCount = plan.fileCount = 2;
+    plan.packSizes << 4;
+    plan.folders << forge::Folder{.unpackSizes = {4}};
+    plan.streamCounts << 1;
+    plan.checkSums << forge::checkSum("evil");
+    QCOMPARE(runHostile(forge::archiveOf(plan)).status, Status::Ok);
+    plan.folders[1].coders[0].method = QByteArray::fromHex("06f10701");
+    const HostileRun run = runHostile(forge::archiveOf(plan));
+    QCOMPARE(run.status, Status::Unsupported);
+    QVERIFY(!run.hasBegun);
+}
+
+void TestHostileCoders::boundsHeadersToo_data()
+{
+    QTest::addColumn<forge::Folder>("folder");
+    QTest::addColumn<Status>("status");
+    const auto small = [](forge::Folder folder) {
+        folder.unpackSizes[0] = 16;
+        return folder;
+    };
+    QTest::newRow("four dictionaries of 1 GiB") << small(lzmaChain(4, 1u << 30, 5 * giB))
+                                                << Status::Unsupported;
+    QTest::newRow("a dictionary of 300 MiB behind a small one")
+        << small(lzmaChain(2, 300u << 20, 5 * giB)) << Status::Unsupported;
+    QTest::newRow("AES") << chain({coder("06f10701", "x")}) << Status::Unsupported;
+    QTest::newRow("coders in a circle")
+        << forge::Folder{QList<forge::Coder>(3), {{0, 1}, {1, 0}}, {}, {16, 16, 16}}
+        << Status::Damaged;
+}
+
+// What packs the header is bounded like what packs the files.
+void TestHostileCoders::boundsHeadersToo()
+{
+    QFETCH(forge::Folder, folder);
+    const QByteArray packed(16, 'x');
+    const HostileRun run = runHostile(
+        forge::archiveOf(packed, forge::encodedHeader(folder, 0, 16, forge::checkSum(packed))));
+    QTEST(run.status, "status");
+    QVERIFY(!run.hasBegun);
+    QVERIFY2(run.peakMemory < 1u << 20, qPrintable(QString::number(run.peakMemory)));
+}
+
+QTEST_APPLESS_MAIN(TestHostileCoders)
+#include "tst_hostilecoders.moc"
