@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/damagedproduct.h"
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QTest>
+
+using namespace sfx;
+
+/// A whole produced file that was cut or altered on its way: the module as it is, block and archive. No
+/// program is started here; tst_damagedstart does.
+class TestDamagedProduct : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void unpacksWhole();
+    void refusesEveryTruncation_data();
+    void refusesEveryTruncation();
+    void neverUnpacksSomethingElse_data();
+    void neverUnpacksSomethingElse();
+
+private:
+    Tree m_tree;
+    QByteArray m_head;    // the module
+    QByteArray m_product; // with block and archive
+};
+
+void TestDamagedProduct::initTestCase()
+{
+    m_tree = mixedTree();
+    m_tree[QStringLiteral("main.exe")].truncate(100000);
+    m_tree[QStringLiteral("text/long.txt")].truncate(100000);
+    m_tree[QStringLiteral("lib/code.bin")].truncate(100000);
+    m_tree.remove(QStringLiteral("noise.dat"));
+    m_head = contentOf(QStringLiteral(KESTRELPACK_TEST_MODULE));
+    const QByteArray archive = packTree(m_tree, {QStringLiteral("-mx=5")});
+    QVERIFY(!m_head.isEmpty() && !archive.isEmpty());
+    m_product = m_head + ModuleRun::blockFor(QStringLiteral("main.exe")) + archive;
+}
+
+void TestDamagedProduct::unpacksWhole()
+{
+    Tree unpacked;
+    QCOMPARE(unpackProduct(m_product, unpacked), Status::Ok);
+    QVERIFY(unpacked == m_tree);
+}
+
+void TestDamagedProduct::refusesEveryTruncation_data()
+{
+    QTest::addColumn<bool>("ofThePayload");
+    QTest::newRow("of the whole file") << false;
+    QTest::newRow("of block and archive") << true;
+}
+
+void TestDamagedProduct::refusesEveryTruncation()
+{
+    QFETCH(bool, ofThePayload);
+    const qsizetype begin = ofThePayload ? m_head.size() : 0;
+    for (int percent = 0; percent < 100; ++percent) {
+        const qsizetype length = begin + (m_product.size() - begin) * percent / 100;
+        Tree unpacked;
+        const Status status = unpackProduct(m_product.left(length), unpacked);
+        QVERIFY2(status == Status::Damaged, qPrintable(QString::number(percent)));
+        QVERIFY2(unpacked != m_tree, qPrintable(QString::number(percent)));
+    }
+}
+
+void TestDamagedProduct::neverUnpacksSomethingElse_data()
+{
+    QTest::addColumn<int>("begin");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("mostUnharmed");
+    const auto size = static_cast<int>(m_product.size());
+    const auto head = static_cast<int>(m_head.size());
+    const auto block = static_cast<int>(ModuleRun::blockFor(QStringLiteral("main.exe")).size());
+    QTest::newRow("block and archive") << head << size - head << 20;
+    // Most of its bytes are text that unpacking does not depend on.
+    QTest::newRow("the block alone") << head << block << 600;
+    QTest::newRow("the start header alone") << head + block << 32 << 60;
+    QTest::newRow("the header alone") << size - 200 << 200 << 60;
+}
+
+void TestDamagedProduct::neverUnpacksSomethingElse()
+{
+    QFETCH(int, begin);
+    QFETCH(int, length);
+    QFETCH(int, mostUnharmed);
+    constexpr quint32 seed = 20261121;
+    QRandomGenerator random(seed);
+    int unharmed = 0;
+    for (int i = 0; i < 1000; ++i) {
+        QByteArray part = m_product.mid(begin, length);
+        const qsizetype at = flipByte(part, 0, random);
+        Tree unpacked;
+        const Status status = unpackProduct(
+            m_product.left(begin) + part + m_product.mid(begin + length), unpacked);
+        QVERIFY2(status != Status::Ok || unpacked == m_tree, qPrintable(QString::number(at)));
+        unharmed += status == Status::Ok ? 1 : 0;
+    }
+    qInfo("seed %u: %d of 1000 altered files unpack to the same", seed, unharmed);
+    QVERIFY(unharmed <= mostUnharmed);
+}
+
+QTEST_APPLESS_MAIN(TestDamagedProduct)
+#include "tst_damagedproduct.moc"
