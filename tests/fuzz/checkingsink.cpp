@@ -96,7 +96,8 @@ Status CheckingSink::write(const std::uint8_t *data, std::size_t size)
 
 Status CheckingSink::endFile(const Entry &file)
 {
-    require(m_isInFile && !m_isFull && pathOf(file) == m_path, "the file that ends is the open one");
+    require(m_isInFile && !m_isFull && pathOf(file) == m_path,
+            "the file that ends is the open one");
     require(m_inFile == file.size, "a file has its size");
     if (file.size != 0) {
         const CSzBitUi32s &sums = m_archive.tables().CRCs;

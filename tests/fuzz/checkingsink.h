@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order of calls,
-/// names, sizes, check sums.
+/// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order
+/// of calls, names, sizes, check sums.
 class CheckingSink final : public sfx::UnpackSink
 {
 public:

@@ -26,8 +26,8 @@ void write(std::uint8_t *to, std::uint64_t value, unsigned width)
     }
 }
 
-// Check sums keep chance away from the parser. Here they are made right: the input's last part is the
-// header, from the offset on that the start header names.
+// Check sums keep chance away from the parser. Here they are made right: the input's last part is
+// the header, from the offset on that the start header names.
 void seal(std::vector<std::uint8_t> &archive)
 {
     static constexpr std::uint8_t signature[] = {'7', 'z', 0xbc, 0xaf, 0x27, 0x1c, 0};
@@ -79,7 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     CrcGenerateTable();
     std::vector<std::uint8_t> archive(data, data + size);
     seal(archive);
-    // Nobody reads the minor version. Another one than the usual says which block of memory is refused.
+    // Nobody reads the minor version. Another one than the usual says which block of memory is
+    // refused.
     const unsigned failing = archive[7] == usualMinorVersion ? 0 : archive[7] + 1u;
     const std::size_t before = countedmemory::inUse();
     countedmemory::reset(memoryLimit, failing);

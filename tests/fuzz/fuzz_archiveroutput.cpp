@@ -42,13 +42,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0) {
         return 0;
     }
-    const QByteArray bytes(reinterpret_cast<const char *>(data + 1), static_cast<qsizetype>(size - 1));
+    const QByteArray bytes(reinterpret_cast<const char *>(data + 1),
+                           static_cast<qsizetype>(size - 1));
     const QString text = QString::fromUtf8(bytes);
     const auto percentage = firstPercentage(text);
     require(percentage == expected(text), "a percentage is the digits before the first sign");
 
     const qsizetype cut = text.isEmpty() ? 0 : data[0] % text.size();
-    const bool cutsNumber = cut > 0 && isDigit(text[cut - 1]) && (isDigit(text[cut]) || text[cut] == u'%');
+    const bool cutsNumber = cut > 0 && isDigit(text[cut - 1])
+        && (isDigit(text[cut]) || text[cut] == u'%');
     if (!cutsNumber) {
         const auto left = firstPercentage(text.left(cut));
         require(percentage == (left ? left : firstPercentage(text.mid(cut))),

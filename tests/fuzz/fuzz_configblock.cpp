@@ -47,7 +47,8 @@ bool hasLine(std::string_view block, const std::string &line)
 void checkAccepted(std::string_view block, const ConfigBlock &parsed)
 {
     require(block.size() <= maxBlockSize, "a block has at most 64 KiB");
-    require(block.starts_with(";!@Install@!UTF-8!\n") || block.starts_with(";!@Install@!UTF-8!\r\n"),
+    require(block.starts_with(";!@Install@!UTF-8!\n")
+                || block.starts_with(";!@Install@!UTF-8!\r\n"),
             "a block begins with its first marker");
     require(block.ends_with("\n;!@InstallEnd@!\n") || block.ends_with("\n;!@InstallEnd@!\r\n"),
             "a block ends with its last marker");

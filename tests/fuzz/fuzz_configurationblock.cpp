@@ -42,8 +42,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes = configurationBlock(base, program).toUtf8();
     ConfigBlock block;
     std::size_t blockSize = 0;
-    const Status status = parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()),
-                                           block, blockSize);
+    const auto bytesSize = static_cast<std::size_t>(bytes.size());
+    const Status status = parseConfigBlock(bytes.constData(), bytesSize, block, blockSize);
     if (status == Status::Ok) {
         require(isWindowsName(textOf(block.runProgram)) && isWindowsName(textOf(block.folderName)),
                 "whatever is packed, names are plain");
@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!isWindowsName(program) || looksLikePlaceholder(program)) {
         return 0;
     }
-    require(status == Status::Ok && blockSize == static_cast<std::size_t>(bytes.size()),
+    require(status == Status::Ok && blockSize == bytesSize,
             "the module reads what the packer writes");
     require(textOf(block.runProgram) == program, "the program comes through");
     require(textOf(block.title) == base + QStringLiteral(" Portable"), "the title comes through");

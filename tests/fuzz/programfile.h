@@ -9,8 +9,8 @@
 #include <map>
 #include <optional>
 
-/// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long as the
-/// object.
+/// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long
+/// as the object.
 class ProgramFile
 {
 public:
@@ -30,7 +30,7 @@ private:
 struct ProgramLooks
 {
     pe::Bytes appended; // behind the image
-    std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by their path in the tree
+    std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by path
     bool hasGroup = false; // of icons
     bool isSound = false; // no two sections share bytes of the file
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// Windows' rules for file names, written a second time and in another way than the module's, to hold
-/// the module's against them.
+/// Windows' rules for file names, written a second time and in another way than the module's, to
+/// hold the module's against them.
 namespace windowsnames {
 
 /// Whether this is one plain name.
@@ -21,8 +21,8 @@ struct Path {
     bool isFolder = false;
 };
 
-/// Whether two of the paths are one to a file system that does not tell small from capital ASCII letters,
-/// or one lies in another that is a file.
+/// Whether two of the paths are one to a file system that does not tell small from capital ASCII
+/// letters, or one lies in another that is a file.
 bool anyCollide(const std::vector<Path> &paths);
 
 } // namespace windowsnames

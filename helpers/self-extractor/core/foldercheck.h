@@ -9,9 +9,9 @@
 
 namespace sfx {
 
-/// Looks at how one folder (7-Zip's word, see openFolder()) is packed, before memory is taken for it or anything
-/// is read. Unsupported: a method that this module does not have, or dictionaries that need more than
-/// `memory` bytes together. Damaged: coders that feed each other in a circle.
+/// Looks at how one folder (7-Zip's word, see openFolder()) is packed, before memory is taken for
+/// it or anything is read. Unsupported: a method that this module does not have, or dictionaries
+/// that need more than `memory` bytes together. Damaged: coders that feed each other in a circle.
 Status checkFolder(const CSzAr &streams, std::uint32_t folderIndex, std::uint64_t memory);
 
 } // namespace sfx

@@ -10,8 +10,8 @@
 
 #include <optional>
 
-/// Writes 7z archives (7-Zip, DOC/7zFormat.txt) whose every field can be forged, while the check sums are
-/// right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
+/// Writes 7z archives (7-Zip, DOC/7zFormat.txt) whose every field can be forged, while the check
+/// sums are right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
 namespace forge {
 
 struct File {

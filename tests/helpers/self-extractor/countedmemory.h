@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-/// The module's memory, counted. A program that is linked with this file has it in place of the core's
-/// own; blocks may be asked for and given back by several threads.
+/// The module's memory, counted. A program that is linked with this file has it in place of the
+/// core's own; blocks may be asked for and given back by several threads.
 namespace countedmemory {
 
 constexpr std::size_t unlimited = static_cast<std::size_t>(-1);

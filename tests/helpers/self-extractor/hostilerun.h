@@ -13,7 +13,7 @@ Q_DECLARE_METATYPE(sfx::Status)
 /// When an archive is refused.
 enum class Refused {
     BeforeWriting, ///< the sink has not been called
-    WhileWriting,  ///< only decoding shows what is wrong; what has been written is removed by the caller
+    WhileWriting,  ///< only decoding shows what is wrong
 };
 
 /// What became of an archive that somebody made up.
@@ -25,8 +25,8 @@ struct HostileRun {
     std::size_t peakMemory = 0;   ///< in bytes, the archive itself left out
 };
 
-/// Opens, checks and unpacks as the module does, for the program `main.exe`; what is unpacked is thrown
-/// away, and after 64 MiB the disk is full.
+/// Opens, checks and unpacks as the module does, for the program `main.exe`; what is unpacked is
+/// thrown away, and after 64 MiB the disk is full.
 HostileRun runHostile(const QByteArray &archive);
 
 /// `main.exe`, small.

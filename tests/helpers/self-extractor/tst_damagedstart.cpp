@@ -29,7 +29,8 @@ bool isRefusal(quint32 exitCode)
 
 } // namespace
 
-/// Starts produced files that were cut or altered: the program in them runs only if all of it is as packed.
+/// Starts produced files that were cut or altered: the program in them runs only if all of it is as
+/// packed.
 class TestDamagedStart : public QObject
 {
     Q_OBJECT

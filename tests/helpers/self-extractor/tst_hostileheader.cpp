@@ -83,7 +83,8 @@ void TestHostileHeader::addSizes()
 {
     using Plan = forge::ArchivePlan;
     const auto late = Refused::WhileWriting;
-    row("a file of 4 EiB", [](Plan &p) { p.folders[0].unpackSizes = {huge / 2}; }, Status::Damaged, late);
+    row("a file of 4 EiB",
+        [](Plan &p) { p.folders[0].unpackSizes = {huge / 2}; }, Status::Damaged, late);
     row("a file of 8 EiB, negative to some",
         [](Plan &p) { p.folders[0].unpackSizes = {huge}; }, Status::Damaged, late);
     row("a file of all the bytes there can be",
@@ -252,7 +253,8 @@ void TestHostileHeader::boundsHeaders_data()
         << headerThatUnpacksTo(1u << 30) << Status::NoMemory;
     QTest::newRow("a header that unpacks to 256 MiB and a byte")
         << headerThatUnpacksTo((256u << 20) + 1) << Status::NoMemory;
-    QTest::newRow("a header that unpacks to 8 EiB") << headerThatUnpacksTo(huge) << Status::NoMemory;
+    QTest::newRow("a header that unpacks to 8 EiB")
+        << headerThatUnpacksTo(huge) << Status::NoMemory;
     QTest::newRow("a header that unpacks to nothing") << headerThatUnpacksTo(0) << Status::Damaged;
     QTest::newRow("a header of 64 MiB of zeros")
         << forge::archiveOf("", QByteArray(64 << 20, '\0')) << Status::Unsupported;
@@ -271,7 +273,8 @@ void TestHostileHeader::boundsHeaders()
     QVERIFY2(run.peakMemory < most, qPrintable(QString::number(run.peakMemory)));
 }
 
-// As many entries as the budget for tables allows, nearly. To compare their names takes memory of its own.
+// As many entries as the budget for tables allows, nearly. To compare their names takes memory of
+// its own.
 void TestHostileHeader::boundsVeryManyNames()
 {
     constexpr int count = 7000000;
