@@ -27,8 +27,8 @@ Bytes smallIcon()
     return icoFileOf(image);
 }
 
-// An edit of a file of unknown origin either leaves it alone or does what it says.
-void checkEdit(ProgramFile &file, const TreeChange &change)
+// An edit of a file of unknown origin either leaves it alone or does what it says. Whether it did.
+bool checkEdit(ProgramFile &file, const TreeChange &change)
 {
     const Bytes before = file.content();
     const auto looksBefore = ProgramLooks::of(file);
@@ -37,18 +37,23 @@ void checkEdit(ProgramFile &file, const TreeChange &change)
     if (outcome.hasError()) {
         require(!outcome.error().what.empty(), "a refusal says why");
         require(after == before, "a program that cannot be edited stays as it is");
-        return;
+        return false;
     }
     if (outcome.value() == EditOutcome::Unchanged) {
         require(after == before, "nothing to do means nothing done");
-        return;
+        return false;
     }
     const auto looksAfter = ProgramLooks::of(file);
     require(looksBefore && looksAfter, "an edited program can be read");
     require(looksAfter->appended == looksBefore->appended, "appended data are kept");
-    if (looksBefore->isSound) {
-        require(looksAfter->others == looksBefore->others, "the other resources are kept");
+    // A section that grows may bring content within reach that was outside.
+    for (const auto &[path, content] : looksBefore->others) {
+        const auto kept = looksAfter->others.find(path);
+        require(!looksBefore->isSound
+                    || (kept != looksAfter->others.end() && kept->second == content),
+                "the other resources are kept");
     }
+    return true;
 }
 
 } // namespace
@@ -68,20 +73,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     checkEdit(file, [](ResourceTree &tree, const File &opened, const PeHeaders &headers) {
         return Result<bool>(removeIconGroups(tree, opened, headers));
     });
+    const auto bare = ProgramLooks::of(file);
     static const Bytes newIcon = smallIcon();
     const auto images = parseIcoFile(newIcon);
-    bool isSet = false;
-    checkEdit(file, [&](ResourceTree &tree, const File &opened,
-                        const PeHeaders &headers) -> Result<bool> {
+    const bool isSet = checkEdit(file, [&](ResourceTree &tree, const File &opened,
+                                           const PeHeaders &headers) -> Result<bool> {
         const auto set = setIconGroup(tree, opened, headers, {u"MAINICON", 0}, images.value());
         if (set.hasError()) {
             return set.error();
         }
-        isSet = true;
         return true;
     });
-    const auto looks = ProgramLooks::of(file);
-    if (isSet && looks && looks->hasGroup) {
+    if (isSet && bare && !bare->hasGroup) {
         const auto shown = iconOfProgram(file.path());
         require(!shown.hasError() && shown.value() == newIcon, "the icon that was set is shown");
     }
