@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/fuzz/checkingsink.h"
+#include "tests/fuzz/discardingsink.h"
 #include "tests/fuzz/inputsource.h"
 #include "tests/fuzz/require.h"
 #include "tests/helpers/self-extractor/countedmemory.h"
@@ -44,7 +45,7 @@ void seal(std::vector<std::uint8_t> &archive)
     write(archive.data() + 8, CrcCalc(archive.data() + 12, 20), 4);
 }
 
-Status run(const std::vector<std::uint8_t> &bytes)
+Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
 {
     InputSource source(bytes.data(), bytes.size());
     Archive archive(source);
@@ -61,6 +62,11 @@ Status run(const std::vector<std::uint8_t> &bytes)
     // An archive without the program is unpacked as well: more of them reach the decoders.
     if (status != Status::Ok && status != Status::ProgramMissing) {
         return status;
+    }
+    if (threads > 1) {
+        std::atomic<std::uint64_t> written = 0;
+        DiscardingSink sink(written, outputLimit);
+        return unpack(archive, sink, totalBytes, {threads});
     }
     CheckingSink sink(archive, totalBytes, outputLimit);
     status = unpack(archive, sink, totalBytes);
@@ -84,7 +90,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const unsigned failing = archive[7] == usualMinorVersion ? 0 : archive[7] + 1u;
     const std::size_t before = countedmemory::inUse();
     countedmemory::reset(memoryLimit, failing);
-    run(archive);
+    const Status inOne = run(archive, 1);
+    countedmemory::reset(memoryLimit, failing);
+    const Status inTwo = run(archive, 2);
+    // Two decoders take more memory than one; apart from that they come to the same end.
+    require((inOne == Status::Ok) == (inTwo == Status::Ok) || inOne == Status::NoMemory
+                || inTwo == Status::NoMemory,
+            "several threads unpack what one does");
     require(countedmemory::inUse() == before, "all memory is given back");
     return 0;
 }

@@ -51,15 +51,17 @@ Status measure(Archive &archive, std::uint64_t &totalBytes, std::size_t &totalUn
     return Status::Ok;
 }
 
-Status checkFolders(const CSzAr &streams)
+Status checkFolders(const Archive &archive)
 {
-    for (std::uint32_t i = 0; i < streams.NumFolders; ++i) {
-        const Status status = checkFolder(streams, i, maxDictionarySize);
-        if (status != Status::Ok) {
-            return status;
+    Status status = Status::Ok;
+    for (std::uint32_t i = 0; status == Status::Ok && i < archive.tables().db.NumFolders; ++i) {
+        FolderPlan plan;
+        status = readFolderPlan(archive.tables().db, i, archive.source(), archive.packBase(), plan);
+        if (status == Status::Ok) {
+            status = checkFolder(plan, maxDictionarySize);
         }
     }
-    return Status::Ok;
+    return status;
 }
 
 } // namespace
@@ -70,7 +72,7 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
     std::size_t totalUnits = 0;
     Status status = measure(archive, totalBytes, totalUnits);
     if (status == Status::Ok) {
-        status = checkFolders(archive.tables().db);
+        status = checkFolders(archive);
     }
     if (status != Status::Ok) {
         return status;

@@ -5,7 +5,6 @@
 
 #include "helpers/self-extractor/core/bcj2stream.h"
 #include "helpers/self-extractor/core/filterstream.h"
-#include "helpers/self-extractor/core/folderplan.h"
 #include "helpers/self-extractor/core/lzmastream.h"
 #include "helpers/self-extractor/core/methods.h"
 #include "helpers/self-extractor/core/readahead.h"
@@ -139,13 +138,9 @@ unsigned chooseAheadCoder(const Wiring &plan)
 
 } // namespace
 
-Status openFolder(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
-                  std::uint64_t packBase, Owned<Stream> &result)
+Status openFolder(const FolderPlan &plan, Owned<Stream> &result)
 {
-    Wiring plan{};
-    const Status status = readFolderPlan(streams, folder, source, packBase, plan);
-    plan.aheadCoder = noCoder;
-    return status == Status::Ok ? openCoder(plan, plan.folder.UnpackStream, result) : status;
+    return openCoder(Wiring{plan, noCoder}, plan.folder.UnpackStream, result);
 }
 
 Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned<Stream> &result)

@@ -3,16 +3,15 @@
 
 #pragma once
 
+#include "helpers/self-extractor/core/folderplan.h"
 #include "helpers/self-extractor/core/parts.h"
 #include "helpers/self-extractor/core/stream.h"
 
 namespace sfx {
 
-/// Builds the stages that decode one folder. `packBase` is the offset in `source` that the positions
-/// of packed streams are counted from. Unsupported: a method or a wiring that this module does not
-/// have.
-Status openFolder(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
-                  std::uint64_t packBase, Owned<Stream> &result);
+/// Builds the stages that decode one folder. Unsupported: a method or a wiring that this module does
+/// not have.
+Status openFolder(const FolderPlan &plan, Owned<Stream> &result);
 
 /// As before, for one part of an archive; of a FilteredBlock, only what comes before the filter.
 /// `readsAhead`: the costliest stage runs in a thread of its own.

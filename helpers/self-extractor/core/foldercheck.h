@@ -3,15 +3,13 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/status.h"
-
-#include "7z.h"
+#include "helpers/self-extractor/core/folderplan.h"
 
 namespace sfx {
 
-/// Looks at how one folder (7-Zip's word, see openFolder()) is packed, before memory is taken for
-/// it or anything is read. Unsupported: a method that this module does not have, or dictionaries
-/// that need more than `memory` bytes together. Damaged: coders that feed each other in a circle.
-Status checkFolder(const CSzAr &streams, std::uint32_t folderIndex, std::uint64_t memory);
+/// Looks at how a folder is packed, before memory is taken for it or anything is read. Unsupported:
+/// a method that this module does not have, or dictionaries that need more than `memory` bytes
+/// together. Damaged: coders that feed each other in a circle.
+Status checkFolder(const FolderPlan &plan, std::uint64_t memory);
 
 } // namespace sfx

@@ -21,9 +21,14 @@ extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex,
     LookStream &look = LookStream::of(stream);
     Owned<Stream> chain;
     std::size_t got = 0;
-    Status status = checkFolder(*streams, folderIndex, Archive::headerBudget);
+    FolderPlan plan;
+    Status status
+        = readFolderPlan(*streams, folderIndex, look.source(), look.offset() + startPos, plan);
     if (status == Status::Ok) {
-        status = openFolder(*streams, folderIndex, look.source(), look.offset() + startPos, chain);
+        status = checkFolder(plan, Archive::headerBudget);
+    }
+    if (status == Status::Ok) {
+        status = openFolder(plan, chain);
     }
     if (status == Status::Ok) {
         status = readFully(*chain, outBuffer, outSize, got);

@@ -112,7 +112,7 @@ Lzma2Stream::~Lzma2Stream()
 
 Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
 {
-    if (size != 1 || properties[0] > 40) {
+    if (size != 1 || properties[0] > lzma2LargestProperty) {
         return Status::Unsupported;
     }
     std::uint8_t own = 0;

@@ -12,8 +12,9 @@ namespace sfx {
 /// Largest dictionary that is accepted, in bytes. It is the most memory one stage can take.
 constexpr std::uint64_t maxDictionarySize = 1536ull << 20;
 
-/// What the one property byte of an LZMA2 coder says, in bytes: half powers of two from 4 KiB on, up
-/// to 40, which is given as 4 GiB here.
+constexpr std::uint8_t lzma2LargestProperty = 40;
+/// What the one property byte of an LZMA2 coder says, in bytes: half powers of two from 4 KiB on. The
+/// largest means 4 GiB less one byte, and is given as 4 GiB here.
 constexpr std::uint64_t lzma2DictionarySize(std::uint8_t property)
 {
     return static_cast<std::uint64_t>(2 | (property & 1)) << (property / 2 + 11);

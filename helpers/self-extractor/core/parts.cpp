@@ -131,6 +131,9 @@ Status Parts::addFolder(const Archive &archive, std::uint32_t folder, bool split
 Status Parts::find(const Archive &archive, bool splitsFolders)
 {
     const CSzArEx &tables = archive.tables();
+    if (tables.FolderToFile == nullptr) {
+        return Status::Ok; // folders, and no word of files
+    }
     for (std::uint32_t i = 0; i < tables.db.NumFolders; ++i) {
         if (tables.FolderToFile[i] == tables.FolderToFile[i + 1]) {
             continue; // nobody wants its content

@@ -63,6 +63,7 @@ HostileRun runHostile(const QByteArray &archive)
     countedmemory::reset();
     run.status = unpackTo(disk, source);
     run.peakMemory = countedmemory::peak() - before;
+    run.files.sort();
     return run;
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/self-extractor/hostilerun.h"
+#include "tests/helpers/self-extractor/sfxtest.h"
 
 #include <QTest>
 
@@ -49,6 +50,7 @@ class TestHostileHeader : public QObject
 
 private slots:
     void takesAnHonestArchive();
+    void unpacksNothingWithoutFiles();
     void refusesForgedNumbers_data();
     void refusesForgedNumbers();
     void refusesForgedStarts_data();
@@ -62,11 +64,33 @@ private:
     static void addCounts();
 };
 
+// Packed content, and a header that ends before it comes to files.
+void TestHostileHeader::unpacksNothingWithoutFiles()
+{
+    forge::ArchivePlan plan({programFile()});
+    plan.files.clear();
+    plan.fileCount = 0;
+    plan.hasNames = false;
+    QByteArray header = forge::headerOf(plan);
+    const QByteArray noFiles("\5\0\0", 3);
+    QVERIFY(header.endsWith(noFiles + '\0'));
+    header.remove(header.size() - 1 - noFiles.size(), noFiles.size());
+    MemorySource source(forge::archiveOf(plan.packed, header));
+    Archive archive(source);
+    QCOMPARE(archive.open(0), Status::Ok);
+    QCOMPARE(archive.entryCount(), 0u);
+    for (unsigned threads : {1u, 2u}) {
+        TreeSink sink;
+        QCOMPARE(unpack(archive, sink, 0, {threads}), Status::Ok);
+        QVERIFY(sink.tree.isEmpty());
+    }
+}
+
 void TestHostileHeader::takesAnHonestArchive()
 {
     const HostileRun run = runHostile(forge::archiveOf(planWith({{"a/b.txt", "text"}, {"c", ""}})));
     QCOMPARE(run.status, Status::Ok);
-    QCOMPARE(run.files, QList<QString>({"main.exe", "a/b.txt", "c"}));
+    QCOMPARE(run.files, QList<QString>({"a/b.txt", "c", "main.exe"}));
     QCOMPARE(runHostile(packedHeaders(1)).status, Status::Ok);
 }
 

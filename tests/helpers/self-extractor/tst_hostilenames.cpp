@@ -3,6 +3,7 @@
 
 #include "tests/helpers/self-extractor/hostilerun.h"
 
+#include <QSet>
 #include <QTest>
 
 using namespace sfx;
@@ -129,7 +130,7 @@ void TestHostileNames::takesOddNames()
     QFETCH(QString, name);
     const HostileRun run = runHostile(forge::archiveOf(planWith({{name, "content"}})));
     QCOMPARE(run.status, Status::Ok);
-    QCOMPARE(run.files, QList<QString>({"main.exe", name}));
+    QCOMPARE(QSet<QString>(run.files.begin(), run.files.end()), (QSet<QString>{"main.exe", name}));
 }
 
 void TestHostileNames::refusesWhatIsNoFile_data()
@@ -161,7 +162,7 @@ void TestHostileNames::takesAntiItemsForEmptyFiles()
     const HostileRun run
         = runHostile(forge::archiveOf(planWith({{"gone.dll", QByteArray(), false, true}})));
     QCOMPARE(run.status, Status::Ok);
-    QCOMPARE(run.files, QList<QString>({"main.exe", "gone.dll"}));
+    QCOMPARE(run.files, QList<QString>({"gone.dll", "main.exe"}));
     QCOMPARE(run.written, std::uint64_t(programFile().content.size()));
 }
 
