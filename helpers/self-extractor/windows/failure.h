@@ -7,13 +7,16 @@
 #include "helpers/self-extractor/core/text.h"
 #include "helpers/self-extractor/exitcodes.h"
 
+#include <cstdint>
+
 namespace sfx {
 
 /// Why nothing was started: what was being done, and what the system said to it, read at once.
 struct Failure {
     ExitCode code = ExitCode::Damaged;
-    unsigned long systemError = 0; ///< of GetLastError(); 0: the system was not asked
-    Text subject;                  ///< the file it is about; may be empty
+    unsigned long systemError = 0;  ///< of GetLastError(); 0: the system was not asked
+    std::uint64_t missingBytes = 0; ///< room that is missing on the disk; 0: not known
+    Text subject;                   ///< the file it is about; may be empty
 };
 
 /// The exit code that stands for a status; not for Ok.

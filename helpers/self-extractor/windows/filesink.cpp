@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/core/winpath.h"
 #include "helpers/self-extractor/windows/console.h"
+#include "helpers/self-extractor/windows/diskspace.h"
 
 namespace sfx {
 
@@ -24,12 +25,14 @@ void setTimeAndAttributes(HANDLE file, const Entry &entry)
     SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
 }
 
-// Gives the file its final length, which keeps it in one piece and finds a full disk early.
-void preallocate(HANDLE file, std::uint64_t size)
+// Gives the file its final length, which keeps it in one piece and finds a full disk early. Not all
+// file systems can do it.
+bool preallocate(HANDLE file, std::uint64_t size)
 {
     FILE_END_OF_FILE_INFO info = {};
     info.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
-    SetFileInformationByHandle(file, FileEndOfFileInfo, &info, sizeof info);
+    return SetFileInformationByHandle(file, FileEndOfFileInfo, &info, sizeof info)
+        || !isDiskFull(GetLastError());
 }
 
 } // namespace
@@ -37,13 +40,21 @@ void preallocate(HANDLE file, std::uint64_t size)
 Status FileSink::fail()
 {
     const DWORD error = GetLastError();
-    const Locked lock(m_failure.monitor);
-    if (m_failure.error == 0) {
-        m_failure.error = error;
-        static_cast<void>(m_failure.path.append(m_path)); // else the message goes without
+    const Locked lock(m_common.monitor);
+    if (m_common.error == 0) {
+        m_common.error = error;
+        // What follows the folder, the separator included; without it the message says less.
+        static_cast<void>(
+            m_common.failedPath.append(m_folder)
+            && m_common.failedPath.append(m_path.data() + m_base - 1, m_path.size() - m_base + 1));
     }
-    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL ? Status::DiskFull
-                                                                       : Status::WriteFailed;
+    if (!isDiskFull(error)) {
+        return Status::WriteFailed;
+    }
+    if (m_common.missing == 0) {
+        m_common.missing = missingSpace(m_folder, m_common.left);
+    }
+    return Status::DiskFull;
 }
 
 bool FileSink::locate(const Entry &entry)
@@ -107,17 +118,9 @@ bool FileSink::makeParents()
 
 Status FileSink::begin(std::uint64_t totalBytes, std::uint32_t)
 {
-    Text extended;
-    if (!toExtendedPath(m_folder, extended)) {
-        return Status::NoMemory;
-    }
-    ULARGE_INTEGER available = {};
-    // A network drive may not tell; the writes will, then.
-    if (GetDiskFreeSpaceExW(wide(extended.data()), &available, nullptr, nullptr)
-        && available.QuadPart < totalBytes) {
-        return Status::DiskFull;
-    }
-    return Status::Ok;
+    m_common.left = totalBytes;
+    m_common.missing = missingSpace(m_folder, totalBytes);
+    return m_common.missing == 0 ? Status::Ok : Status::DiskFull;
 }
 
 Status FileSink::makeFolder(const Entry &folder)
@@ -144,8 +147,8 @@ Status FileSink::beginFile(const Entry &file)
         && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile())) {
         return fail();
     }
-    if (file.size >= leastPreallocated) {
-        preallocate(m_file.get(), file.size);
+    if (file.size >= leastPreallocated && !preallocate(m_file.get(), file.size)) {
+        return fail();
     }
     return Status::Ok;
 }
@@ -167,6 +170,7 @@ Status FileSink::write(const std::uint8_t *data, std::size_t size)
         }
         data += written;
         size -= written;
+        m_common.left -= written;
     }
     return Status::Ok;
 }
@@ -180,7 +184,7 @@ Status FileSink::endFile(const Entry &file)
 
 Owned<UnpackSink> FileSink::another()
 {
-    return makeOwned<FileSink>(m_folder, m_failure);
+    return makeOwned<FileSink>(m_folder, m_common);
 }
 
 Status FileSink::pauseFile()

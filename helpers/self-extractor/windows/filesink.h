@@ -7,6 +7,8 @@
 #include "helpers/self-extractor/core/unpacksink.h"
 #include "helpers/self-extractor/windows/win32.h"
 
+#include <atomic>
+
 namespace sfx {
 
 /// Writes what is unpacked below a folder. Every file must be new.
@@ -14,13 +16,16 @@ class FileSink final : public UnpackSink
 {
 public:
     /// `folder` is an existing folder, without a separator at its end.
-    explicit FileSink(const Text &folder) : m_folder(folder), m_failure(m_ownFailure) {}
+    explicit FileSink(const Text &folder) : m_folder(folder), m_common(m_own) {}
 
-    /// What the system said to the step that failed first, here or in another sink of this one's; 0 if
-    /// it was not the system. To be asked when all have come to an end.
-    unsigned long systemError() const { return m_failure.error; }
-    /// The file or folder that it is about.
-    const Text &failedPath() const { return m_failure.path; }
+    /// What the system said to the step that failed first, here or in another sink for the same place;
+    /// 0 if it was not the system. This and the next ones are to be asked of the first sink, when all
+    /// have come to an end.
+    unsigned long systemError() const { return m_common.error; }
+    /// Room that the disk lacked for all that was still to be written; 0: not known.
+    std::uint64_t missingBytes() const { return m_common.missing; }
+    /// The path of what it is about, as people know it; may be empty.
+    const Text &failedPath() const { return m_common.failedPath; }
 
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
     Status makeFolder(const Entry &folder) override;
@@ -33,14 +38,17 @@ public:
     Status resumeFile(const Entry &file, std::uint64_t offset) override;
 
 private:
-    struct Failure {
-        Monitor monitor;
+    /// What all sinks for one place share.
+    struct Common {
+        std::atomic<std::uint64_t> left = 0; // bytes that are still to be written
+        Monitor monitor; // for the rest
+        std::uint64_t missing = 0;
         unsigned long error = 0;
-        Text path;
+        Text failedPath;
     };
 
-    friend Owned<FileSink> makeOwned<FileSink>(const Text &, Failure &);
-    FileSink(const Text &folder, Failure &failure) : m_folder(folder), m_failure(failure) {}
+    friend Owned<FileSink> makeOwned<FileSink>(const Text &, Common &);
+    FileSink(const Text &folder, Common &common) : m_folder(folder), m_common(common) {}
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
     bool createFile();
@@ -52,8 +60,8 @@ private:
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's own path begins in it
     Handle m_file;
-    Failure m_ownFailure;
-    Failure &m_failure; // common to all sinks of one place
+    Common m_own;
+    Common &m_common; // the first sink's
 };
 
 } // namespace sfx

@@ -4,6 +4,7 @@
 #include "helpers/self-extractor/core/configblock.h"
 #include "helpers/self-extractor/core/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
+#include "helpers/self-extractor/windows/diskspace.h"
 #include "helpers/self-extractor/windows/executable.h"
 #include "helpers/self-extractor/windows/filesink.h"
 #include "helpers/self-extractor/windows/messages.h"
@@ -80,7 +81,8 @@ Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalByte
     return unpack(archive, watched, totalBytes, limitsOfMachine());
 }
 
-bool makeFolder(const ConfigBlock &block, PrivateFolder &folder, Failure &failure)
+bool makeFolder(const ConfigBlock &block, std::uint64_t totalBytes, PrivateFolder &folder,
+                Failure &failure)
 {
     Text temporary;
     if (findTemporaryFolder(temporary)
@@ -90,6 +92,10 @@ bool makeFolder(const ConfigBlock &block, PrivateFolder &folder, Failure &failur
     }
     failure.code = ExitCode::NoFolder;
     failure.systemError = GetLastError();
+    if (isDiskFull(failure.systemError)) {
+        failure.code = ExitCode::DiskFull;
+        failure.missingBytes = missingSpace(temporary, totalBytes);
+    }
     failure.subject = std::move(temporary);
     return false;
 }
@@ -102,7 +108,9 @@ bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t tot
     if (status == Status::Ok) {
         return true;
     }
-    if (status == Status::WriteFailed && !failure.subject.append(sink.failedPath())) {
+    failure.missingBytes = sink.missingBytes();
+    if ((status == Status::WriteFailed || status == Status::DiskFull)
+        && !failure.subject.append(sink.failedPath())) {
         failure.subject = Text();
     }
     return failWith(failure, status, sink.systemError());
@@ -124,7 +132,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!inspect(executable, block, archive, totalBytes, archiveOffset, failure)) {
             return false;
         }
-        if (!makeFolder(block, folder, failure)) {
+        if (!makeFolder(block, totalBytes, folder, failure)) {
             return false;
         }
         if (!unpackInto(folder, archive, totalBytes, block, failure)) {

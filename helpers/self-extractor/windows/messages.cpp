@@ -31,7 +31,9 @@ Language userLanguage()
 
 [[nodiscard]] bool compose(const Failure &failure, const char16_t *separator, Text &text)
 {
-    return text.append(messageText(failure.code, userLanguage()))
+    const Language language = userLanguage();
+    return text.append(messageText(failure.code, language))
+        && (failure.missingBytes == 0 || appendMissing(text, failure.missingBytes, language))
         && (failure.subject.isEmpty() || (text.append(separator) && text.append(failure.subject)))
         && (failure.systemError == 0 || appendSystemText(text, failure.systemError, separator));
 }

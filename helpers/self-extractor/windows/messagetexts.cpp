@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/windows/messagetexts.h"
 
+#include "helpers/self-extractor/core/amount.h"
+
 namespace sfx {
 
 namespace {
@@ -48,6 +50,15 @@ const char16_t *messageText(ExitCode code, Language language)
         }
     }
     return messageText(ExitCode::Damaged, language);
+}
+
+bool appendMissing(Text &text, std::uint64_t bytes, Language language)
+{
+    if (language == Language::Chinese) {
+        return text.append(u"至少还需要 ") && appendAmount(text, bytes) && text.append(u"。");
+    }
+    return text.append(u" At least ") && appendAmount(text, bytes)
+        && text.append(u" more is needed.");
 }
 
 } // namespace sfx

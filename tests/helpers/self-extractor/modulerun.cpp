@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 #include <glob.h>
 
@@ -68,6 +69,19 @@ bool ModuleRun::setUp()
     prepare(boot);
     boot.start(QStringLiteral("wine"), {QStringLiteral("wineboot"), QStringLiteral("-i")});
     return boot.waitForFinished(120000);
+}
+
+bool ModuleRun::waitForServersEnd() const
+{
+    // Debian has it beside the path, for the scripts that choose one.
+    QString server = QStandardPaths::findExecutable(QStringLiteral("wineserver"));
+    if (server.isEmpty()) {
+        server = QStringLiteral("/usr/lib/wine/wineserver");
+    }
+    QProcess process;
+    prepare(process);
+    process.start(server, {QStringLiteral("-w")});
+    return process.waitForFinished(60000) && process.exitCode() == 0;
 }
 
 bool ModuleRun::renewTemporaryFolder(const QString &name)

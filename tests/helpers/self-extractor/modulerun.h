@@ -27,6 +27,9 @@ class ModuleRun
 public:
     /// Makes a Wine prefix if the environment names none. False: the tests cannot run.
     [[nodiscard]] bool setUp();
+    /// Waits until no Windows process is left, not even Wine's own server. The next one is started
+    /// by the next program, and sees the same mounts as that.
+    [[nodiscard]] bool waitForServersEnd() const;
     /// Makes the temporary folder new and empty; its name may be chosen.
     [[nodiscard]] bool renewTemporaryFolder(const QString &name = QStringLiteral("temp"));
 

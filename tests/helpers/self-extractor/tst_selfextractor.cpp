@@ -11,9 +11,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/mount.h>
-#include <unistd.h>
-
 using sfx::ExitCode;
 
 class TestSelfExtractor : public QObject
@@ -36,7 +33,6 @@ private slots:
     void saysThatTheProgramCannotStart();
     void runsWithASignatureBehindTheArchive();
     void staysSmallInMemory();
-    void cleansUpOnAFullDisk();
 
 private:
     ModuleRun m_run;
@@ -203,26 +199,6 @@ void TestSelfExtractor::staysSmallInMemory()
     qInfo("peak: %lld KiB", static_cast<long long>(peak));
     QVERIFY(peak > 0);
     QVERIFY(peak < 64 * 1024);
-}
-
-void TestSelfExtractor::cleansUpOnAFullDisk()
-{
-    if (geteuid() != 0) {
-        QSKIP("only root can mount a small disk");
-    }
-    const QByteArray mountPoint = QFile::encodeName(m_run.temporaryFolder());
-    if (mount("none", mountPoint.constData(), "tmpfs", 0, "size=4m") != 0) {
-        QSKIP("no disk can be mounted here");
-    }
-    const QString file
-        = m_run.assemble(Tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
-                        {QStringLiteral("big.bin"), QByteArray(16 << 20, 'x')}},
-                   QStringLiteral("main.exe"));
-    const Run result = m_run.run(file);
-    const QStringList left = m_run.leftovers();
-    umount2(mountPoint.constData(), MNT_DETACH);
-    QCOMPARE(result.exitCode, lowByte(ExitCode::DiskFull));
-    QCOMPARE(left, QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestSelfExtractor)
