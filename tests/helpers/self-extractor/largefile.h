@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+
+/// A file of many gigabytes that mostly consists of zeros, and archives with it that are small and
+/// made in an instant: packed zeros are packed once and repeated, as LZMA2's chunks allow.
+class LargeFile
+{
+public:
+    void appendZeros(int times); ///< of 2 MiB each
+    void appendSample(const QByteArray &bytes); ///< at most 64 KiB
+
+    quint64 size() const { return m_size; }
+    /// By offset.
+    const QMap<quint64, QByteArray> &samples() const { return m_samples; }
+    /// An archive of two files, the program beside this one; empty: it failed.
+    QByteArray archiveWith(const QByteArray &program, const QString &programName,
+                           const QString &name) const;
+
+    static constexpr qsizetype zerosAtOnce = 2 << 20;
+
+private:
+    quint64 m_size = 0;
+    quint32 m_crc = 0xffffffff;
+    QByteArray m_packed;
+    QMap<quint64, QByteArray> m_samples;
+};

@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/largefile.h"
+#include "tests/helpers/self-extractor/modulerun.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Applications of many files, and with files that are longer than 32 bits can say.
+class TestLargePayload : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void unpacksFiftyThousandFiles();
+    void unpacksAFileAboveFourGibibytes();
+
+private:
+    std::unique_ptr<QProcess> startWaiting(const QString &file, QString &folder) const;
+
+    ModuleRun m_run;
+};
+
+void TestLargePayload::initTestCase()
+{
+    QVERIFY(m_run.setUp());
+}
+
+void TestLargePayload::init()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+}
+
+void TestLargePayload::cleanup()
+{
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+std::unique_ptr<QProcess> TestLargePayload::startWaiting(const QString &file, QString &folder) const
+{
+    auto process = m_run.start(file, u" --wait"_s);
+    if (process == nullptr || ModuleRun::waitForOutput(*process, "program=").isEmpty()) {
+        return nullptr;
+    }
+    const QStringList names = QDir(m_run.temporaryFolder()).entryList({u"kp-*"_s}, QDir::Dirs);
+    folder = m_run.temporaryFolder() + u'/' + names.value(0) + u"/main"_s;
+    return process;
+}
+
+void TestLargePayload::unpacksFiftyThousandFiles()
+{
+    constexpr int folders = 50;
+    constexpr int filesEach = 1000;
+    Tree tree{{u"main.exe"_s, ModuleRun::programBytes()}};
+    for (int i = 0; i < folders * filesEach; ++i) {
+        tree[u"%1/%2"_s.arg(i / filesEach).arg(i)] = QByteArray::number(i);
+    }
+    const QString file = m_run.assemble(tree, u"main.exe"_s);
+    QVERIFY(!file.isEmpty());
+    QString folder;
+    const auto process = startWaiting(file, folder);
+    QVERIFY(process != nullptr);
+    for (int i = 0; i < folders; ++i) {
+        QCOMPARE(QDir(u"%1/%2"_s.arg(folder).arg(i)).entryList(QDir::Files).size(), filesEach);
+    }
+    for (int i = 0; i < folders * filesEach; i += 101) {
+        QCOMPARE(contentOf(u"%1/%2/%3"_s.arg(folder).arg(i / filesEach).arg(i)),
+                 QByteArray::number(i));
+    }
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+void TestLargePayload::unpacksAFileAboveFourGibibytes()
+{
+    constexpr qint64 needed = qint64(5) << 30;
+    const qint64 available = QStorageInfo(m_run.temporaryFolder()).bytesAvailable();
+    QVERIFY2(available >= needed,
+             qPrintable(u"%1 has %2 bytes free, the test needs %3"_s.arg(m_run.temporaryFolder())
+                            .arg(available)
+                            .arg(needed)));
+    LargeFile large;
+    large.appendSample(noise(60001, 1));
+    large.appendZeros(1023);
+    large.appendSample(noise(65536, 2)); // below 2 GiB
+    large.appendZeros(1026);
+    large.appendSample(noise(50000, 3)); // above 4 GiB
+    QVERIFY(large.size() > quint64(1) << 32);
+    const QString file
+        = m_run.assemble(large.archiveWith(ModuleRun::programBytes(), u"main.exe"_s, u"large"_s),
+                         u"main.exe"_s);
+    QVERIFY(!file.isEmpty());
+    QVERIFY(QFileInfo(file).size() < 20 << 20);
+    QString folder;
+    const auto process = startWaiting(file, folder);
+    QVERIFY(process != nullptr);
+    QFile unpacked(folder + u"/large"_s);
+    QVERIFY(unpacked.open(QIODevice::ReadOnly));
+    QCOMPARE(static_cast<quint64>(unpacked.size()), large.size());
+    for (auto sample = large.samples().cbegin(); sample != large.samples().cend(); ++sample) {
+        QVERIFY(unpacked.seek(static_cast<qint64>(sample.key())));
+        QCOMPARE(unpacked.read(sample.value().size()), sample.value());
+    }
+    QVERIFY(unpacked.seek((qint64(1) << 32) - 1000));
+    QCOMPARE(unpacked.read(2000), QByteArray(2000, '\0'));
+    unpacked.close();
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+QTEST_GUILESS_MAIN(TestLargePayload)
+#include "tst_largepayload.moc"
