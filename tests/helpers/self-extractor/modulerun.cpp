@@ -71,6 +71,13 @@ bool ModuleRun::setUp()
     return boot.waitForFinished(120000);
 }
 
+void ModuleRun::pretendOldWindows(bool old)
+{
+    const QString module = QStringLiteral(KESTRELPACK_TEST_MODULE);
+    m_module = contentOf(old ? module.section(u'/', 0, -2) + QStringLiteral("/old-windows.sfx")
+                             : module);
+}
+
 bool ModuleRun::waitForServersEnd() const
 {
     // Debian has it beside the path, for the scripts that choose one.

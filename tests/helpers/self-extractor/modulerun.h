@@ -33,6 +33,8 @@ public:
     /// Makes the temporary folder new and empty; its name may be chosen.
     [[nodiscard]] bool renewTemporaryFolder(const QString &name = QStringLiteral("temp"));
 
+    /// Takes another module from now on: one that finds a Windows before 10, or the real one again.
+    void pretendOldWindows(bool old);
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
     static QByteArray blockFor(const QString &program);

@@ -39,6 +39,7 @@ void TestProcessTree::initTestCase()
 void TestProcessTree::init()
 {
     QVERIFY(m_run.renewTemporaryFolder());
+    m_run.pretendOldWindows(false);
 }
 
 void TestProcessTree::cleanup()
@@ -59,15 +60,20 @@ void TestProcessTree::waitsForTheWholeTree_data()
 {
     QTest::addColumn<int>("generations");
     QTest::addColumn<QStringList>("options");
-    QTest::newRow("a launcher that starts the real program and ends") << 1 << QStringList();
-    QTest::newRow("a launcher's launcher") << 3 << QStringList();
-    QTest::newRow("within the caller's job") << 2 << QStringList("--job");
+    QTest::addColumn<bool>("oldWindows");
+    QTest::newRow("a launcher that starts the real program and ends") << 1 << QStringList() << false;
+    QTest::newRow("a launcher's launcher") << 3 << QStringList() << false;
+    QTest::newRow("within the caller's job") << 2 << QStringList("--job") << false;
+    QTest::newRow("a launcher's launcher before Windows 10") << 3 << QStringList() << true;
+    QTest::newRow("within the caller's job before Windows 10") << 2 << QStringList("--job") << true;
 }
 
 void TestProcessTree::waitsForTheWholeTree()
 {
     QFETCH(int, generations);
     QFETCH(QStringList, options);
+    QFETCH(bool, oldWindows);
+    m_run.pretendOldWindows(oldWindows);
     const Run result = m_run.run(
         assemble(), QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
     QCOMPARE(result.value("data"), QStringLiteral("still here"));
@@ -79,15 +85,20 @@ void TestProcessTree::endsTheTreeWithItself_data()
 {
     QTest::addColumn<QString>("tail");
     QTest::addColumn<int>("processes");
-    QTest::newRow("the program alone") << " --stay" << 1;
-    QTest::newRow("a program and what it started") << " --start-one --stay" << 2;
-    QTest::newRow("what the program left behind") << " --start-one" << 1;
+    QTest::addColumn<bool>("oldWindows");
+    QTest::newRow("the program alone") << " --stay" << 1 << false;
+    QTest::newRow("a program and what it started") << " --start-one --stay" << 2 << false;
+    QTest::newRow("what the program left behind") << " --start-one" << 1 << false;
+    QTest::newRow("the program alone before Windows 10") << " --stay" << 1 << true;
+    QTest::newRow("what the program left behind before Windows 10") << " --start-one" << 1 << true;
 }
 
 void TestProcessTree::endsTheTreeWithItself()
 {
     QFETCH(QString, tail);
     QFETCH(int, processes);
+    QFETCH(bool, oldWindows);
+    m_run.pretendOldWindows(oldWindows);
     const auto process = m_run.start(assemble(), tail);
     QVERIFY(process != nullptr);
     // The second one tells its start as well.
