@@ -105,6 +105,11 @@ QByteArray ModuleRun::programBytes()
     return contentOf(QStringLiteral(KESTRELPACK_TEST_PROGRAM));
 }
 
+QByteArray ModuleRun::starterBytes()
+{
+    return contentOf(QStringLiteral(KESTRELPACK_TEST_STARTER));
+}
+
 QByteArray ModuleRun::blockFor(const QString &program)
 {
     const QString base = program.section(u'.', 0, 0);

@@ -37,6 +37,7 @@ public:
     void pretendOldWindows(bool old);
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
+    static QByteArray starterBytes();
     static QByteArray blockFor(const QString &program);
 
     /// The file that write() and assemble() make.
