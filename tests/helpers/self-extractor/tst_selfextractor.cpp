@@ -31,7 +31,7 @@ private slots:
     void refusesNamesThatLeadOut();
     void saysThatTheProgramIsMissing();
     void saysThatTheProgramCannotStart();
-    void runsWithASignatureBehindTheArchive();
+    void unpacksNamesOfAllKinds();
     void staysSmallInMemory();
 
 private:
@@ -169,13 +169,28 @@ void TestSelfExtractor::saysThatTheProgramCannotStart()
     QVERIFY(result.errors.contains("main.exe"));
 }
 
-void TestSelfExtractor::runsWithASignatureBehindTheArchive()
+// Names and contents as they arrive, seen from outside while the program runs.
+void TestSelfExtractor::unpacksNamesOfAllKinds()
 {
-    const QByteArray archive
-        = packTree({{QStringLiteral("main.exe"), ModuleRun::programBytes()}}, {});
-    const Run result
-        = m_run.run(m_run.assemble(archive + noise(8000, 4), QStringLiteral("main.exe")));
-    QCOMPARE(result.exitCode, 7);
+    const QString longName(120, u'n');
+    const Tree tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
+                    {QStringLiteral("\u7a0b\u5e8f/\u8bfb\u6211 \u7b80.txt"), "\xe4\xbd\xa0"},
+                    {QStringLiteral("\U0001f600 \U0001f680/\U0001f389.bin"), QByteArray(70000, 'z')},
+                    {QStringLiteral("empty"), ""},
+                    {QStringLiteral("deep/empty too.txt"), ""},
+                    {QStringLiteral("100% 'x' & (y);=,^!.txt"), "signs"},
+                    {longName + u'/' + longName + u'/' + longName + u'/' + longName, "far down"}};
+    const auto process = m_run.start(m_run.assemble(tree, QStringLiteral("main.exe")),
+                                     QStringLiteral(" --wait"));
+    QVERIFY(process != nullptr);
+    QVERIFY(!ModuleRun::waitForOutput(*process, "program=").isEmpty());
+    const QString folder = m_run.temporaryFolder() + u'/'
+        + m_run.leftovers().value(0) + QStringLiteral("/main/");
+    for (auto item = tree.cbegin(); item != tree.cend(); ++item) {
+        QVERIFY2(QFile::exists(folder + item.key()), qPrintable(item.key()));
+        QCOMPARE(contentOf(folder + item.key()), item.value());
+    }
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
 }
 
 // The payload is unpacked and the program waits; the module's high-water mark is read meanwhile.
