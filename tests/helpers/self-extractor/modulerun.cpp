@@ -194,11 +194,12 @@ std::unique_ptr<QProcess> ModuleRun::hold(const QString &file) const
     return waitForOutput(*process, "held=1").isEmpty() ? nullptr : std::move(process);
 }
 
-QByteArray ModuleRun::waitForOutput(QProcess &process, const QByteArray &text, int times)
+QByteArray ModuleRun::waitForOutput(QProcess &process, const QByteArray &text, int times,
+                                   int milliseconds)
 {
     QByteArray output;
     while (output.count(text) < times) {
-        if (!process.waitForReadyRead(60000)) {
+        if (!process.waitForReadyRead(milliseconds)) {
             return QByteArray();
         }
         output += process.readAllStandardOutput();
@@ -216,11 +217,11 @@ QList<qint64> ModuleRun::programProcesses() const
     return processesOf(windowsPath(m_temporary) + u'\\');
 }
 
-Run ModuleRun::finish(QProcess &process)
+Run ModuleRun::finish(QProcess &process, int milliseconds)
 {
     Run result;
     process.closeWriteChannel();
-    if (process.state() == QProcess::NotRunning || process.waitForFinished(120000)) {
+    if (process.state() == QProcess::NotRunning || process.waitForFinished(milliseconds)) {
         result.exitCode = process.exitCode();
     }
     result.output = process.readAllStandardOutput();

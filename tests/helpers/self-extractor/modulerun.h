@@ -65,9 +65,10 @@ public:
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;
     /// Closes standard input and waits for the end.
-    static Run finish(QProcess &process);
+    static Run finish(QProcess &process, int milliseconds = 120000);
     /// Waits until the output has `text` in it so many times; returns all of the output.
-    static QByteArray waitForOutput(QProcess &process, const QByteArray &text, int times = 1);
+    static QByteArray waitForOutput(QProcess &process, const QByteArray &text, int times = 1,
+                                    int milliseconds = 60000);
     Run run(const QString &file, const QString &tail = QString(),
             const QStringList &options = {}) const;
 
