@@ -26,6 +26,7 @@ private:
     Tree m_tree;
     QByteArray m_head;    // the module
     QByteArray m_product; // with block and archive
+    QByteArray m_stored;  // the same, with nothing compressed: check sums alone tell
 };
 
 void TestDamagedProduct::initTestCase()
@@ -37,14 +38,19 @@ void TestDamagedProduct::initTestCase()
     m_tree.remove(QStringLiteral("noise.dat"));
     m_head = contentOf(QStringLiteral(KESTRELPACK_TEST_MODULE));
     const QByteArray archive = packTree(m_tree, {QStringLiteral("-mx=5")});
-    QVERIFY(!m_head.isEmpty() && !archive.isEmpty());
-    m_product = m_head + ModuleRun::blockFor(QStringLiteral("main.exe")) + archive;
+    const QByteArray stored = packTree(m_tree, {QStringLiteral("-mx=0")});
+    QVERIFY(!m_head.isEmpty() && !archive.isEmpty() && !stored.isEmpty());
+    const QByteArray block = ModuleRun::blockFor(QStringLiteral("main.exe"));
+    m_product = m_head + block + archive;
+    m_stored = m_head + block + stored;
 }
 
 void TestDamagedProduct::unpacksWhole()
 {
     Tree unpacked;
     QCOMPARE(unpackProduct(m_product, unpacked), Status::Ok);
+    QVERIFY(unpacked == m_tree);
+    QCOMPARE(unpackProduct(m_stored, unpacked), Status::Ok);
     QVERIFY(unpacked == m_tree);
 }
 
@@ -70,21 +76,25 @@ void TestDamagedProduct::refusesEveryTruncation()
 
 void TestDamagedProduct::neverUnpacksSomethingElse_data()
 {
+    QTest::addColumn<QByteArray>("product");
     QTest::addColumn<int>("begin");
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("mostUnharmed");
-    const auto size = static_cast<int>(m_product.size());
     const auto head = static_cast<int>(m_head.size());
     const auto block = static_cast<int>(ModuleRun::blockFor(QStringLiteral("main.exe")).size());
-    QTest::newRow("block and archive") << head << size - head << 20;
+    const auto size = static_cast<int>(m_product.size());
+    const auto storedSize = static_cast<int>(m_stored.size());
+    QTest::newRow("block and archive") << m_product << head << size - head << 20;
+    QTest::newRow("block and stored archive") << m_stored << head << storedSize - head << 20;
     // Most of its bytes are text that unpacking does not depend on.
-    QTest::newRow("the block alone") << head << block << 600;
-    QTest::newRow("the start header alone") << head + block << 32 << 60;
-    QTest::newRow("the header alone") << size - 200 << 200 << 60;
+    QTest::newRow("the block alone") << m_product << head << block << 600;
+    QTest::newRow("the start header alone") << m_product << head + block << 32 << 60;
+    QTest::newRow("the header alone") << m_product << size - 200 << 200 << 60;
 }
 
 void TestDamagedProduct::neverUnpacksSomethingElse()
 {
+    QFETCH(QByteArray, product);
     QFETCH(int, begin);
     QFETCH(int, length);
     QFETCH(int, mostUnharmed);
@@ -92,11 +102,11 @@ void TestDamagedProduct::neverUnpacksSomethingElse()
     QRandomGenerator random(seed);
     int unharmed = 0;
     for (int i = 0; i < 1000; ++i) {
-        QByteArray part = m_product.mid(begin, length);
+        QByteArray part = product.mid(begin, length);
         const qsizetype at = flipByte(part, 0, random);
         Tree unpacked;
         const Status status = unpackProduct(
-            m_product.left(begin) + part + m_product.mid(begin + length), unpacked);
+            product.left(begin) + part + product.mid(begin + length), unpacked);
         QVERIFY2(status != Status::Ok || unpacked == m_tree, qPrintable(QString::number(at)));
         unharmed += status == Status::Ok ? 1 : 0;
     }

@@ -49,6 +49,7 @@ private:
     ModuleRun m_run;
     Tree m_tree;
     QByteArray m_product;
+    QByteArray m_stored; // the same, with nothing compressed: check sums alone tell
 };
 
 void TestDamagedStart::initTestCase()
@@ -57,8 +58,9 @@ void TestDamagedStart::initTestCase()
     m_tree = {{QStringLiteral("main.exe"), ModuleRun::programBytes()},
               {QStringLiteral("data/"), QByteArray()},
               {QStringLiteral("data/a.txt"), QByteArray("text ").repeated(2000)}};
-    m_product = m_run.module() + ModuleRun::blockFor(QStringLiteral("main.exe"))
-        + packTree(m_tree, {QStringLiteral("-mx=5")});
+    const QByteArray front = m_run.module() + ModuleRun::blockFor(QStringLiteral("main.exe"));
+    m_product = front + packTree(m_tree, {QStringLiteral("-mx=5")});
+    m_stored = front + packTree(m_tree, {QStringLiteral("-mx=0")});
 }
 
 void TestDamagedStart::init()
@@ -73,9 +75,11 @@ void TestDamagedStart::cleanup()
 
 void TestDamagedStart::startsTheWholeFile()
 {
-    const Run result = runBytes(m_product);
-    QCOMPARE(result.exitCode, 7);
-    QVERIFY(!result.value("program").isEmpty());
+    for (const QByteArray &product : {m_product, m_stored}) {
+        const Run result = runBytes(product);
+        QCOMPARE(endOf(result), 7u);
+        QVERIFY(!result.value("program").isEmpty());
+    }
 }
 
 void TestDamagedStart::startsNothingCut()
@@ -98,7 +102,7 @@ void TestDamagedStart::startsNothingAltered()
     QRandomGenerator random(seed);
     int started = 0;
     for (int i = 0; i < 50; ++i) {
-        QByteArray altered = m_product;
+        QByteArray altered = i % 2 == 0 ? m_product : m_stored;
         // A third of the changes is in block and start header, which are short.
         qsizetype at = 0;
         if (i % 3 == 0) {

@@ -270,30 +270,35 @@ void TestHostileHeader::boundsHeaders_data()
 {
     QTest::addColumn<QByteArray>("archive");
     QTest::addColumn<Status>("status");
-    QTest::newRow("two headers, one in the other") << packedHeaders(2) << Status::Unsupported;
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("two headers, one in the other")
+        << packedHeaders(2) << Status::Unsupported << true;
     QTest::newRow("a thousand headers, one in the other")
-        << packedHeaders(1000) << Status::Unsupported;
+        << packedHeaders(1000) << Status::Unsupported << true;
     QTest::newRow("a header that unpacks to 1 GiB")
-        << headerThatUnpacksTo(1u << 30) << Status::NoMemory;
+        << headerThatUnpacksTo(1u << 30) << Status::NoMemory << true;
     QTest::newRow("a header that unpacks to 256 MiB and a byte")
-        << headerThatUnpacksTo((256u << 20) + 1) << Status::NoMemory;
+        << headerThatUnpacksTo((256u << 20) + 1) << Status::NoMemory << true;
     QTest::newRow("a header that unpacks to 8 EiB")
-        << headerThatUnpacksTo(huge) << Status::NoMemory;
-    QTest::newRow("a header that unpacks to nothing") << headerThatUnpacksTo(0) << Status::Damaged;
+        << headerThatUnpacksTo(huge) << Status::NoMemory << true;
+    QTest::newRow("a header that unpacks to nothing")
+        << headerThatUnpacksTo(0) << Status::Damaged << true;
     QTest::newRow("a header of 64 MiB of zeros")
-        << forge::archiveOf("", QByteArray(64 << 20, '\0')) << Status::Unsupported;
+        << forge::archiveOf("", QByteArray(64 << 20, '\0')) << Status::Unsupported << true;
     QTest::newRow("a header of a byte more")
-        << forge::archiveOf("", QByteArray((64 << 20) + 1, '\0')) << Status::Unsupported;
+        << forge::archiveOf("", QByteArray((64 << 20) + 1, '\0')) << Status::Unsupported
+        << false;
 }
 
 void TestHostileHeader::boundsHeaders()
 {
     QFETCH(QByteArray, archive);
+    QFETCH(bool, isRead);
     const HostileRun run = runHostile(archive);
     QTEST(run.status, "status");
     QVERIFY(!run.hasBegun);
     // The header once as it is; nothing for what it says.
-    const auto most = static_cast<std::size_t>(archive.size()) + (1u << 19);
+    const std::size_t most = (isRead ? static_cast<std::size_t>(archive.size()) : 0) + (1u << 19);
     QVERIFY2(run.peakMemory < most, qPrintable(QString::number(run.peakMemory)));
 }
 
