@@ -87,7 +87,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     seal(archive);
     // Nobody reads the minor version. Another one than the usual says which block of memory is
     // refused.
-    const unsigned failing = archive[7] == usualMinorVersion ? 0 : archive[7] + 1u;
+    const unsigned minor = archive[7];
+    const unsigned failing = minor < usualMinorVersion ? minor + 1
+        : minor == usualMinorVersion                   ? 0
+                                                       : minor;
     const std::size_t before = countedmemory::inUse();
     countedmemory::reset(memoryLimit, failing);
     const Status inOne = run(archive, 1);
