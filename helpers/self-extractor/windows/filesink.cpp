@@ -120,7 +120,10 @@ Status FileSink::begin(std::uint64_t totalBytes, std::uint32_t)
 {
     m_common.left = totalBytes;
     m_common.missing = missingSpace(m_folder, totalBytes);
-    return m_common.missing == 0 ? Status::Ok : Status::DiskFull;
+    if (m_common.missing == 0) {
+        return Status::Ok;
+    }
+    return m_common.failedPath.append(m_folder) ? Status::DiskFull : Status::NoMemory;
 }
 
 Status FileSink::makeFolder(const Entry &folder)
