@@ -3,8 +3,8 @@
 
 #include "helpers/self-extractor/windows/win32.h"
 
-// Linked into a module of the tests' own, this takes the place of the import from KERNEL32: a system
-// that knows no jobs in a process' attributes, as Windows was before 10.
+// Linked into a module of the tests' own, this takes the place of the import from KERNEL32: a
+// system that knows no jobs in a process' attributes, as Windows was before 10.
 
 static BOOL WINAPI refuseAttribute(LPPROC_THREAD_ATTRIBUTE_LIST, DWORD, DWORD_PTR, PVOID, SIZE_T,
                                    PVOID, PSIZE_T)

@@ -12,7 +12,8 @@
 /// mounted when it is killed. False: that takes root.
 [[nodiscard]] inline bool keepMountsToOurselves()
 {
-    return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    return unshare(CLONE_NEWNS) == 0
+        && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 /// A disk in memory, mounted on a folder for as long as the object lives.

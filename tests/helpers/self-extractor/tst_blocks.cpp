@@ -81,7 +81,8 @@ void TestBlocks::runsOrRefuses_data()
     QTest::newRow("the title twice")
         << begin + "Title=\"a\"\nTitle=\"b\"\n" + program + folder + end << false;
     QTest::newRow("no end") << begin + program + folder << false;
-    QTest::newRow("a byte between block and archive") << begin + program + folder + end + "x" << false;
+    QTest::newRow("a byte between block and archive")
+        << begin + program + folder + end + "x" << false;
 }
 
 void TestBlocks::runsOrRefuses()

@@ -179,7 +179,8 @@ void TestConfigBlock::stopsAtItsLimit()
         = blockOf("Pad=\"\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
     const auto parse = [&rest](std::size_t blockSize) {
         const qsizetype padding = static_cast<qsizetype>(blockSize) - rest.size();
-        const QByteArray bytes = QByteArray(rest).replace("Pad=\"", "Pad=\"" + QByteArray(padding, 'x'));
+        const QByteArray bytes
+            = QByteArray(rest).replace("Pad=\"", "Pad=\"" + QByteArray(padding, 'x'));
         ConfigBlock block;
         std::size_t size = 0;
         return parseConfigBlock(bytes.constData(), static_cast<std::size_t>(bytes.size()), block,

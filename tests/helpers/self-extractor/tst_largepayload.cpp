@@ -67,7 +67,8 @@ void TestLargePayload::cleanup()
 std::unique_ptr<QProcess> TestLargePayload::startWaiting(const QString &file, QString &folder) const
 {
     auto process = m_run.start(file, u" --wait"_s);
-    if (process == nullptr || ModuleRun::waitForOutput(*process, "program=", 1, patience).isEmpty()) {
+    if (process == nullptr
+        || ModuleRun::waitForOutput(*process, "program=", 1, patience).isEmpty()) {
         return nullptr;
     }
     const QStringList names = QDir(m_run.temporaryFolder()).entryList({u"kp-*"_s}, QDir::Dirs);

@@ -75,7 +75,8 @@ void TestPredecessors::killModule() const
 qsizetype TestPredecessors::entries() const
 {
     qsizetype count = 0;
-    QDirIterator all(m_run.temporaryFolder(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+    QDirIterator all(m_run.temporaryFolder(),
+                     QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
                      QDirIterator::Subdirectories);
     for (; all.hasNext(); all.next()) {
         ++count;

@@ -61,7 +61,8 @@ void TestProcessTree::waitsForTheWholeTree_data()
     QTest::addColumn<int>("generations");
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<bool>("oldWindows");
-    QTest::newRow("a launcher that starts the real program and ends") << 1 << QStringList() << false;
+    QTest::newRow("a launcher that starts the real program and ends")
+        << 1 << QStringList() << false;
     QTest::newRow("a launcher's launcher") << 3 << QStringList() << false;
     QTest::newRow("within the caller's job") << 2 << QStringList("--job") << false;
     QTest::newRow("a launcher's launcher before Windows 10") << 3 << QStringList() << true;
