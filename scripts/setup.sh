@@ -6,7 +6,7 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
 # A display without a screen, for what needs more of one than the offscreen platform has.
 display_packages='xvfb'
-test_packages='wine wine64 icoutils nsis'
+test_packages='wine wine64 icoutils nsis openssl osslsigncode'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
 # The fuzzers need a compiler that counts what is covered.

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/e2e/productrun.h"
 #include "tests/e2e/sourcefolder.h"
 #include "tests/fakes/privatetemp.h"
 
-#include <QDirIterator>
-#include <QProcess>
 #include <QTest>
 
 // Packs folders with the terminal program and starts what it makes, under Wine.
@@ -14,64 +13,19 @@ class TestProduct : public QObject
     Q_OBJECT
 
 private:
-    struct Run
+    static ProgramRun pack(const QStringList &arguments)
     {
-        int exitCode = -1;
-        QString output;
-        QString errors;
-    };
-
-    static Run run(const QString &program, const QStringList &arguments)
-    {
-        QProcess process;
-        process.start(program, arguments);
-        return resultOf(process);
-    }
-
-    static Run resultOf(QProcess &process)
-    {
-        if (!process.waitForFinished(240000)) {
-            process.kill();
-            return {-1, {}, "timed out"};
-        }
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
-    }
-
-    static Run pack(const QStringList &arguments) { return run(KESTRELPACK_CLI, arguments); }
-
-    static Run start(const QString &product, const QStringList &arguments = {})
-    {
-        QProcess process;
-        startWindowsProgram(process, product, arguments);
-        return resultOf(process);
-    }
-
-    // The private folders that produced programs have made in their temporary directory: that of this
-    // process, or one in the prefix.
-    static QStringList unpackedFolders()
-    {
-        if (onWindows) {
-            return QDir::temp().entryList({"kp-*"}, QDir::Dirs | QDir::Hidden);
-        }
-        QStringList found;
-        QDirIterator users(qEnvironmentVariable("WINEPREFIX") + "/drive_c/users", {"kp-*"},
-                           QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot,
-                           QDirIterator::Subdirectories);
-        while (users.hasNext()) {
-            found << users.next();
-        }
-        return found;
+        return runProgram(KESTRELPACK_CLI, arguments);
     }
 
 private slots:
     void theExampleGetsItsArgumentsAndPassesItsExitCodeOn()
     {
         PrivateTemp temp;
-        const Run packed = pack({"-o", temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
+        const ProgramRun packed = pack({"-o", temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
-        const Run started
-            = start(temp.filePath("out/hello.exe"), {"one", "two three", "", "--exit", "42"});
+        const ProgramRun started
+            = startProduct(temp.filePath("out/hello.exe"), {"one", "two three", "", "--exit", "42"});
         QCOMPARE(started.exitCode, 42);
         QVERIFY2(started.output.contains("Argument 1: one\r\nArgument 2: two three\r\n"
                                          "Argument 3: \r\nArgument 4: --exit\r\n"),
@@ -108,10 +62,10 @@ private slots:
         source.addLargeFile("large.bin", 300'000'000);
         source.writeManifest();
 
-        const Run packed = pack({"-m", "主 程序 🚀.exe", "-l", "fastest", "-c", method, "-o",
+        const ProgramRun packed = pack({"-m", "主 程序 🚀.exe", "-l", "fastest", "-c", method, "-o",
                                  temp.filePath("out"), source.path()});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
-        const Run started = start(temp.filePath("out/主 程序 🚀.exe"));
+        const ProgramRun started = startProduct(temp.filePath("out/主 程序 🚀.exe"));
         QVERIFY2(started.exitCode == 7, qPrintable(started.output + started.errors));
         QCOMPARE(unpackedFolders(), QStringList());
     }

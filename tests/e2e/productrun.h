@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "tests/fakes/thissystem.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QProcess>
+#include <QString>
+
+// Running programs to their end, and the ones that were packed among them.
+
+struct ProgramRun
+{
+    int exitCode = -1;
+    QString output;
+    QString errors;
+};
+
+inline ProgramRun resultOf(QProcess &process)
+{
+    if (!process.waitForFinished(240000)) {
+        process.kill();
+        return {-1, {}, "did not start or timed out"};
+    }
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+inline ProgramRun runProgram(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    return resultOf(process);
+}
+
+inline ProgramRun startProduct(const QString &product, const QStringList &arguments = {})
+{
+    QProcess process;
+    startWindowsProgram(process, product, arguments);
+    return resultOf(process);
+}
+
+// The private folders that produced programs have made in their temporary directory: that of this
+// process, or one in the prefix.
+inline QStringList unpackedFolders()
+{
+    if (onWindows) {
+        return QDir::temp().entryList({"kp-*"}, QDir::Dirs | QDir::Hidden);
+    }
+    QStringList found;
+    QDirIterator users(qEnvironmentVariable("WINEPREFIX") + "/drive_c/users", {"kp-*"},
+                       QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (users.hasNext()) {
+        found << users.next();
+    }
+    return found;
+}
