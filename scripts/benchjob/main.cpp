@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// Runs one job of the engine without its fixed pauses, for the benchmarks:
+// For the benchmarks, one job of the engine without its fixed pauses, or the putting together of the output alone:
 //   benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL
+//   benchjob assemble ARCHIVE OUTPUT-DIR MAIN-PROGRAM
 // Prints the seconds it took and the peak memory of this process in KiB, its helpers left out.
 
 #include "icons/platform/platform.h"
+#include "packaging/outputassembly.h"
 #include "packaging/worker.h"
 
 #include <QCoreApplication>
@@ -47,25 +49,43 @@ QByteArray peakMemory()
     return "unknown";
 }
 
+bool runJob(const QStringList &arguments)
+{
+    bool success = false;
+    Worker worker;
+    QObject::connect(&worker, &Worker::finished, &worker, [&](bool done) { success = done; });
+    worker.createPortableApp(arguments[1], arguments[2], arguments[3], arguments[4], {}, arguments[5],
+                             "LZMA", "16M");
+    return success;
+}
+
+bool assemble(const QStringList &arguments)
+{
+    PackagingJob job;
+    job.archivePath = arguments[2];
+    job.outputDir = arguments[3];
+    job.mainExeName = arguments[4];
+    return assembleOutput(job, {[](const QString &) {}, [](int) {}});
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 6) {
-        std::fputs("usage: benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL\n", stderr);
+    const bool assembles = arguments.size() == 5 && arguments[1] == "assemble";
+    if (!assembles && arguments.size() != 6) {
+        std::fputs("usage: benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL\n"
+                   "       benchjob assemble ARCHIVE OUTPUT-DIR MAIN-PROGRAM\n",
+                   stderr);
         return 2;
     }
     UnpausedPlatform unpaused;
     setPlatform(&unpaused);
-    bool success = false;
-    Worker worker;
-    QObject::connect(&worker, &Worker::finished, &worker, [&](bool done) { success = done; });
     QElapsedTimer timer;
     timer.start();
-    worker.createPortableApp(arguments[1], arguments[2], arguments[3], arguments[4], {}, arguments[5],
-                             "LZMA", "16M");
+    const bool success = assembles ? assemble(arguments) : runJob(arguments);
     std::printf("%.3f %s\n", static_cast<double>(timer.nsecsElapsed()) / 1e9,
                 peakMemory().constData());
     setPlatform(nullptr);
