@@ -5,7 +5,10 @@
 
 #include "icons/platform/platform.h"
 
+#include <QFileInfo>
 #include <QStringList>
+
+#include <functional>
 
 // A platform that does nothing of what it is asked, but writes it down; helper processes are started
 // as on the native one. Installs itself while it lives.
@@ -21,20 +24,35 @@ public:
     QString refusedPath; // for this path only; empty: for all
     bool usesBackslashes = false;
 
+    // Told of each moment before it comes, on the job's thread: "use 7zr.exe" (or another helper, which is
+    // started or read right afterwards), "extract", "detached", "pause", "shell told".
+    std::function<void(const QString &moment)> before = [](const QString &) {};
+
     ExtractedIcon extractIcon(const QString &executable) override
     {
+        before("extract");
         extractedFrom = executable;
         return icon;
     }
     QString refusalToUse(const QString &path) override
     {
+        before("use " + QFileInfo(path).fileName());
         return refusedPath.isEmpty() || refusedPath == path ? refusal : QString();
     }
     void prepareStart(QProcess &) override {}
-    void startDetached(const QString &program) override { events << "detached: " + program; }
-    void notifyAssociationsChanged() override { events << "shell told"; }
+    void startDetached(const QString &program) override
+    {
+        before("detached");
+        events << "detached: " + program;
+    }
+    void notifyAssociationsChanged() override
+    {
+        before("shell told");
+        events << "shell told";
+    }
     void pause(std::chrono::milliseconds duration) override
     {
+        before("pause");
         events << QStringLiteral("pause: %1 ms").arg(duration.count());
     }
     QString nativePath(const QString &path) override

@@ -6,6 +6,8 @@
 // command a line, done in order. Without the variable it does nothing and succeeds.
 //
 //   print TEXT, complain TEXT   to standard output, to standard error; "\n" in TEXT is a line feed
+//   flood MEBIBYTES, flood-error MEBIBYTES
+//                               lines of text, to standard output or to standard error
 //   record FILE                 appends the arguments to FILE, one a line, and an empty line
 //   write FILE SIZE             makes FILE with SIZE bytes of a pattern; "@3" means argument 3
 //   copy FROM TO, remove FILE
@@ -66,6 +68,17 @@ void writePattern(const std::string &path, unsigned long long size)
     }
 }
 
+void flood(std::ostream &stream, int mebibytes)
+{
+    std::string block;
+    while (block.size() < 1048576) {
+        block += " 12% 345 + a folder/with a file in it.bin\n";
+    }
+    for (int i = 0; i < mebibytes; ++i) {
+        stream << block << std::flush;
+    }
+}
+
 [[noreturn]] void crash()
 {
 #ifdef _WIN32
@@ -108,6 +121,10 @@ private:
             std::cout << unescaped(rest) << std::flush;
         } else if (command == "complain") {
             std::cerr << unescaped(rest) << std::flush;
+        } else if (command == "flood") {
+            flood(std::cout, std::stoi(rest));
+        } else if (command == "flood-error") {
+            flood(std::cerr, std::stoi(rest));
         } else if (command == "record") {
             record(rest);
         } else if (command == "write") {

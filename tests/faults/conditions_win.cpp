@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/faults/conditions.h"
+
+#include <QDir>
+
+#include <windows.h>
+
+OrdinaryRights::OrdinaryRights(const QStringList &) {}
+
+OrdinaryRights::~OrdinaryRights() = default;
+
+SmallDisk::SmallDisk(const QString &, int) {}
+
+SmallDisk::~SmallDisk() = default;
+
+HeldFile::HeldFile(const QString &path)
+{
+    const std::wstring name = QDir::toNativeSeparators(path).toStdWString();
+    HANDLE file = CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        m_handle = file;
+    }
+}
+
+HeldFile::~HeldFile()
+{
+    if (m_handle) {
+        CloseHandle(m_handle);
+    }
+}
+
+bool giveAway(const QString &)
+{
+    return false;
+}
+
+std::optional<int> peakOfMemory()
+{
+    return {};
+}
+
+void forgetPeakOfMemory() {}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+// All that is in a folder, and the folder itself: names, sizes, times, permissions and bytes, one line each.
+// Names in `leftOut` (and the times of the folders that they lie in) are not looked at.
+inline QStringList folderState(const QString &folder, const QStringList &leftOut = {})
+{
+    QStringList paths{folder};
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        paths << entries.next();
+    }
+    paths.sort();
+
+    QStringList state;
+    for (const QString &path : paths) {
+        if (leftOut.contains(path)) {
+            continue;
+        }
+        const QFileInfo info(path);
+        const bool holdsOneLeftOut = std::any_of(
+            leftOut.begin(), leftOut.end(),
+            [&path](const QString &name) { return QFileInfo(name).path() == path; });
+        const QString time
+            = holdsOneLeftOut ? QString() : info.lastModified().toString(Qt::ISODateWithMs);
+        QFile file(path);
+        QCryptographicHash hash(QCryptographicHash::Sha1);
+        const bool hasBytes = info.isFile() && file.open(QIODevice::ReadOnly) && hash.addData(&file);
+        state << QStringLiteral("%1 %2 %3 %4 %5")
+                     .arg(path, time, QString::number(info.isFile() ? info.size() : 0),
+                          QString::number(info.permissions().toInt(), 16),
+                          hasBytes ? QString::fromLatin1(hash.result().toHex()) : QString("-"));
+    }
+    return state;
+}
