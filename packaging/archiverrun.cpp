@@ -15,6 +15,36 @@ namespace {
 
 constexpr int startLimitMs = 5000;
 constexpr int silenceLimitMs = 30000;
+constexpr qsizetype keptOfStandardError = 1048576;
+
+// What the process writes to standard error; of more than a mebibyte, the end. QProcess would keep all of a
+// flood that nobody reads.
+class StandardErrorTail
+{
+public:
+    explicit StandardErrorTail(QProcess &process)
+        : m_process(process)
+    {
+        QObject::connect(&process, &QProcess::readyReadStandardError, &m_context, [this] { read(); });
+    }
+
+    QByteArray text()
+    {
+        read();
+        return m_text;
+    }
+
+private:
+    void read()
+    {
+        m_text += m_process.readAllStandardError();
+        m_text.remove(0, m_text.size() - keptOfStandardError);
+    }
+
+    QProcess &m_process;
+    QObject m_context; // ends the connection together with this
+    QByteArray m_text;
+};
 
 bool startArchiver(const QString &archiver, const PackagingJob &job, HelperProcess &process,
                    const LogSink &log)
@@ -54,12 +84,13 @@ bool createArchive(const PackagingJob &job, HelperProcess &process, const JobRep
     if (!startArchiver(archiver, job, process, report.log)) {
         return false;
     }
+    StandardErrorTail standardError(process);
     followArchiver(process, report);
     // A silent archiver counts as one that has ended; its exit code is then still 0.
     if (process.exitCode() != 0) {
-        const QByteArray standardError = process.readAllStandardError();
-        report.log(WorkerText::tr("7z错误输出: %1")
-                       .arg(archiverErrorText(standardError, process.readAllStandardOutput())));
+        report.log(
+            WorkerText::tr("7z错误输出: %1")
+                .arg(archiverErrorText(standardError.text(), process.readAllStandardOutput())));
         return false;
     }
     report.log(WorkerText::tr("压缩包创建成功"));

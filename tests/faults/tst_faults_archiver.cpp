@@ -82,6 +82,15 @@ private slots:
             << Fault{[](FaultyJob &job) { job.useArchiver("flood 100\n"); }, Ending::Done,
                      "12% 345 + a folder", "my.exe, whole", "temp.7z"}
             << 16;
+        QTest::newRow("it complains 100 MiB and ends with code 0")
+            << Fault{[](FaultyJob &job) { job.useArchiver("flood-error 100\n"); }, Ending::Done,
+                     "压缩包创建成功", "my.exe, whole", "temp.7z"}
+            << 16;
+        QTest::newRow("it complains 100 MiB and ends with code 2")
+            << Fault{
+                   [](FaultyJob &job) { job.temp.plantArchiver("flood-error 100\nexit 2\n"); },
+                   Ending::Failed, "7z错误输出: ", "the older my.exe", "nothing"}
+            << 16;
     }
     void flood()
     {
