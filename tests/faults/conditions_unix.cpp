@@ -48,12 +48,13 @@ OrdinaryRights::OrdinaryRights(const QStringList &folders)
             giveAllAway(folder);
         }
     }
-    m_areThere = !m_wereMore || seteuid(nobody) == 0;
+    // The real user as well: that one is asked whether files exist.
+    m_areThere = !m_wereMore || setresuid(nobody, nobody, 0) == 0;
 }
 
 OrdinaryRights::~OrdinaryRights()
 {
-    if (m_wereMore && m_areThere && seteuid(0) != 0) {
+    if (m_wereMore && m_areThere && setresuid(0, 0, 0) != 0) {
         qFatal("the rights do not come back");
     }
 }

@@ -66,7 +66,7 @@ public:
     // The row cannot be brought about here.
     void skip(const QString &reason) { m_reason = reason; }
     // What others do to the source folder is not the job's doing: names that are not compared.
-    void leaveOutOfComparison(const QString &name) { m_changedByOthers << source(name); }
+    void leaveOutOfComparison(const QString &name = {}) { m_changedByOthers << source(name); }
 
     Ending ending() const;
     QString leftInOutput() const;

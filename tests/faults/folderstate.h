@@ -13,7 +13,7 @@
 #include <algorithm>
 
 // All that is in a folder, and the folder itself: names, sizes, times, permissions and bytes, one line each.
-// Names in `leftOut` (and the times of the folders that they lie in) are not looked at.
+// Names in `leftOut`, what lies under them, and the times of the folders that they lie in are not looked at.
 inline QStringList folderState(const QString &folder, const QStringList &leftOut = {})
 {
     QStringList paths{folder};
@@ -27,7 +27,11 @@ inline QStringList folderState(const QString &folder, const QStringList &leftOut
 
     QStringList state;
     for (const QString &path : paths) {
-        if (leftOut.contains(path)) {
+        const bool isLeftOut
+            = std::any_of(leftOut.begin(), leftOut.end(), [&path](const QString &name) {
+                  return path == name || path.startsWith(name + '/');
+              });
+        if (isLeftOut) {
             continue;
         }
         const QFileInfo info(path);

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/fakes/testfiles.h"
+#include "tests/faults/faultyjob.h"
+
+#include <QProcess>
+#include <QTest>
+
+// What may be wrong with the output directory and the file in it. The engine does not look at what its
+// writes come to: a disk that is full shows in the sizes alone.
+class TestFaultsOutput : public QObject
+{
+    Q_OBJECT
+
+private:
+    static Fault cannotBeMade(const std::function<void(FaultyJob &)> &spoil, const QString &left,
+                              Rights rights = Rights::Own)
+    {
+        return {spoil, Ending::Failed, "错误：无法创建输出文件: ", left, "temp.7z", rights};
+    }
+
+    static void vanishAt(FaultyJob &job, const QString &moment)
+    {
+        job.atMoment(moment, [&job] { QVERIFY(QDir(job.job.outputDir).removeRecursively()); });
+    }
+
+private slots:
+    void job_data()
+    {
+        QTest::addColumn<Fault>("fault");
+        QTest::newRow("the directory vanishes while the archiver works")
+            << cannotBeMade([](FaultyJob &job) { vanishAt(job, "use 7zr.exe"); }, "nothing");
+        QTest::newRow("the directory vanishes before the icon is set")
+            << Fault{[](FaultyJob &job) { vanishAt(job, "extract"); }, Ending::Failed,
+                     "错误：无法创建备份文件\n警告：图标替换失败\n创建单文件失败", "nothing", "temp.7z"};
+        QTest::newRow("the directory vanishes while the icon is set")
+            << Fault{[](FaultyJob &job) { vanishAt(job, "pause"); }, Ending::Failed,
+                     "创建单文件失败", "nothing", "temp.7z"};
+        QTest::newRow("the directory is a file") << cannotBeMade(
+            [](FaultyJob &job) {
+                QVERIFY(QDir(job.job.outputDir).removeRecursively());
+                QVERIFY(writeFile(job.job.outputDir, "a file"));
+            },
+            "no directory");
+        QTest::newRow("the directory may not be written")
+            << cannotBeMade(
+                   [](FaultyJob &job) {
+                       if (onWindows) {
+                           job.skip("there are no such permissions here");
+                       }
+                       QVERIFY(QFile::remove(job.output()));
+                       QFile::setPermissions(job.job.outputDir, QFile::ReadOwner | QFile::ExeOwner);
+                   },
+                   "nothing", Rights::Ordinary);
+        QTest::newRow("the older output may not be written")
+            << cannotBeMade(
+                   [](FaultyJob &job) { QFile::setPermissions(job.output(), QFile::ReadOwner); },
+                   "the older my.exe", Rights::Ordinary);
+        QTest::newRow("another program reads the older output")
+            << Fault{[](FaultyJob &job) {
+                         static std::unique_ptr<QFile> file;
+                         file = std::make_unique<QFile>(job.output());
+                         QVERIFY(file->open(QIODevice::ReadOnly));
+                     },
+                     Ending::Done, "SFX模块写入成功", "my.exe, whole", "temp.7z"};
+        QTest::newRow("another program holds the older output") << cannotBeMade(
+            [](FaultyJob &job) {
+                static std::unique_ptr<HeldFile> held;
+                held = std::make_unique<HeldFile>(job.output());
+                if (!held->isThere()) {
+                    job.skip("only Windows keeps others from reading");
+                }
+            },
+            "the older my.exe");
+        QTest::newRow("the disk is full before the output begins")
+            << Fault{[](FaultyJob &job) {
+                         job.putOnSmallDisk(job.job.outputDir, 64);
+                         writeFile(job.output("other"), QByteArray(100000, 'x'));
+                     },
+                     Ending::Unnoticed, "共写入: -2 字节", "an empty my.exe, other", "temp.7z"};
+        QTest::newRow("the disk is full in the middle of the output")
+            << Fault{[](FaultyJob &job) { job.putOnSmallDisk(job.job.outputDir, 1200); },
+                     Ending::Unnoticed, "错误：无法创建备份文件\n警告：图标替换失败\n成功创建便携应用！",
+                     "my.exe, cut short", "temp.7z"};
+        QTest::newRow("the disk has room for the output but not for its backup")
+            << Fault{[](FaultyJob &job) { job.putOnSmallDisk(job.job.outputDir, 2000); },
+                     Ending::Done, "错误：无法创建备份文件\n警告：图标替换失败\n成功创建便携应用！",
+                     "my.exe, whole", "temp.7z"};
+    }
+    void job()
+    {
+        QFETCH(Fault, fault);
+        FaultyJob job;
+        job.check(fault);
+    }
+
+    void running_data()
+    {
+        QTest::addColumn<Fault>("fault");
+        QTest::newRow("the older output is running")
+            << cannotBeMade([](FaultyJob &) {}, "my.exe with other content");
+    }
+    void running()
+    {
+        QFETCH(Fault, fault);
+        FaultyJob job;
+        QVERIFY(QFile::remove(job.output()) && QFile::copy(KESTRELPACK_FAKE_TOOL, job.output()));
+        qputenv("FAKE_MY", "sleep 60000\n");
+        const auto forget = qScopeGuard([] { qunsetenv("FAKE_MY"); });
+        QProcess older;
+        older.start(job.output(), QStringList());
+        QVERIFY(older.waitForStarted());
+        job.check(fault);
+        QCOMPARE(older.state(), QProcess::Running);
+        older.kill();
+        QVERIFY(older.waitForFinished());
+        QCOMPARE(readFile(job.output()), readFile(KESTRELPACK_FAKE_TOOL));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFaultsOutput)
+#include "tst_faults_output.moc"
