@@ -16,7 +16,14 @@
 namespace {
 
 // What is shown at once in one turn of the event loop: some 20 ms of work.
-constexpr int linesShownAtOnce = 250;
+constexpr qsizetype linesShownAtOnce = 250;
+constexpr qsizetype usualLength = 64;
+
+// A text of more than this is taken in pieces of whole lines: the pane needs a second for a million
+// characters.
+constexpr qsizetype longText = 4096;
+
+constexpr qsizetype mostCharactersWaiting = 2 * 1048576;
 
 // Long against the repainting that follows each slice, short against what a person notices.
 constexpr qint64 sliceMilliseconds = 40;
@@ -66,18 +73,45 @@ void LogAppender::append(const QString &line)
     if (!m_turn.isActive()) {
         m_turn.start();
     }
-    if (m_waiting.isEmpty() && m_shownThisTurn < linesShownAtOnce) {
-        ++m_shownThisTurn;
-        show(line);
-    } else {
-        m_waiting.append(line);
+    if (line.size() <= longText) {
+        take(line);
+        return;
     }
+    for (qsizetype start = 0; start <= line.size();) {
+        qsizetype end = line.indexOf('\n', start + longText);
+        end = end < 0 ? line.size() : end;
+        const bool isPair = end > start && end < line.size() && line[end - 1] == '\r';
+        take(line.mid(start, end - start - (isPair ? 1 : 0)));
+        start = end + 1;
+    }
+}
+
+void LogAppender::take(const QString &line)
+{
+    if (m_waiting.isEmpty() && m_shownThisTurn < linesShownAtOnce) {
+        m_shownThisTurn += 1 + line.size() / usualLength;
+        show(line);
+        return;
+    }
+    m_waiting.enqueue(line);
+    m_waitingCharacters += line.size();
+    while (m_waitingCharacters > mostCharactersWaiting && m_waiting.size() > 1) {
+        dropOldest();
+    }
+}
+
+void LogAppender::dropOldest()
+{
+    const QString line = m_waiting.dequeue();
+    m_waitingCharacters -= line.size();
+    m_dropped += 1 + line.count('\n');
 }
 
 void LogAppender::clear()
 {
     m_waiting.clear();
-    m_next = 0;
+    m_waitingCharacters = 0;
+    m_dropped = 0;
     m_pane->clear();
 }
 
@@ -114,15 +148,18 @@ void LogAppender::takeSlice()
     m_shownThisTurn = 0;
     QElapsedTimer elapsed;
     elapsed.start();
-    while (m_next < m_waiting.size()) {
+    while (!m_waiting.isEmpty()) {
         if (elapsed.hasExpired(sliceMilliseconds)) {
             m_turn.start();
             return;
         }
-        show(m_waiting[m_next++]);
+        if (m_dropped > 0) {
+            show(tr("（此处省略 %1 行）").arg(std::exchange(m_dropped, qsizetype(0))));
+        }
+        const QString line = m_waiting.dequeue();
+        m_waitingCharacters -= line.size();
+        show(line);
     }
-    m_waiting.clear();
-    m_next = 0;
     if (m_action) {
         std::exchange(m_action, nullptr)();
     }

@@ -4,15 +4,17 @@
 #pragma once
 
 #include <QObject>
-#include <QStringList>
+#include <QQueue>
+#include <QString>
 #include <QTimer>
 
 #include <functional>
 
 class QTextEdit;
 
-// Appends log lines to a text pane, each as a paragraph, in order, none lost. A few lines appear at
-// once; a flood is taken in slices, between which the window paints and answers.
+// Appends log lines to a text pane, each as a paragraph, in order. A few lines appear at once; a flood
+// is taken in slices, between which the window paints and answers. None is lost, unless more than two
+// million characters wait: then the oldest of them give way to a line that counts them.
 class LogAppender : public QObject
 {
     Q_OBJECT
@@ -31,13 +33,16 @@ public:
     void whenThrough(std::function<void()> action);
 
 private:
+    void take(const QString &line);
     void show(const QString &line);
+    void dropOldest();
     void takeSlice();
 
     QTextEdit *const m_pane;
     QTimer m_turn; // fires in the next turn of the event loop
-    int m_shownThisTurn = 0;
-    QStringList m_waiting;
-    qsizetype m_next = 0; // first line of m_waiting that is not shown
+    qsizetype m_shownThisTurn = 0; // in lines of usual length
+    QQueue<QString> m_waiting;
+    qsizetype m_waitingCharacters = 0;
+    qsizetype m_dropped = 0; // lines, since the last one that was shown
     std::function<void()> m_action;
 };

@@ -7,6 +7,7 @@
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"
 
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QThread>
 
@@ -133,6 +134,47 @@ private slots:
         thread.wait();
         QCOMPARE(document->toPlainText(), linesUpTo(floodLines));
         QVERIFY(turnsDuringTheFlood > 3);
+    }
+
+    void longTextStaysAsItStands_data()
+    {
+        QTest::addColumn<QString>("lineEnd");
+        QTest::newRow("line feeds") << "\n";
+        QTest::newRow("carriage returns and line feeds") << "\r\n";
+    }
+    void longTextStaysAsItStands()
+    {
+        QFETCH(QString, lineEnd);
+        QTextEdit pane;
+        LogAppender log(&pane);
+        log.append("before");
+        log.append(linesUpTo(5000).replace('\n', lineEnd) + lineEnd);
+        log.append("after");
+        bool through = false;
+        log.whenThrough([&through] { through = true; });
+        QTRY_VERIFY(through);
+        QCOMPARE(pane.toPlainText(), "before\n" + linesUpTo(5000) + "\n\nafter");
+    }
+
+    void floodBeyondTheLimitLosesItsMiddleAndSaysSo()
+    {
+        QTextEdit pane;
+        LogAppender log(&pane);
+        const QString line(99, 'x');
+        const int lines = 5 * 1048576 / 100;
+        for (int chunk = 0; chunk < 50; ++chunk) {
+            log.append(QStringList(lines / 50, line).join('\n'));
+        }
+        log.append("the end");
+        bool through = false;
+        log.whenThrough([&through] { through = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(through, 60000);
+        const QString text = pane.toPlainText();
+        const auto match = QRegularExpression("\nx+\n（此处省略 (\\d+) 行）\nx+\n").match(text);
+        QVERIFY(match.hasMatch());
+        QCOMPARE(text.count(line) + match.captured(1).toInt(), lines / 50 * 50);
+        QVERIFY(text.size() < 3 * 1048576);
+        QVERIFY(text.startsWith(line) && text.endsWith("\nthe end"));
     }
 
     void endOfAJobComesBehindTheFlood()
