@@ -9,9 +9,10 @@
 #include <QStringList>
 
 #include <functional>
+#include <mutex>
 
 // A platform that does nothing of what it is asked, but writes it down; helper processes are started
-// as on the native one. Installs itself while it lives.
+// as on the native one. Installs itself while it lives. Several jobs may use it at once.
 class FakePlatform final : public Platform
 {
 public:
@@ -31,6 +32,7 @@ public:
     ExtractedIcon extractIcon(const QString &executable) override
     {
         before("extract");
+        const std::lock_guard lock(m_mutex);
         extractedFrom = executable;
         return icon;
     }
@@ -43,17 +45,17 @@ public:
     void startDetached(const QString &program) override
     {
         before("detached");
-        events << "detached: " + program;
+        note("detached: " + program);
     }
     void notifyAssociationsChanged() override
     {
         before("shell told");
-        events << "shell told";
+        note("shell told");
     }
     void pause(std::chrono::milliseconds duration) override
     {
         before("pause");
-        events << QStringLiteral("pause: %1 ms").arg(duration.count());
+        note(QStringLiteral("pause: %1 ms").arg(duration.count()));
     }
     QString nativePath(const QString &path) override
     {
@@ -61,4 +63,13 @@ public:
     }
 
     QString extractedFrom;
+
+private:
+    void note(const QString &event)
+    {
+        const std::lock_guard lock(m_mutex);
+        events << event;
+    }
+
+    std::mutex m_mutex;
 };
