@@ -9,6 +9,7 @@
 #include "ui/mainwindow.h"
 #include "ui_mainwindow.h"
 
+#include <QFile>
 #include <QMessageBox>
 
 void MainWindow::on_startButton_clicked()
@@ -20,9 +21,12 @@ void MainWindow::on_startButton_clicked()
     setProcessingState(true);
     ui->progressBar->setValue(0);
     log->clear();
+    // The archiver would add to the archive of an earlier job, whose folder may be another.
+    const QString archive = tempDir + QStringLiteral("/temp.7z");
+    QFile::remove(archive);
     QMetaObject::invokeMethod(worker.get(), "createPortableApp", Qt::AutoConnection,
                               Q_ARG(QString, ui->folderLineEdit->text()),
-                              Q_ARG(QString, tempDir + QStringLiteral("/temp.7z")),
+                              Q_ARG(QString, archive),
                               Q_ARG(QString, ui->outputLineEdit->text()),
                               Q_ARG(QString, ui->mainExeComboBox->currentText()),
                               Q_ARG(QString, ui->iconLineEdit->text()),

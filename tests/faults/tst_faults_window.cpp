@@ -242,6 +242,28 @@ private slots:
         QCOMPARE(folderState(fixture.sourceFolder()), before);
         noteResult({"fails", "`错误：无法读取压缩包文件`", "my.exe without an archive", "nothing"});
     }
+
+    void earlierArchive_data()
+    {
+        QTest::addColumn<bool>("unused");
+        QTest::newRow("the archive of the window's job before it is still there: it is not added to")
+            << true;
+    }
+    void earlierArchive()
+    {
+        JobFixture fixture;
+        fixture.open();
+        fixture.fillIn();
+        answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
+        const QString archive = fixture.windowDirectory() + "/temp.7z";
+        QVERIFY(QFile::exists(archive));
+        fixture.temp.plantArchiver("copy @3 " + fixture.temp.filePath("seen").toUtf8()
+                                   + "\ncopy " + fixture.source("my.exe").toUtf8() + " @3\n");
+        answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
+        QCOMPARE(readFile(fixture.temp.filePath("seen")), QByteArray()); // there was none to be copied
+        QCOMPARE(readFile(fixture.outputFolder() + "/my.exe"), productWith("program"));
+        noteResult({"is done", "`压缩包创建成功`", "my.exe, whole", "the window's directory"});
+    }
 };
 
 QTEST_MAIN(TestFaultsWindow)
