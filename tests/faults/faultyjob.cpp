@@ -15,7 +15,6 @@
 namespace {
 
 const QByteArray bundledModule = "module";
-const QByteArray olderOutput = "the older one";
 constexpr int keptOfALine = 300; // so that a flood is not kept
 
 QString nameOf(Ending ending)
@@ -50,7 +49,7 @@ FaultyJob::FaultyJob()
     makeFile(source("my.tool.exe"), "program");
     makeFile(source("data/文件.txt"), QByteArray(70000, 'd'));
     makeFile(source("data/empty"), "");
-    makeFile(output(), olderOutput);
+    makeFile(output(), older);
     temp.plantModule(bundledModule);
     temp.plantEditor("");
     useArchiver("");
@@ -144,7 +143,8 @@ void FaultyJob::check(const Fault &fault)
     QCOMPARE(leftInOutput(), fault.output);
     QCOMPARE(leftInTemporary(), fault.temporary);
     QCOMPARE(sourceState(), before);
-    noteResult({nameOf(fault.ending), '`' + fault.line + '`', fault.output, fault.temporary});
+    const QString lines = QString(fault.line).replace('\n', "`, `");
+    noteResult({nameOf(fault.ending), '`' + lines + '`', fault.output, fault.temporary});
 }
 
 Ending FaultyJob::ending() const
@@ -164,7 +164,7 @@ QString FaultyJob::describedOutput() const
 {
     const QByteArray content = readFile(output());
     const QByteArray start = bundledModule + block();
-    if (content == olderOutput) {
+    if (content == older) {
         return "the older my.exe";
     }
     if (content.isEmpty()) {

@@ -80,6 +80,7 @@ public:
     PrivateTemp temp;
     std::optional<FakePlatform> platform{std::in_place}; // reset() for the system's own
     PackagingJob job;
+    QByteArray older = "the older one"; // what the output holds before
     QStringList log; // lines, long ones cut; and "progress 37"
     bool success = false;
 
