@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# Builds Kestrelpack and runs its tests, from nothing on a fresh Debian machine: the native ones, the fuzzers
-# for a minute or less each, then those that are Windows programs themselves, under Wine. The first run builds
-# Qt for Windows, which takes a quarter of an hour.
+# Builds Kestrelpack and runs its tests, from nothing on a fresh Debian machine: the native ones, the same
+# ones under sanitizers, the fuzzers for a minute or less each, then those that are Windows programs themselves,
+# under Wine. The first run builds Qt for Windows, which takes a quarter of an hour.
 #
 #   ./test.sh            every test
 #   ./test.sh --native   only native programs, and without the tests that start Windows programs
@@ -30,6 +30,10 @@ status=0
 ctest --preset dev $selection || status=1
 # With clang-format-14 and clang-tidy-14 installed; it says what it leaves out.
 scripts/check || status=1
+for sanitizer in asan tsan; do
+    configure_and_build $sanitizer
+    ctest --preset $sanitizer || status=1
+done
 require_packages $fuzz_packages
 configure_and_build fuzz
 ctest --preset fuzz || status=1
