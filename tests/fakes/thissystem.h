@@ -14,6 +14,13 @@ constexpr bool onWindows = true;
 constexpr bool onWindows = false;
 #endif
 
+// A sanitizer makes everything slower, and needs memory of its own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool underSanitizer = true;
+#else
+constexpr bool underSanitizer = false;
+#endif
+
 // The environment variable that names the temporary directory.
 constexpr const char *temporaryDirectoryVariable = onWindows ? "TMP" : "TMPDIR";
 

@@ -3,6 +3,8 @@
 
 #include "tests/faults/conditions.h"
 
+#include "tests/fakes/thissystem.h"
+
 #include <QDirIterator>
 #include <QFile>
 
@@ -13,12 +15,6 @@
 namespace {
 
 constexpr uid_t nobody = 65534;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool memoryIsOurs = false;
-#else
-constexpr bool memoryIsOurs = true;
-#endif
 
 // From the first call on, mounts of this thread and of its children are nobody else's.
 bool hasOwnMounts()
@@ -87,7 +83,7 @@ bool giveAway(const QString &path)
 std::optional<int> peakOfMemory()
 {
     QFile status("/proc/self/status");
-    if (!memoryIsOurs || !status.open(QIODevice::ReadOnly)) {
+    if (underSanitizer || !status.open(QIODevice::ReadOnly)) {
         return {};
     }
     for (const QByteArray &line : status.readAll().split('\n')) {

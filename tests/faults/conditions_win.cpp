@@ -7,7 +7,11 @@
 
 #include <windows.h>
 
-OrdinaryRights::OrdinaryRights(const QStringList &) {}
+// Whoever he is: here nobody's rights go past what a file allows.
+OrdinaryRights::OrdinaryRights(const QStringList &)
+    : m_areThere(true)
+{
+}
 
 OrdinaryRights::~OrdinaryRights() = default;
 

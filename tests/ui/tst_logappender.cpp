@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int floodLines = 100000;
+constexpr int floodLines = underSanitizer ? 10000 : 100000;
 constexpr int shownAtOnce = 200; // a little below what one turn takes
 
 QString lineOf(int number)
