@@ -17,7 +17,12 @@ class FakePlatform final : public Platform
 {
 public:
     FakePlatform() { setPlatform(this); }
-    ~FakePlatform() override { setPlatform(nullptr); }
+    ~FakePlatform() override
+    {
+        // Behind every call of a job: ThreadSanitizer does not see Qt wait for the thread.
+        const std::lock_guard lock(m_mutex);
+        setPlatform(nullptr);
+    }
 
     QStringList events;  // in order: "detached: ...", "pause: ... ms", "shell told"
     ExtractedIcon icon;  // what extractIcon() gives
@@ -39,9 +44,10 @@ public:
     QString refusalToUse(const QString &path) override
     {
         before("use " + QFileInfo(path).fileName());
+        const std::lock_guard lock(m_mutex);
         return refusedPath.isEmpty() || refusedPath == path ? refusal : QString();
     }
-    void prepareStart(QProcess &) override {}
+    void prepareStart(QProcess &) override { const std::lock_guard lock(m_mutex); }
     void startDetached(const QString &program) override
     {
         before("detached");
@@ -59,6 +65,7 @@ public:
     }
     QString nativePath(const QString &path) override
     {
+        const std::lock_guard lock(m_mutex);
         return usesBackslashes ? QString(path).replace('/', '\\') : path;
     }
 
