@@ -109,6 +109,14 @@ void FaultyJob::putOnSmallDisk(const QString &folder, int kibibytes)
     }
 }
 
+void FaultyJob::hold(const QString &path)
+{
+    m_held = std::make_unique<HeldFile>(path);
+    if (!m_held->isThere()) {
+        skip("only Windows keeps others from reading");
+    }
+}
+
 void FaultyJob::run(Rights rights)
 {
     Worker worker;
@@ -126,6 +134,7 @@ void FaultyJob::run(Rights rights)
     worker.createPortableApp(job.folderPath, job.archivePath, job.outputDir, job.mainExeName,
                              job.iconPath, job.compressionLevel, job.compressionMethod,
                              job.dictionarySize);
+    m_held.reset();
 }
 
 void FaultyJob::check(const Fault &fault)

@@ -63,8 +63,10 @@ public:
     void atMoment(const QString &moment, const std::function<void()> &action);
     // The folder that is packed, or the directory, becomes an empty disk of that size; files in it are gone.
     void putOnSmallDisk(const QString &folder, int kibibytes);
-    // The row cannot be brought about here.
-    void skip(const QString &reason) { m_reason = reason; }
+    // The row cannot be brought about here; the first reason counts.
+    void skip(const QString &reason) { m_reason = m_reason.isEmpty() ? reason : m_reason; }
+    // Nobody else may open the file until the job has ended.
+    void hold(const QString &path);
     // What others do to the source folder is not the job's doing: names that are not compared.
     void leaveOutOfComparison(const QString &name = {}) { m_changedByOthers << source(name); }
 
@@ -88,6 +90,7 @@ private:
     QString describedOutput() const;
 
     std::unique_ptr<SmallDisk> m_disk;
+    std::unique_ptr<HeldFile> m_held;
     QString m_reason;
     QStringList m_changedByOthers;
 };

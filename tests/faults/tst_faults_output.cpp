@@ -55,7 +55,12 @@ private slots:
                    "nothing", Rights::Ordinary);
         QTest::newRow("the older output may not be written")
             << cannotBeMade(
-                   [](FaultyJob &job) { QFile::setPermissions(job.output(), QFile::ReadOwner); },
+                   [](FaultyJob &job) {
+                       if (onWindows) {
+                           job.skip("Wine lets root write everything");
+                       }
+                       QFile::setPermissions(job.output(), QFile::ReadOwner);
+                   },
                    "the older my.exe", Rights::Ordinary);
         QTest::newRow("another program reads the older output")
             << Fault{[](FaultyJob &job) {
@@ -65,13 +70,7 @@ private slots:
                      },
                      Ending::Done, "SFX模块写入成功", "my.exe, whole", "temp.7z"};
         QTest::newRow("another program holds the older output") << cannotBeMade(
-            [](FaultyJob &job) {
-                static std::unique_ptr<HeldFile> held;
-                held = std::make_unique<HeldFile>(job.output());
-                if (!held->isThere()) {
-                    job.skip("only Windows keeps others from reading");
-                }
-            },
+            [](FaultyJob &job) { job.hold(job.output()); },
             "the older my.exe");
         QTest::newRow("the disk is full before the output begins")
             << Fault{[](FaultyJob &job) {

@@ -84,13 +84,7 @@ private slots:
                      },
                      Ending::Done, "压缩包创建成功", "my.exe, whole", "temp.7z"};
         QTest::newRow("another program holds a file in it") << archiverFails(
-            [](FaultyJob &job) {
-                static std::unique_ptr<HeldFile> held;
-                held = std::make_unique<HeldFile>(job.source("data/文件.txt"));
-                if (!held->isThere()) {
-                    job.skip("only Windows keeps others from reading");
-                }
-            },
+            [](FaultyJob &job) { job.hold(job.source("data/文件.txt")); },
             "7z错误输出: ");
     }
     void job()
@@ -110,6 +104,9 @@ private slots:
     }
     void changing()
     {
+        if (onWindows) {
+            QSKIP("who writes a file keeps the archiver from reading it here");
+        }
         QFETCH(Fault, fault);
         FaultyJob job;
         const QString growing = job.source("data/growing.log");
