@@ -111,8 +111,8 @@ void FaultyJob::putOnSmallDisk(const QString &folder, int kibibytes)
 
 void FaultyJob::hold(const QString &path)
 {
-    m_held = std::make_unique<HeldFile>(path);
-    if (!m_held->isThere()) {
+    m_heldPath = path;
+    if (!HeldFile(path).isThere()) {
         skip("only Windows keeps others from reading");
     }
 }
@@ -131,10 +131,10 @@ void FaultyJob::run(Rights rights)
         ordinary = std::make_unique<OrdinaryRights>(QStringList{folders.path(), temp.path()});
         QVERIFY(ordinary->areThere());
     }
+    const HeldFile held(m_heldPath);
     worker.createPortableApp(job.folderPath, job.archivePath, job.outputDir, job.mainExeName,
                              job.iconPath, job.compressionLevel, job.compressionMethod,
                              job.dictionarySize);
-    m_held.reset();
 }
 
 void FaultyJob::check(const Fault &fault)

@@ -65,7 +65,7 @@ public:
     void putOnSmallDisk(const QString &folder, int kibibytes);
     // The row cannot be brought about here; the first reason counts.
     void skip(const QString &reason) { m_reason = m_reason.isEmpty() ? reason : m_reason; }
-    // Nobody else may open the file until the job has ended.
+    // Nobody else may open the file while the job runs.
     void hold(const QString &path);
     // What others do to the source folder is not the job's doing: names that are not compared.
     void leaveOutOfComparison(const QString &name = {}) { m_changedByOthers << source(name); }
@@ -90,7 +90,7 @@ private:
     QString describedOutput() const;
 
     std::unique_ptr<SmallDisk> m_disk;
-    std::unique_ptr<HeldFile> m_held;
+    QString m_heldPath; // empty: none
     QString m_reason;
     QStringList m_changedByOthers;
 };
