@@ -24,7 +24,7 @@ divide() { awk -v a="$1" -v b="$2" -v digits="${3:-2}" 'BEGIN { printf "%.*f", d
 make_work() {
     work=$(mktemp -d "${TMPDIR:-/tmp}/kestrelpack-bench.XXXXXX")
     at_end=
-    trap 'eval "$at_end"; rm -rf "$work"' EXIT
+    trap 'set +e; eval "$at_end"; rm -rf "$work"' EXIT
     trap 'exit 130' INT TERM
 }
 
