@@ -12,7 +12,8 @@
 #include <QThread>
 
 #ifdef __linux__
-#include <signal.h>
+#include <csignal>
+
 #include <sys/prctl.h>
 #endif
 
