@@ -112,9 +112,10 @@ CommandLine parseCommandLine(const QStringList &arguments)
 
     const QStringList folders = parser.positionalArguments();
     if (folders.size() != 1 || folders.constFirst().isEmpty()) {
-        return refusal(folders.size() > 1 ? QStringLiteral("more than one FOLDER was given: %1")
-                                                .arg(folders.join(", "))
-                                          : QStringLiteral("no FOLDER was given"));
+        return refusal(
+            folders.size() > 1
+                ? QStringLiteral("more than one FOLDER was given: %1").arg(folders.join(", "))
+                : QStringLiteral("no FOLDER was given"));
     }
     CommandLine line;
     line.folder = folders.constFirst();

@@ -17,7 +17,7 @@ struct CommandLine
     QString folder;
     QString mainProgram; // empty: to be found
     QString outputDir = QStringLiteral(".");
-    QString iconPath; // empty: the main program's own icon
+    QString iconPath;    // empty: the main program's own icon
     int levelIndex = 3;  // in the list of compression levels; 3 is "normal"
     int methodIndex = 0; // in the list of methods; 0 is LZMA
     bool quiet = false;

@@ -23,9 +23,7 @@ QString progressBarText(int percentage)
         .arg(bounded, 3);
 }
 
-Console::Console(bool quiet)
-    : m_quiet(quiet)
-    , m_drawsProgress(!quiet && isTerminal(Stream::Error))
+Console::Console(bool quiet) : m_quiet(quiet), m_drawsProgress(!quiet && isTerminal(Stream::Error))
 {
 }
 

@@ -17,7 +17,8 @@ namespace {
 QStringList programsIn(const QDir &folder)
 {
     QStringList programs = folder.entryList(QDir::Files | QDir::Hidden);
-    programs.removeIf([](const QString &name) { return !name.endsWith(".exe", Qt::CaseInsensitive); });
+    programs.removeIf(
+        [](const QString &name) { return !name.endsWith(".exe", Qt::CaseInsensitive); });
     return programs;
 }
 
@@ -70,8 +71,9 @@ std::variant<QString, Refusal> onlyProgram(const QString &folder)
         return Refusal{QStringLiteral("the folder %1 holds no .exe").arg(folder)};
     }
     if (programs.size() > 1) {
-        return Refusal{QStringLiteral("the folder %1 holds several programs; name one with --main: %2")
-                           .arg(folder, programs.join(", "))};
+        return Refusal{
+            QStringLiteral("the folder %1 holds several programs; name one with --main: %2")
+                .arg(folder, programs.join(", "))};
     }
     return programs.constFirst();
 }
@@ -128,7 +130,8 @@ std::optional<Refusal> checkOutput(const QString &outputDir, const QString &fold
     }
     const QFileInfo output(outputPath(outputDir, mainProgram));
     if (output.isDir() || (output.exists() && !output.isWritable())) {
-        return Refusal{QStringLiteral("the output file %1 cannot be replaced").arg(output.filePath())};
+        return Refusal{
+            QStringLiteral("the output file %1 cannot be replaced").arg(output.filePath())};
     }
     return std::nullopt;
 }
@@ -157,7 +160,8 @@ std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line)
     job.folderPath = resolvedPath(line.folder);
     job.outputDir = resolvedPath(line.outputDir);
     job.mainExeName = mainProgram;
-    job.iconPath = line.iconPath.isEmpty() ? QString() : QFileInfo(line.iconPath).absoluteFilePath();
+    job.iconPath = line.iconPath.isEmpty() ? QString()
+                                           : QFileInfo(line.iconPath).absoluteFilePath();
     job.compressionLevel = compressionLevelText(line.levelIndex);
     job.compressionMethod = compressionMethodText(line.methodIndex);
     job.dictionarySize = dictionarySizeText(-1);

@@ -27,8 +27,7 @@ extern "C" void passSignalOn(int number)
 
 } // namespace
 
-InterruptWatcher::InterruptWatcher(QObject *parent)
-    : QObject(parent)
+InterruptWatcher::InterruptWatcher(QObject *parent) : QObject(parent)
 {
     if (pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
         return; // the signals then end the program as they always do

@@ -30,8 +30,7 @@ BOOL WINAPI passEventOn(DWORD event)
 
 } // namespace
 
-InterruptWatcher::InterruptWatcher(QObject *parent)
-    : QObject(parent)
+InterruptWatcher::InterruptWatcher(QObject *parent) : QObject(parent)
 {
     currentWatcher = this;
     SetConsoleCtrlHandler(passEventOn, TRUE);

@@ -6,11 +6,7 @@
 #include <QString>
 
 // What a line of the job log is to the person at the terminal.
-enum class LogLineKind {
-    Information,
-    Warning,
-    Error
-};
+enum class LogLineKind { Information, Warning, Error };
 
 // Tells the kind of a line by its text.
 LogLineKind kindOfLogLine(const QString &line);

@@ -8,10 +8,7 @@
 
 #include <QProcess>
 
-StoppablePlatform::StoppablePlatform(JobGate &gate)
-    : m_gate(gate)
-{
-}
+StoppablePlatform::StoppablePlatform(JobGate &gate) : m_gate(gate) {}
 
 void StoppablePlatform::killHelper()
 {

@@ -35,10 +35,11 @@ TerminalJob::TerminalJob(const PackagingJob &job, Console &console)
     m_worker.moveToThread(&m_thread);
 
     // The gate is passed on the worker's thread, before the signal is on its way to this one.
-    connect(&m_worker, &Worker::logMessage, &m_worker, [this] { m_gate.pass(); },
-            Qt::DirectConnection);
-    connect(&m_worker, &Worker::progressChanged, &m_worker, [this] { m_gate.pass(); },
-            Qt::DirectConnection);
+    connect(
+        &m_worker, &Worker::logMessage, &m_worker, [this] { m_gate.pass(); }, Qt::DirectConnection);
+    connect(
+        &m_worker, &Worker::progressChanged, &m_worker, [this] { m_gate.pass(); },
+        Qt::DirectConnection);
     connect(&m_worker, &Worker::logMessage, this,
             [this](const QString &line) { m_console.showLogLine(line); });
     connect(&m_worker, &Worker::progressChanged, this,
@@ -56,8 +57,8 @@ TerminalJob::~TerminalJob()
 void TerminalJob::start()
 {
     if (!m_guard.isValid()) {
-        m_console.showMessage(
-            QStringLiteral("no directory for the archive could be made: %1").arg(m_guard.errorString()));
+        m_console.showMessage(QStringLiteral("no directory for the archive could be made: %1")
+                                  .arg(m_guard.errorString()));
         emit ended(ExitJobFailed);
         return;
     }
@@ -83,19 +84,20 @@ bool TerminalJob::concludeOutput(bool success)
     const bool isWhole = success && m_guard.outputIsWhole();
     if (!isWhole) {
         m_guard.undoOutput();
-        m_console.showMessage(success
-                                  ? QStringLiteral("%1 could not be written in full; is the disk full?")
-                                        .arg(m_output)
-                                  : QStringLiteral("the job failed; see the lines above"));
+        m_console.showMessage(
+            success
+                ? QStringLiteral("%1 could not be written in full; is the disk full?").arg(m_output)
+                : QStringLiteral("the job failed; see the lines above"));
         return false;
     }
     m_guard.keepOutput();
     const qint64 size = QFileInfo(m_output).size();
     if (size > largestProgramSize) {
-        m_console.showMessage(QStringLiteral("warning: %1 has %2 bytes; Windows starts no program file "
-                                             "of 4 GiB or more")
-                                  .arg(m_output)
-                                  .arg(size));
+        m_console.showMessage(
+            QStringLiteral("warning: %1 has %2 bytes; Windows starts no program file "
+                           "of 4 GiB or more")
+                .arg(m_output)
+                .arg(size));
     }
     m_console.showInformation(m_output);
     return true;

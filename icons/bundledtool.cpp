@@ -14,7 +14,7 @@ bool provideBundledTool(const QString &resource, const QString &target)
         return false;
     }
     // A file copied out of the bundle is read-only.
-    QFile::setPermissions(
-        target, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    QFile::setPermissions(target,
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     return true;
 }

@@ -97,7 +97,8 @@ void logVisibleIcon(const QString &executable, const LogSink &log)
         return;
     }
     log(WorkerText::tr("最终EXE图标尺寸: %1x%2").arg(image.width()).arg(image.height()));
-    log(isTranslucent(image) ? WorkerText::tr("图标包含透明通道") : WorkerText::tr("警告：图标不包含透明通道"));
+    log(isTranslucent(image) ? WorkerText::tr("图标包含透明通道")
+                             : WorkerText::tr("警告：图标不包含透明通道"));
 }
 
 } // namespace

@@ -22,10 +22,10 @@ constexpr qsizetype keptOfStandardError = 1048576;
 class StandardErrorTail
 {
 public:
-    explicit StandardErrorTail(QProcess &process)
-        : m_process(process)
+    explicit StandardErrorTail(QProcess &process) : m_process(process)
     {
-        QObject::connect(&process, &QProcess::readyReadStandardError, &m_context, [this] { read(); });
+        QObject::connect(&process, &QProcess::readyReadStandardError, &m_context,
+                         [this] { read(); });
     }
 
     QByteArray text()

@@ -39,7 +39,9 @@ bool Worker::runJob(const PackagingJob &job)
     archiver.setWorkingDirectory(QDir::tempPath());
 
     const JobReport report{[this](const QString &message) { emit logMessage(message); },
-                           [this](int value) { emit progressChanged(value); }};
+                           [this](int value) {
+                               emit progressChanged(value);
+                           }};
     if (!createArchive(job, archiver, report) || !assembleOutput(job, report)) {
         return false;
     }
@@ -140,7 +142,8 @@ bool Worker::validateIconData(const QByteArray &data)
 
 QByteArray Worker::extractIconFromExe(const QString &executable)
 {
-    return iconOfExecutable(executable, [this](const QString &message) { emit logMessage(message); });
+    return iconOfExecutable(executable,
+                            [this](const QString &message) { emit logMessage(message); });
 }
 
 bool Worker::replaceExeIcon(const QString &executable, const QByteArray &icon)

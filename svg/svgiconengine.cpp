@@ -25,8 +25,7 @@ QPixmap draw(const QString &fileName, const QSize &size)
 
 } // namespace
 
-void SvgIconEngine::addFile(const QString &fileName, const QSize &, QIcon::Mode,
-                            QIcon::State state)
+void SvgIconEngine::addFile(const QString &fileName, const QSize &, QIcon::Mode, QIcon::State state)
 {
     m_files.insert(state, fileName);
 }

@@ -10,16 +10,13 @@
 #include <QIcon>
 #include <QUrl>
 
-AboutDialog::AboutDialog(QWidget *parent)
-    : QDialog(parent)
-    , ui(std::make_unique<Ui::AboutDialog>())
+AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::AboutDialog>())
 {
     ui->setupUi(this);
     setWindowTitle(tr("关于 Kestrel Pack"));
     fillIn();
-    connect(ui->websiteLabel, &QLabel::linkActivated, this, [](const QString &link) {
-        QDesktopServices::openUrl(QUrl(link, QUrl::TolerantMode));
-    });
+    connect(ui->websiteLabel, &QLabel::linkActivated, this,
+            [](const QString &link) { QDesktopServices::openUrl(QUrl(link, QUrl::TolerantMode)); });
 }
 
 AboutDialog::~AboutDialog() = default;

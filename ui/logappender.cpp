@@ -58,9 +58,7 @@ void insertPlain(QTextCursor &cursor, QStringView text)
 
 } // namespace
 
-LogAppender::LogAppender(QTextEdit *pane)
-    : QObject(pane)
-    , m_pane(pane)
+LogAppender::LogAppender(QTextEdit *pane) : QObject(pane), m_pane(pane)
 {
     m_pane->setUndoRedoEnabled(false);
     m_turn.setInterval(0);

@@ -39,7 +39,7 @@ private:
     void takeSlice();
 
     QTextEdit *const m_pane;
-    QTimer m_turn; // fires in the next turn of the event loop
+    QTimer m_turn;                 // fires in the next turn of the event loop
     qsizetype m_shownThisTurn = 0; // in lines of usual length
     QQueue<QString> m_waiting;
     qsizetype m_waitingCharacters = 0;

@@ -33,7 +33,7 @@ MainWindow::MainWindow(QWidget *parent)
     buildMenu();
 
     tempDir = QDir::tempPath() + QStringLiteral("/Kestrelpack_")
-              + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddhhmmss"));
+        + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddhhmmss"));
     QDir().mkpath(tempDir);
 }
 

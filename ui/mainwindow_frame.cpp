@@ -46,7 +46,8 @@ void MainWindow::onMinimizeButtonClicked()
 
 void MainWindow::onCloseButtonClicked()
 {
-    const auto answer = QMessageBox::question(this, tr("确认退出"), tr("确定要退出 Kestrelpack 吗？"),
+    const auto answer = QMessageBox::question(this, tr("确认退出"),
+                                              tr("确定要退出 Kestrelpack 吗？"),
                                               QMessageBox::Yes | QMessageBox::No);
     if (answer == QMessageBox::Yes) {
         QCoreApplication::quit();

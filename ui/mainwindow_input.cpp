@@ -48,8 +48,8 @@ void MainWindow::on_selectFolderButton_clicked()
 void MainWindow::populateMainExeList(const QString &folder)
 {
     ui->mainExeComboBox->clear();
-    const QFileInfoList programs =
-        QDir(folder).entryInfoList({QStringLiteral("*.exe")}, QDir::Files, QDir::Unsorted);
+    const QFileInfoList programs
+        = QDir(folder).entryInfoList({QStringLiteral("*.exe")}, QDir::Files, QDir::Unsorted);
     for (const QFileInfo &program : programs) {
         ui->mainExeComboBox->addItem(program.fileName());
     }
@@ -61,8 +61,9 @@ void MainWindow::populateMainExeList(const QString &folder)
 // Only the file's name is kept: the job looks for it in the source folder.
 void MainWindow::on_mainExeButton_clicked()
 {
-    const QString file = QFileDialog::getOpenFileName(
-        this, tr("选择主程序"), ui->folderLineEdit->text(), tr("可执行文件 (*.exe)"));
+    const QString file = QFileDialog::getOpenFileName(this, tr("选择主程序"),
+                                                      ui->folderLineEdit->text(),
+                                                      tr("可执行文件 (*.exe)"));
     if (file.isEmpty()) {
         return;
     }
@@ -82,9 +83,10 @@ void MainWindow::on_outputButton_clicked()
     if (start.isEmpty()) {
         start = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
     }
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, tr("选择输出目录"), start,
-        QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks);
+    const QString folder
+        = QFileDialog::getExistingDirectory(this, tr("选择输出目录"), start,
+                                            QFileDialog::ShowDirsOnly
+                                                | QFileDialog::DontResolveSymlinks);
     if (folder.isEmpty()) {
         return;
     }
@@ -95,8 +97,8 @@ void MainWindow::on_outputButton_clicked()
 // Any image will do here; the worker looks at the file's structure.
 void MainWindow::on_iconButton_clicked()
 {
-    const QString file = QFileDialog::getOpenFileName(this, tr("选择图标文件"), QString(),
-                                                      tr("图标文件 (*.ico)"));
+    const QString file
+        = QFileDialog::getOpenFileName(this, tr("选择图标文件"), QString(), tr("图标文件 (*.ico)"));
     if (file.isEmpty()) {
         return;
     }

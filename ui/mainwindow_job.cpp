@@ -25,8 +25,7 @@ void MainWindow::on_startButton_clicked()
     const QString archive = tempDir + QStringLiteral("/temp.7z");
     QFile::remove(archive);
     QMetaObject::invokeMethod(worker.get(), "createPortableApp", Qt::AutoConnection,
-                              Q_ARG(QString, ui->folderLineEdit->text()),
-                              Q_ARG(QString, archive),
+                              Q_ARG(QString, ui->folderLineEdit->text()), Q_ARG(QString, archive),
                               Q_ARG(QString, ui->outputLineEdit->text()),
                               Q_ARG(QString, ui->mainExeComboBox->currentText()),
                               Q_ARG(QString, ui->iconLineEdit->text()),

@@ -18,10 +18,7 @@ namespace {
 class Store : public QSettings
 {
 public:
-    Store()
-        : QSettings(QStringLiteral("Vexo"), QStringLiteral("Kestrelpack"))
-    {
-    }
+    Store() : QSettings(QStringLiteral("Vexo"), QStringLiteral("Kestrelpack")) {}
 };
 
 } // namespace

@@ -80,7 +80,8 @@ std::uint32_t addressRoom(const PeHeaders &headers, const ResourceTree &tree)
 {
     const std::size_t next = tree.section + 1;
     const bool isLast = next >= headers.sections().size();
-    return bytesBelow(isLast ? addressLimit : headers.sections()[next].virtualAddress, tree.rootRva);
+    return bytesBelow(isLast ? addressLimit : headers.sections()[next].virtualAddress,
+                      tree.rootRva);
 }
 
 std::uint32_t lengthInFile(const PeHeaders &headers, const ResourceTree &tree)
@@ -143,9 +144,11 @@ std::optional<EditPlan> planInUnusedBytes(const PeHeaders &headers, ResourceTree
 // Inserting in the middle of another section's bytes would tear it.
 bool canInsertAt(const PeHeaders &headers, std::uint64_t at)
 {
-    return std::none_of(headers.sections().begin(), headers.sections().end(), [&](const auto &section) {
-        return section.hasRawData() && section.rawPointer < at && at < section.rawEnd();
-    });
+    return std::none_of(headers.sections().begin(), headers.sections().end(),
+                        [&](const auto &section) {
+                            return section.hasRawData() && section.rawPointer < at
+                                && at < section.rawEnd();
+                        });
 }
 
 std::uint64_t growthUnit(const PeHeaders &headers)
@@ -162,8 +165,8 @@ std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tr
     const std::size_t next = tree.section + 1;
     const bool relocMoves = isMovableReloc(headers, next);
     LayoutRoom room{tree.rootRva, tree.rootOffset, {}, 0, 0, false};
-    room.maxLength =
-        relocMoves ? bytesBelow(addressLimit, tree.rootRva) : addressRoom(headers, tree);
+    room.maxLength = relocMoves ? bytesBelow(addressLimit, tree.rootRva)
+                                : addressRoom(headers, tree);
     room.length = std::min(lengthInFile(headers, tree), room.maxLength);
     const std::uint64_t sectionEnd = headers.sections()[tree.section].rawEnd();
     if (!canInsertAt(headers, sectionEnd)) {
@@ -192,9 +195,9 @@ std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tr
         Section reloc = plan.headers.sections()[next];
         reloc.virtualAddress = static_cast<std::uint32_t>(alignUp(end, headers.sectionAlignment()));
         plan.headers.setSection(next, reloc);
-        plan.headers.setDirectory(
-            Directory::BaseRelocation,
-            {reloc.virtualAddress, headers.directory(Directory::BaseRelocation).size});
+        plan.headers.setDirectory(Directory::BaseRelocation,
+                                  {reloc.virtualAddress,
+                                   headers.directory(Directory::BaseRelocation).size});
     }
     return plan;
 }
@@ -225,7 +228,8 @@ Result<EditPlan> planNewSection(const PeHeaders &headers, ResourceTree &tree)
     Section section;
     section.name = freeSectionName(headers);
     section.characteristics = readableData;
-    section.virtualAddress = static_cast<std::uint32_t>(alignUp(address, headers.sectionAlignment()));
+    section.virtualAddress
+        = static_cast<std::uint32_t>(alignUp(address, headers.sectionAlignment()));
     const std::uint64_t imageEnd = headers.imageEnd();
     const std::uint64_t offset = alignUp(imageEnd, headers.fileAlignment());
     LayoutRoom room{section.virtualAddress, offset, {}, 0, 0, false};

@@ -17,7 +17,7 @@ struct EditPlan
     std::uint64_t insertAt = 0;
     std::uint64_t insertLength = 0;
     std::vector<Patch> content;
-    Patch root; // the root table
+    Patch root;        // the root table
     PeHeaders headers; // as they are to be, but for the checksum
 
     // The patches may be written into the old file itself. Until `root` is written, a reader sees

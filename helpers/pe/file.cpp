@@ -8,7 +8,8 @@
 namespace pe {
 
 File::File(File &&other) noexcept
-    : m_handle(std::exchange(other.m_handle, noHandle)), m_size(std::exchange(other.m_size, 0))
+    : m_handle(std::exchange(other.m_handle, noHandle))
+    , m_size(std::exchange(other.m_size, 0))
 {
 }
 

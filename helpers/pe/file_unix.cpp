@@ -51,8 +51,8 @@ Result<File> File::open(const std::filesystem::path &path, Access access)
         const int fd = descriptor(file.m_handle);
         struct stat status = {};
         if (fd < 0 || fstat(fd, &status) != 0) {
-            return systemError(ErrorKind::CannotRead, edit ? "cannot be opened for editing"
-                                                           : "cannot be opened");
+            return systemError(ErrorKind::CannotRead,
+                               edit ? "cannot be opened for editing" : "cannot be opened");
         }
         if (!S_ISREG(status.st_mode)) {
             return Error{ErrorKind::CannotRead, "is not a file"};
@@ -78,8 +78,8 @@ void File::close()
 Result<Done> File::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const
 {
     while (!buffer.empty()) {
-        const ssize_t got = pread(descriptor(m_handle), buffer.data(), buffer.size(),
-                                  static_cast<off_t>(offset));
+        const ssize_t got
+            = pread(descriptor(m_handle), buffer.data(), buffer.size(), static_cast<off_t>(offset));
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -98,8 +98,8 @@ Result<Done> File::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) 
 Result<Done> File::writeAt(std::uint64_t offset, ByteView bytes)
 {
     while (!bytes.empty()) {
-        const ssize_t put =
-            pwrite(descriptor(m_handle), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        const ssize_t put
+            = pwrite(descriptor(m_handle), bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (put < 0 && errno == EINTR) {
             continue;
         }

@@ -20,10 +20,10 @@ Error systemError(ErrorKind kind, const char *what)
 {
     const DWORD code = GetLastError();
     wchar_t text[256];
-    const DWORD length =
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS
-                           | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                       nullptr, code, 0, text, static_cast<DWORD>(std::size(text)), nullptr);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS
+                                            | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                                        nullptr, code, 0, text, static_cast<DWORD>(std::size(text)),
+                                        nullptr);
     char narrow[1024];
     const int count = WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(length), narrow,
                                           static_cast<int>(sizeof narrow), nullptr, nullptr);
@@ -60,9 +60,9 @@ Result<File> File::open(const std::filesystem::path &path, Access access)
     File file;
     for (int attempt = 0; attempt < openAttempts; ++attempt) {
         // No other writer while we have it open.
-        const HANDLE handle =
-            CreateFileW(path.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U), FILE_SHARE_READ,
-                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U),
+                                          FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
         file.m_handle = reinterpret_cast<std::intptr_t>(handle);
         if (file.m_handle != noHandle || GetLastError() != ERROR_SHARING_VIOLATION) {
             break;

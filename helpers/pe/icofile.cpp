@@ -178,8 +178,8 @@ std::vector<std::uint16_t> imageIdsOfGroup(ByteView group)
     if (group.size() < directorySize) {
         return ids;
     }
-    const std::size_t count = std::min<std::size_t>(read16(group, 4),
-                                                    (group.size() - directorySize) / groupEntrySize);
+    const std::size_t count
+        = std::min<std::size_t>(read16(group, 4), (group.size() - directorySize) / groupEntrySize);
     for (std::size_t i = 0; i < count; ++i) {
         ids.push_back(read16(group, directorySize + groupEntrySize * i + 12));
     }

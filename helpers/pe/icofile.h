@@ -15,7 +15,7 @@ struct IconImage
 {
     std::uint32_t width = 0; // pixels, as the image itself says
     std::uint32_t height = 0;
-    std::uint16_t bitCount = 0; // bits a pixel, as the image itself says
+    std::uint16_t bitCount = 0;  // bits a pixel, as the image itself says
     std::uint8_t colorCount = 0; // colours of the palette; 0 for 256 and more
     ByteView data; // a PNG file, or a BITMAPINFOHEADER with the bitmaps of colour and mask
 };

@@ -56,7 +56,8 @@ ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key
 }
 
 // A group that cannot be read, as in some packed programs, refers to nothing that we could know of.
-void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeaders &headers, IdSet &ids)
+void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeaders &headers,
+                     IdSet &ids)
 {
     if (entry.directory) {
         for (const ResourceEntry &child : entry.directory->entries) {

@@ -80,8 +80,7 @@ Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program)
     if (tree.hasError()) {
         return tree.error();
     }
-    const ResourceData *group =
-        tree.value() ? resourceOf(*tree.value(), groupIconType) : nullptr;
+    const ResourceData *group = tree.value() ? resourceOf(*tree.value(), groupIconType) : nullptr;
     if (group == nullptr) {
         return std::optional<Bytes>();
     }
@@ -89,8 +88,8 @@ Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program)
     if (content.hasError()) {
         return std::optional<Bytes>();
     }
-    const ResourceData *best =
-        bestImage(*tree.value(), file.value(), headers.value(), content.value());
+    const ResourceData *best
+        = bestImage(*tree.value(), file.value(), headers.value(), content.value());
     if (best == nullptr) {
         return std::optional<Bytes>();
     }

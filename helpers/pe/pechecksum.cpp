@@ -80,8 +80,8 @@ Result<WordSum> sumOfFile(const File &file, const FileRange &range)
     Bytes buffer(256 * 1024); // stays in the processor's cache
     FileRange data = file.nextData(range.begin);
     while (data.begin < std::min(data.end, range.end)) {
-        const auto length =
-            std::min<std::uint64_t>(buffer.size(), std::min(data.end, range.end) - data.begin);
+        const auto length
+            = std::min<std::uint64_t>(buffer.size(), std::min(data.end, range.end) - data.begin);
         const auto part = std::span(buffer).first(length);
         if (const auto read = file.readAt(data.begin, part); read.hasError()) {
             return read.error();

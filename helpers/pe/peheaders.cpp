@@ -82,8 +82,7 @@ Result<PeHeaders> PeHeaders::read(const File &file)
     if (tableEnd > file.size()) {
         return damaged("the file ends inside its headers");
     }
-    const std::size_t wanted =
-        std::min<std::uint64_t>(tableEnd + sectionRowSize, file.size());
+    const std::size_t wanted = std::min<std::uint64_t>(tableEnd + sectionRowSize, file.size());
     auto bytes = file.readAt(0, wanted);
     if (bytes.hasError()) {
         return bytes.error();

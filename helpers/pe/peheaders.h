@@ -27,10 +27,7 @@ struct Section
     // Bytes of address space: linkers of old leave VirtualSize 0.
     std::uint32_t extent() const { return virtualSize != 0 ? virtualSize : rawSize; }
     std::uint64_t virtualEnd() const { return std::uint64_t{virtualAddress} + extent(); }
-    bool holdsRva(std::uint32_t rva) const
-    {
-        return rva >= virtualAddress && rva < virtualEnd();
-    }
+    bool holdsRva(std::uint32_t rva) const { return rva >= virtualAddress && rva < virtualEnd(); }
 };
 
 // The numbers of the data directories that matter here (PE format, "Optional Header Data
@@ -85,7 +82,10 @@ public:
     const Bytes &bytes() const { return m_bytes; }
 
 private:
-    std::uint32_t optional32(std::size_t offset) const { return read32(m_bytes, m_optional + offset); }
+    std::uint32_t optional32(std::size_t offset) const
+    {
+        return read32(m_bytes, m_optional + offset);
+    }
     void setOptional32(std::size_t offset, std::uint32_t value)
     {
         write32(m_bytes, m_optional + offset, value);
@@ -97,8 +97,8 @@ private:
     std::size_t rowOffset(std::size_t index) const { return m_table + 40 * index; }
 
     Bytes m_bytes;
-    std::size_t m_coff = 0; // offset of the COFF file header
-    std::size_t m_optional = 0; // offset of the optional header
+    std::size_t m_coff = 0;        // offset of the COFF file header
+    std::size_t m_optional = 0;    // offset of the optional header
     std::size_t m_directories = 0; // offset of the first data directory
     std::size_t m_directoryCount = 0;
     std::size_t m_table = 0; // offset of the section table

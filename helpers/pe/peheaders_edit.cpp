@@ -105,8 +105,7 @@ void PeHeaders::shiftFileOffsets(std::uint64_t at, std::uint64_t length)
     }
     const DataDirectory security = directory(Directory::Security);
     if (security.size != 0) {
-        setDirectory(Directory::Security,
-                     {shifted(security.address, at, length), security.size});
+        setDirectory(Directory::Security, {shifted(security.address, at, length), security.size});
     }
 }
 

@@ -104,9 +104,9 @@ Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std
 } // namespace
 
 Replacement::Replacement(Replacement &&other) noexcept
-    : m_file(std::move(other.m_file)),
-      m_target(std::move(other.m_target)),
-      m_temporary(std::exchange(other.m_temporary, {}))
+    : m_file(std::move(other.m_file))
+    , m_target(std::move(other.m_target))
+    , m_temporary(std::exchange(other.m_temporary, {}))
 {
 }
 

@@ -36,9 +36,9 @@ std::wstring temporaryName()
 } // namespace
 
 Replacement::Replacement(Replacement &&other) noexcept
-    : m_file(std::move(other.m_file)),
-      m_target(std::move(other.m_target)),
-      m_temporary(std::exchange(other.m_temporary, {}))
+    : m_file(std::move(other.m_file))
+    , m_target(std::move(other.m_target))
+    , m_temporary(std::exchange(other.m_temporary, {}))
 {
 }
 
@@ -51,8 +51,8 @@ Result<Replacement> Replacement::beside(const std::filesystem::path &target)
         made.m_target = target;
     }
     made.m_temporary = made.m_target.parent_path() / temporaryName();
-    const HANDLE handle = CreateFileW(made.m_temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle = CreateFileW(made.m_temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                      nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     made.m_file.m_handle = reinterpret_cast<std::intptr_t>(handle);
     if (made.m_file.m_handle == File::noHandle) {
         const DWORD code = GetLastError();
@@ -86,8 +86,8 @@ Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, s
 {
     Bytes buffer(4U << 20);
     for (std::uint64_t from = range.begin; from < range.end;) {
-        const auto part =
-            std::span(buffer).first(std::min<std::uint64_t>(range.end - from, buffer.size()));
+        const auto part
+            = std::span(buffer).first(std::min<std::uint64_t>(range.end - from, buffer.size()));
         if (auto read = source.readAt(from, part); read.hasError()) {
             return read;
         }

@@ -32,7 +32,8 @@ Result<WordSum> oldSum(const File &file, const PeHeaders &headers)
 }
 
 // Takes the old bytes under a patch out of the sum. Inserted bytes are zero and have no share.
-Result<Done> removeOldBytes(WordSum &sum, const File &file, const EditPlan &plan, const Patch &patch)
+Result<Done> removeOldBytes(WordSum &sum, const File &file, const EditPlan &plan,
+                            const Patch &patch)
 {
     const std::uint64_t begin = patch.offset;
     const std::uint64_t end = begin + patch.bytes.size();
@@ -145,7 +146,8 @@ Result<Done> writeAnew(File file, const EditPlan *plan, const std::filesystem::p
     if (auto copied = replacement.copyFrom(file, {0, at}, 0); copied.hasError()) {
         return copied;
     }
-    if (auto copied = replacement.copyFrom(file, {at, file.size()}, at + length); copied.hasError()) {
+    if (auto copied = replacement.copyFrom(file, {at, file.size()}, at + length);
+        copied.hasError()) {
         return copied;
     }
     // Not before: a file that grows as it is written is filled faster than one that has its size.
@@ -188,8 +190,8 @@ Result<ResourceTree> readTree(const File &file, const PeHeaders &headers)
 
 } // namespace
 
-Result<EditOutcome> editResources(const std::filesystem::path &open, const std::filesystem::path &save,
-                                  const TreeChange &change)
+Result<EditOutcome> editResources(const std::filesystem::path &open,
+                                  const std::filesystem::path &save, const TreeChange &change)
 {
     const bool sameFile = isSameFile(open, save);
     auto file = File::open(open, sameFile ? File::Access::Edit : File::Access::Read);

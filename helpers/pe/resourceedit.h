@@ -14,13 +14,13 @@ namespace pe {
 // How an edit reached the file.
 enum class EditOutcome {
     Unchanged, // there was nothing to do; the file was not written to
-    InPlace, // a few bytes of the file were written over
+    InPlace,   // a few bytes of the file were written over
     Rewritten, // a new file took the name
 };
 
 // Changes a program's resource tree; true when it did change something.
-using TreeChange =
-    std::function<Result<bool>(ResourceTree &tree, const File &file, const PeHeaders &headers)>;
+using TreeChange
+    = std::function<Result<bool>(ResourceTree &tree, const File &file, const PeHeaders &headers)>;
 
 // Applies the change to the PE32 or PE32+ file `open` and gives the result the name `save`, which
 // may be `open` itself. What the change does not concern keeps its bytes, above all data appended
@@ -34,7 +34,7 @@ using TreeChange =
 // becomes the right one for the whole file, appended data included. A larger file is not read for
 // it: a value that can be right for the file's length is taken to be right and follows the changed
 // bytes; one that cannot (data were appended to a linked program) becomes 0.
-Result<EditOutcome> editResources(const std::filesystem::path &open, const std::filesystem::path &save,
-                                  const TreeChange &change);
+Result<EditOutcome> editResources(const std::filesystem::path &open,
+                                  const std::filesystem::path &save, const TreeChange &change);
 
 } // namespace pe

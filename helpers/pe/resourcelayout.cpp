@@ -55,7 +55,8 @@ class LayoutMaker
 {
 public:
     LayoutMaker(const LayoutRoom &room, Allocator allocator)
-        : m_room(room), m_allocator(std::move(allocator))
+        : m_room(room)
+        , m_allocator(std::move(allocator))
     {
     }
 
@@ -125,9 +126,10 @@ private:
     // entries have kept their places.
     static bool childrenMoved(const ResourceDirectory &directory)
     {
-        return std::any_of(directory.entries.begin(), directory.entries.end(), [](const auto &entry) {
-            return entry.directory && entry.directory->changed;
-        });
+        return std::any_of(directory.entries.begin(), directory.entries.end(),
+                           [](const auto &entry) {
+                               return entry.directory && entry.directory->changed;
+                           });
     }
 
     bool placeData(ResourceDirectory &directory)
@@ -194,9 +196,11 @@ private:
         for (std::size_t i = 0; i < directory.entries.size(); ++i) {
             const ResourceEntry &entry = directory.entries[i];
             names = static_cast<std::uint16_t>(names + (entry.key.name ? 1 : 0));
-            write32(bytes, 16 + 8 * i, entry.key.name ? *entry.namePosition | highBit : entry.key.id);
-            write32(bytes, 20 + 8 * i, entry.directory ? *entry.directory->position | highBit
-                                                       : *entry.dataEntryPosition);
+            write32(bytes, 16 + 8 * i,
+                    entry.key.name ? *entry.namePosition | highBit : entry.key.id);
+            write32(bytes, 20 + 8 * i,
+                    entry.directory ? *entry.directory->position | highBit
+                                    : *entry.dataEntryPosition);
         }
         write16(bytes, 12, names);
         write16(bytes, 14, static_cast<std::uint16_t>(directory.entries.size() - names));
@@ -222,8 +226,8 @@ void collectDataRanges(const ResourceDirectory &directory, std::uint64_t begin, 
             continue;
         }
         const std::uint64_t first = std::max<std::uint64_t>(entry.data.rva, begin);
-        const std::uint64_t last = std::min<std::uint64_t>(
-            std::uint64_t{entry.data.rva} + entry.data.size, end);
+        const std::uint64_t last
+            = std::min<std::uint64_t>(std::uint64_t{entry.data.rva} + entry.data.size, end);
         if (!entry.data.newContent && first < last) {
             ranges.push_back({static_cast<std::uint32_t>(first - begin),
                               static_cast<std::uint32_t>(last - begin)});
@@ -233,7 +237,8 @@ void collectDataRanges(const ResourceDirectory &directory, std::uint64_t begin, 
 
 } // namespace
 
-std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rva, std::uint32_t length)
+std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rva,
+                                      std::uint32_t length)
 {
     std::vector<ResourceRange> ranges;
     collectDataRanges(tree.root, rva, std::uint64_t{rva} + length, ranges);
@@ -243,9 +248,10 @@ std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rv
 std::optional<Layout> layOut(ResourceTree &tree, const LayoutRoom &room)
 {
     const std::uint32_t rootEnd = tree.root.tableSize();
-    const bool rootCollides = std::any_of(room.taken.begin(), room.taken.end(), [&](const auto &range) {
-        return range.begin < rootEnd && range.begin < range.end;
-    });
+    const bool rootCollides
+        = std::any_of(room.taken.begin(), room.taken.end(), [&](const auto &range) {
+              return range.begin < rootEnd && range.begin < range.end;
+          });
     if (rootCollides || rootEnd > room.maxLength) {
         return std::nullopt;
     }

@@ -24,9 +24,9 @@ struct LayoutRoom
     std::uint32_t rootRva = 0;
     std::uint64_t rootOffset = 0;
     std::vector<ResourceRange> taken; // what must not be written to
-    std::uint32_t length = 0; // bytes that are there
+    std::uint32_t length = 0;         // bytes that are there
     std::uint32_t maxLength = 0; // bytes that there could be; more than `length` lets the room grow
-    bool keepTables = false; // leave tables that did not change where they are
+    bool keepTables = false;     // leave tables that did not change where they are
 };
 
 // Where the parts of a tree went.
@@ -43,6 +43,7 @@ struct Layout
 std::optional<Layout> layOut(ResourceTree &tree, const LayoutRoom &room);
 
 // The place of all data of the tree that lie inside [rva, rva + length), from rva on.
-std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rva, std::uint32_t length);
+std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rva,
+                                      std::uint32_t length);
 
 } // namespace pe

@@ -11,7 +11,9 @@ namespace {
 
 char16_t upperCased(char16_t letter)
 {
-    const auto isBetween = [letter](int first, int last) { return letter >= first && letter <= last; };
+    const auto isBetween = [letter](int first, int last) {
+        return letter >= first && letter <= last;
+    };
     if (isBetween('a', 'z') || (isBetween(0xe0, 0xfe) && letter != 0xf7)
         || (isBetween(0x3b1, 0x3cb) && letter != 0x3c2) || isBetween(0x430, 0x44f)) {
         return static_cast<char16_t>(letter - 0x20);
@@ -23,7 +25,8 @@ char16_t upperCased(char16_t letter)
         return 0x178;
     }
     // Latin Extended-A: pairs of a capital and its small letter.
-    const bool oddIsSmall = isBetween(0x100, 0x12f) || isBetween(0x132, 0x137) || isBetween(0x14a, 0x177);
+    const bool oddIsSmall = isBetween(0x100, 0x12f) || isBetween(0x132, 0x137)
+        || isBetween(0x14a, 0x177);
     const bool evenIsSmall = isBetween(0x139, 0x148) || isBetween(0x179, 0x17e);
     if ((oddIsSmall && letter % 2 == 1) || (evenIsSmall && letter % 2 == 0)) {
         return static_cast<char16_t>(letter - 1);
@@ -55,10 +58,10 @@ bool sortsBefore(const ResourceKey &left, const ResourceKey &right)
 const ResourceEntry *findEntry(const ResourceDirectory &directory, const ResourceKey &key)
 {
     // Not a binary search: files in the wild are not always sorted.
-    const auto found =
-        std::find_if(directory.entries.begin(), directory.entries.end(), [&](const auto &entry) {
-            return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);
-        });
+    const auto found
+        = std::find_if(directory.entries.begin(), directory.entries.end(), [&](const auto &entry) {
+              return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);
+          });
     return found == directory.entries.end() ? nullptr : &*found;
 }
 
@@ -86,8 +89,9 @@ Result<Bytes> readResource(const File &file, const PeHeaders &headers, const Res
     return readResourceStart(file, headers, data, maxSize, data.size);
 }
 
-Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers, const ResourceData &data,
-                                std::uint32_t maxSize, std::uint32_t length)
+Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers,
+                                const ResourceData &data, std::uint32_t maxSize,
+                                std::uint32_t length)
 {
     const auto offset = headers.offsetOf(data.rva);
     const auto section = headers.sectionOf(data.rva);

@@ -54,10 +54,7 @@ struct ResourceDirectory
     std::optional<std::uint32_t> position;
     bool changed = false; // entries came or went since the table was read
 
-    std::uint32_t tableSize() const
-    {
-        return static_cast<std::uint32_t>(16 + 8 * entries.size());
-    }
+    std::uint32_t tableSize() const { return static_cast<std::uint32_t>(16 + 8 * entries.size()); }
 };
 
 // A half-open range that counts from the root's first byte.
@@ -73,8 +70,9 @@ struct ResourceTree
     ResourceDirectory root;
     std::uint32_t rootRva = 0;
     std::uint64_t rootOffset = 0; // in the file
-    std::size_t section = 0; // index of the section that holds the tables
-    std::vector<ResourceRange> tables; // where the file has tables, names and data entries; root first
+    std::size_t section = 0;      // index of the section that holds the tables
+    std::vector<ResourceRange>
+        tables; // where the file has tables, names and data entries; root first
 };
 
 // Reads the directory; nothing when the program has none. Loops, tables outside the section, more
@@ -87,8 +85,9 @@ Result<std::optional<ResourceTree>> readResourceTree(const File &file, const PeH
 Result<Bytes> readResource(const File &file, const PeHeaders &headers, const ResourceData &data,
                            std::uint32_t maxSize);
 // The same, but reads no more than the first `length` bytes.
-Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers, const ResourceData &data,
-                                std::uint32_t maxSize, std::uint32_t length);
+Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers,
+                                const ResourceData &data, std::uint32_t maxSize,
+                                std::uint32_t length);
 
 // The order that the loader's binary search needs.
 bool sortsBefore(const ResourceKey &left, const ResourceKey &right);

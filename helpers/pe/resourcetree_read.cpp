@@ -27,7 +27,9 @@ class TreeReader
 {
 public:
     TreeReader(const File &file, ResourceTree &tree, std::uint64_t length)
-        : m_file(file), m_tree(tree), m_length(length)
+        : m_file(file)
+        , m_tree(tree)
+        , m_length(length)
     {
     }
 

@@ -10,11 +10,11 @@
 namespace pe {
 
 enum class ErrorKind {
-    NotPe, // no MZ/PE signatures, or an optional header that is neither PE32 nor PE32+
-    Damaged, // a PE whose tables contradict each other or the file's size
-    BadIcon, // the ICO data are not usable
-    NoRoom, // the PE leaves no room for what was asked
-    CannotRead, // the system refused to open or read
+    NotPe,       // no MZ/PE signatures, or an optional header that is neither PE32 nor PE32+
+    Damaged,     // a PE whose tables contradict each other or the file's size
+    BadIcon,     // the ICO data are not usable
+    NoRoom,      // the PE leaves no room for what was asked
+    CannotRead,  // the system refused to open or read
     CannotWrite, // the system refused to create, write or rename
 };
 
@@ -29,11 +29,10 @@ struct Error
 
 // The value of an operation without a result.
 struct Done
-{
-};
+{};
 
 // Either a value or an Error. Ask hasError() before value().
-template<typename T>
+template <typename T>
 class [[nodiscard]] Result
 {
 public:

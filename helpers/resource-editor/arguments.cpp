@@ -14,8 +14,8 @@ namespace {
 // A resource name's length is stored in 16 bits.
 constexpr std::size_t maxNameLength = 0xffff;
 
-constexpr std::string_view knownSwitches[] = {"-open", "-save", "-action",
-                                              "-resource", "-mask", "-log"};
+constexpr std::string_view knownSwitches[]
+    = {"-open", "-save", "-action", "-resource", "-mask", "-log"};
 
 std::string lowerCased(std::string text)
 {

@@ -19,8 +19,8 @@ struct Request
     Action action = Action::DeleteIconGroups;
     std::filesystem::path open;
     std::filesystem::path save;
-    std::filesystem::path icon; // SetIconGroup: the ICO file
-    std::u16string groupName; // SetIconGroup: in capitals
+    std::filesystem::path icon;               // SetIconGroup: the ICO file
+    std::u16string groupName;                 // SetIconGroup: in capitals
     std::optional<std::filesystem::path> log; // nothing: no log is wanted
 };
 

@@ -85,11 +85,11 @@ pe::Result<pe::Bytes> readIcon(const std::filesystem::path &path)
 
 pe::Result<pe::EditOutcome> deleteIconGroups(const Request &request)
 {
-    return pe::editResources(
-        request.open, request.save,
-        [](pe::ResourceTree &tree, const pe::File &file, const pe::PeHeaders &headers) {
-            return pe::Result<bool>(pe::removeIconGroups(tree, file, headers));
-        });
+    return pe::editResources(request.open, request.save,
+                             [](pe::ResourceTree &tree, const pe::File &file,
+                                const pe::PeHeaders &headers) {
+                                 return pe::Result<bool>(pe::removeIconGroups(tree, file, headers));
+                             });
 }
 
 pe::Result<pe::EditOutcome> setIconGroup(const Request &request,
@@ -99,8 +99,7 @@ pe::Result<pe::EditOutcome> setIconGroup(const Request &request,
         request.open, request.save,
         [&](pe::ResourceTree &tree, const pe::File &file,
             const pe::PeHeaders &headers) -> pe::Result<bool> {
-            const auto set =
-                pe::setIconGroup(tree, file, headers, {request.groupName, 0}, images);
+            const auto set = pe::setIconGroup(tree, file, headers, {request.groupName, 0}, images);
             if (set.hasError()) {
                 return set.error();
             }

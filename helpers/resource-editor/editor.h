@@ -9,10 +9,10 @@
 enum class ExitStatus {
     Done = 0,
     WrongUsage = 2,
-    NotAProgram = 3, // no PE file
+    NotAProgram = 3,    // no PE file
     DamagedProgram = 4, // a PE file whose tables cannot be right
-    BadIcon = 5, // the ICO file cannot be used
-    NoRoom = 6, // the program's headers leave no room
+    BadIcon = 5,        // the ICO file cannot be used
+    NoRoom = 6,         // the program's headers leave no room
     CannotRead = 7,
     CannotWrite = 8,
 };

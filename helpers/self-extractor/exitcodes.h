@@ -21,8 +21,8 @@ enum class ExitCode : std::uint32_t {
     DiskFull = 0x4b5000d0,       ///< 208: not enough room on the disk
     ProgramMissing = 0x4b5000d1, ///< 209: the archive does not hold the program to run
     StartFailed = 0x4b5000d2,    ///< 210: the program cannot be started
-    Cancelled = 0x4b5000d3,      ///< 211: the user cancelled, or refused the rights that are asked for
-    Interrupted = 0x4b5000d4,    ///< 212: Ctrl+C, or the console was closed, before the program ran
+    Cancelled = 0x4b5000d3,   ///< 211: the user cancelled, or refused the rights that are asked for
+    Interrupted = 0x4b5000d4, ///< 212: Ctrl+C, or the console was closed, before the program ran
 };
 
 } // namespace sfx

@@ -31,8 +31,7 @@ public:
             return {ExtractedIcon::Outcome::NoIcon, {}};
         }
         const pe::Bytes &bytes = *icon.value();
-        const QImage image
-            = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()), "ICO");
+        const QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()), "ICO");
         return {ExtractedIcon::Outcome::Extracted, image.convertToFormat(QImage::Format_ARGB32)};
     }
 
@@ -62,7 +61,10 @@ public:
         QThread::msleep(static_cast<unsigned long>(duration.count()));
     }
 
-    QString nativePath(const QString &path) override { return QDir::toNativeSeparators(path); }
+    QString nativePath(const QString &path) override
+    {
+        return QDir::toNativeSeparators(path);
+    }
 };
 
 } // namespace

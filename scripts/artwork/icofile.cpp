@@ -43,8 +43,8 @@ QByteArray bitmapData(const QImage &source)
     out.setByteOrder(QDataStream::LittleEndian);
 
     // The height counts the colour rows and the mask rows.
-    out << infoHeaderSize << qint32(image.width()) << qint32(image.height() * 2)
-        << planes << bitsPerPixel;
+    out << infoHeaderSize << qint32(image.width()) << qint32(image.height() * 2) << planes
+        << bitsPerPixel;
     for (int field = 0; field < 6; ++field)
         out << quint32(0);
 

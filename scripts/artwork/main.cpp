@@ -95,8 +95,8 @@ int main(int argc, char *argv[])
     const QString root = QDir::cleanPath(QFile::decodeName(argv[1]));
     const QString icons = root + "/resources/icons/";
     const bool drawn = drawWidgetImages(root + "/resources/qss/default", defaultPalette())
-            && drawWidgetImages(root + "/resources/qss/dark", darkPalette())
-            && drawProgramIcon(icons + "logo.ico", icons + "logo.svg",
-                               root + "/scripts/artwork/logo-small.svg");
+        && drawWidgetImages(root + "/resources/qss/dark", darkPalette())
+        && drawProgramIcon(icons + "logo.ico", icons + "logo.svg",
+                           root + "/scripts/artwork/logo-small.svg");
     return drawn ? 0 : 1;
 }

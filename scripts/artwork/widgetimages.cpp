@@ -91,7 +91,8 @@ DrawFunction chevron(int size, int degrees)
         painter.translate(half, half);
         painter.rotate(degrees);
         painter.setPen(roundPen(palette.arrow, size * 0.125));
-        painter.drawPolyline(QPolygonF({{-reach, -reach / 2}, {0, reach / 2}, {reach, -reach / 2}}));
+        painter.drawPolyline(
+            QPolygonF({{-reach, -reach / 2}, {0, reach / 2}, {reach, -reach / 2}}));
     };
 }
 
@@ -136,15 +137,25 @@ const QMap<QString, WidgetImage> &widgetImages()
 
 Palette defaultPalette()
 {
-    return {.accent = "#00b688", .field = "#ffffff", .outline = "#b4bdc6", .mark = "#ffffff",
-            .disabledField = "#f2f3f5", .disabledOutline = "#d9dde1", .disabledMark = "#b4bdc6",
+    return {.accent = "#00b688",
+            .field = "#ffffff",
+            .outline = "#b4bdc6",
+            .mark = "#ffffff",
+            .disabledField = "#f2f3f5",
+            .disabledOutline = "#d9dde1",
+            .disabledMark = "#b4bdc6",
             .arrow = "#5d6d7e"};
 }
 
 Palette darkPalette()
 {
-    return {.accent = "#00b688", .field = "#22272e", .outline = "#6b7682", .mark = "#ffffff",
-            .disabledField = "#2b3138", .disabledOutline = "#434b55", .disabledMark = "#6b7682",
+    return {.accent = "#00b688",
+            .field = "#22272e",
+            .outline = "#6b7682",
+            .mark = "#ffffff",
+            .disabledField = "#2b3138",
+            .disabledOutline = "#434b55",
+            .disabledMark = "#6b7682",
             .arrow = "#b4bdc6"};
 }
 

@@ -11,13 +11,13 @@
 struct Palette
 {
     QColor accent;
-    QColor field;            ///< inside of an empty indicator
-    QColor outline;          ///< around an empty indicator
-    QColor mark;             ///< tick, bar or dot on the accent
+    QColor field;   ///< inside of an empty indicator
+    QColor outline; ///< around an empty indicator
+    QColor mark;    ///< tick, bar or dot on the accent
     QColor disabledField;
     QColor disabledOutline;
     QColor disabledMark;
-    QColor arrow;            ///< arrows and tree branches
+    QColor arrow; ///< arrows and tree branches
 };
 
 Palette defaultPalette();

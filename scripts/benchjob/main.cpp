@@ -54,8 +54,8 @@ bool runJob(const QStringList &arguments)
     bool success = false;
     Worker worker;
     QObject::connect(&worker, &Worker::finished, &worker, [&](bool done) { success = done; });
-    worker.createPortableApp(arguments[1], arguments[2], arguments[3], arguments[4], {}, arguments[5],
-                             "LZMA", "16M");
+    worker.createPortableApp(arguments[1], arguments[2], arguments[3], arguments[4], {},
+                             arguments[5], "LZMA", "16M");
     return success;
 }
 
@@ -65,7 +65,10 @@ bool assemble(const QStringList &arguments)
     job.archivePath = arguments[2];
     job.outputDir = arguments[3];
     job.mainExeName = arguments[4];
-    return assembleOutput(job, {[](const QString &) {}, [](int) {}});
+    return assembleOutput(job,
+                          {[](const QString &) {},
+                           [](int) {
+                           }});
 }
 
 } // namespace

@@ -6,7 +6,8 @@
 #include <sys/types.h>
 
 /// What one run of a program cost.
-struct RunCost {
+struct RunCost
+{
     double wallSeconds = 0; ///< from just before the fork to the end of the program's process
     /// User and system time of the program's process and of all its descendants that have ended by
     /// the time it has, and of the server during the run.

@@ -31,10 +31,7 @@ public:
 private:
     static constexpr int interval = 5;
 
-    void note()
-    {
-        m_worst = std::max(m_worst, m_clock.restart() - interval);
-    }
+    void note() { m_worst = std::max(m_worst, m_clock.restart() - interval); }
 
     QTimer m_timer;
     QElapsedTimer m_clock;

@@ -40,10 +40,7 @@ QWidget *openedWidget()
 
 } // namespace
 
-Camera::Camera(const QString &folder)
-    : m_folder(folder)
-{
-}
+Camera::Camera(const QString &folder) : m_folder(folder) {}
 
 void Camera::shoot(const QString &name) const
 {

@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    template<typename Widget>
+    template <typename Widget>
     Widget *find(const char *name) const
     {
         return m_window.findChild<Widget *>(QLatin1String(name));
@@ -116,31 +116,32 @@ private:
         m_camera.shoot("advanced");
         shootUnreadableIcon();
         shootClick("reset", "resetButton");
-        m_camera.shootWhatOpens("reset-done", [this] { click("resetButton"); },
-                                [](QWidget *opened) {
-                                    auto *yes = qobject_cast<QMessageBox *>(opened)->button(
-                                        QMessageBox::Yes);
-                                    if (yes != nullptr) {
-                                        yes->click();
-                                    }
-                                    return yes != nullptr;
-                                });
+        m_camera.shootWhatOpens(
+            "reset-done", [this] { click("resetButton"); },
+            [](QWidget *opened) {
+                auto *yes = qobject_cast<QMessageBox *>(opened)->button(QMessageBox::Yes);
+                if (yes != nullptr) {
+                    yes->click();
+                }
+                return yes != nullptr;
+            });
     }
 
     void shootUnreadableIcon()
     {
         const QString text = m_application + "/greeting.txt";
-        m_camera.shootWhatOpens("unreadable-icon", [this] { click("iconButton"); },
-                                [&text](QWidget *opened) {
-                                    auto *dialog = qobject_cast<QFileDialog *>(opened);
-                                    if (dialog != nullptr) {
-                                        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(text);
-                                        dialog->findChild<QDialogButtonBox *>()
-                                            ->button(QDialogButtonBox::Open)
-                                            ->click();
-                                    }
-                                    return dialog != nullptr;
-                                });
+        m_camera.shootWhatOpens(
+            "unreadable-icon", [this] { click("iconButton"); },
+            [&text](QWidget *opened) {
+                auto *dialog = qobject_cast<QFileDialog *>(opened);
+                if (dialog != nullptr) {
+                    dialog->findChild<QLineEdit *>("fileNameEdit")->setText(text);
+                    dialog->findChild<QDialogButtonBox *>()
+                        ->button(QDialogButtonBox::Open)
+                        ->click();
+                }
+                return dialog != nullptr;
+            });
     }
 
     QString m_application;

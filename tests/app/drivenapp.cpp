@@ -60,9 +60,8 @@ void lookAround()
 void watch()
 {
     auto *timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [] {
-        QTimer::singleShot(0, qApp, lookAround);
-    });
+    QObject::connect(timer, &QTimer::timeout, timer,
+                     [] { QTimer::singleShot(0, qApp, lookAround); });
     timer->start(5);
 }
 

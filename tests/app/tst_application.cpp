@@ -15,7 +15,8 @@ constexpr int patience = 30000;
 
 const QString warning = "box 警告 | 无法加载样式表，将使用默认外观。\\n"
                         "这可能会影响应用程序的外观，但功能不受影响。 | buttons 400 | alone";
-const QString question = "box 确认退出 | 确定要退出 Kestrelpack 吗？ | buttons 14000 | over the window";
+const QString question
+    = "box 确认退出 | 确定要退出 Kestrelpack 吗？ | buttons 14000 | over the window";
 
 } // namespace
 
@@ -56,9 +57,10 @@ private:
             process.kill();
             process.waitForFinished();
         }
-        return {process.exitCode(), process.exitStatus() != QProcess::NormalExit,
-                QString::fromUtf8(process.readAllStandardOutput()).remove('\r').trimmed().split('\n'),
-                QString::fromUtf8(process.readAllStandardError())};
+        return {
+            process.exitCode(), process.exitStatus() != QProcess::NormalExit,
+            QString::fromUtf8(process.readAllStandardOutput()).remove('\r').trimmed().split('\n'),
+            QString::fromUtf8(process.readAllStandardError())};
     }
 
     QTemporaryDir m_home;
@@ -90,8 +92,8 @@ private slots:
 
     void argumentsAreIgnored()
     {
-        const Run seen =
-            run(KESTRELPACK_DRIVEN_APP, surroundings(), {"--help", "-x", "a folder", "源"});
+        const Run seen
+            = run(KESTRELPACK_DRIVEN_APP, surroundings(), {"--help", "-x", "a folder", "源"});
         QCOMPARE(seen.output, (QStringList{"window, styled", question}));
         QCOMPARE(seen.status, 0);
     }
@@ -117,10 +119,14 @@ private slots:
         QTest::addColumn<QString>("display");
         QTest::addColumn<QString>("reason");
 
-        QTest::newRow("none") << "xcb" << "" << "could not connect to display";
-        QTest::newRow("one that does not answer") << "xcb" << ":4711"
+        QTest::newRow("none") << "xcb"
+                              << ""
+                              << "could not connect to display";
+        QTest::newRow("one that does not answer") << "xcb"
+                                                  << ":4711"
                                                   << "could not connect to display :4711";
-        QTest::newRow("unknown platform") << "nonsense" << ""
+        QTest::newRow("unknown platform") << "nonsense"
+                                          << ""
                                           << "Could not find the Qt platform plugin \"nonsense\"";
     }
 

@@ -16,10 +16,10 @@ QStringList messages;
 
 void collect(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
-    const char *level = type == QtDebugMsg      ? "debug: "
-                        : type == QtWarningMsg  ? "warning: "
-                        : type == QtCriticalMsg ? "critical: "
-                                                : "other: ";
+    const char *level = type == QtDebugMsg ? "debug: "
+        : type == QtWarningMsg             ? "warning: "
+        : type == QtCriticalMsg            ? "critical: "
+                                           : "other: ";
     messages.append(level + text);
 }
 
@@ -47,8 +47,8 @@ private slots:
     {
         QStringList said;
         QVERIFY(load(said));
-        QCOMPARE(said, (QStringList{"debug: 样式文件路径: :/qss/default.css",
-                                    "debug: 样式表加载成功"}));
+        QCOMPARE(said,
+                 (QStringList{"debug: 样式文件路径: :/qss/default.css", "debug: 样式表加载成功"}));
         QFile file(":/qss/default.css");
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(qApp->styleSheet(), QString::fromUtf8(file.readAll()));
@@ -62,9 +62,10 @@ private slots:
         QVERIFY(!load(said));
         QFile file(":/qss/default.css");
         QVERIFY(!file.open(QIODevice::ReadOnly));
-        QCOMPARE(said, (QStringList{"debug: 样式文件路径: :/qss/default.css",
-                                    "critical: 无法打开样式表: " + file.errorString(),
-                                    "critical: 当前工作目录: " + QDir::currentPath()}));
+        QCOMPARE(said,
+                 (QStringList{"debug: 样式文件路径: :/qss/default.css",
+                              "critical: 无法打开样式表: " + file.errorString(),
+                              "critical: 当前工作目录: " + QDir::currentPath()}));
         QCOMPARE(qApp->styleSheet(), "");
     }
 
@@ -74,8 +75,8 @@ private slots:
         const auto restore = qScopeGuard(dropEmptySheet);
         QStringList said;
         QVERIFY(!load(said));
-        QCOMPARE(said, (QStringList{"debug: 样式文件路径: :/qss/default.css",
-                                    "warning: 样式表为空！"}));
+        QCOMPARE(said,
+                 (QStringList{"debug: 样式文件路径: :/qss/default.css", "warning: 样式表为空！"}));
         QCOMPARE(qApp->styleSheet(), "");
     }
 };

@@ -65,8 +65,8 @@ public:
 
     QStringList namesIn(const QString &folder) const
     {
-        return QDir(path(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                                            QDir::Name);
+        return QDir(path(folder))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
 
     CliResult run(const QStringList &arguments) const
@@ -97,8 +97,9 @@ private:
     static void collect(const QString &folder, QStringList &state)
     {
         const QDir dir(folder);
-        const auto entries = dir.entryInfoList(
-            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        const auto entries = dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                                   | QDir::NoDotAndDotDot,
+                                               QDir::Name);
         for (const QFileInfo &entry : entries) {
             state << entry.filePath() + ' ' + QString::number(entry.size()) + ' '
                     + entry.lastModified().toString(Qt::ISODateWithMs);

@@ -165,8 +165,7 @@ private slots:
     {
         CliSurroundings s;
         s.write("broken.ico", "GIF89a is no icon");
-        const CliResult result
-            = s.run(QStringList{"-i", s.path("broken.ico")} + s.arguments());
+        const CliResult result = s.run(QStringList{"-i", s.path("broken.ico")} + s.arguments());
         QCOMPARE(result.exitStatus, 0);
         QVERIFY(result.errors.startsWith(
             "无效的ICO文件头\n警告：提供的图标文件无效，将尝试从主程序提取图标\n"));
@@ -178,8 +177,9 @@ private slots:
         s.temp.plantArchiver("write @3 1000\ncomplain no room\nexit 8\n");
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 1);
-        QCOMPARE(result.errors, "7z错误输出: no room\nkestrelpack-cli: the job failed; see the lines "
-                                "above\n");
+        QCOMPARE(result.errors,
+                 "7z错误输出: no room\nkestrelpack-cli: the job failed; see the lines "
+                 "above\n");
         QCOMPARE(s.namesIn("output"), QStringList());
         QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
     }
@@ -219,8 +219,8 @@ private slots:
         }
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 2);
-        QVERIFY2(result.errors.startsWith("kestrelpack-cli: the output directory " + s.path("output")
-                                          + " cannot be written: "),
+        QVERIFY2(result.errors.startsWith("kestrelpack-cli: the output directory "
+                                          + s.path("output") + " cannot be written: "),
                  qPrintable(result.errors));
     }
 
@@ -248,8 +248,9 @@ private slots:
         }
         CliSurroundings s;
         QProcess process;
-        process.start("/bin/sh", {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", KESTRELPACK_CLI,
-                                  s.path("output"), s.path("source")});
+        process.start("/bin/sh",
+                      {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", KESTRELPACK_CLI,
+                       s.path("output"), s.path("source")});
         const CliResult result = CliSurroundings::resultOf(process);
         QCOMPARE(result.output, "开始创建便携应用...\n");
         QVERIFY(s.read("output/my.exe").startsWith(expectedProduct()));

@@ -31,7 +31,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("archiver");
         QTest::addColumn<QByteArray>("editor");
-        QTest::addColumn<QString>("lastLine"); // of the log, before the signal; empty: wait for the file
+        QTest::addColumn<QString>(
+            "lastLine"); // of the log, before the signal; empty: wait for the file
         QTest::addColumn<int>("signalNumber");
         const QByteArray works = "write @3 3000000\n";
         const QByteArray hangs = "write @marker 1\nsleep 60000\n";
@@ -46,8 +47,8 @@ private slots:
         QTest::newRow("in the pauses after the editor")
             << works << QByteArray() << "开始替换EXE图标..." << SIGINT;
         QTest::newRow("in the last pause") << works << QByteArray() << "图标替换成功！" << SIGINT;
-        QTest::newRow("in the assembly") << QByteArray("write @3 300000000\n") << QByteArray()
-                                         << "SFX模块写入成功" << SIGINT;
+        QTest::newRow("in the assembly")
+            << QByteArray("write @3 300000000\n") << QByteArray() << "SFX模块写入成功" << SIGINT;
     }
     void theJobIsUndone()
     {
@@ -67,11 +68,11 @@ private slots:
         process.start(KESTRELPACK_CLI, QStringList{"-i", s.path("user.ico")} + s.arguments());
         QVERIFY(process.waitForStarted());
         QByteArray output;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (process.waitForReadyRead(10), output += process.readAllStandardOutput(),
-             lastLine.isEmpty() ? QFile::exists(s.path("marker"))
-                                : output.contains(lastLine.toUtf8())),
-            20000);
+        QTRY_VERIFY_WITH_TIMEOUT((process.waitForReadyRead(10),
+                                  output += process.readAllStandardOutput(),
+                                  lastLine.isEmpty() ? QFile::exists(s.path("marker"))
+                                                     : output.contains(lastLine.toUtf8())),
+                                 20000);
         QVERIFY(process.state() == QProcess::Running);
         const QList<qint64> helpers = childrenOf(process.processId());
         QCOMPARE(kill(static_cast<pid_t>(process.processId()), signalNumber), 0);
@@ -80,7 +81,8 @@ private slots:
         QCOMPARE(process.exitStatus(), QProcess::CrashExit); // ended by the signal itself
         QCOMPARE(process.exitCode(), signalNumber);
         const QString errors = QString::fromUtf8(process.readAllStandardError());
-        QVERIFY2(errors.endsWith("kestrelpack-cli: interrupted; " + s.product() + " was not made\n"),
+        QVERIFY2(errors.endsWith("kestrelpack-cli: interrupted; " + s.product()
+                                 + " was not made\n"),
                  qPrintable(errors));
         QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
         QCOMPARE(s.namesIn("output"), QStringList("my.exe"));

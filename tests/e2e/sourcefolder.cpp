@@ -19,8 +19,7 @@ void require(bool done, const QString &what)
 
 } // namespace
 
-SourceFolder::SourceFolder(const QString &path)
-    : m_path(path)
+SourceFolder::SourceFolder(const QString &path) : m_path(path)
 {
     require(QDir().mkpath(path), path);
 }

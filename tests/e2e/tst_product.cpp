@@ -24,8 +24,8 @@ private slots:
         PrivateTemp temp;
         const ProgramRun packed = pack({"-o", temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
-        const ProgramRun started
-            = startProduct(temp.filePath("out/hello.exe"), {"one", "two three", "", "--exit", "42"});
+        const ProgramRun started = startProduct(temp.filePath("out/hello.exe"),
+                                                {"one", "two three", "", "--exit", "42"});
         QCOMPARE(started.exitCode, 42);
         QVERIFY2(started.output.contains("Argument 1: one\r\nArgument 2: two three\r\n"
                                          "Argument 3: \r\nArgument 4: --exit\r\n"),
@@ -63,7 +63,7 @@ private slots:
         source.writeManifest();
 
         const ProgramRun packed = pack({"-m", "主 程序 🚀.exe", "-l", "fastest", "-c", method, "-o",
-                                 temp.filePath("out"), source.path()});
+                                        temp.filePath("out"), source.path()});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
         const ProgramRun started = startProduct(temp.filePath("out/主 程序 🚀.exe"));
         QVERIFY2(started.exitCode == 7, qPrintable(started.output + started.errors));

@@ -64,9 +64,10 @@ private:
         connect(&worker, &Worker::logMessage, &worker, [](const QString &line) {
             qInfo().noquote() << line; // shown when a test fails
         });
-        const QString folder = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive
-        worker.createPortableApp(folder, temp.filePath("temp.7z"), temp.path(),
-                                 "hello.exe", iconPath, "5", "LZMA", "16M");
+        const QString folder
+            = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive
+        worker.createPortableApp(folder, temp.filePath("temp.7z"), temp.path(), "hello.exe",
+                                 iconPath, "5", "LZMA", "16M");
         return success;
     }
 

@@ -41,8 +41,9 @@ private:
     {
         return runProgram("openssl",
                           {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
-                           "/CN=Kestrelpack test", "-addext", "extendedKeyUsage=codeSigning", "-keyout",
-                           m_temp.filePath(name + ".key"), "-out", m_temp.filePath(name + ".pem")})
+                           "/CN=Kestrelpack test", "-addext", "extendedKeyUsage=codeSigning",
+                           "-keyout", m_temp.filePath(name + ".key"), "-out",
+                           m_temp.filePath(name + ".pem")})
                    .exitCode
             == 0;
     }
@@ -60,13 +61,14 @@ private slots:
         m_signed = m_temp.filePath("signed.exe");
         m_certificate = m_temp.filePath("own.pem");
         const ProgramRun packed
-            = runProgram(KESTRELPACK_CLI, {"-q", "-o", m_temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
+            = runProgram(KESTRELPACK_CLI,
+                         {"-q", "-o", m_temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
         QVERIFY2(makeCertificate("own") && makeCertificate("other"), "is openssl installed?");
         const ProgramRun signing
-            = runProgram("osslsigncode", {"sign", "-certs", m_certificate, "-key",
-                                          m_temp.filePath("own.key"), "-h", "sha256", "-in", m_plain,
-                                          "-out", m_signed});
+            = runProgram("osslsigncode",
+                         {"sign", "-certs", m_certificate, "-key", m_temp.filePath("own.key"), "-h",
+                          "sha256", "-in", m_plain, "-out", m_signed});
         QVERIFY2(signing.exitCode == 0, qPrintable(signing.output + signing.errors));
     }
 
@@ -115,7 +117,8 @@ private slots:
         const ProgramRun verified = verify(file);
         QVERIFY(verified.exitCode != 0);
         // For that reason, and not because it was not understood.
-        QVERIFY2(verified.output.contains("MISMATCH"), qPrintable(verified.output + verified.errors));
+        QVERIFY2(verified.output.contains("MISMATCH"),
+                 qPrintable(verified.output + verified.errors));
     }
 };
 

@@ -19,8 +19,10 @@ private slots:
     {
         QTest::addColumn<QString>("folder");
         QTest::addColumn<QString>("output");
-        QTest::newRow("plain names") << "app" << "out";
-        QTest::newRow("blanks, Chinese and emoji") << "我的 应用 🦅" << "输出 目录 🦅";
+        QTest::newRow("plain names") << "app"
+                                     << "out";
+        QTest::newRow("blanks, Chinese and emoji") << "我的 应用 🦅"
+                                                   << "输出 目录 🦅";
     }
 
     void packsWhatIsChosenInTheDialogs()
@@ -85,7 +87,7 @@ private:
     }
 
     static QString startProduct(const QString &product, const QStringList &arguments,
-                                  int expectedCode)
+                                int expectedCode)
     {
         QProcess process;
         startWindowsProgram(process, product, arguments);
@@ -95,8 +97,8 @@ private:
         }
         const QString said = QString::fromUtf8(process.readAllStandardOutput());
         return process.exitCode() == expectedCode
-                   ? said
-                   : QStringLiteral("exit code %1: %2").arg(process.exitCode()).arg(said);
+            ? said
+            : QStringLiteral("exit code %1: %2").arg(process.exitCode()).arg(said);
     }
 };
 

@@ -32,7 +32,8 @@ public:
 
     // Told of each moment before it comes, on the job's thread: "use 7zr.exe" (or another helper, which is
     // started or read right afterwards), "extract", "detached", "pause", "shell told".
-    std::function<void(const QString &moment)> before = [](const QString &) {};
+    std::function<void(const QString &moment)> before = [](const QString &) {
+    };
 
     ExtractedIcon extractIcon(const QString &executable) override
     {

@@ -14,8 +14,7 @@
 class PrivateTemp
 {
 public:
-    PrivateTemp()
-        : m_previous(qgetenv(temporaryDirectoryVariable))
+    PrivateTemp() : m_previous(qgetenv(temporaryDirectoryVariable))
     {
         qputenv(temporaryDirectoryVariable, m_directory.path().toLocal8Bit());
     }
@@ -66,11 +65,11 @@ public:
 private:
     void plant(const QString &name, const char *scriptVariable, const QByteArray &script)
     {
-        if (!QFile::exists(filePath(name))
-            && !QFile::copy(KESTRELPACK_FAKE_TOOL, filePath(name))) {
+        if (!QFile::exists(filePath(name)) && !QFile::copy(KESTRELPACK_FAKE_TOOL, filePath(name))) {
             qFatal("the fake tool could not be planted");
         }
-        QFile::setPermissions(filePath(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(filePath(name),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         // The program reads its environment, and the worker its output, in the system's encoding.
         qputenv(scriptVariable, QString::fromUtf8(script).toLocal8Bit());
     }

@@ -27,7 +27,8 @@ bool hasOwnMounts()
 void giveAllAway(const QString &folder)
 {
     giveAway(folder);
-    QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                          QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         giveAway(entries.next());
@@ -36,8 +37,7 @@ void giveAllAway(const QString &folder)
 
 } // namespace
 
-OrdinaryRights::OrdinaryRights(const QStringList &folders)
-    : m_wereMore(geteuid() == 0)
+OrdinaryRights::OrdinaryRights(const QStringList &folders) : m_wereMore(geteuid() == 0)
 {
     for (const QString &folder : folders) {
         if (m_wereMore) {
@@ -55,8 +55,7 @@ OrdinaryRights::~OrdinaryRights()
     }
 }
 
-SmallDisk::SmallDisk(const QString &folder, int kibibytes)
-    : m_folder(folder)
+SmallDisk::SmallDisk(const QString &folder, int kibibytes) : m_folder(folder)
 {
     const QByteArray options = "size=" + QByteArray::number(kibibytes) + "k";
     m_isThere = hasOwnMounts()

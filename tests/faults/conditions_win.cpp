@@ -8,10 +8,7 @@
 #include <windows.h>
 
 // Whoever he is: here nobody's rights go past what a file allows.
-OrdinaryRights::OrdinaryRights(const QStringList &)
-    : m_areThere(true)
-{
-}
+OrdinaryRights::OrdinaryRights(const QStringList &) : m_areThere(true) {}
 
 OrdinaryRights::~OrdinaryRights() = default;
 

@@ -183,9 +183,9 @@ QString FaultyJob::describedOutput() const
         return "my.exe without an archive";
     }
     const QByteArray expected = start + readFile(job.archivePath);
-    return content == expected            ? "my.exe, whole"
-        : expected.startsWith(content)    ? "my.exe, cut short"
-                                          : "my.exe with other content";
+    return content == expected         ? "my.exe, whole"
+        : expected.startsWith(content) ? "my.exe, cut short"
+                                       : "my.exe with other content";
 }
 
 QString FaultyJob::leftInOutput() const
@@ -194,10 +194,10 @@ QString FaultyJob::leftInOutput() const
     if (!folder.isDir()) {
         return folder.exists() ? "no directory" : "nothing";
     }
-    QStringList names = QDir(job.outputDir)
-                            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System
-                                           | QDir::NoDotAndDotDot,
-                                       QDir::Name);
+    QStringList names
+        = QDir(job.outputDir)
+              .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDir::Name);
     names.replaceInStrings(QRegularExpression("^my\\.exe$"), describedOutput());
     return names.isEmpty() ? "nothing" : names.join(", ");
 }

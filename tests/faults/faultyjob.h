@@ -83,7 +83,7 @@ public:
     std::optional<FakePlatform> platform{std::in_place}; // reset() for the system's own
     PackagingJob job;
     QByteArray older = "the older one"; // what the output holds before
-    QStringList log; // lines, long ones cut; and "progress 37"
+    QStringList log;                    // lines, long ones cut; and "progress 37"
     bool success = false;
 
 private:

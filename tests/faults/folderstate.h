@@ -35,14 +35,15 @@ inline QStringList folderState(const QString &folder, const QStringList &leftOut
             continue;
         }
         const QFileInfo info(path);
-        const bool holdsOneLeftOut = std::any_of(
-            leftOut.begin(), leftOut.end(),
-            [&path](const QString &name) { return QFileInfo(name).path() == path; });
-        const QString time
-            = holdsOneLeftOut ? QString() : info.lastModified().toString(Qt::ISODateWithMs);
+        const bool holdsOneLeftOut
+            = std::any_of(leftOut.begin(), leftOut.end(),
+                          [&path](const QString &name) { return QFileInfo(name).path() == path; });
+        const QString time = holdsOneLeftOut ? QString()
+                                             : info.lastModified().toString(Qt::ISODateWithMs);
         QFile file(path);
         QCryptographicHash hash(QCryptographicHash::Sha1);
-        const bool hasBytes = info.isFile() && file.open(QIODevice::ReadOnly) && hash.addData(&file);
+        const bool hasBytes = info.isFile() && file.open(QIODevice::ReadOnly)
+            && hash.addData(&file);
         state << QStringLiteral("%1 %2 %3 %4 %5")
                      .arg(path, time, QString::number(info.isFile() ? info.size() : 0),
                           QString::number(info.permissions().toInt(), 16),

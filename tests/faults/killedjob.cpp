@@ -19,11 +19,7 @@ namespace {
 class Halt
 {
 public:
-    Halt(const QString &moment, int which)
-        : m_moment(moment)
-        , m_left(which)
-    {
-    }
+    Halt(const QString &moment, int which) : m_moment(moment), m_left(which) {}
 
     void pass(const QString &moment)
     {
@@ -46,10 +42,7 @@ private:
 class HaltingPlatform final : public Platform
 {
 public:
-    explicit HaltingPlatform(Halt &halt)
-        : m_halt(halt)
-    {
-    }
+    explicit HaltingPlatform(Halt &halt) : m_halt(halt) {}
 
     ExtractedIcon extractIcon(const QString &) override
     {
@@ -89,7 +82,7 @@ int main(int argc, char *argv[])
                      [&halt](const QString &text) { halt.pass("log " + text); });
     QObject::connect(&worker, &Worker::progressChanged, &worker,
                      [&halt](int value) { halt.pass(QStringLiteral("progress %1").arg(value)); });
-    worker.createPortableApp(arguments[3], arguments[4], arguments[5], "my.tool.exe", {}, "5", "LZMA",
-                             "16M");
+    worker.createPortableApp(arguments[3], arguments[4], arguments[5], "my.tool.exe", {}, "5",
+                             "LZMA", "16M");
     return 0;
 }

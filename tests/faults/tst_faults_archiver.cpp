@@ -13,7 +13,8 @@ class TestFaultsArchiver : public QObject
 private:
     static Fault doesNotStart(const std::function<void(FaultyJob &)> &spoil)
     {
-        return {spoil, Ending::Failed, "错误：无法启动7z.exe，路径: ", "the older my.exe", "nothing"};
+        return {spoil, Ending::Failed, "错误：无法启动7z.exe，路径: ", "the older my.exe",
+                "nothing"};
     }
 
     static Fault endsItself(const QByteArray &script, const QString &said)
@@ -29,12 +30,13 @@ private slots:
         QTest::newRow("it is missing: the bundle's is copied")
             << Fault{[](FaultyJob &job) { job.useRealArchiver(); }, Ending::Done, "压缩包创建成功",
                      "my.exe, whole", "temp.7z"};
-        QTest::newRow("it is no program") << doesNotStart(
-            [](FaultyJob &job) { job.replaceHelper("7zr.exe", "not a program"); });
+        QTest::newRow("it is no program")
+            << doesNotStart([](FaultyJob &job) { job.replaceHelper("7zr.exe", "not a program"); });
         QTest::newRow("it is empty")
             << doesNotStart([](FaultyJob &job) { job.replaceHelper("7zr.exe", ""); });
         QTest::newRow("it may not be executed") << doesNotStart([](FaultyJob &job) {
-            QFile::setPermissions(job.temp.filePath("7zr.exe"), QFile::Permissions::fromInt(0x6000));
+            QFile::setPermissions(job.temp.filePath("7zr.exe"),
+                                  QFile::Permissions::fromInt(0x6000));
             if (onWindows) {
                 job.skip("there is no permission to execute here");
             }
@@ -61,8 +63,9 @@ private slots:
             << Fault{[](FaultyJob &job) { job.temp.plantArchiver(""); }, Ending::Failed,
                      "错误：无法读取压缩包文件", "my.exe without an archive", "nothing"};
         QTest::newRow("it ends with code 0 and makes an empty archive")
-            << Fault{[](FaultyJob &job) { job.temp.plantArchiver("write @3 0\n"); }, Ending::Unnoticed,
-                     "压缩包数据写入完成，共写入: 0 字节", "my.exe without an archive", "temp.7z"};
+            << Fault{[](FaultyJob &job) { job.temp.plantArchiver("write @3 0\n"); },
+                     Ending::Unnoticed, "压缩包数据写入完成，共写入: 0 字节",
+                     "my.exe without an archive", "temp.7z"};
         QTest::newRow("it prints 42% in two pieces: the second piece counts")
             << Fault{[](FaultyJob &job) { job.useArchiver("print  4\nsleep 300\nprint 2%\n"); },
                      Ending::Done, "progress 2", "my.exe, whole", "temp.7z"};
@@ -87,9 +90,8 @@ private slots:
                      "压缩包创建成功", "my.exe, whole", "temp.7z"}
             << 16;
         QTest::newRow("it complains 100 MiB and ends with code 2")
-            << Fault{
-                   [](FaultyJob &job) { job.temp.plantArchiver("flood-error 100\nexit 2\n"); },
-                   Ending::Failed, "7z错误输出: ", "the older my.exe", "nothing"}
+            << Fault{[](FaultyJob &job) { job.temp.plantArchiver("flood-error 100\nexit 2\n"); },
+                     Ending::Failed, "7z错误输出: ", "the older my.exe", "nothing"}
             << 16;
     }
     void flood()

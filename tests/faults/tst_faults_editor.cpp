@@ -31,18 +31,17 @@ private slots:
         const QString line = "SFX模块写入成功";
         const QString other = "my.exe with other content";
         QTest::newRow("the module is damaged")
-            << Fault{[](FaultyJob &job) { job.temp.plantModule("modul!"); }, Ending::Unnoticed, line,
-                     other, "temp.7z"};
+            << Fault{[](FaultyJob &job) { job.temp.plantModule("modul!"); }, Ending::Unnoticed,
+                     line, other, "temp.7z"};
         QTest::newRow("the module is empty")
-            << Fault{[](FaultyJob &job) { job.temp.plantModule(""); }, Ending::Unnoticed, line, other,
-                     "temp.7z"};
-        QTest::newRow("the module is damaged and the editor is the real one")
-            << replaced(
-                   [](FaultyJob &job) {
-                       job.temp.plantModule("modul!");
-                       QVERIFY(QFile::remove(job.temp.filePath("ResourceHacker.exe")));
-                   },
-                   Ending::Unnoticed, other);
+            << Fault{[](FaultyJob &job) { job.temp.plantModule(""); }, Ending::Unnoticed, line,
+                     other, "temp.7z"};
+        QTest::newRow("the module is damaged and the editor is the real one") << replaced(
+            [](FaultyJob &job) {
+                job.temp.plantModule("modul!");
+                QVERIFY(QFile::remove(job.temp.filePath("ResourceHacker.exe")));
+            },
+            Ending::Unnoticed, other);
         QTest::newRow("a folder has the module's name")
             << Fault{[](FaultyJob &job) {
                          QVERIFY(QFile::remove(job.temp.filePath("7zS2.sfx")));
@@ -80,12 +79,11 @@ private slots:
             QVERIFY(QFile::remove(job.temp.filePath(editor)));
             QVERIFY(QDir(job.temp.path()).mkpath(editor));
         });
-        QTest::newRow("the editor crashes at once") << replaced(
-            [](FaultyJob &job) { job.temp.plantEditor("crash\n"); }, Ending::Done, "my.exe, whole");
+        QTest::newRow("the editor crashes at once")
+            << replaced([](FaultyJob &job) { job.temp.plantEditor("crash\n"); }, Ending::Done,
+                        "my.exe, whole");
         QTest::newRow("the editor crashes and leaves half of the file") << replaced(
-            [](FaultyJob &job) {
-                job.temp.plantEditor("if addoverwrite\nwrite @2 1000\ncrash\n");
-            },
+            [](FaultyJob &job) { job.temp.plantEditor("if addoverwrite\nwrite @2 1000\ncrash\n"); },
             Ending::Unnoticed, "my.exe with other content");
         QTest::newRow("the editor leaves half of the file and ends with code 1") << replaced(
             [](FaultyJob &job) {
@@ -99,9 +97,7 @@ private slots:
                      Ending::Unnoticed, "错误：ResourceHacker添加新图标失败\n警告：图标替换失败",
                      "my.exe with other content", "temp.7z"};
         QTest::newRow("the editor removes the file")
-            << Fault{[](FaultyJob &job) {
-                         job.temp.plantEditor("if addoverwrite\nremove @2\n");
-                     },
+            << Fault{[](FaultyJob &job) { job.temp.plantEditor("if addoverwrite\nremove @2\n"); },
                      Ending::Failed, "图标替换成功！\n创建单文件失败", "nothing", "temp.7z"};
         QTest::newRow("the editor vanishes after its first run") << notReplaced([](FaultyJob &job) {
             const QString path = job.temp.filePath("ResourceHacker.exe");

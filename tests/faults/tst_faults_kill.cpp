@@ -27,7 +27,8 @@ private:
     static void add(const char *name, const QString &moment, const QString &output,
                     const QString &temporary, int which = 1)
     {
-        QTest::newRow(name) << moment << which << QByteArray() << QByteArray() << output << temporary;
+        QTest::newRow(name) << moment << which << QByteArray() << QByteArray() << output
+                            << temporary;
     }
 
     static void addHelper(const char *name, const QByteArray &archiver, const QByteArray &editor,
@@ -119,8 +120,9 @@ private slots:
         const QStringList before = job.sourceState();
 
         QProcess process;
-        process.start(KESTRELPACK_KILLED_JOB, {moment, QString::number(which), job.job.folderPath,
-                                               job.job.archivePath, job.job.outputDir});
+        process.start(KESTRELPACK_KILLED_JOB,
+                      {moment, QString::number(which), job.job.folderPath, job.job.archivePath,
+                       job.job.outputDir});
         QVERIFY(process.waitForStarted());
         QByteArray said;
         QTRY_VERIFY_WITH_TIMEOUT((process.waitForReadyRead(5), said += process.readAll(),

@@ -33,7 +33,8 @@ private slots:
             << cannotBeMade([](FaultyJob &job) { vanishAt(job, "use 7zr.exe"); }, "nothing");
         QTest::newRow("the directory vanishes before the icon is set")
             << Fault{[](FaultyJob &job) { vanishAt(job, "extract"); }, Ending::Failed,
-                     "错误：无法创建备份文件\n警告：图标替换失败\n创建单文件失败", "nothing", "temp.7z"};
+                     "错误：无法创建备份文件\n警告：图标替换失败\n创建单文件失败", "nothing",
+                     "temp.7z"};
         QTest::newRow("the directory vanishes while the icon is set")
             << Fault{[](FaultyJob &job) { vanishAt(job, "pause"); }, Ending::Failed,
                      "创建单文件失败", "nothing", "temp.7z"};
@@ -43,25 +44,23 @@ private slots:
                 QVERIFY(writeFile(job.job.outputDir, "a file"));
             },
             "no directory");
-        QTest::newRow("the directory may not be written")
-            << cannotBeMade(
-                   [](FaultyJob &job) {
-                       if (onWindows) {
-                           job.skip("there are no such permissions here");
-                       }
-                       QVERIFY(QFile::remove(job.output()));
-                       QFile::setPermissions(job.job.outputDir, QFile::ReadOwner | QFile::ExeOwner);
-                   },
-                   "nothing", Rights::Ordinary);
-        QTest::newRow("the older output may not be written")
-            << cannotBeMade(
-                   [](FaultyJob &job) {
-                       if (onWindows) {
-                           job.skip("Wine lets root write everything");
-                       }
-                       QFile::setPermissions(job.output(), QFile::ReadOwner);
-                   },
-                   "the older my.exe", Rights::Ordinary);
+        QTest::newRow("the directory may not be written") << cannotBeMade(
+            [](FaultyJob &job) {
+                if (onWindows) {
+                    job.skip("there are no such permissions here");
+                }
+                QVERIFY(QFile::remove(job.output()));
+                QFile::setPermissions(job.job.outputDir, QFile::ReadOwner | QFile::ExeOwner);
+            },
+            "nothing", Rights::Ordinary);
+        QTest::newRow("the older output may not be written") << cannotBeMade(
+            [](FaultyJob &job) {
+                if (onWindows) {
+                    job.skip("Wine lets root write everything");
+                }
+                QFile::setPermissions(job.output(), QFile::ReadOwner);
+            },
+            "the older my.exe", Rights::Ordinary);
         QTest::newRow("another program reads the older output")
             << Fault{[](FaultyJob &job) {
                          static std::unique_ptr<QFile> file;
@@ -69,9 +68,8 @@ private slots:
                          QVERIFY(file->open(QIODevice::ReadOnly));
                      },
                      Ending::Done, "SFX模块写入成功", "my.exe, whole", "temp.7z"};
-        QTest::newRow("another program holds the older output") << cannotBeMade(
-            [](FaultyJob &job) { job.hold(job.output()); },
-            "the older my.exe");
+        QTest::newRow("another program holds the older output")
+            << cannotBeMade([](FaultyJob &job) { job.hold(job.output()); }, "the older my.exe");
         QTest::newRow("the disk is full before the output begins")
             << Fault{[](FaultyJob &job) {
                          job.putOnSmallDisk(job.job.outputDir, 64);
@@ -80,7 +78,8 @@ private slots:
                      Ending::Unnoticed, "共写入: -2 字节", "an empty my.exe, other", "temp.7z"};
         QTest::newRow("the disk is full in the middle of the output")
             << Fault{[](FaultyJob &job) { job.putOnSmallDisk(job.job.outputDir, 1200); },
-                     Ending::Unnoticed, "错误：无法创建备份文件\n警告：图标替换失败\n成功创建便携应用！",
+                     Ending::Unnoticed,
+                     "错误：无法创建备份文件\n警告：图标替换失败\n成功创建便携应用！",
                      "my.exe, cut short", "temp.7z"};
         QTest::newRow("the disk has room for the output but not for its backup")
             << Fault{[](FaultyJob &job) { job.putOnSmallDisk(job.job.outputDir, 2000); },

@@ -25,7 +25,11 @@ private:
                     job.useRealArchiver();
                     spoil(job);
                 },
-                Ending::Failed, line, "the older my.exe", temporary, rights};
+                Ending::Failed,
+                line,
+                "the older my.exe",
+                temporary,
+                rights};
     }
 
     static Fault unreadable(const QString &name, uint permissions, const QString &line,
@@ -48,9 +52,8 @@ private slots:
         QTest::newRow("it vanishes before the archiver starts") << archiverFails(
             [](FaultyJob &job) {
                 job.leaveOutOfComparison();
-                job.atMoment("use 7zr.exe", [&job] {
-                    QVERIFY(QDir(job.source()).removeRecursively());
-                });
+                job.atMoment("use 7zr.exe",
+                             [&job] { QVERIFY(QDir(job.source()).removeRecursively()); });
             },
             "7z错误输出: ");
         QTest::newRow("the main program vanishes while the archiver works")
@@ -60,10 +63,14 @@ private slots:
                          job.useArchiver("remove " + job.source("my.tool.exe").toUtf8());
                      },
                      Ending::Done, "警告：无法从EXE提取图标", "my.exe, whole", "temp.7z"};
-        QTest::newRow("a file in it cannot be read") << unreadable("data/文件.txt", 0, "7z错误输出: ");
-        QTest::newRow("the main program cannot be read") << unreadable("my.tool.exe", 0, "7z错误输出: ");
-        QTest::newRow("a folder in it cannot be entered") << unreadable("data", 0x6000, "7z错误输出: ");
-        QTest::newRow("a folder in it cannot be listed") << unreadable("data", 0x1000, "7z错误输出: ");
+        QTest::newRow("a file in it cannot be read")
+            << unreadable("data/文件.txt", 0, "7z错误输出: ");
+        QTest::newRow("the main program cannot be read")
+            << unreadable("my.tool.exe", 0, "7z错误输出: ");
+        QTest::newRow("a folder in it cannot be entered")
+            << unreadable("data", 0x6000, "7z错误输出: ");
+        QTest::newRow("a folder in it cannot be listed")
+            << unreadable("data", 0x1000, "7z错误输出: ");
         QTest::newRow("it cannot be listed itself") << unreadable("", 0x1000, "7z错误输出: ");
         QTest::newRow("it cannot be entered itself")
             << Fault{[](FaultyJob &job) {
@@ -72,7 +79,10 @@ private slots:
                          }
                          QFile::setPermissions(job.source(), QFile::ReadOwner);
                      },
-                     Ending::Failed, "错误：主程序不存在于源文件夹中", "the older my.exe", "nothing",
+                     Ending::Failed,
+                     "错误：主程序不存在于源文件夹中",
+                     "the older my.exe",
+                     "nothing",
                      Rights::Ordinary};
         QTest::newRow("a link in it leads nowhere")
             << Fault{[](FaultyJob &job) {
@@ -83,9 +93,9 @@ private slots:
                          QVERIFY(QFile::link(job.source("missing"), job.source("data/link")));
                      },
                      Ending::Done, "压缩包创建成功", "my.exe, whole", "temp.7z"};
-        QTest::newRow("another program holds a file in it") << archiverFails(
-            [](FaultyJob &job) { job.hold(job.source("data/文件.txt")); },
-            "7z错误输出: ");
+        QTest::newRow("another program holds a file in it")
+            << archiverFails([](FaultyJob &job) { job.hold(job.source("data/文件.txt")); },
+                             "7z错误输出: ");
     }
     void job()
     {
@@ -126,7 +136,8 @@ private slots:
         ended = true;
         writer.join();
         QVERIFY(QFileInfo(growing).size() > 2000000);
-        QCOMPARE(QProcess::execute(job.temp.filePath("7zr.exe"), {"t", "-bso0", job.job.archivePath}),
+        QCOMPARE(QProcess::execute(job.temp.filePath("7zr.exe"),
+                                   {"t", "-bso0", job.job.archivePath}),
                  0);
     }
 };

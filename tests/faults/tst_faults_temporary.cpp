@@ -17,8 +17,8 @@ private:
     static Fault noArchiver(const std::function<void(FaultyJob &)> &spoil, const QString &temporary,
                             Rights rights = Rights::Own)
     {
-        return {spoil, Ending::Failed, "错误：无法复制7zr.exe到临时目录", "the older my.exe", temporary,
-                rights};
+        return {spoil,     Ending::Failed, "错误：无法复制7zr.exe到临时目录", "the older my.exe",
+                temporary, rights};
     }
 
     // The helper is there, works, and is somebody else's in one way or another.
@@ -50,7 +50,8 @@ private:
         addPlanted(
             qPrintable(what + " may be written by others"),
             [helper](FaultyJob &job) {
-                QFile::setPermissions(job.temp.filePath(helper), QFile::Permissions::fromInt(0x7072));
+                QFile::setPermissions(job.temp.filePath(helper),
+                                      QFile::Permissions::fromInt(0x7072));
             },
             fault);
     }
@@ -60,27 +61,28 @@ private slots:
     {
         QTest::addColumn<Fault>("fault");
         // Qt then gives the root folder for it, where only root may write.
-        QTest::newRow("it is missing")
-            << noArchiver([](FaultyJob &job) { QVERIFY(QDir(job.temp.path()).removeRecursively()); },
-                          "nothing", Rights::Ordinary);
-        QTest::newRow("it may not be written")
-            << noArchiver(
-                   [](FaultyJob &job) {
-                       if (onWindows) {
-                           job.skip("there are no such permissions here");
-                       }
-                       job.useRealArchiver();
-                       QFile::setPermissions(job.temp.path(), QFile::ReadOwner | QFile::ExeOwner);
-                   },
-                   "nothing", Rights::Ordinary);
-        QTest::newRow("it has no room for the archiver") << noArchiver(
-            [](FaultyJob &job) { job.putOnSmallDisk(job.temp.path(), 64); }, "nothing");
+        QTest::newRow("it is missing") << noArchiver(
+            [](FaultyJob &job) { QVERIFY(QDir(job.temp.path()).removeRecursively()); }, "nothing",
+            Rights::Ordinary);
+        QTest::newRow("it may not be written") << noArchiver(
+            [](FaultyJob &job) {
+                if (onWindows) {
+                    job.skip("there are no such permissions here");
+                }
+                job.useRealArchiver();
+                QFile::setPermissions(job.temp.path(), QFile::ReadOwner | QFile::ExeOwner);
+            },
+            "nothing", Rights::Ordinary);
+        QTest::newRow("it has no room for the archiver")
+            << noArchiver([](FaultyJob &job) { job.putOnSmallDisk(job.temp.path(), 64); },
+                          "nothing");
         QTest::newRow("it has no room for the archive")
             << Fault{[](FaultyJob &job) {
                          job.putOnSmallDisk(job.temp.path(), 4000);
                          QByteArray random(4000000, Qt::Uninitialized);
                          for (char &byte : random) {
-                             byte = static_cast<char>(QRandomGenerator::global()->generate() & 0xFF);
+                             byte
+                                 = static_cast<char>(QRandomGenerator::global()->generate() & 0xFF);
                          }
                          QVERIFY(writeFile(job.source("random"), random));
                      },
@@ -122,13 +124,17 @@ private slots:
     void planted_data()
     {
         QTest::addColumn<Fault>("fault");
-        addPlanted("7zr.exe", "an archiver that", {{}, Ending::Failed, "错误：无法启动7z.exe，路径: ",
-                                                  "the older my.exe", "nothing"});
+        addPlanted(
+            "7zr.exe", "an archiver that",
+            {{}, Ending::Failed, "错误：无法启动7z.exe，路径: ", "the older my.exe", "nothing"});
         addPlanted("7zS2.sfx", "a module that",
                    {{}, Ending::Failed, "错误：无法读取SFX模块", "an empty my.exe", "temp.7z"});
         addPlanted("ResourceHacker.exe", "an editor that",
-                   {{}, Ending::Done, "错误：ResourceHacker添加新图标失败\n警告：图标替换失败",
-                    "my.exe, whole", "temp.7z"});
+                   {{},
+                    Ending::Done,
+                    "错误：ResourceHacker添加新图标失败\n警告：图标替换失败",
+                    "my.exe, whole",
+                    "temp.7z"});
     }
     void planted()
     {

@@ -164,11 +164,13 @@ private slots:
         const QByteArray shorter(1000, 's');
         const QByteArray longer(2000, 'l');
         QTest::newRow("two windows write two outputs")
-            << "elsewhere" << shorter << longer << "is done" << "my.exe, whole, in both";
+            << "elsewhere" << shorter << longer << "is done"
+            << "my.exe, whole, in both";
         // The first one has emptied the output when the second one comes, and goes on when that is through.
         QTest::newRow("two windows write one output at the same time: it is a mixture")
             << "output" << shorter + longer.mid(1000) << shorter + longer.mid(1000)
-            << "is done, with a bad output" << "the shorter my.exe, with the end of the longer";
+            << "is done, with a bad output"
+            << "the shorter my.exe, with the end of the longer";
     }
     void twoWindows()
     {
@@ -203,13 +205,15 @@ private slots:
         QCOMPARE(readFile(fixture.outputFolder() + "/my.exe"), productWith(first));
         QCOMPARE(readFile(elsewhere + "/my.exe"), productWith(second));
         QCOMPARE(folderState(fixture.sourceFolder()), before);
-        noteResult({ending, "`成功创建便携应用！`, in both windows", left, "the windows' directories"});
+        noteResult(
+            {ending, "`成功创建便携应用！`, in both windows", left, "the windows' directories"});
     }
 
     void directory_data()
     {
         QTest::addColumn<bool>("byAnother");
-        QTest::newRow("a window of the same second is closed: the directory was its own, too") << true;
+        QTest::newRow("a window of the same second is closed: the directory was its own, too")
+            << true;
         QTest::newRow("the window's directory vanishes while the archiver works") << false;
     }
     void directory()
@@ -246,7 +250,8 @@ private slots:
     void earlierArchive_data()
     {
         QTest::addColumn<bool>("unused");
-        QTest::newRow("the archive of the window's job before it is still there: it is not added to")
+        QTest::newRow(
+            "the archive of the window's job before it is still there: it is not added to")
             << true;
     }
     void earlierArchive()
@@ -257,10 +262,11 @@ private slots:
         answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
         const QString archive = fixture.windowDirectory() + "/temp.7z";
         QVERIFY(QFile::exists(archive));
-        fixture.temp.plantArchiver("copy @3 " + fixture.temp.filePath("seen").toUtf8()
-                                   + "\ncopy " + fixture.source("my.exe").toUtf8() + " @3\n");
+        fixture.temp.plantArchiver("copy @3 " + fixture.temp.filePath("seen").toUtf8() + "\ncopy "
+                                   + fixture.source("my.exe").toUtf8() + " @3\n");
         answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
-        QCOMPARE(readFile(fixture.temp.filePath("seen")), QByteArray()); // there was none to be copied
+        QCOMPARE(readFile(fixture.temp.filePath("seen")),
+                 QByteArray()); // there was none to be copied
         QCOMPARE(readFile(fixture.outputFolder() + "/my.exe"), productWith("program"));
         noteResult({"is done", "`压缩包创建成功`", "my.exe, whole", "the window's directory"});
     }

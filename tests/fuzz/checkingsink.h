@@ -15,7 +15,9 @@ class CheckingSink final : public sfx::UnpackSink
 public:
     /// After `outputLimit` bytes the disk is full.
     CheckingSink(const sfx::Archive &archive, std::uint64_t totalBytes, std::uint64_t outputLimit)
-        : m_archive(archive), m_totalBytes(totalBytes), m_outputLimit(outputLimit)
+        : m_archive(archive)
+        , m_totalBytes(totalBytes)
+        , m_outputLimit(outputLimit)
     {
     }
 
@@ -42,7 +44,7 @@ private:
     bool m_hasBegun = false;
     bool m_isInFile = false;
     bool m_isFull = false;
-    std::u16string m_path; // of the open file
+    std::u16string m_path;                 // of the open file
     std::vector<std::u16string> m_folders; // made and not finished
 };
 

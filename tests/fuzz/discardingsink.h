@@ -13,7 +13,8 @@ class DiscardingSink final : public sfx::UnpackSink
 public:
     /// After `outputLimit` bytes, of all sinks together, the disk is full. `written` outlives this.
     DiscardingSink(std::atomic<std::uint64_t> &written, std::uint64_t outputLimit)
-        : m_written(written), m_outputLimit(outputLimit)
+        : m_written(written)
+        , m_outputLimit(outputLimit)
     {
     }
 

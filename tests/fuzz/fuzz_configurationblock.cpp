@@ -36,8 +36,8 @@ bool looksLikePlaceholder(const QString &name)
 // What the packer writes for the program of this name, the module reads.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString program = QString::fromUtf8(reinterpret_cast<const char *>(data),
-                                              static_cast<qsizetype>(size));
+    const QString program
+        = QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const QString base = outputBaseName(program);
     const QByteArray bytes = configurationBlock(base, program).toUtf8();
     ConfigBlock block;

@@ -11,9 +11,7 @@
 
 namespace {
 
-void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &)
-{
-}
+void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 void checkValidation(const QByteArray &file)
 {

@@ -76,14 +76,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto bare = ProgramLooks::of(file);
     static const Bytes newIcon = smallIcon();
     const auto images = parseIcoFile(newIcon);
-    const bool isSet = checkEdit(file, [&](ResourceTree &tree, const File &opened,
-                                           const PeHeaders &headers) -> Result<bool> {
-        const auto set = setIconGroup(tree, opened, headers, {u"MAINICON", 0}, images.value());
-        if (set.hasError()) {
-            return set.error();
-        }
-        return true;
-    });
+    const bool isSet = checkEdit(
+        file,
+        [&](ResourceTree &tree, const File &opened, const PeHeaders &headers) -> Result<bool> {
+            const auto set = setIconGroup(tree, opened, headers, {u"MAINICON", 0}, images.value());
+            if (set.hasError()) {
+                return set.error();
+            }
+            return true;
+        });
     if (isSet && bare && !bare->hasGroup) {
         const auto shown = iconOfProgram(file.path());
         require(!shown.hasError() && shown.value() == newIcon, "the icon that was set is shown");

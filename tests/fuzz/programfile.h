@@ -29,10 +29,10 @@ private:
 /// What an edit of a program's icon must leave alone.
 struct ProgramLooks
 {
-    pe::Bytes appended; // behind the image
+    pe::Bytes appended;                         // behind the image
     std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by path
-    bool hasGroup = false; // of icons
-    bool isSound = false; // no two sections share bytes of the file
+    bool hasGroup = false;                      // of icons
+    bool isSound = false;                       // no two sections share bytes of the file
 
     /// Nothing: it cannot be read.
     static std::optional<ProgramLooks> of(const ProgramFile &file);

@@ -16,7 +16,8 @@ bool isName(std::u16string_view name);
 /// Whether all pieces between slashes are, and the whole is no longer than the module allows.
 bool isRelativePath(std::u16string_view path);
 
-struct Path {
+struct Path
+{
     std::u16string text;
     bool isFolder = false;
 };

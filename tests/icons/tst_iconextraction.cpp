@@ -39,7 +39,8 @@ private slots:
             << QSize(48, 32) << QSize(256, 170);
         QTest::newRow("upright") << QSize(32, 48) << QSize(170, 256);
         QTest::newRow("one pixel short on both sides") << QSize(255, 255) << QSize(256, 256);
-        QTest::newRow("one short side is enough to be scaled") << QSize(256, 128) << QSize(256, 128);
+        QTest::newRow("one short side is enough to be scaled")
+            << QSize(256, 128) << QSize(256, 128);
         QTest::newRow("a full-sized icon stays") << QSize(256, 256) << QSize(256, 256);
     }
     void sizeInTheIconFile()
@@ -49,8 +50,8 @@ private slots:
         platform.icon = extractedIcon(drawn.width(), drawn.height());
         const Extraction extraction;
         QCOMPARE(extraction.lines,
-                 QStringList{QStringLiteral("成功提取图标，大小: %1 字节")
-                                 .arg(extraction.bytes.size())});
+                 QStringList{
+                     QStringLiteral("成功提取图标，大小: %1 字节").arg(extraction.bytes.size())});
         QCOMPARE(platform.extractedFrom, "/app/tool.exe");
         QTEST(QImage::fromData(extraction.bytes, "ICO").size(), "encodedSize");
     }
@@ -73,13 +74,15 @@ private slots:
     {
         QTest::addColumn<QSize>("before");
         QTest::addColumn<QSize>("after");
-        QTest::newRow("larger on both sides is never reduced") << QSize(300, 400) << QSize(300, 400);
+        QTest::newRow("larger on both sides is never reduced")
+            << QSize(300, 400) << QSize(300, 400);
         QTest::newRow("a wide one is fitted in") << QSize(512, 128) << QSize(256, 64);
     }
     void scaling()
     {
         QFETCH(QSize, before);
-        QTEST(enlargedToIconSize(translucentImage(before.width(), before.height())).size(), "after");
+        QTEST(enlargedToIconSize(translucentImage(before.width(), before.height())).size(),
+              "after");
     }
 
     void failures_data()
@@ -90,8 +93,8 @@ private slots:
                                  << "警告：无法从EXE提取图标";
         QTest::newRow("no information on the icon")
             << int(ExtractedIcon::Outcome::NoIconInfo) << "错误：无法获取图标信息";
-        QTest::newRow("no pixels") << int(ExtractedIcon::Outcome::Extracted)
-                                   << "错误：无法将图标转换为位图";
+        QTest::newRow("no pixels")
+            << int(ExtractedIcon::Outcome::Extracted) << "错误：无法将图标转换为位图";
     }
     void failures()
     {

@@ -41,8 +41,8 @@ private slots:
             << encoded(translucentImage(16, 16), "BMP") << false << badHeader;
         QTest::newRow("an icon cut off in its image")
             << icoBytes(32, 32).left(40) << false << undecodable;
-        QTest::newRow("the largest icon") << icoBytes(256, 256) << true
-                                          << "图标验证通过 - 尺寸: 256x256";
+        QTest::newRow("the largest icon")
+            << icoBytes(256, 256) << true << "图标验证通过 - 尺寸: 256x256";
         QTest::newRow("a small icon that is not square")
             << icoBytes(48, 32) << true << "图标验证通过 - 尺寸: 48x32";
     }

@@ -37,11 +37,12 @@ private slots:
     void validationCannotDecode()
     {
         // A right icon: one image of one white pixel, 32 bits deep.
-        const QByteArray icon = QByteArray::fromHex("000001000100" // header
-                                                    "01010000010020003000000016000000" // entry
-                                                    "280000000100000002000000010020000000000008000000"
-                                                    "00000000000000000000000000000000"
-                                                    "ffffffff00000000"); // pixel and mask
+        const QByteArray icon
+            = QByteArray::fromHex("000001000100"                     // header
+                                  "01010000010020003000000016000000" // entry
+                                  "280000000100000002000000010020000000000008000000"
+                                  "00000000000000000000000000000000"
+                                  "ffffffff00000000"); // pixel and mask
         QVERIFY(!worker.validateIconData(icon));
         QCOMPARE(lines, QStringList{"无法将数据加载为ICO格式"});
     }

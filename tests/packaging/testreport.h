@@ -14,7 +14,9 @@ public:
     JobReport report()
     {
         return {[this](const QString &text) { events << "log " + text; },
-                [this](int value) { events << QStringLiteral("progress %1").arg(value); }};
+                [this](int value) {
+                    events << QStringLiteral("progress %1").arg(value);
+                }};
     }
 
     QStringList events;

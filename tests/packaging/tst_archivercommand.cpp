@@ -27,8 +27,9 @@ private slots:
     {
         FakePlatform windows;
         windows.usesBackslashes = true;
-        const QStringList expected{"a",     "-t7z",  R"(C:\temp\x\temp.7z)", R"(C:\my app\*)", "-r",
-                                   "-mx=5", "-m0=LZMA", "-bsp1",             "-ssc"};
+        const QStringList expected{
+            "a",     "-t7z", R"(C:\temp\x\temp.7z)", R"(C:\my app\*)", "-r", "-mx=5", "-m0=LZMA",
+            "-bsp1", "-ssc"};
         QCOMPARE(archiverArguments(exampleJob()), expected);
     }
 

@@ -25,7 +25,8 @@ private slots:
             << "  3%\b\b\b\b    \b\b\b\b 42%\b\b\b\b 99%" << std::optional(3);
         QTest::newRow("nothing done yet") << "  0%" << std::optional(0);
         QTest::newRow("all done") << "100%" << std::optional(100);
-        QTest::newRow("digits right before the sign are taken whole") << "v12345%" << std::optional(12345);
+        QTest::newRow("digits right before the sign are taken whole")
+            << "v12345%" << std::optional(12345);
         QTest::newRow("a number beyond int counts as 0") << "99999999999%" << std::optional(0);
         QTest::newRow("the largest int") << "2147483647%" << std::optional(2147483647);
         QTest::newRow("one more than the largest int") << "2147483648%" << std::optional(0);

@@ -57,9 +57,9 @@ private slots:
         temp.plantArchiver("print   37% 12 + a.bin\\n\nsleep 300\nprint   80% 14\\n");
         const Run run(temp);
         QVERIFY(run.success);
-        QCOMPARE(run.events, QStringList({commandLine(temp, run.job), "progress 37",
-                                          "log 37% 12 + a.bin", "progress 80", "log 80% 14",
-                                          "log 压缩包创建成功"}));
+        QCOMPARE(run.events,
+                 QStringList({commandLine(temp, run.job), "progress 37", "log 37% 12 + a.bin",
+                              "progress 80", "log 80% 14", "log 压缩包创建成功"}));
     }
 
     void itGetsItsArgumentsOneByOneAndRunsInTheTemporaryDirectory()
@@ -69,7 +69,8 @@ private slots:
         temp.plantArchiver("record arguments.txt\n");
         const Run run(temp);
         QVERIFY(run.success);
-        QFile recorded(temp.filePath("arguments.txt")); // a relative name, so it is the directory too
+        QFile recorded(
+            temp.filePath("arguments.txt")); // a relative name, so it is the directory too
         QVERIFY(recorded.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(recorded.readAll()),
                  archiverArguments(run.job).join('\n') + "\n\n");
@@ -197,7 +198,8 @@ private slots:
         const Run run(temp);
         QVERIFY(run.success);
         QCOMPARE(QFile(temp.filePath("7zr.exe")).permissions(), before);
-        QCOMPARE(QFileInfo(temp.filePath("7zr.exe")).size(), QFileInfo(KESTRELPACK_FAKE_TOOL).size());
+        QCOMPARE(QFileInfo(temp.filePath("7zr.exe")).size(),
+                 QFileInfo(KESTRELPACK_FAKE_TOOL).size());
     }
 
     void anArchiverThatCannotBeCopiedFails()

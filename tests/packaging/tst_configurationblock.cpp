@@ -29,18 +29,22 @@ private slots:
     {
         QTest::addColumn<QString>("baseName");
         QTest::addColumn<QString>("mainExeName");
-        QTest::newRow("ASCII") << "tool" << "tool.exe";
-        QTest::newRow("blanks and Chinese") << "我的 工具" << "我的 工具.exe";
-        QTest::newRow("emoji") << "🚀" << "🚀.exe";
-        QTest::newRow("empty") << "" << "";
+        QTest::newRow("ASCII") << "tool"
+                               << "tool.exe";
+        QTest::newRow("blanks and Chinese") << "我的 工具"
+                                            << "我的 工具.exe";
+        QTest::newRow("emoji") << "🚀"
+                               << "🚀.exe";
+        QTest::newRow("empty") << ""
+                               << "";
     }
     void sizeIsThatOfTheTemplateAndItsFillings()
     {
         QFETCH(QString, baseName);
         QFETCH(QString, mainExeName);
         // 193 bytes, less four placeholders of two bytes each: %1 twice, %2 and %3.
-        const qsizetype expected
-            = 193 - 8 + 3 * baseName.toUtf8().size() + mainExeName.toUtf8().size();
+        const qsizetype expected = 193 - 8 + 3 * baseName.toUtf8().size()
+            + mainExeName.toUtf8().size();
         QCOMPARE(configurationBlock(baseName, mainExeName).toUtf8().size(), expected);
     }
 

@@ -179,7 +179,8 @@ private slots:
         TestReport report;
         QVERIFY(assembleOutput(jobIn(temp), report.report()));
         QCOMPARE(report.events.mid(report.events.size() - 3),
-                 QStringList({"progress 50", "progress 50", "log 压缩包数据写入完成，共写入: -2 字节"}));
+                 QStringList(
+                     {"progress 50", "progress 50", "log 压缩包数据写入完成，共写入: -2 字节"}));
     }
 #endif
 };

@@ -45,17 +45,23 @@ private:
             temp.plantArchiver(workingArchiver);
             temp.plantEditor(workingEditor);
             platform.icon = extractedIcon(32, 32);
-            job = {temp.filePath("source"), temp.filePath("temp.7z"), temp.filePath("output"),
-                   "my.tool.exe", {}, "5", "LZMA", "16M"};
+            job = {temp.filePath("source"),
+                   temp.filePath("temp.7z"),
+                   temp.filePath("output"),
+                   "my.tool.exe",
+                   {},
+                   "5",
+                   "LZMA",
+                   "16M"};
         }
 
         QStringList run()
         {
             Worker worker;
             SignalRecorder recorder(worker);
-            worker.createPortableApp(job.folderPath, job.archivePath, job.outputDir, job.mainExeName,
-                                     job.iconPath, job.compressionLevel, job.compressionMethod,
-                                     job.dictionarySize);
+            worker.createPortableApp(job.folderPath, job.archivePath, job.outputDir,
+                                     job.mainExeName, job.iconPath, job.compressionLevel,
+                                     job.compressionMethod, job.dictionarySize);
             return recorder.signalsSeen;
         }
 
@@ -92,8 +98,8 @@ private:
     static QStringList assembled(const Surroundings &s)
     {
         return archived(s) + moduleAndBlock()
-            + QStringList({"log 准备写入压缩包数据，大小: 1500000 字节", "progress 84", "progress 100",
-                          "log 压缩包数据写入完成，共写入: 1500000 字节"});
+            + QStringList({"log 准备写入压缩包数据，大小: 1500000 字节", "progress 84",
+                           "progress 100", "log 压缩包数据写入完成，共写入: 1500000 字节"});
     }
     static QStringList extracted()
     {
@@ -109,18 +115,21 @@ private:
     }
     static QStringList done()
     {
-        const auto size
-            = 6 + configurationBlock("my", "my.tool.exe").toUtf8().size() + archiveSize;
+        const auto size = 6 + configurationBlock("my", "my.tool.exe").toUtf8().size() + archiveSize;
         return {"log 成功创建便携应用！", QStringLiteral("log 最终文件大小: %1 字节").arg(size),
                 "progress 100", "finished true"};
     }
 
     static QStringList allPauses()
     {
-        return {"detached: ie4uinit.exe -ClearIconCache", "pause: 500 ms",
-                "detached: ie4uinit.exe -show", "pause: 500 ms",
-                "detached: taskkill /F /IM explorer.exe & start explorer.exe", "pause: 1000 ms",
-                "shell told", "pause: 1000 ms"};
+        return {"detached: ie4uinit.exe -ClearIconCache",
+                "pause: 500 ms",
+                "detached: ie4uinit.exe -show",
+                "pause: 500 ms",
+                "detached: taskkill /F /IM explorer.exe & start explorer.exe",
+                "pause: 1000 ms",
+                "shell told",
+                "pause: 1000 ms"};
     }
 
 private slots:
@@ -131,7 +140,8 @@ private slots:
         QStringList methods;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
             const QMetaMethod method = meta.method(i);
-            const QByteArray kind = method.methodType() == QMetaMethod::Signal ? "signal " : "slot ";
+            const QByteArray kind = method.methodType() == QMetaMethod::Signal ? "signal "
+                                                                               : "slot ";
             methods << kind + method.methodSignature() + ' ' + method.parameterNames().join(',');
         }
         const QStringList expected{
@@ -171,7 +181,7 @@ private slots:
         QCOMPARE(s.run(),
                  assembled(s)
                      + QStringList({"log 无效的ICO文件头",
-                                   "log 警告：提供的图标文件无效，将尝试从主程序提取图标"})
+                                    "log 警告：提供的图标文件无效，将尝试从主程序提取图标"})
                      + extracted() + replaced() + done());
     }
 
@@ -196,8 +206,8 @@ private slots:
         QCOMPARE(s.run(),
                  assembled(s)
                      + QStringList({"log 尝试从主程序提取图标...", "log 警告：无法从EXE提取图标",
-                                   "log 图标数据太小，至少需要6字节",
-                                   "log 警告：无法从主程序提取有效图标，将创建无图标的应用"})
+                                    "log 图标数据太小，至少需要6字节",
+                                    "log 警告：无法从主程序提取有效图标，将创建无图标的应用"})
                      + done());
         QCOMPARE(s.platform.events, QStringList());
         QVERIFY(!QFile::exists(s.temp.filePath("editor.txt")));
@@ -210,7 +220,7 @@ private slots:
         QCOMPARE(s.run(),
                  assembled(s) + extracted()
                      + QStringList({"log 开始替换EXE图标...", "log 错误：无法创建备份文件",
-                                   "log 警告：图标替换失败"})
+                                    "log 警告：图标替换失败"})
                      + done());
         QCOMPARE(s.platform.events, QStringList());
     }
@@ -238,7 +248,8 @@ private slots:
         Surroundings s;
         s.job.mainExeName = "other.exe";
         s.temp.plantArchiver("record started.txt\n");
-        QCOMPARE(s.run(), beginning(s)
+        QCOMPARE(s.run(),
+                 beginning(s)
                      + QStringList({"log 错误：主程序不存在于源文件夹中", "finished false"}));
         QVERIFY(!QFile::exists(s.temp.filePath("started.txt")));
     }
@@ -296,7 +307,8 @@ private slots:
         QVERIFY(QDir(s.temp.filePath("output")).mkpath("my.exe"));
         QCOMPARE(s.run(),
                  archived(s)
-                     + QStringList({"log 错误：无法创建输出文件: " + s.output(), "finished false"}));
+                     + QStringList(
+                         {"log 错误：无法创建输出文件: " + s.output(), "finished false"}));
     }
 
     void aModuleThatCannotBeReadEndsTheRun()
@@ -312,7 +324,8 @@ private slots:
     {
         Surroundings s;
         s.temp.plantArchiver("print  40%\n");
-        QCOMPARE(s.run(), archived(s) + moduleAndBlock()
+        QCOMPARE(s.run(),
+                 archived(s) + moduleAndBlock()
                      + QStringList({"log 错误：无法读取压缩包文件", "finished false"}));
         QVERIFY(QFile::exists(s.output()));
     }
@@ -321,7 +334,8 @@ private slots:
     {
         Surroundings s;
         s.temp.plantEditor("if addoverwrite\nremove @2\n");
-        QCOMPARE(s.run(), assembled(s) + extracted() + replaced()
+        QCOMPARE(s.run(),
+                 assembled(s) + extracted() + replaced()
                      + QStringList({"log 创建单文件失败", "finished false"}));
     }
 
@@ -352,8 +366,8 @@ private slots:
         s.temp.plantEditor("");
         s.run();
         QCOMPARE(s.temp.names(),
-                 QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe", "output", "source",
-                              "temp.7z"}));
+                 QStringList(
+                     {"7zS2.sfx", "7zr.exe", "ResourceHacker.exe", "output", "source", "temp.7z"}));
         QCOMPARE(QDir(s.temp.filePath("output")).entryList(QDir::Files), QStringList{"my.exe"});
     }
 
@@ -376,9 +390,8 @@ private slots:
         QObject context;
         connect(&worker, &Worker::logMessage, &context,
                 [&seen](const QString &text) { seen << text; });
-        connect(&worker, &Worker::finished, &context, [&seen](bool success) {
-            seen << (success ? "finished true" : "finished false");
-        });
+        connect(&worker, &Worker::finished, &context,
+                [&seen](bool success) { seen << (success ? "finished true" : "finished false"); });
         thread.start();
         QVERIFY(QMetaObject::invokeMethod(
             &worker, "createPortableApp", Qt::QueuedConnection, Q_ARG(QString, s.job.folderPath),

@@ -12,18 +12,30 @@ namespace {
 
 QStringList imageNames()
 {
-    return {"add_bottom", "add_left", "add_right", "add_top", "branch_close", "branch_open",
-            "calendar_nextmonth", "calendar_prevmonth", "checkbox_checked",
-            "checkbox_checked_disable", "checkbox_parcial", "checkbox_parcial_disable",
-            "checkbox_unchecked", "checkbox_unchecked_disable", "radiobutton_checked",
-            "radiobutton_checked_disable", "radiobutton_unchecked",
+    return {"add_bottom",
+            "add_left",
+            "add_right",
+            "add_top",
+            "branch_close",
+            "branch_open",
+            "calendar_nextmonth",
+            "calendar_prevmonth",
+            "checkbox_checked",
+            "checkbox_checked_disable",
+            "checkbox_parcial",
+            "checkbox_parcial_disable",
+            "checkbox_unchecked",
+            "checkbox_unchecked_disable",
+            "radiobutton_checked",
+            "radiobutton_checked_disable",
+            "radiobutton_unchecked",
             "radiobutton_unchecked_disable"};
 }
 
 QStringList drawingNames()
 {
-    return {"logo", "foundation", "foundation-hover", "senior", "senior-hover", "nav", "min",
-            "close"};
+    return {"logo", "foundation", "foundation-hover", "senior", "senior-hover", "nav",
+            "min",  "close"};
 }
 
 QStringList expectedPaths()
@@ -80,10 +92,7 @@ class TestResources : public QObject
     Q_OBJECT
 
 private slots:
-    void theBundleHoldsExactlyTheListedFiles()
-    {
-        QCOMPARE(bundledPaths(), expectedPaths());
-    }
+    void theBundleHoldsExactlyTheListedFiles() { QCOMPARE(bundledPaths(), expectedPaths()); }
 
     void everyFileHasContent()
     {
@@ -135,8 +144,9 @@ private slots:
         for (const QString &theme : {QStringLiteral("default"), QStringLiteral("dark")}) {
             for (const QString &name : imageNames()) {
                 const QImage image(":/qss/" + theme + '/' + name + ".png");
-                const int shownAt = name.startsWith("calendar") ? 16
-                        : name.contains("box_") || name.contains("button_") ? 13 : 12;
+                const int shownAt = name.startsWith("calendar")         ? 16
+                    : name.contains("box_") || name.contains("button_") ? 13
+                                                                        : 12;
                 QVERIFY2(image.size() == QSize(2 * shownAt, 2 * shownAt), qPrintable(name));
                 QVERIFY2(mostFrequentColor(image).isValid(), qPrintable(name));
                 QCOMPARE(qAlpha(image.pixel(0, 0)), 0);

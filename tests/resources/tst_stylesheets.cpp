@@ -53,10 +53,7 @@ class TestStyleSheets : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        qApp->setStyleSheet(QString::fromUtf8(sheet("default")));
-    }
+    void init() { qApp->setStyleSheet(QString::fromUtf8(sheet("default"))); }
 
     void sheetIsPlainUtf8OfTheExpectedSize_data()
     {
@@ -177,9 +174,10 @@ private slots:
         QLineEdit field;
         button.ensurePolished();
         field.ensurePolished();
-        QVERIFY2(qAbs(button.sizeHint().height() - field.sizeHint().height()) <= 1,
-                 qPrintable(QString("%1 %2").arg(button.sizeHint().height())
-                                    .arg(field.sizeHint().height())));
+        QVERIFY2(
+            qAbs(button.sizeHint().height() - field.sizeHint().height()) <= 1,
+            qPrintable(
+                QString("%1 %2").arg(button.sizeHint().height()).arg(field.sizeHint().height())));
     }
 
     void checkedIndicatorIsDrawnInTheAccent()

@@ -91,8 +91,9 @@ private slots:
 
     void keepsTheShape()
     {
-        const SvgDrawing drawing("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\">"
-                                 "<rect width=\"10\" height=\"10\" fill=\"#ff0000\"/></svg>");
+        const SvgDrawing drawing(
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\">"
+            "<rect width=\"10\" height=\"10\" fill=\"#ff0000\"/></svg>");
         QCOMPARE(drawing.size(), QSizeF(10, 10));
         const QImage wide = drawing.render({40, 20}); // in the middle, as large as it fits
         QCOMPARE(wide.pixelColor(20, 10), QColor(255, 0, 0));

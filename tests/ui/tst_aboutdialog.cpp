@@ -49,8 +49,8 @@ private slots:
     void laysItsLabelsOutInOrder()
     {
         const AboutDialog dialog;
-        const auto *layout = qobject_cast<QVBoxLayout *>(
-            dialog.findChild<QWidget *>("centralWidget")->layout());
+        const auto *layout
+            = qobject_cast<QVBoxLayout *>(dialog.findChild<QWidget *>("centralWidget")->layout());
         QVERIFY(layout != nullptr);
         QCOMPARE(layout->objectName(), "verticalLayout");
         QCOMPARE(layout->spacing(), 0);
@@ -59,8 +59,9 @@ private slots:
         for (int i = 0; i < layout->count(); ++i) {
             names.append(layout->itemAt(i)->widget()->objectName());
         }
-        QCOMPARE(names, (QStringList{"logoLabel", "titleLabel", "versionLabel", "descriptionLabel",
-                                     "websiteLabel", "copyrightLabel"}));
+        QCOMPARE(names,
+                 (QStringList{"logoLabel", "titleLabel", "versionLabel", "descriptionLabel",
+                              "websiteLabel", "copyrightLabel"}));
         QCOMPARE(dialog.findChildren<QWidget *>().size(), 1 + names.size()); // and nothing else
     }
 
@@ -80,9 +81,12 @@ private slots:
         QTest::addColumn<bool>("wraps");
 
         const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
-        QTest::newRow("logo") << "logoLabel" << "" << (Qt::AlignHCenter | Qt::AlignTop) << false;
-        QTest::newRow("title") << "titleLabel" << "<h2>Kestrel Pack</h2>" << left << false;
-        QTest::newRow("version") << "versionLabel" << "版本: 1\\.0\\.2\\.32" << left << false;
+        QTest::newRow("logo") << "logoLabel"
+                              << "" << (Qt::AlignHCenter | Qt::AlignTop) << false;
+        QTest::newRow("title") << "titleLabel"
+                               << "<h2>Kestrel Pack</h2>" << left << false;
+        QTest::newRow("version") << "versionLabel"
+                                 << "版本: 1\\.0\\.2\\.32" << left << false;
         QTest::newRow("description")
             << "descriptionLabel"
             << "一款简单易用的单文件程序制作工具，提供向导式操作界面，支持多种压缩方式，"
@@ -91,8 +95,8 @@ private slots:
         QTest::newRow("web site") << "websiteLabel"
                                   << "<a [^>]*href=\"https://[^\"]+\"[^>]*>访问官方网站</a>" << left
                                   << false;
-        QTest::newRow("copyright") << "copyrightLabel" << "© \\d{4} Halvorsoft 保留所有权利" << left
-                                   << false;
+        QTest::newRow("copyright") << "copyrightLabel"
+                                   << "© \\d{4} Halvorsoft 保留所有权利" << left << false;
     }
 
     void labelsSayWhatTheyShould()

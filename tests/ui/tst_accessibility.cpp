@@ -24,10 +24,10 @@ private slots:
         int controls = 0;
         for (QWidget *widget : widgets) {
             const bool isControl = qobject_cast<QAbstractButton *>(widget) != nullptr
-                                   || qobject_cast<QLineEdit *>(widget) != nullptr
-                                   || qobject_cast<QComboBox *>(widget) != nullptr
-                                   || qobject_cast<QTextEdit *>(widget) != nullptr
-                                   || qobject_cast<QProgressBar *>(widget) != nullptr;
+                || qobject_cast<QLineEdit *>(widget) != nullptr
+                || qobject_cast<QComboBox *>(widget) != nullptr
+                || qobject_cast<QTextEdit *>(widget) != nullptr
+                || qobject_cast<QProgressBar *>(widget) != nullptr;
             if (!isControl || widget->objectName().isEmpty()
                 || widget->objectName().startsWith("qt_")) {
                 continue;
@@ -35,7 +35,8 @@ private slots:
             ++controls;
             const auto *interface = QAccessible::queryAccessibleInterface(widget);
             QVERIFY(interface != nullptr);
-            QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+            QVERIFY2(!interface->text(QAccessible::Name).isEmpty(),
+                     qPrintable(widget->objectName()));
         }
         QCOMPARE(controls, 25); // 12 buttons, 4 check boxes, 3 fields, 4 lists, log and progress
     }
@@ -67,18 +68,16 @@ private slots:
         QTest::addColumn<QStringList>("order");
         // Of the two tabs only the checked one is reached; the arrow keys go from one to the other.
         const QStringList header = {"menuButton", "minButton", "closeButton"};
-        QTest::newRow("basic page")
-            << QByteArray("basicTabButton")
-            << QStringList{"basicTabButton"} + header
-                   + QStringList{"folderLineEdit", "selectFolderButton", "outputLineEdit",
-                                 "outputButton", "mainExeComboBox", "mainExeButton", "startButton",
-                                 "logTextEdit"};
-        QTest::newRow("advanced page")
-            << QByteArray("advancedTabButton")
-            << QStringList{"advancedTabButton"} + header
-                   + QStringList{"iconLineEdit", "iconButton", "cmbCompression", "cmbMethod",
-                                 "cmbDictSize", "chkCleanup", "chkTemp", "chkAdmin", "chkEncrypt",
-                                 "resetButton"};
+        QTest::newRow("basic page") << QByteArray("basicTabButton")
+                                    << QStringList{"basicTabButton"} + header
+                + QStringList{"folderLineEdit", "selectFolderButton", "outputLineEdit",
+                              "outputButton",   "mainExeComboBox",    "mainExeButton",
+                              "startButton",    "logTextEdit"};
+        QTest::newRow("advanced page") << QByteArray("advancedTabButton")
+                                       << QStringList{"advancedTabButton"} + header
+                + QStringList{"iconLineEdit", "iconButton", "cmbCompression", "cmbMethod",
+                              "cmbDictSize",  "chkCleanup", "chkTemp",        "chkAdmin",
+                              "chkEncrypt",   "resetButton"};
     }
 
     void tabOrderFollowsThePage()

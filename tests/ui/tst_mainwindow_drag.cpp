@@ -23,7 +23,8 @@ private slots:
         const QPoint bottomRight(1, 1);
         QTest::newRow("header, first pixel") << "headerFrame" << topLeft << QPoint(0, 0) << true;
         QTest::newRow("header, last pixel") << "headerFrame" << bottomRight << QPoint(0, 0) << true;
-        QTest::newRow("right of the header") << "headerFrame" << bottomRight << QPoint(1, 0) << false;
+        QTest::newRow("right of the header")
+            << "headerFrame" << bottomRight << QPoint(1, 0) << false;
         QTest::newRow("below the header") << "headerFrame" << bottomRight << QPoint(0, 1) << false;
         QTest::newRow("strip, first pixel") << "frameMenu" << topLeft << QPoint(0, 0) << true;
         QTest::newRow("strip, last pixel") << "frameMenu" << bottomRight << QPoint(0, 0) << true;
@@ -84,15 +85,16 @@ private slots:
         QTest::addColumn<Qt::MouseButton>("button");
         QTest::addColumn<bool>("drags");
         QTest::newRow("title") << "title_label" << QPoint(5, 5) << Qt::LeftButton << true;
-        QTest::newRow("free part of the strip") << "frameMenu" << QPoint(10, 300) << Qt::LeftButton
-                                                << true;
-        QTest::newRow("header with the right button") << "title_label" << QPoint(5, 5)
-                                                      << Qt::RightButton << false;
-        QTest::newRow("free part of a page") << "basicPage" << QPoint(2, 200) << Qt::LeftButton
-                                             << false;
-        QTest::newRow("label on a page") << "folderLabel" << QPoint(3, 3) << Qt::LeftButton << false;
-        QTest::newRow("button of the header") << "menuButton" << QPoint(-1, -1) << Qt::LeftButton
-                                              << false;
+        QTest::newRow("free part of the strip")
+            << "frameMenu" << QPoint(10, 300) << Qt::LeftButton << true;
+        QTest::newRow("header with the right button")
+            << "title_label" << QPoint(5, 5) << Qt::RightButton << false;
+        QTest::newRow("free part of a page")
+            << "basicPage" << QPoint(2, 200) << Qt::LeftButton << false;
+        QTest::newRow("label on a page")
+            << "folderLabel" << QPoint(3, 3) << Qt::LeftButton << false;
+        QTest::newRow("button of the header")
+            << "menuButton" << QPoint(-1, -1) << Qt::LeftButton << false;
         QTest::newRow("tab") << "advancedTabButton" << QPoint(5, 5) << Qt::LeftButton << false;
     }
 

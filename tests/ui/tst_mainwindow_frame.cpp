@@ -74,8 +74,9 @@ private slots:
             });
         });
         const int status = QApplication::exec();
-        QCOMPARE(box, (SeenBox{"确认退出", "确定要退出 Kestrelpack 吗？", QMessageBox::Question,
-                               QMessageBox::Yes | QMessageBox::No, fixture.window.get()}));
+        QCOMPARE(box,
+                 (SeenBox{"确认退出", "确定要退出 Kestrelpack 吗？", QMessageBox::Question,
+                          QMessageBox::Yes | QMessageBox::No, fixture.window.get()}));
         QCOMPARE(quit, quits);
         QCOMPARE(status, quits ? 0 : 17);
         if (!quits) {

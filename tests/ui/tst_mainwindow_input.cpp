@@ -20,8 +20,8 @@ private slots:
         WindowFixture fixture;
         fixture.open();
         fixture.find<QLineEdit>("folderLineEdit")->setText(fixture.sourceFolder());
-        const auto dialog =
-            answerFileDialog([&] { fixture.click("selectFolderButton"); }, QString());
+        const auto dialog
+            = answerFileDialog([&] { fixture.click("selectFolderButton"); }, QString());
         QCOMPARE(dialog.title, "选择源文件夹");
         QCOMPARE(dialog.mode, QFileDialog::Directory);
         QCOMPARE(dialog.options, QFileDialog::Options(QFileDialog::ShowDirsOnly));
@@ -48,8 +48,9 @@ private slots:
         QStringList names = fixture.programNames();
         QCOMPARE(names, programsAsTheFileSystemGivesThem(fixture.sourceFolder()));
         names.sort();
-        QCOMPARE(names, (QStringList{"B.EXE", "a.exe", "c.exe", "k.exe", "m.exe", "my.exe",
-                                     "x.exe", "z.exe"}));
+        QCOMPARE(names,
+                 (QStringList{"B.EXE", "a.exe", "c.exe", "k.exe", "m.exe", "my.exe", "x.exe",
+                              "z.exe"}));
         QCOMPARE(fixture.programs()->currentIndex(), 0);
         QVERIFY(fixture.programs()->itemIcon(0).isNull());
         QVERIFY(!fixture.programs()->itemData(0).isValid());
@@ -127,8 +128,9 @@ private slots:
         auto dialog = answerFileDialog([&] { fixture.click("outputButton"); }, QString());
         QCOMPARE(dialog.title, "选择输出目录");
         QCOMPARE(dialog.mode, QFileDialog::Directory);
-        QCOMPARE(dialog.options, (QFileDialog::Options{QFileDialog::ShowDirsOnly,
-                                                       QFileDialog::DontResolveSymlinks}));
+        QCOMPARE(dialog.options,
+                 (QFileDialog::Options{QFileDialog::ShowDirsOnly,
+                                       QFileDialog::DontResolveSymlinks}));
         QCOMPARE(dialog.directory, desktop);
         QCOMPARE(dialog.parent, fixture.window.get());
 
@@ -153,7 +155,8 @@ private slots:
         QTest::addColumn<bool>("accepted");
 
         QTest::newRow("icon") << icoBytes(32, 32) << true;
-        QTest::newRow("PNG by the name of an icon") << encoded(translucentImage(8, 8), "PNG") << true;
+        QTest::newRow("PNG by the name of an icon")
+            << encoded(translucentImage(8, 8), "PNG") << true;
         QTest::newRow("image without transparency")
             << encoded(QImage(8, 8, QImage::Format_RGB32), "BMP") << true;
         QTest::newRow("text") << QByteArray("no image") << false;
@@ -192,8 +195,9 @@ private slots:
             QCOMPARE(fixture.settings.value("iconPath"), file);
             QCOMPARE(fixture.settings.keys().size(), 11);
         } else {
-            QCOMPARE(boxes, (QList<SeenBox>{{"错误", "无法加载图标文件！", QMessageBox::Warning,
-                                             QMessageBox::Ok, fixture.window.get()}}));
+            QCOMPARE(boxes,
+                     (QList<SeenBox>{{"错误", "无法加载图标文件！", QMessageBox::Warning,
+                                      QMessageBox::Ok, fixture.window.get()}}));
             QCOMPARE(fixture.text("iconLineEdit"), "before");
             QCOMPARE(fixture.settings.keys(), QStringList());
         }

@@ -123,7 +123,8 @@ private slots:
 
         const QStringList levels = {"-mx=0", "-mx=1", "-mx=3", "-mx=5", "-mx=7", "-mx=9"};
         for (int index = 0; index < levels.size(); ++index) {
-            QTest::addRow("level %d", index) << QByteArray("cmbCompression") << index << levels[index];
+            QTest::addRow("level %d", index)
+                << QByteArray("cmbCompression") << index << levels[index];
         }
         QTest::newRow("no level") << QByteArray("cmbCompression") << -1 << "-mx=5";
         QTest::newRow("LZMA") << QByteArray("cmbMethod") << 0 << "-m0=LZMA";
@@ -154,7 +155,9 @@ private slots:
             fixture.fillIn();
             select(fixture, "cmbDictSize", index);
             answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
-            commandLines.append(fixture.archiverArguments().join(' ').remove(fixture.temp.path())
+            commandLines.append(fixture.archiverArguments()
+                                    .join(' ')
+                                    .remove(fixture.temp.path())
                                     .remove(QDir(fixture.windowDirectory()).dirName()));
         }
         QCOMPARE(commandLines[0], commandLines[1]);

@@ -20,11 +20,11 @@ private slots:
 
         QTest::newRow("percentage between blanks and a line end")
             << QByteArray("print \\n  45% + read me.txt\\n") << 45 << "45% + read me.txt";
-        QTest::newRow("of two percentages the first") << QByteArray("print 3% and 7%") << 3
-                                                      << "3% and 7%";
+        QTest::newRow("of two percentages the first")
+            << QByteArray("print 3% and 7%") << 3 << "3% and 7%";
         QTest::newRow("no percentage") << QByteArray("print Scanning\\n") << 20 << "Scanning";
-        QTest::newRow("number beyond int") << QByteArray("print 99999999999%") << 0
-                                           << "99999999999%";
+        QTest::newRow("number beyond int")
+            << QByteArray("print 99999999999%") << 0 << "99999999999%";
         QTest::newRow("Chinese") << QByteArray("print 正在压缩 80%") << 80 << "正在压缩 80%";
     }
 
@@ -54,8 +54,8 @@ private slots:
         QTest::newRow("success") << 0 << QProcess::NormalExit << "处理完成！" << 100;
         QTest::newRow("crash with 0") << 0 << QProcess::CrashExit << "处理完成！" << 100;
         QTest::newRow("failure") << 7 << QProcess::NormalExit << "处理失败，错误代码: 7" << 20;
-        QTest::newRow("negative code") << -1073741819 << QProcess::CrashExit
-                                       << "处理失败，错误代码: -1073741819" << 20;
+        QTest::newRow("negative code")
+            << -1073741819 << QProcess::CrashExit << "处理失败，错误代码: -1073741819" << 20;
     }
 
     void endIsToldByTheExitCodeAlone()

@@ -58,12 +58,12 @@ private slots:
             << QVariant("");
         QTest::newRow("level") << "compressionLevel" << QVariant(5) << "cmbCompression"
                                << QByteArray("currentText") << QVariant("极限");
-        QTest::newRow("level beyond the list") << "compressionLevel" << QVariant(9)
-                                               << "cmbCompression" << QByteArray("currentIndex")
-                                               << QVariant(-1);
-        QTest::newRow("level that is no number") << "compressionLevel" << QVariant("high")
-                                                 << "cmbCompression"
-                                                 << QByteArray("currentText") << QVariant("存储");
+        QTest::newRow("level beyond the list")
+            << "compressionLevel" << QVariant(9) << "cmbCompression" << QByteArray("currentIndex")
+            << QVariant(-1);
+        QTest::newRow("level that is no number")
+            << "compressionLevel" << QVariant("high") << "cmbCompression"
+            << QByteArray("currentText") << QVariant("存储");
         QTest::newRow("method") << "compressionMethod" << QVariant(1) << "cmbMethod"
                                 << QByteArray("currentText") << QVariant("LZMA2");
         QTest::newRow("dictionary") << "dictionarySize" << QVariant(0) << "cmbDictSize"
@@ -155,11 +155,13 @@ private slots:
                                        {QMessageBox::Yes, QMessageBox::Ok},
                                        [&] { keys = fixture.settings.keys(); });
         QCOMPARE(boxes.size(), 2);
-        QCOMPARE(boxes[0], (SeenBox{"重置确认", "确定要重置所有设置吗？此操作无法撤销！",
-                                    QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
-                                    fixture.window.get()}));
-        QCOMPARE(boxes[1], (SeenBox{"重置成功", "所有设置已恢复为默认值。", QMessageBox::Information,
-                                    QMessageBox::Ok, fixture.window.get()}));
+        QCOMPARE(boxes[0],
+                 (SeenBox{"重置确认", "确定要重置所有设置吗？此操作无法撤销！",
+                          QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
+                          fixture.window.get()}));
+        QCOMPARE(boxes[1],
+                 (SeenBox{"重置成功", "所有设置已恢复为默认值。", QMessageBox::Information,
+                          QMessageBox::Ok, fixture.window.get()}));
         QCOMPARE(keys, QStringList()); // empty before the notice says so
         QCOMPARE(fixture.settings.keys(), QStringList());
 

@@ -17,13 +17,13 @@ private slots:
     void temporaryDirectoryIsNamedAfterTheMoment()
     {
         WindowFixture fixture;
-        const auto before = QDateTime::currentDateTime().addMSecs(-1000); // names have whole seconds
+        const auto before
+            = QDateTime::currentDateTime().addMSecs(-1000); // names have whole seconds
         fixture.open();
         const auto after = QDateTime::currentDateTime();
         const QStringList names = directories(fixture);
         QCOMPARE(names.size(), 1);
-        const auto match =
-            QRegularExpression("^Kestrelpack_(\\d{14})$").match(names[0]);
+        const auto match = QRegularExpression("^Kestrelpack_(\\d{14})$").match(names[0]);
         QVERIFY2(match.hasMatch(), qPrintable(names[0]));
         const auto moment = QDateTime::fromString(match.captured(1), "yyyyMMddhhmmss");
         QVERIFY2(before <= moment && moment <= after, qPrintable(names[0]));
@@ -64,8 +64,8 @@ private slots:
         const QString file = fixture.temp.filePath("file");
         QVERIFY(writeFile(file, "x"));
         qputenv(temporaryDirectoryVariable, file.toUtf8());
-        const auto restore = qScopeGuard(
-            [&previous] { qputenv(temporaryDirectoryVariable, previous); });
+        const auto restore
+            = qScopeGuard([&previous] { qputenv(temporaryDirectoryVariable, previous); });
         QCOMPARE(QDir::tempPath(), file);
         fixture.open();
         fixture.close();

@@ -98,8 +98,8 @@ private slots:
         QTest::newRow("level") << "cmbCompression"
                                << QStringList{"存储", "最快", "快速", "标准", "最大", "极限"};
         QTest::newRow("method") << "cmbMethod" << QStringList{"LZMA", "LZMA2"};
-        QTest::newRow("dictionary") << "cmbDictSize"
-                                    << QStringList{"64 KB", "1 MB", "16 MB", "32 MB", "64 MB"};
+        QTest::newRow("dictionary")
+            << "cmbDictSize" << QStringList{"64 KB", "1 MB", "16 MB", "32 MB", "64 MB"};
         QTest::newRow("programs") << "mainExeComboBox" << QStringList{};
     }
 
@@ -133,8 +133,8 @@ private slots:
         QVERIFY(window().testAttribute(Qt::WA_TranslucentBackground));
         QCOMPARE(window().findChild<QStackedWidget *>()->currentIndex(), 0);
 
-        const auto *shadow = qobject_cast<QGraphicsDropShadowEffect *>(
-            window().centralWidget()->graphicsEffect());
+        const auto *shadow
+            = qobject_cast<QGraphicsDropShadowEffect *>(window().centralWidget()->graphicsEffect());
         QVERIFY(shadow != nullptr);
         QCOMPARE(shadow->blurRadius(), 20.0);
         QCOMPARE(shadow->color(), QColor(0, 0, 0, 80));
@@ -185,8 +185,8 @@ private:
         const auto children = parent->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
         for (const QWidget *child : children) {
             if (!isKnown(child->objectName())) {
-                unknown.append(QStringLiteral("%1 in %2").arg(child->metaObject()->className(),
-                                                              parent->objectName()));
+                unknown.append(QStringLiteral("%1 in %2")
+                                   .arg(child->metaObject()->className(), parent->objectName()));
             } else if (qobject_cast<const QAbstractScrollArea *>(child) == nullptr
                        && qobject_cast<const QComboBox *>(child) == nullptr) {
                 collectUnknown(child, unknown);

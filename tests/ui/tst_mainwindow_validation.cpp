@@ -20,14 +20,27 @@ private slots:
         const QString noFolder = "请选择源文件夹！";
         const QString noProgram = "请选择主程序！";
         const QString noOutput = "输出路径必须是一个目录（例如 C:/Output）！";
-        QTest::newRow("nothing given") << "" << "" << "" << noFolder;
-        QTest::newRow("no folder") << "" << "my.exe" << "output" << noFolder;
-        QTest::newRow("a blank is a folder's name") << " " << "" << "" << noProgram;
-        QTest::newRow("no program, and an output that is none") << "any" << "" << "" << noProgram;
-        QTest::newRow("no output") << "any" << "my.exe" << "" << noOutput;
-        QTest::newRow("missing output beside an existing one")
-            << "any" << "my.exe" << "output/missing" << noOutput;
-        QTest::newRow("output is a file") << "any" << "my.exe" << "source/my.exe" << noOutput;
+        QTest::newRow("nothing given") << ""
+                                       << ""
+                                       << "" << noFolder;
+        QTest::newRow("no folder") << ""
+                                   << "my.exe"
+                                   << "output" << noFolder;
+        QTest::newRow("a blank is a folder's name") << " "
+                                                    << ""
+                                                    << "" << noProgram;
+        QTest::newRow("no program, and an output that is none") << "any"
+                                                                << ""
+                                                                << "" << noProgram;
+        QTest::newRow("no output") << "any"
+                                   << "my.exe"
+                                   << "" << noOutput;
+        QTest::newRow("missing output beside an existing one") << "any"
+                                                               << "my.exe"
+                                                               << "output/missing" << noOutput;
+        QTest::newRow("output is a file") << "any"
+                                          << "my.exe"
+                                          << "source/my.exe" << noOutput;
     }
 
     void validationNamesTheFirstProblem()

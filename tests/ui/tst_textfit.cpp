@@ -89,7 +89,8 @@ private:
             const QSize ink = widget.fontMetrics().tightBoundingRect(text).size();
             return {ink.width(), tab->iconSize().height() + ink.height()};
         }
-        if (qobject_cast<const QProgressBar *>(&widget)) { // whose hint is a style's idea of a good length
+        if (qobject_cast<const QProgressBar *>(
+                &widget)) { // whose hint is a style's idea of a good length
             return widget.fontMetrics().size(Qt::TextSingleLine, text);
         }
         return widget.sizeHint();

@@ -25,8 +25,8 @@ public:
     {
         const QByteArray name(context);
         return name == "MainWindow" || name == "AboutDialog"
-                   ? QStringLiteral("[%1]%2").arg(context, QString::fromUtf8(source))
-                   : QString();
+            ? QStringLiteral("[%1]%2").arg(context, QString::fromUtf8(source))
+            : QString();
     }
 };
 
@@ -47,7 +47,8 @@ private slots:
         QStringList texts{fixture.open().windowTitle()};
         const auto widgets = fixture.window->findChildren<QWidget *>();
         for (const QWidget *widget : widgets) {
-            if (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QLabel *>(widget)) {
+            if (qobject_cast<const QAbstractButton *>(widget)
+                || qobject_cast<const QLabel *>(widget)) {
                 texts.append(widget->property("text").toString());
             }
         }

@@ -21,7 +21,7 @@
 
 namespace {
 
-template<typename Widget>
+template <typename Widget>
 std::unique_ptr<QWidget> make()
 {
     return std::make_unique<Widget>();
@@ -86,11 +86,37 @@ constexpr Property properties[] = {
 // Not compared: what comes from the place in the window and from what is shown there. Other tests look
 // at the icons, the items and the names for a screen reader.
 constexpr const char *notCompared[] = {
-    "objectName", "accessibleName", "geometry", "normalGeometry", "frameGeometry", "frameSize",
-    "frameRect", "frameWidth", "rect", "size", "width", "height", "minimumHeight", "maximumWidth",
-    "pos", "x", "y", "childrenRect", "childrenRegion", "sizeHint", "minimumSizeHint", "visible",
-    "isActiveWindow", "focus", "windowIcon", "icon", "pixmap", "count", "currentIndex",
-    "currentText", "document",
+    "objectName",
+    "accessibleName",
+    "geometry",
+    "normalGeometry",
+    "frameGeometry",
+    "frameSize",
+    "frameRect",
+    "frameWidth",
+    "rect",
+    "size",
+    "width",
+    "height",
+    "minimumHeight",
+    "maximumWidth",
+    "pos",
+    "x",
+    "y",
+    "childrenRect",
+    "childrenRegion",
+    "sizeHint",
+    "minimumSizeHint",
+    "visible",
+    "isActiveWindow",
+    "focus",
+    "windowIcon",
+    "icon",
+    "pixmap",
+    "count",
+    "currentIndex",
+    "currentText",
+    "document",
 };
 
 QString wordFor(const QMetaProperty &property, const QVariant &value)
@@ -129,8 +155,8 @@ QString gridPlace(const QGridLayout &grid, int index)
     grid.getItemPosition(index, &row, &column, &rows, &columns);
     const QString place = QStringLiteral("%1 row %2").arg(grid.objectName()).arg(row);
     return columns == 1
-               ? QStringLiteral("%1 column %2").arg(place).arg(column)
-               : QStringLiteral("%1 columns %2-%3").arg(place).arg(column).arg(column + columns - 1);
+        ? QStringLiteral("%1 column %2").arg(place).arg(column)
+        : QStringLiteral("%1 columns %2-%3").arg(place).arg(column).arg(column + columns - 1);
 }
 
 QString placeIn(const QLayout &layout, int index)
@@ -176,8 +202,8 @@ QString spacing(const QLayout &layout)
 QString margins(const QLayout &layout)
 {
     return layout.contentsMargins() == FreshLayout().layout.contentsMargins()
-               ? "default"
-               : numbers(layout.contentsMargins());
+        ? "default"
+        : numbers(layout.contentsMargins());
 }
 
 } // namespace
@@ -211,8 +237,9 @@ QString settingsOf(const QWidget &widget)
         }
         const QVariant value = widget.property(property.name);
         if (value != fresh->property(property.name)) {
-            settings.append(QStringLiteral("%1=%2").arg(
-                property.word, wordFor(widget.metaObject()->property(index), value)));
+            settings.append(
+                QStringLiteral("%1=%2").arg(property.word,
+                                            wordFor(widget.metaObject()->property(index), value)));
         }
     }
     return settings.join("; ");
@@ -227,10 +254,12 @@ QStringList otherSettingsOf(const QWidget &widget)
     QStringList names;
     for (int i = 0; i < widget.metaObject()->propertyCount(); ++i) {
         const char *const name = widget.metaObject()->property(i).name();
-        const auto isName = [name](const auto &listed) { return qstrcmp(listed, name) == 0; };
-        const bool isCompared = std::any_of(
-            std::begin(properties), std::end(properties),
-            [&isName](const Property &property) { return isName(property.name); });
+        const auto isName = [name](const auto &listed) {
+            return qstrcmp(listed, name) == 0;
+        };
+        const bool isCompared
+            = std::any_of(std::begin(properties), std::end(properties),
+                          [&isName](const Property &property) { return isName(property.name); });
         if (!isCompared && std::none_of(std::begin(notCompared), std::end(notCompared), isName)
             && widget.property(name) != fresh->property(name)) {
             names.append(QString::fromLatin1(name));

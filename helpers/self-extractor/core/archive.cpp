@@ -86,8 +86,8 @@ Status Archive::open(std::uint64_t offset)
     if (!stream.allocate()) {
         return Status::NoMemory;
     }
-    const Status status = statusOf(SzArEx_Open(&m_tables, stream.interface(),
-                                               m_memory.interface(), m_memory.interface()));
+    const Status status = statusOf(
+        SzArEx_Open(&m_tables, stream.interface(), m_memory.interface(), m_memory.interface()));
     if (status == Status::Ok && m_tables.NumFiles != 0 && m_tables.FileNameOffsets == nullptr) {
         return Status::Damaged;
     }

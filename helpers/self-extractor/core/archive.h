@@ -13,13 +13,15 @@
 namespace sfx {
 
 /// One file or folder of an archive.
-struct Entry {
-    const char16_t *path = u""; ///< components joined by `/`; lies in the path given to Archive::entry()
-    std::size_t pathSize = 0;   ///< in UTF-16 units
-    std::uint64_t size = 0;     ///< in bytes; 0 for folders
+struct Entry
+{
+    const char16_t *path
+        = u""; ///< components joined by `/`; lies in the path given to Archive::entry()
+    std::size_t pathSize = 0; ///< in UTF-16 units
+    std::uint64_t size = 0;   ///< in bytes; 0 for folders
     bool isFolder = false;
     bool hasModified = false;
-    std::uint64_t modified = 0; ///< in 100 ns since 1601, UTC (Windows' FILETIME)
+    std::uint64_t modified = 0;   ///< in 100 ns since 1601, UTC (Windows' FILETIME)
     std::uint32_t attributes = 0; ///< Windows' read-only, hidden, system and archive bits only
 };
 

@@ -26,7 +26,8 @@ public:
 private:
     Status refill(unsigned index);
 
-    struct Input {
+    struct Input
+    {
         Owned<Stream> stream;
         Array<std::uint8_t> buffer;
     };

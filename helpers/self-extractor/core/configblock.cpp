@@ -13,7 +13,8 @@ namespace sfx {
 namespace {
 
 /// A piece of the block's bytes; borrowed.
-struct Slice {
+struct Slice
+{
     const char *data = nullptr;
     std::size_t size = 0;
 

@@ -14,10 +14,11 @@ namespace sfx {
 /// The block is UTF-8 text: the line `;!@Install@!UTF-8!`, lines `Key="value"`, and the line
 /// `;!@InstallEnd@!`. Nothing is escaped: a value runs from the first to the last quote of its
 /// line. Unknown keys are passed over, a known key may come once.
-struct ConfigBlock {
-    Text title;         ///< Title: heads the message boxes; may be empty
-    Text runProgram;    ///< RunProgram: a file name, never empty
-    Text folderName;    ///< the folder behind `%%T\` of InstallPath: one safe name
+struct ConfigBlock
+{
+    Text title;            ///< Title: heads the message boxes; may be empty
+    Text runProgram;       ///< RunProgram: a file name, never empty
+    Text folderName;       ///< the folder behind `%%T\` of InstallPath: one safe name
     bool silent = false;   ///< Silent="1": show no box, whatever happens
     bool progress = false; ///< Progress="yes": show how far unpacking is, if it takes a while
 };

@@ -10,7 +10,8 @@ namespace sfx {
 namespace {
 
 // In front of each block of HeaderMemory, so that it can be credited when it comes back.
-struct alignas(16) Prefix {
+struct alignas(16) Prefix
+{
     std::size_t size;
 };
 
@@ -28,8 +29,7 @@ void decoderRelease(ISzAllocPtr, void *memory)
 
 const ISzAlloc decoderMemory = {decoderAllocate, decoderRelease};
 
-HeaderMemory::HeaderMemory(std::size_t budget)
-    : m_entry{{allocate, release}, this}, m_left(budget)
+HeaderMemory::HeaderMemory(std::size_t budget) : m_entry{{allocate, release}, this}, m_left(budget)
 {
 }
 

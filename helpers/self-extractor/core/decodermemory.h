@@ -25,7 +25,8 @@ public:
     ISzAllocPtr interface() const { return &m_entry.functions; }
 
 private:
-    struct Entry {
+    struct Entry
+    {
         ISzAlloc functions; // first: 7-Zip hands back a pointer to it
         HeaderMemory *owner;
     };

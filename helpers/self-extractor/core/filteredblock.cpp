@@ -21,7 +21,9 @@ Status readExactly(Stream &stream, std::uint8_t *data, std::size_t size)
 } // namespace
 
 FilteredBlock::FilteredBlock(Owned<Stream> block, std::uint64_t begin)
-    : m_block(*block), m_begin(begin), m_filter(std::move(block))
+    : m_block(*block)
+    , m_begin(begin)
+    , m_filter(std::move(block))
 {
 }
 

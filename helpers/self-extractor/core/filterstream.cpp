@@ -37,7 +37,8 @@ std::size_t undoDelta(FilterStream::State &state, std::uint8_t *data, std::size_
     return size;
 }
 
-struct Filter {
+struct Filter
+{
     std::uint32_t method;
     FilterStream::Convert convert;
     std::uint32_t pcMask; // bits that a start address may not have; ~0: no start address is taken

@@ -14,7 +14,8 @@ class FilterStream final : public Stream
 public:
     /// Undoes the filter in place for as many bytes as it can, at most `size`; returns how many.
     /// `pc` counts the bytes since the start of the stream, `state` is zero at first.
-    struct State {
+    struct State
+    {
         std::uint32_t pc = 0;
         std::uint32_t x86 = 0;
         unsigned deltaDistance = 0;
@@ -46,9 +47,9 @@ private:
     Convert m_convert = nullptr;
     State m_state;
     Array<std::uint8_t> m_buffer;
-    std::size_t m_begin = 0;     // converted and not yet given out: begin to converted
+    std::size_t m_begin = 0; // converted and not yet given out: begin to converted
     std::size_t m_converted = 0;
-    std::size_t m_end = 0;       // read and not yet convertible: converted to end
+    std::size_t m_end = 0; // read and not yet convertible: converted to end
 };
 
 } // namespace sfx

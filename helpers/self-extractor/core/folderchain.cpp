@@ -18,7 +18,8 @@ constexpr std::uint64_t leastReadAhead = 512 * 1024;
 constexpr unsigned noCoder = 0xffffffff;
 
 /// A folder's plan, and the coder that runs in a thread of its own.
-struct Wiring : FolderPlan {
+struct Wiring : FolderPlan
+{
     unsigned aheadCoder;
 };
 
@@ -60,9 +61,8 @@ Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
                    std::uint64_t unpackSize, Owned<Stream> &result)
 {
     const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
-    const Status status
-        = openStage(makeOwned<Decoder>(std::move(input), unpackSize), result,
-                    plan.properties + coder.PropsOffset, coder.PropsSize);
+    const Status status = openStage(makeOwned<Decoder>(std::move(input), unpackSize), result,
+                                    plan.properties + coder.PropsOffset, coder.PropsSize);
     if (status != Status::Ok || coderIndex != plan.aheadCoder) {
         return status;
     }
@@ -155,11 +155,13 @@ Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned
     if (part.kind == Part::Kind::Folder) {
         return openCoder(plan, plan.folder.UnpackStream, result);
     }
-    Owned<Stream> input = makeOwned<RangeStream>(
-        *plan.source, plan.packBase + plan.packPositions[0] + part.packBegin, part.packSize);
-    return input ? openDecoder<Lzma2Stream>(plan, part.decoder, std::move(input), part.unpackSize,
-                                          result)
-                 : Status::NoMemory;
+    Owned<Stream> input
+        = makeOwned<RangeStream>(*plan.source,
+                                 plan.packBase + plan.packPositions[0] + part.packBegin,
+                                 part.packSize);
+    return input
+        ? openDecoder<Lzma2Stream>(plan, part.decoder, std::move(input), part.unpackSize, result)
+        : Status::NoMemory;
 }
 
 } // namespace sfx

@@ -12,7 +12,8 @@ namespace sfx {
 
 /// How one folder (7-Zip's word for a group of files that was packed as one stream) of an archive is
 /// decoded, and where its packed streams lie. Borrows from the archive's tables.
-struct FolderPlan {
+struct FolderPlan
+{
     CSzFolder folder;
     const std::uint8_t *properties; ///< base of CSzCoderInfo::PropsOffset
     const UInt64 *unpackSizes;      ///< of each coder's output

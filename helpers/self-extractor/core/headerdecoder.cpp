@@ -6,17 +6,16 @@
 // anyway.
 
 #include "helpers/self-extractor/core/archive.h"
-#include "helpers/self-extractor/core/foldercheck.h"
 #include "helpers/self-extractor/core/folderchain.h"
+#include "helpers/self-extractor/core/foldercheck.h"
 #include "helpers/self-extractor/core/lookstream.h"
 
 #include "7zCrc.h"
 
 using namespace sfx;
 
-extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex,
-                                  ILookInStreamPtr stream, UInt64 startPos, Byte *outBuffer,
-                                  size_t outSize, ISzAllocPtr)
+extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex, ILookInStreamPtr stream,
+                                  UInt64 startPos, Byte *outBuffer, size_t outSize, ISzAllocPtr)
 {
     LookStream &look = LookStream::of(stream);
     Owned<Stream> chain;

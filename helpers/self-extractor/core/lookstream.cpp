@@ -12,7 +12,10 @@ constexpr std::size_t bufferSize = 16 * 1024;
 } // namespace
 
 LookStream::LookStream(ByteSource &source, std::uint64_t offset, std::uint64_t size)
-    : m_entry{{look, skip, read, seek}, this}, m_source(source), m_offset(offset), m_size(size)
+    : m_entry{{look, skip, read, seek}, this}
+    , m_source(source)
+    , m_offset(offset)
+    , m_size(size)
 {
 }
 
@@ -48,8 +51,8 @@ SRes LookStream::skip(ILookInStreamPtr self, size_t size)
 SRes LookStream::read(ILookInStreamPtr self, void *data, size_t *size)
 {
     LookStream &stream = of(self);
-    const std::uint64_t left
-        = stream.m_position < stream.m_size ? stream.m_size - stream.m_position : 0;
+    const std::uint64_t left = stream.m_position < stream.m_size ? stream.m_size - stream.m_position
+                                                                 : 0;
     if (*size > left) {
         *size = static_cast<size_t>(left);
     }

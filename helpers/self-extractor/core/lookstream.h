@@ -30,7 +30,8 @@ public:
     std::uint64_t offset() const { return m_offset; }
 
 private:
-    struct Entry {
+    struct Entry
+    {
         ILookInStream functions; // first: 7-Zip hands back a pointer to it
         LookStream *owner;
     };

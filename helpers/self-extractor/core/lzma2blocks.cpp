@@ -38,7 +38,10 @@ bool startsAfresh(std::uint8_t control)
 
 Lzma2Blocks::Lzma2Blocks(ByteSource &source, std::uint64_t offset, std::uint64_t size,
                          std::uint64_t dictionarySize)
-    : m_source(source), m_offset(offset), m_size(size), m_longestBlock(longestBlock(dictionarySize))
+    : m_source(source)
+    , m_offset(offset)
+    , m_size(size)
+    , m_longestBlock(longestBlock(dictionarySize))
 {
 }
 

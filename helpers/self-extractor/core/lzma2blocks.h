@@ -15,8 +15,9 @@ namespace sfx {
 class Lzma2Blocks
 {
 public:
-    struct Place {
-        std::uint64_t packed = 0; ///< bytes of packed data before it
+    struct Place
+    {
+        std::uint64_t packed = 0;   ///< bytes of packed data before it
         std::uint64_t unpacked = 0; ///< bytes that those unpack to
     };
 

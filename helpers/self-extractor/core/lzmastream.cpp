@@ -54,12 +54,10 @@ Status pump(Stream &input, Array<std::uint8_t> &buffer, std::size_t &begin, std:
 } // namespace
 
 LzmaStream::LzmaStream(Owned<Stream> input, std::uint64_t unpackSize)
-    : m_input(std::move(input)), m_left(unpackSize)
-{
-    LzmaDec_CONSTRUCT(&m_decoder)
-}
+    : m_input(std::move(input))
+    , m_left(unpackSize){LzmaDec_CONSTRUCT(&m_decoder)}
 
-LzmaStream::~LzmaStream()
+    LzmaStream::~LzmaStream()
 {
     LzmaDec_Free(&m_decoder, &decoderMemory);
 }
@@ -100,12 +98,10 @@ Status LzmaStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &g
 }
 
 Lzma2Stream::Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize)
-    : m_input(std::move(input)), m_left(unpackSize)
-{
-    Lzma2Dec_CONSTRUCT(&m_decoder)
-}
+    : m_input(std::move(input))
+    , m_left(unpackSize){Lzma2Dec_CONSTRUCT(&m_decoder)}
 
-Lzma2Stream::~Lzma2Stream()
+    Lzma2Stream::~Lzma2Stream()
 {
     Lzma2Dec_Free(&m_decoder, &decoderMemory);
 }

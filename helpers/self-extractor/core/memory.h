@@ -24,7 +24,8 @@ public:
     Array(const Array &) = delete;
     Array &operator=(const Array &) = delete;
     Array(Array &&other) noexcept
-        : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0))
+        : m_data(std::exchange(other.m_data, nullptr))
+        , m_size(std::exchange(other.m_size, 0))
     {
     }
     Array &operator=(Array &&other) noexcept

@@ -50,11 +50,9 @@ bool findDecoder(const FolderPlan &plan, Part &part)
     part.kind = Part::Kind::FilteredBlock;
     part.decoder = static_cast<std::uint8_t>(other);
     const CSzCoderInfo &filter = folder.Coders[last];
-    return isLzma2(folder.Coders[other]) && filter.MethodID == method::X86
-        && filter.NumStreams == 1 && filter.PropsSize == 0
-        && folder.Bonds[0].InIndex == firstInputOf(folder, last)
-        && folder.Bonds[0].OutIndex == other
-        && folder.PackStreams[0] == firstInputOf(folder, other)
+    return isLzma2(folder.Coders[other]) && filter.MethodID == method::X86 && filter.NumStreams == 1
+        && filter.PropsSize == 0 && folder.Bonds[0].InIndex == firstInputOf(folder, last)
+        && folder.Bonds[0].OutIndex == other && folder.PackStreams[0] == firstInputOf(folder, other)
         && plan.unpackSizes[other] == plan.unpackSizes[last];
 }
 
@@ -112,8 +110,8 @@ Status Parts::addBlocks(const FolderPlan &plan, Part whole)
 Status Parts::addFolder(const Archive &archive, std::uint32_t folder, bool splits)
 {
     FolderPlan plan;
-    const Status status = readFolderPlan(archive.tables().db, folder, archive.source(),
-                                         archive.packBase(), plan);
+    const Status status
+        = readFolderPlan(archive.tables().db, folder, archive.source(), archive.packBase(), plan);
     if (status != Status::Ok) {
         return status;
     }
@@ -164,9 +162,10 @@ Range seamBefore(const Part &part)
 }
 
 FilePieces::FilePieces(const Archive &archive, const Range &range)
-    : m_tables(archive.tables()), m_range(range),
-      m_base(m_tables.UnpackPositions[m_tables.FolderToFile[range.folder]]),
-      m_next(m_tables.FolderToFile[range.folder])
+    : m_tables(archive.tables())
+    , m_range(range)
+    , m_base(m_tables.UnpackPositions[m_tables.FolderToFile[range.folder]])
+    , m_next(m_tables.FolderToFile[range.folder])
 {
 }
 

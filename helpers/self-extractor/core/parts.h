@@ -12,7 +12,8 @@ struct FolderPlan;
 /// What can be decoded without the rest of the archive: a folder (7-Zip's word for a group of files
 /// that was packed as one stream), or a stretch of one that begins where LZMA2 starts afresh. The
 /// parts of a folder follow each other without a gap. Sizes and places are in bytes.
-struct Part {
+struct Part
+{
     enum class Kind : std::uint8_t {
         Folder,
         Block,         ///< of LZMA2
@@ -33,7 +34,8 @@ struct Part {
 };
 
 /// A stretch of what a folder unpacks to, in bytes.
-struct Range {
+struct Range
+{
     std::uint32_t folder = 0;
     std::uint64_t begin = 0;
     std::uint64_t end = 0;
@@ -70,10 +72,11 @@ private:
 };
 
 /// The content of a file that lies in a range; all of it, most of the time.
-struct FilePiece {
-    std::uint32_t file = 0; ///< index of the entry
+struct FilePiece
+{
+    std::uint32_t file = 0;   ///< index of the entry
     std::uint64_t offset = 0; ///< in the file
-    std::uint64_t size = 0; ///< never 0
+    std::uint64_t size = 0;   ///< never 0
     std::uint64_t fileSize = 0;
 
     bool isWholeFile() const { return size == fileSize; }

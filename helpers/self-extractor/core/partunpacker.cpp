@@ -32,8 +32,7 @@ Status PartUnpacker::copy(std::uint64_t size, std::uint32_t &crc)
         const std::size_t wanted
             = static_cast<std::size_t>(std::min<std::uint64_t>(size, m_buffer.size()));
         std::size_t got = 0;
-        status = m_stops ? Status::Cancelled
-                         : readFully(*m_chain, m_buffer.data(), wanted, got);
+        status = m_stops ? Status::Cancelled : readFully(*m_chain, m_buffer.data(), wanted, got);
         if (status == Status::Ok && got != wanted) {
             status = Status::Damaged;
         }

@@ -13,13 +13,15 @@
 namespace sfx {
 
 /// The content of a file, or of a piece of one, that has been handed to a sink.
-struct WrittenPiece {
+struct WrittenPiece
+{
     FilePiece piece; ///< of size 0: nothing
     std::uint32_t crc = 0;
 };
 
 /// The files that begin before a range or end behind it: at most one at each end, or one in all.
-struct WrittenEnds {
+struct WrittenEnds
+{
     WrittenPiece first;
     WrittenPiece last;
 };
@@ -32,7 +34,9 @@ public:
     /// All three outlive this object. `stops` may be set by any thread; a part ends soon after with
     /// Cancelled.
     PartUnpacker(const Archive &archive, UnpackSink &sink, const std::atomic<bool> &stops)
-        : m_archive(archive), m_sink(sink), m_stops(stops)
+        : m_archive(archive)
+        , m_sink(sink)
+        , m_stops(stops)
     {
     }
 
@@ -41,8 +45,7 @@ public:
     /// Unpacks all of a part but its seams, which may be null where it has none. Files that lie in it
     /// as a whole are checked here; the others exist already, and come out of `ends`. Damaged: a CRC
     /// is wrong, or the data ends too early.
-    Status unpack(const Part &part, bool readsAhead, Seam *before, Seam *behind,
-                  WrittenEnds &ends);
+    Status unpack(const Part &part, bool readsAhead, Seam *before, Seam *behind, WrittenEnds &ends);
     /// As unpack(), for the seam before a part.
     Status unpackSeam(const Part &part, Seam &seam, WrittenEnds &ends);
 

@@ -30,7 +30,8 @@ public:
     bool collides();
 
 private:
-    struct Item {
+    struct Item
+    {
         const char16_t *path;
         std::uint32_t size;
         bool isFolder;

@@ -47,8 +47,7 @@ bool ReadAhead::fillPiece()
         index = m_filled % pieceCount;
     }
     std::size_t got = 0;
-    const Status status
-        = readFully(*m_input, m_buffer.data() + index * pieceSize, pieceSize, got);
+    const Status status = readFully(*m_input, m_buffer.data() + index * pieceSize, pieceSize, got);
     const Locked lock(m_monitor);
     m_sizes[index] = got;
     ++m_filled;

@@ -25,7 +25,8 @@ public:
 
     /// The last bytes of the block before the border, the first `filtered` of them filtered, and what
     /// the filter remembers there.
-    struct End {
+    struct End
+    {
         std::uint8_t bytes[before];
         std::size_t filtered;
         std::uint32_t state;

@@ -21,8 +21,8 @@ public:
 
     /// Writes up to `capacity` bytes to `data` and their number to `got`, which is 0 only at the
     /// end of the stream (or for a capacity of 0).
-    [[nodiscard]] virtual Status read(std::uint8_t *data, std::size_t capacity,
-                                      std::size_t &got) = 0;
+    [[nodiscard]] virtual Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+        = 0;
 };
 
 /// Reads until `data` is full or the stream has ended.
@@ -33,7 +33,9 @@ class RangeStream final : public Stream
 {
 public:
     RangeStream(ByteSource &source, std::uint64_t offset, std::uint64_t size)
-        : m_source(source), m_offset(offset), m_left(size)
+        : m_source(source)
+        , m_offset(offset)
+        , m_left(size)
     {
     }
 

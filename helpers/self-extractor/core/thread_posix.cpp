@@ -5,7 +5,8 @@
 
 namespace sfx {
 
-struct Thread::Entry {
+struct Thread::Entry
+{
     static void *run(void *self)
     {
         const auto *thread = static_cast<Thread *>(self);

@@ -23,7 +23,8 @@ CONDITION_VARIABLE *conditionOf(void *&member)
 
 } // namespace
 
-struct Thread::Entry {
+struct Thread::Entry
+{
     static DWORD WINAPI run(void *self)
     {
         const auto *thread = static_cast<Thread *>(self);

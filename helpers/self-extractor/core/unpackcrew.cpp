@@ -19,11 +19,9 @@ constexpr std::uint64_t leastWork = 1024 * 1024;
 unsigned UnpackCrew::workersFor(std::uint64_t totalBytes, const UnpackLimits &limits) const
 {
     const std::uint64_t affordable = limits.memory / (m_parts.largestWindow() + workerBuffers);
-    const std::uint64_t useful
-        = std::min<std::uint64_t>({limits.threads, maxWorkers, m_parts.size(),
-                                   1 + totalBytes / leastWork});
-    return static_cast<unsigned>(
-        std::max<std::uint64_t>(1, std::min(affordable, useful)));
+    const std::uint64_t useful = std::min<std::uint64_t>(
+        {limits.threads, maxWorkers, m_parts.size(), 1 + totalBytes / leastWork});
+    return static_cast<unsigned>(std::max<std::uint64_t>(1, std::min(affordable, useful)));
 }
 
 UnpackCrew::~UnpackCrew()

@@ -19,7 +19,9 @@ public:
 
     /// All three outlive this object.
     UnpackCrew(const Archive &archive, const Parts &parts, UnpackSink &sink)
-        : m_archive(archive), m_parts(parts), m_sink(sink)
+        : m_archive(archive)
+        , m_parts(parts)
+        , m_sink(sink)
     {
     }
     UnpackCrew(const UnpackCrew &) = delete;
@@ -30,14 +32,16 @@ public:
     Status unpack(std::uint64_t totalBytes, const UnpackLimits &limits);
 
     /// What has been written of the files that are in several parts.
-    struct Result {
+    struct Result
+    {
         WrittenEnds seam; ///< before the part
         WrittenEnds body;
     };
     const Result &result(std::size_t part) const { return m_results[part]; }
 
 private:
-    struct Worker {
+    struct Worker
+    {
         UnpackCrew *crew = nullptr;
         Owned<UnpackSink> sink;
         Thread thread;

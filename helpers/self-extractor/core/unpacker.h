@@ -14,8 +14,9 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
                      std::uint64_t &totalBytes);
 
 /// What unpacking may take from the machine. The first decoder is always there, whatever it needs.
-struct UnpackLimits {
-    unsigned threads = 1; ///< processors that there are for it
+struct UnpackLimits
+{
+    unsigned threads = 1;                ///< processors that there are for it
     std::uint64_t memory = 256ull << 20; ///< for all decoders and their buffers, in bytes
 };
 

@@ -18,9 +18,9 @@ void fillStandardHandle(DWORD which, const wchar_t *device)
         return;
     }
     SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
-    const HANDLE handle
-        = CreateFileW(device, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                      &inheritable, OPEN_EXISTING, 0, nullptr);
+    const HANDLE handle = CreateFileW(device, GENERIC_READ | GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
+                                      OPEN_EXISTING, 0, nullptr);
     if (handle != INVALID_HANDLE_VALUE) {
         SetStdHandle(which, handle);
     }

@@ -16,8 +16,7 @@ constexpr DWORD quotaExceeded = 1295;
 
 bool isDiskFull(DWORD error)
 {
-    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL
-        || error == quotaExceeded;
+    return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL || error == quotaExceeded;
 }
 
 std::uint64_t missingSpace(const Text &folder, std::uint64_t needed)

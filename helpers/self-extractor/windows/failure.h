@@ -12,7 +12,8 @@
 namespace sfx {
 
 /// Why nothing was started: what was being done, and what the system said to it, read at once.
-struct Failure {
+struct Failure
+{
     ExitCode code = ExitCode::Damaged;
     unsigned long systemError = 0;  ///< of GetLastError(); 0: the system was not asked
     std::uint64_t missingBytes = 0; ///< room that is missing on the disk; 0: not known

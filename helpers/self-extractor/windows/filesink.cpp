@@ -94,8 +94,7 @@ bool FileSink::openFile(std::uint64_t offset)
 
 bool FileSink::createFolder()
 {
-    return CreateDirectoryW(wide(m_path.data()), nullptr)
-        || GetLastError() == ERROR_ALREADY_EXISTS;
+    return CreateDirectoryW(wide(m_path.data()), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
 // Makes the folders above the current path, from the application's folder down.

@@ -39,9 +39,10 @@ public:
 
 private:
     /// What all sinks for one place share.
-    struct Common {
+    struct Common
+    {
         std::atomic<std::uint64_t> left = 0; // bytes that are still to be written
-        Monitor monitor; // for the rest
+        Monitor monitor;                     // for the rest
         std::uint64_t missing = 0;
         unsigned long error = 0;
         Text failedPath;

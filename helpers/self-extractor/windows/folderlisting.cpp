@@ -26,8 +26,7 @@ bool FolderListing::advance()
 {
     if (m_entry != nullptr && m_entry->NextEntryOffset != 0) {
         const auto *bytes = reinterpret_cast<const unsigned char *>(m_entry);
-        m_entry
-            = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(bytes + m_entry->NextEntryOffset);
+        m_entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(bytes + m_entry->NextEntryOffset);
         return true;
     }
     m_entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(m_buffer);

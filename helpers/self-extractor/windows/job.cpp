@@ -44,8 +44,8 @@ unsigned Job::activeProcesses() const
 {
     JOBOBJECT_BASIC_ACCOUNTING_INFORMATION accounting = {};
     if (!m_job
-        || !QueryInformationJobObject(m_job.get(), JobObjectBasicAccountingInformation,
-                                      &accounting, sizeof accounting, nullptr)) {
+        || !QueryInformationJobObject(m_job.get(), JobObjectBasicAccountingInformation, &accounting,
+                                      sizeof accounting, nullptr)) {
         return 0;
     }
     return accounting.ActiveProcesses;

@@ -37,8 +37,8 @@ bool failWith(Failure &failure, Status status, unsigned long systemError = 0)
 }
 
 // Everything that can be found wrong before a byte is written.
-bool inspect(Executable &executable, ConfigBlock &block, Archive &archive, std::uint64_t &totalBytes,
-             std::uint64_t &archiveOffset, Failure &failure)
+bool inspect(Executable &executable, ConfigBlock &block, Archive &archive,
+             std::uint64_t &totalBytes, std::uint64_t &archiveOffset, Failure &failure)
 {
     Status status = readConfigBlock(executable, block, archiveOffset);
     if (status == Status::Ok) {

@@ -54,9 +54,8 @@ void writeLine(HANDLE out, const Text &line)
     }
     Array<char> bytes;
     if (bytes.allocate(line.size() * 3)) {
-        const int length
-            = WideCharToMultiByte(CP_UTF8, 0, wide(line.data()), size, bytes.data(),
-                                  static_cast<int>(bytes.size()), nullptr, nullptr);
+        const int length = WideCharToMultiByte(CP_UTF8, 0, wide(line.data()), size, bytes.data(),
+                                               static_cast<int>(bytes.size()), nullptr, nullptr);
         WriteFile(out, bytes.data(), static_cast<DWORD>(length), &written, nullptr);
     }
 }
@@ -67,7 +66,8 @@ void showBox(const Text &text, const char16_t *title)
     using MessageBoxFunction = int(WINAPI *)(HWND, LPCWSTR, LPCWSTR, UINT);
     SystemLibrary user32(L"user32.dll");
     if (const auto messageBox = user32.function<MessageBoxFunction>("MessageBoxW")) {
-        messageBox(nullptr, wide(text.data()), wide(title), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+        messageBox(nullptr, wide(text.data()), wide(title),
+                   MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     }
 }
 

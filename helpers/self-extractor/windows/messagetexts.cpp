@@ -9,7 +9,8 @@ namespace sfx {
 
 namespace {
 
-struct Message {
+struct Message
+{
     ExitCode code;
     const char16_t *english;
     const char16_t *chinese;

@@ -29,8 +29,8 @@ public:
     }
 
 private:
-    alignas(SECURITY_DESCRIPTOR) unsigned char
-        m_descriptor[sizeof(SECURITY_DESCRIPTOR) + SECURITY_MAX_SID_SIZE];
+    alignas(SECURITY_DESCRIPTOR) unsigned char m_descriptor[sizeof(SECURITY_DESCRIPTOR)
+                                                            + SECURITY_MAX_SID_SIZE];
     PSID m_owner = nullptr;
 };
 

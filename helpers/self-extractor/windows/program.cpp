@@ -19,7 +19,8 @@ namespace {
 constexpr DWORD elevationRequired = 740;
 
 /// What a start needs, put together beforehand.
-struct Launch {
+struct Launch
+{
     Text program;     // full path
     Text application; // the same in the form for CreateProcessW
     Text commandLine;
@@ -39,9 +40,8 @@ const char16_t *ownCommandLine()
         return false;
     }
     // The plain path as long as it can be, since the program is told it.
-    const bool prepared = program.size() < MAX_PATH
-        ? launch.application.append(program)
-        : toExtendedPath(program, launch.application);
+    const bool prepared = program.size() < MAX_PATH ? launch.application.append(program)
+                                                    : toExtendedPath(program, launch.application);
     return prepared && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
 }
 

@@ -14,7 +14,9 @@ class ProgressSink final : public UnpackSink
 public:
     ProgressSink(UnpackSink &sink, ProgressWindow &window) : m_sink(sink), m_window(window) {}
     ProgressSink(Owned<UnpackSink> sink, ProgressWindow &window)
-        : m_own(std::move(sink)), m_sink(*m_own), m_window(window)
+        : m_own(std::move(sink))
+        , m_sink(*m_own)
+        , m_window(window)
     {
     }
 

@@ -10,7 +10,7 @@ namespace sfx {
 
 namespace {
 
-constexpr DWORD patience = 300; // ms; what is over by then needs no window
+constexpr DWORD patience = 300;     // ms; what is over by then needs no window
 constexpr UINT redrawInterval = 50; // ms
 constexpr COLORREF barColour = RGB(0x00, 0xb6, 0x88);
 constexpr COLORREF groundColour = RGB(0xe8, 0xe8, 0xe8);
@@ -18,7 +18,8 @@ constexpr COLORREF groundColour = RGB(0xe8, 0xe8, 0xe8);
 } // namespace
 
 // Loaded for the window only: the libraries cost every start a few milliseconds otherwise.
-struct ProgressWindow::Desktop {
+struct ProgressWindow::Desktop
+{
     SystemLibrary user32{L"user32.dll"};
     SystemLibrary gdi32{L"gdi32.dll"};
 

@@ -20,10 +20,10 @@ void makeWritable(const Text &path, DWORD attributes)
     if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) {
         return;
     }
-    const Handle item(CreateFileW(
-        wide(path.data()), FILE_WRITE_ATTRIBUTES,
-        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-        FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    const Handle item(
+        CreateFileW(wide(path.data()), FILE_WRITE_ATTRIBUTES,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     FILE_BASIC_INFO info = {}; // zeros: leave as it is
     info.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     SetFileInformationByHandle(item.get(), FileBasicInfo, &info, sizeof info);
@@ -49,7 +49,8 @@ public:
     bool remove(const Text &root, HANDLE mine = nullptr);
 
 private:
-    struct Level {
+    struct Level
+    {
         FolderListing listing;
         std::size_t pathSize = 0; // of the folder above
         Owned<Level> above;

@@ -23,7 +23,8 @@ bool findTemporaryFolder(Text &folder)
         return false;
     }
     // Newer Windows gives services a folder of their own through the newer function.
-    auto getTempPath = SystemLibrary(L"kernel32.dll").function<GetTempPathFunction>("GetTempPath2W");
+    auto getTempPath
+        = SystemLibrary(L"kernel32.dll").function<GetTempPathFunction>("GetTempPath2W");
     if (getTempPath == nullptr) {
         getTempPath = GetTempPathW;
     }

@@ -54,16 +54,16 @@ struct Recipe
 {
     bool pe32Plus = true;
     bool resources = true; // a version-like block, a string table and RCDATA in two languages
-    bool icons = true; // groups 1 and "OTHER", sharing one image, and an image of no group
+    bool icons = true;     // groups 1 and "OTHER", sharing one image, and an image of no group
     bool relocBehind = false;
     bool foreignBehind = false; // a section that has to keep its address
-    bool headerRoom = true; // for another row of the section table
+    bool headerRoom = true;     // for another row of the section table
     bool checkSum = true;
-    bool symbols = false; // a COFF symbol table behind the sections
+    bool symbols = false;        // a COFF symbol table behind the sections
     bool debugDirectory = false; // whose data lie behind the sections
-    bool certificate = false; // a security directory in the appended data
-    int slack = 0; // unused bytes at the end of .rsrc
-    qsizetype overlay = 0; // appended bytes
+    bool certificate = false;    // a security directory in the appended data
+    int slack = 0;               // unused bytes at the end of .rsrc
+    qsizetype overlay = 0;       // appended bytes
 };
 QByteArray makeProgram(const Recipe &recipe);
 QByteArray overlayOf(qsizetype size); // what makeProgram() appends

@@ -10,7 +10,7 @@ namespace petest {
 
 namespace {
 
-template<typename Number>
+template <typename Number>
 QByteArray little(Number value)
 {
     QByteArray bytes(sizeof value, '\0');
@@ -18,7 +18,7 @@ QByteArray little(Number value)
     return bytes;
 }
 
-template<typename Number>
+template <typename Number>
 QByteArray big(Number value)
 {
     QByteArray bytes(sizeof value, '\0');
@@ -56,7 +56,8 @@ QByteArray pngImage(int size)
         filtered += '\0' + rows.mid(4 * size * y, 4 * size);
     }
     const auto side = big(static_cast<quint32>(size));
-    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", side + side + QByteArray("\x08\x06\0\0\0", 5))
+    return QByteArray("\x89PNG\r\n\x1a\n")
+        + chunk("IHDR", side + side + QByteArray("\x08\x06\0\0\0", 5))
         + chunk("IDAT", qCompress(filtered).mid(4)) + chunk("IEND", {});
 }
 
@@ -77,8 +78,8 @@ QByteArray makeImage(int size)
 
 QByteArray makeIcon(const QList<int> &sizes)
 {
-    QByteArray directory =
-        little<quint16>(0) + little<quint16>(1) + little(static_cast<quint16>(sizes.size()));
+    QByteArray directory = little<quint16>(0) + little<quint16>(1)
+        + little(static_cast<quint16>(sizes.size()));
     QByteArray images;
     for (const int size : sizes) {
         const QByteArray image = makeImage(size);

@@ -19,7 +19,8 @@ QByteArray random(qsizetype size, quint32 seed)
 {
     QRandomGenerator generator(seed);
     QByteArray bytes(size, Qt::Uninitialized);
-    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(generator.generate()); });
+    std::generate(bytes.begin(), bytes.end(),
+                  [&] { return static_cast<char>(generator.generate()); });
     return bytes;
 }
 
@@ -87,11 +88,15 @@ QList<Leaf> leavesOf(const Recipe &recipe)
 {
     QList<Leaf> leaves;
     if (recipe.icons) {
-        leaves += {{3, "1", 1033, makeImage(16)}, {3, "2", 1033, makeImage(32)},
-                   {3, "5", 1033, makeImage(48)}, {3, "9", 1033, makeImage(24)}};
+        leaves += {{3, "1", 1033, makeImage(16)},
+                   {3, "2", 1033, makeImage(32)},
+                   {3, "5", 1033, makeImage(48)},
+                   {3, "9", 1033, makeImage(24)}};
     }
-    leaves += {{6, "7", 1031, random(100, 1)}, {10, "DATA", 0, random(333, 2)},
-               {10, "100", 1033, random(5, 3)}, {10, "100", 2052, random(6, 4)}};
+    leaves += {{6, "7", 1031, random(100, 1)},
+               {10, "DATA", 0, random(333, 2)},
+               {10, "100", 1033, random(5, 3)},
+               {10, "100", 2052, random(6, 4)}};
     if (recipe.icons) {
         leaves += {{14, "OTHER", 1033, groupOver({32}, {2})},
                    {14, "1", 1033, groupOver({16, 32, 48}, {1, 2, 5})}};
@@ -199,7 +204,8 @@ public:
 
     quint32 nextAddress() const { return m_address; }
 
-    void addSection(const char *name, const QByteArray &content, quint32 characteristics, int slack = 0)
+    void addSection(const char *name, const QByteArray &content, quint32 characteristics,
+                    int slack = 0)
     {
         const auto row = m_table + 40 * m_count++;
         m_out.replace(row, qsizetype(qstrlen(name)), name);

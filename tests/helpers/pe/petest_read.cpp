@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    template<typename Number>
+    template <typename Number>
     Number number(qint64 offset)
     {
         const QByteArray found = bytes(offset, sizeof(Number));
@@ -97,7 +97,8 @@ QString labelOf(const Row &row)
     return row.name.isEmpty() ? QString::number(row.id) : u'"' + row.name + u'"';
 }
 
-void readTree(Reader &reader, qint64 root, quint32 table, const QString &path, int level, Resources &found)
+void readTree(Reader &reader, qint64 root, quint32 table, const QString &path, int level,
+              Resources &found)
 {
     for (const Row &row : rowsOf(reader, root, table)) {
         const QString label = path.isEmpty() ? labelOf(row) : path + u'/' + labelOf(row);
@@ -172,7 +173,8 @@ PeFacts lookAt(const QByteArray &program)
     facts.checkSum = reader.u32(optional + 64);
     facts.symbolTable = reader.u32(coff + 8);
     for (quint32 i = 0; i < reader.u32(directories - 4); ++i) {
-        facts.directories.append({reader.u32(directories + 8 * i), reader.u32(directories + 8 * i + 4)});
+        facts.directories.append(
+            {reader.u32(directories + 8 * i), reader.u32(directories + 8 * i + 4)});
     }
     const quint32 sizeOfHeaders = reader.u32(optional + 60);
     if (table + 40 * sectionCount > sizeOfHeaders) {

@@ -25,7 +25,8 @@ private:
         }
         const pe::Bytes &bytes = *icon.value();
         return QByteArray(reinterpret_cast<const char *>(bytes.data()),
-                          static_cast<qsizetype>(bytes.size())).mid(22);
+                          static_cast<qsizetype>(bytes.size()))
+            .mid(22);
     }
 
 private slots:
@@ -105,8 +106,10 @@ private slots:
     {
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("a.exe"), "no program"));
-        QVERIFY(pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString()).hasError());
-        QVERIFY(pe::iconOfProgram(QFile::encodeName(dir.filePath("b.exe")).toStdString()).hasError());
+        QVERIFY(
+            pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString()).hasError());
+        QVERIFY(
+            pe::iconOfProgram(QFile::encodeName(dir.filePath("b.exe")).toStdString()).hasError());
     }
 
     // Whatever is damaged, the reader ends with an answer.

@@ -30,14 +30,15 @@ inline EditorResult runEditor(const QStringList &arguments)
 
 inline QStringList deleteArguments(const QString &program)
 {
-    return {"-open", program, "-save", program, "-action", "delete",
-            "-mask", "ICONGROUP,", "-log", "NUL"};
+    return {"-open",  program, "-save",      program, "-action",
+            "delete", "-mask", "ICONGROUP,", "-log",  "NUL"};
 }
 
 inline QStringList addArguments(const QString &program, const QString &icon)
 {
-    return {"-open",     program, "-save", program, "-action", "addoverwrite",
-            "-resource", icon,    "-mask", "ICONGROUP,MAINICON,", "-log", "NUL"};
+    return {"-open",        program,     "-save", program, "-action",
+            "addoverwrite", "-resource", icon,    "-mask", "ICONGROUP,MAINICON,",
+            "-log",         "NUL"};
 }
 
 // All resources but icon images and icon groups.

@@ -17,9 +17,9 @@ static BOOL CALLBACK showGroup(HMODULE module, LPCWSTR type, LPWSTR name, LONG_P
     const int id = group ? LookupIconIdFromDirectoryEx(group, TRUE, 32, 32, 0) : 0;
     const HRSRC image = id ? FindResourceW(module, MAKEINTRESOURCEW(id), (LPCWSTR)RT_ICON) : NULL;
     BYTE *const bits = image ? LockResource(LoadResource(module, image)) : NULL;
-    const HICON icon = bits ? CreateIconFromResourceEx(bits, SizeofResource(module, image), TRUE,
-                                                       0x00030000, 0, 0, 0)
-                            : NULL;
+    const HICON icon = bits
+        ? CreateIconFromResourceEx(bits, SizeofResource(module, image), TRUE, 0x00030000, 0, 0, 0)
+        : NULL;
     ICONINFO info;
     BITMAP bitmap = {0};
     if (icon && GetIconInfo(icon, &info)) {
@@ -45,8 +45,7 @@ int wmain(int argc, wchar_t **argv)
         }
         printf("groups:");
         EnumResourceNamesW(module, (LPCWSTR)RT_GROUP_ICON, showGroup, 0);
-        const HRSRC version
-            = FindResourceW(module, MAKEINTRESOURCEW(1), (LPCWSTR)RT_VERSION);
+        const HRSRC version = FindResourceW(module, MAKEINTRESOURCEW(1), (LPCWSTR)RT_VERSION);
         printf(" version: %lu\n", version ? SizeofResource(module, version) : 0UL);
         FreeLibrary(module);
     }

@@ -43,7 +43,8 @@ private:
         QTest::newRow("64 bits") << Recipe{};
         QTest::newRow("32 bits") << Recipe{.pe32Plus = false};
         QTest::newRow("with appended data") << Recipe{.overlay = 100001};
-        QTest::newRow("without resources") << Recipe{.resources = false, .icons = false, .overlay = 99};
+        QTest::newRow("without resources")
+            << Recipe{.resources = false, .icons = false, .overlay = 99};
         QTest::newRow("without icons") << Recipe{.icons = false, .overlay = 777};
         QTest::newRow("relocations behind the resources")
             << Recipe{.relocBehind = true, .overlay = 5000};
@@ -163,8 +164,10 @@ private slots:
         QVERIFY(iconGroups(after).contains("14/\"MAINICON\"/0"));
         QCOMPARE(iconGroups(after).size(), iconGroups(before).size() + 1);
         QVERIFY(files.dir.isValid());
-        QCOMPARE(QDir(files.dir.path()).entryList(QDir::AllEntries | QDir::Hidden
-                                                  | QDir::NoDotAndDotDot).size(), 2);
+        QCOMPARE(QDir(files.dir.path())
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+                     .size(),
+                 2);
     }
 
     // As the engine does, and then once more, and with a larger icon.
@@ -319,9 +322,11 @@ private slots:
         arguments.remove(8, 4);
         arguments.prepend(KESTRELPACK_RESOURCE_EDITOR);
         QProcess shell;
-        shell.start("/bin/sh", QStringList{"-c", "exec \"$0\" \"$@\" -mask "
-                                                 "\"$(printf 'ICONGROUP,\\377,')\""}
-                                   + arguments);
+        shell.start("/bin/sh",
+                    QStringList{"-c",
+                                "exec \"$0\" \"$@\" -mask "
+                                "\"$(printf 'ICONGROUP,\\377,')\""}
+                        + arguments);
         QVERIFY(shell.waitForFinished());
         QCOMPARE(shell.exitCode(), 2);
         QCOMPARE(shell.readAllStandardError().count('\n'), 1);

@@ -146,7 +146,8 @@ private slots:
     void aFileOfOneGibibyteInTimeAndInLittleMemory()
     {
         QTemporaryDir dir;
-        makeIcon(dir, {16, 32, 128, 200, 256}); // more than the program's own, so the file must grow
+        makeIcon(dir,
+                 {16, 32, 128, 200, 256}); // more than the program's own, so the file must grow
         const QString program = dir.filePath("large.exe");
         QVERIFY(writeFile(program, readFile(KESTRELPACK_HELLO_EXE)));
         QFile file(program);
@@ -240,8 +241,8 @@ private slots:
         makeIcon(dir);
         QVERIFY(QDir(dir.path()).mkdir("small"));
         const QString small = dir.filePath("small");
-        if (QProcess::execute("/bin/sh", {"-c", "mount -t tmpfs -o size=3m tmpfs \"$0\" 2>/dev/null",
-                                          small})
+        if (QProcess::execute("/bin/sh",
+                              {"-c", "mount -t tmpfs -o size=3m tmpfs \"$0\" 2>/dev/null", small})
             != 0) {
             QSKIP("only root can mount");
         }

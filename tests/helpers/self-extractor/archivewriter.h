@@ -14,7 +14,8 @@
 /// sums are right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
 namespace forge {
 
-struct File {
+struct File
+{
     QString name;
     QByteArray content; // a folder's is empty
     bool isFolder = false;
@@ -22,21 +23,24 @@ struct File {
     std::optional<quint32> attributes = std::nullopt;
 };
 
-struct Coder {
+struct Coder
+{
     QByteArray method = QByteArray(1, '\0'); // Copy
     QByteArray properties = {};
     quint64 inputs = 1;
     quint64 outputs = 1;
 };
 
-struct Folder {
+struct Folder
+{
     QList<Coder> coders{Coder()};
     QList<QPair<quint64, quint64>> bonds = {}; // input, output
-    QList<quint64> packedInputs = {}; // written only if there are several
-    QList<quint64> unpackSizes = {}; // one a coder
+    QList<quint64> packedInputs = {};          // written only if there are several
+    QList<quint64> unpackSizes = {};           // one a coder
 };
 
-struct ArchivePlan {
+struct ArchivePlan
+{
     explicit ArchivePlan(const QList<File> &listed);
 
     QByteArray packed; // what lies between the start header and the header
@@ -46,7 +50,7 @@ struct ArchivePlan {
     quint64 folderCount = 1;
     QList<Folder> folders;
     QList<quint64> streamCounts; // files with content, by folder
-    QList<quint64> streamSizes; // of all but each folder's last
+    QList<quint64> streamSizes;  // of all but each folder's last
     QList<quint32> checkSums;
     QList<File> files;
     quint64 fileCount = 0;

@@ -11,7 +11,8 @@
 
 namespace {
 
-struct Counts {
+struct Counts
+{
     std::mutex mutex;
     std::size_t limit = countedmemory::unlimited;
     std::size_t used = 0;

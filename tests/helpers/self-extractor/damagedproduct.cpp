@@ -16,8 +16,8 @@ Status unpackProduct(const QByteArray &product, Tree &tree)
     if (status != Status::Ok) {
         return status;
     }
-    const QString program = QString::fromUtf16(
-        block.runProgram.data(), static_cast<qsizetype>(block.runProgram.size()));
+    const QString program = QString::fromUtf16(block.runProgram.data(),
+                                               static_cast<qsizetype>(block.runProgram.size()));
     return unpackBytes(product, archiveOffset, tree, program);
 }
 

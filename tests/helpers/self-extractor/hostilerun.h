@@ -17,12 +17,13 @@ enum class Refused {
 };
 
 /// What became of an archive that somebody made up.
-struct HostileRun {
+struct HostileRun
+{
     sfx::Status status = sfx::Status::Ok;
-    bool hasBegun = false;        ///< the sink was called
-    std::uint64_t written = 0;    ///< bytes, to all files
-    QList<QString> files;         ///< that were complete
-    std::size_t peakMemory = 0;   ///< in bytes, the archive itself left out
+    bool hasBegun = false;      ///< the sink was called
+    std::uint64_t written = 0;  ///< bytes, to all files
+    QList<QString> files;       ///< that were complete
+    std::size_t peakMemory = 0; ///< in bytes, the archive itself left out
 };
 
 /// Opens, checks and unpacks as the module does, for the program `main.exe`; what is unpacked is

@@ -11,7 +11,7 @@
 class LargeFile
 {
 public:
-    void appendZeros(int times); ///< of 2 MiB each
+    void appendZeros(int times);                ///< of 2 MiB each
     void appendSample(const QByteArray &bytes); ///< at most 64 KiB
 
     quint64 size() const { return m_size; }

@@ -189,13 +189,14 @@ std::unique_ptr<QProcess> ModuleRun::hold(const QString &file) const
 {
     auto process = std::make_unique<QProcess>();
     prepare(*process);
-    process->start(QStringLiteral("wine"), {QStringLiteral(KESTRELPACK_TEST_STARTER),
-                                            QStringLiteral("--hold=") + windowsPath(file)});
+    process->start(QStringLiteral("wine"),
+                   {QStringLiteral(KESTRELPACK_TEST_STARTER),
+                    QStringLiteral("--hold=") + windowsPath(file)});
     return waitForOutput(*process, "held=1").isEmpty() ? nullptr : std::move(process);
 }
 
 QByteArray ModuleRun::waitForOutput(QProcess &process, const QByteArray &text, int times,
-                                   int milliseconds)
+                                    int milliseconds)
 {
     QByteArray output;
     while (output.count(text) < times) {

@@ -12,7 +12,8 @@
 #include <memory>
 
 /// What came out of one run; Wine passes on the low byte of an exit code only.
-struct Run {
+struct Run
+{
     int exitCode = -1;
     QByteArray output;
     QByteArray errors;

@@ -7,8 +7,7 @@
 
 // LzmaDec.c is compiled a second time for this test, under names of its own.
 extern "C" {
-SRes Reference_AllocateProbs(CLzmaDec *p, const Byte *props, unsigned propsSize,
-                             ISzAllocPtr alloc);
+SRes Reference_AllocateProbs(CLzmaDec *p, const Byte *props, unsigned propsSize, ISzAllocPtr alloc);
 void Reference_FreeProbs(CLzmaDec *p, ISzAllocPtr alloc);
 void Reference_Init(CLzmaDec *p);
 SRes Reference_DecodeToDic(CLzmaDec *p, SizeT dicLimit, const Byte *src, SizeT *srcLen,

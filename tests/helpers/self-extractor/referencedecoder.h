@@ -6,13 +6,13 @@
 #include "LzmaDec.h"
 
 /// 7-Zip's LZMA decoder, twice.
-struct LzmaFunctions {
+struct LzmaFunctions
+{
     decltype(&LzmaDec_AllocateProbs) allocateProbs;
     decltype(&LzmaDec_FreeProbs) freeProbs;
     decltype(&LzmaDec_Init) init;
     decltype(&LzmaDec_DecodeToDic) decodeToDic;
 };
-
 
 /// As the self-extractor core has it.
 extern const LzmaFunctions ownDecoder;

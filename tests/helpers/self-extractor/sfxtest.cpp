@@ -198,8 +198,8 @@ Tree mixedTree()
 {
     QFile program(QStringLiteral(KESTRELPACK_TEST_ARCHIVER));
     Tree tree;
-    tree[QStringLiteral("main.exe")]
-        = program.open(QIODevice::ReadOnly) ? program.readAll() : QByteArray();
+    tree[QStringLiteral("main.exe")] = program.open(QIODevice::ReadOnly) ? program.readAll()
+                                                                         : QByteArray();
     tree[QStringLiteral("lib/code.bin")] = machineCode(300000);
     tree[QStringLiteral("sound/tone.wav")] = wave(60000);
     tree[QStringLiteral("text/long.txt")] = QByteArray("All work and no play. ").repeated(40000);

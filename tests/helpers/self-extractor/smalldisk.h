@@ -22,8 +22,8 @@ class SmallDisk
 public:
     /// `options` are those of tmpfs: "size=4m", "nr_inodes=3".
     SmallDisk(const QString &folder, const char *options)
-        : m_folder(QFile::encodeName(folder)),
-          m_isMounted(mount("none", m_folder.constData(), "tmpfs", 0, options) == 0)
+        : m_folder(QFile::encodeName(folder))
+        , m_isMounted(mount("none", m_folder.constData(), "tmpfs", 0, options) == 0)
     {
     }
     SmallDisk(const SmallDisk &) = delete;

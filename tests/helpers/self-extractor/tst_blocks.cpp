@@ -90,8 +90,7 @@ void TestBlocks::runsOrRefuses()
     QFETCH(QByteArray, block);
     QFETCH(bool, runs);
     const Run result = m_run.run(m_run.write(m_run.module() + block + m_archive));
-    QCOMPARE(result.value("ended").toUInt(),
-             runs ? 7u : static_cast<quint32>(ExitCode::Damaged));
+    QCOMPARE(result.value("ended").toUInt(), runs ? 7u : static_cast<quint32>(ExitCode::Damaged));
     QCOMPARE(result.value("program").isEmpty(), !runs);
     QCOMPARE(result.errors.contains("This file is damaged or incomplete."), !runs);
 }
@@ -108,8 +107,7 @@ void TestBlocks::ignoresWhatLiesBehindTheArchive_data()
 void TestBlocks::ignoresWhatLiesBehindTheArchive()
 {
     QFETCH(QByteArray, rest);
-    const Run result
-        = m_run.run(m_run.assemble(m_archive + rest, QStringLiteral("main.exe")));
+    const Run result = m_run.run(m_run.assemble(m_archive + rest, QStringLiteral("main.exe")));
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 7);
 }

@@ -85,8 +85,9 @@ void TestCleanup::removesReadOnlyFilesAndFolders()
     QString folder;
     const auto process = startWaiting(folder);
     QVERIFY(process != nullptr);
-    QVERIFY(writeTree(folder, {{QStringLiteral("fixed/file.txt"), "x"},
-                               {QStringLiteral("fixed/empty/"), QByteArray()}}));
+    QVERIFY(writeTree(folder,
+                      {{QStringLiteral("fixed/file.txt"), "x"},
+                       {QStringLiteral("fixed/empty/"), QByteArray()}}));
     const auto readOnly = QFileDevice::ReadOwner | QFileDevice::ExeOwner;
     QVERIFY(QFile::setPermissions(folder + QStringLiteral("/data.txt"), readOnly));
     QVERIFY(QFile::setPermissions(folder + QStringLiteral("/fixed/file.txt"), readOnly));

@@ -43,14 +43,22 @@ void TestCommandLine::keepsArgumentsVerbatim_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("tail");
-    QTest::newRow("no arguments") << "a.exe" << "";
-    QTest::newRow("one argument") << "a.exe b" << " b";
-    QTest::newRow("a quoted program") << "\"c:\\x y\\a.exe\"  b \"c d\"" << "  b \"c d\"";
-    QTest::newRow("quotes within the program") << "c:\\\"x y\"\\a.exe b\\\"" << " b\\\"";
-    QTest::newRow("a backslash before the quote") << "\"c:\\x\\\" b" << " b";
-    QTest::newRow("a tab") << "a.exe\tb" << "\tb";
-    QTest::newRow("an open quote") << "\"a.exe b" << "";
-    QTest::newRow("nothing") << "" << "";
+    QTest::newRow("no arguments") << "a.exe"
+                                  << "";
+    QTest::newRow("one argument") << "a.exe b"
+                                  << " b";
+    QTest::newRow("a quoted program") << "\"c:\\x y\\a.exe\"  b \"c d\""
+                                      << "  b \"c d\"";
+    QTest::newRow("quotes within the program") << "c:\\\"x y\"\\a.exe b\\\""
+                                               << " b\\\"";
+    QTest::newRow("a backslash before the quote") << "\"c:\\x\\\" b"
+                                                  << " b";
+    QTest::newRow("a tab") << "a.exe\tb"
+                           << "\tb";
+    QTest::newRow("an open quote") << "\"a.exe b"
+                                   << "";
+    QTest::newRow("nothing") << ""
+                             << "";
 }
 
 void TestCommandLine::keepsArgumentsVerbatim()
@@ -67,7 +75,9 @@ void TestCommandLine::namesTheProgramAsFarAsThereIsRoom_data()
     const QString path = QStringLiteral("\"c:\\a b\\c.exe\"");
     const QString name = QStringLiteral("\"c.exe\"");
     // Of 32766 characters the path takes 14, the name 7; in "o" the outer file takes one.
-    const auto tail = [](qsizetype size) { return u' ' + QString(size - 1, u'x'); };
+    const auto tail = [](qsizetype size) {
+        return u' ' + QString(size - 1, u'x');
+    };
     QTest::newRow("no arguments") << "o" << path;
     QTest::newRow("arguments") << "\"o\"  x \"\" " << path + "  x \"\" ";
     QTest::newRow("just room for the path") << u'o' + tail(32752) << path + tail(32752);

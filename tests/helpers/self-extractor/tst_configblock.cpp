@@ -147,9 +147,11 @@ void TestConfigBlock::acceptsAndRefuses_data()
     row("no program", blockOf("InstallPath=\"%%T\\a\"\n"));
     row("an empty program", blockFor("", "%%T\\a"));
     row("no folder", blockOf("RunProgram=\"a.exe\"\n"));
-    row("a key that comes twice", blockOf("RunProgram=\"a.exe\"\nRunProgram=\"b.exe\"\n"
-                                          "InstallPath=\"%%T\\a\"\n"));
-    row("a value without its second quote", blockOf("RunProgram=\"a.exe\nInstallPath=\"%%T\\a\"\n"));
+    row("a key that comes twice",
+        blockOf("RunProgram=\"a.exe\"\nRunProgram=\"b.exe\"\n"
+                "InstallPath=\"%%T\\a\"\n"));
+    row("a value without its second quote",
+        blockOf("RunProgram=\"a.exe\nInstallPath=\"%%T\\a\"\n"));
     row("a line without a value", blockOf("RunProgram\nInstallPath=\"%%T\\a\"\n"));
     row("text that is not UTF-8", blockFor("a\xff.exe", "%%T\\a"));
     row("an overlong zero", blockFor("a\xc0\x80.exe", "%%T\\a"));
@@ -175,8 +177,7 @@ void TestConfigBlock::acceptsAndRefuses()
 
 void TestConfigBlock::stopsAtItsLimit()
 {
-    const QByteArray rest
-        = blockOf("Pad=\"\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
+    const QByteArray rest = blockOf("Pad=\"\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
     const auto parse = [&rest](std::size_t blockSize) {
         const qsizetype padding = static_cast<qsizetype>(blockSize) - rest.size();
         const QByteArray bytes

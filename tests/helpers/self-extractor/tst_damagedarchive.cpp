@@ -92,7 +92,8 @@ void TestDamagedArchive::survivesForgedHeaders()
                     {QStringLiteral("a/empty"), ""}};
     const QByteArray archive
         = packTree(tree, {QStringLiteral("-mhc=off"), QStringLiteral("-mf=BCJ2")});
-    const auto header = static_cast<qsizetype>(qFromLittleEndian<quint64>(archive.data() + 12)) + 32;
+    const auto header = static_cast<qsizetype>(qFromLittleEndian<quint64>(archive.data() + 12))
+        + 32;
     QRandomGenerator random(21);
     int refused = 0;
     for (int i = 0; i < 20000; ++i) {
@@ -112,8 +113,7 @@ void TestDamagedArchive::survivesForgedHeaders()
 
 void TestDamagedArchive::boundsForgedSizes()
 {
-    const QByteArray archive
-        = packTree({{QStringLiteral("main.exe"), noise(3000, 1)}}, {});
+    const QByteArray archive = packTree({{QStringLiteral("main.exe"), noise(3000, 1)}}, {});
     Tree unpacked;
     for (const quint64 size : {quint64(1) << 40, ~quint64(0), quint64(1) << 63}) {
         QByteArray forged = archive;

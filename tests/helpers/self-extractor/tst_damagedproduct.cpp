@@ -105,8 +105,8 @@ void TestDamagedProduct::neverUnpacksSomethingElse()
         QByteArray part = product.mid(begin, length);
         const qsizetype at = flipByte(part, 0, random);
         Tree unpacked;
-        const Status status = unpackProduct(
-            product.left(begin) + part + product.mid(begin + length), unpacked);
+        const Status status
+            = unpackProduct(product.left(begin) + part + product.mid(begin + length), unpacked);
         QVERIFY2(status != Status::Ok || unpacked == m_tree, qPrintable(QString::number(at)));
         unharmed += status == Status::Ok ? 1 : 0;
     }

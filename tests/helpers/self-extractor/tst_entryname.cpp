@@ -40,20 +40,75 @@ void TestEntryName::allowsOnlyPathsBelow_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("allowed");
-    const QStringList good{
-        "a.exe", "a/b/c.txt", ".hidden", "...a", "a..b", "a b.exe", "\u7a0b\u5e8f/\U0001f600.dll",
-        "console.txt", "com.dll", "COM10", "nul-like", "lpt", "a;b=c,[d]{e}~!@#$%^&()'`",
-        QString(255, u'x'), "conin", "aux_1/x"};
+    const QStringList good{"a.exe",
+                           "a/b/c.txt",
+                           ".hidden",
+                           "...a",
+                           "a..b",
+                           "a b.exe",
+                           "\u7a0b\u5e8f/\U0001f600.dll",
+                           "console.txt",
+                           "com.dll",
+                           "COM10",
+                           "nul-like",
+                           "lpt",
+                           "a;b=c,[d]{e}~!@#$%^&()'`",
+                           QString(255, u'x'),
+                           "conin",
+                           "aux_1/x"};
     for (const QString &path : good) {
         QTest::addRow("%s is allowed", qPrintable(path.left(30))) << path << true;
     }
-    const QStringList bad{
-        "", "/", "/a", "a/", "a//b", ".", "..", "../evil", "a/../../evil", "a/..", "a/./b", "a\\b",
-        "..\\evil", "\\\\server\\share", "C:/x", "c:x", "a:stream", "a::$DATA", "//?/C:/x",
-        "CON", "con.txt", "a/nul", "NUL.tar.gz", "aux ", "prn", "nul .txt", "COM1", "com9.log",
-        "LPT3", "com\u00b9", "lpt\u00b2.txt", "COM\u00b3", "CONIN$", "conout$.x", "COM0",
-        "a.", "a ", "dir /b", "dir./b", "a...", "a\nb", "a\tb", QString(u'\x1f'),
-        "a*", "a?", "<a", "a>", "a|b", "\"a\"", QString(256, u'x')};
+    const QStringList bad{"",
+                          "/",
+                          "/a",
+                          "a/",
+                          "a//b",
+                          ".",
+                          "..",
+                          "../evil",
+                          "a/../../evil",
+                          "a/..",
+                          "a/./b",
+                          "a\\b",
+                          "..\\evil",
+                          "\\\\server\\share",
+                          "C:/x",
+                          "c:x",
+                          "a:stream",
+                          "a::$DATA",
+                          "//?/C:/x",
+                          "CON",
+                          "con.txt",
+                          "a/nul",
+                          "NUL.tar.gz",
+                          "aux ",
+                          "prn",
+                          "nul .txt",
+                          "COM1",
+                          "com9.log",
+                          "LPT3",
+                          "com\u00b9",
+                          "lpt\u00b2.txt",
+                          "COM\u00b3",
+                          "CONIN$",
+                          "conout$.x",
+                          "COM0",
+                          "a.",
+                          "a ",
+                          "dir /b",
+                          "dir./b",
+                          "a...",
+                          "a\nb",
+                          "a\tb",
+                          QString(u'\x1f'),
+                          "a*",
+                          "a?",
+                          "<a",
+                          "a>",
+                          "a|b",
+                          "\"a\"",
+                          QString(256, u'x')};
     for (const QString &path : bad) {
         QTest::addRow("'%s' is refused", qPrintable(path.left(30))) << path << false;
     }
@@ -81,8 +136,7 @@ void TestEntryName::findsCollisions_data()
     QTest::newRow("the same name twice") << QStringList{"a", "b", "a"} << true;
     QTest::newRow("the same folder twice") << QStringList{"a/", "a/"} << true;
     QTest::newRow("names that differ in case") << QStringList{"Readme", "b", "README"} << true;
-    QTest::newRow("other scripts that differ in case")
-        << QStringList{"\u0436", "\u0416"} << true;
+    QTest::newRow("other scripts that differ in case") << QStringList{"\u0436", "\u0416"} << true;
     QTest::newRow("a file that is a folder too") << QStringList{"a/b/c", "q", "a/b"} << true;
     QTest::newRow("a file that is a folder in another case") << QStringList{"A/b", "a"} << true;
     QTest::newRow("nothing") << QStringList{} << false;

@@ -67,8 +67,8 @@ void TestFullDisk::saysHowMuchIsMissing_data()
     QTest::addColumn<QString>("missing");
     QTest::addColumn<QString>("about"); // a path in the temporary folder
     QTest::addColumn<bool>("systemSaidIt");
-    const auto row = [](const char *name, const Tree &tree, const char *disk,
-                        const char *missing, const char *about, bool systemSaidIt = true) {
+    const auto row = [](const char *name, const Tree &tree, const char *disk, const char *missing,
+                        const char *about, bool systemSaidIt = true) {
         QTest::newRow(name) << tree << QByteArray(disk) << QString(missing) << QString(about)
                             << systemSaidIt;
     };
@@ -102,7 +102,7 @@ void TestFullDisk::saysHowMuchIsMissing()
     const QRegularExpression expected(QRegularExpression::anchoredPattern(
         u"main Portable: There is not enough free space in the temporary folder\\. "
         "At least %1 more is needed\\. %2%3%4"_s.arg(missing, folder, about,
-                                                    systemSaidIt ? u" \\w.{5,}"_s : QString())));
+                                                     systemSaidIt ? u" \\w.{5,}"_s : QString())));
     const QString said = QString::fromUtf8(result.errors).trimmed();
     QVERIFY2(expected.match(said).hasMatch(), qPrintable(said));
 }

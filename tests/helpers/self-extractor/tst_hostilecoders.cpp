@@ -133,8 +133,8 @@ void TestHostileCoders::addWirings()
     row("coders in a circle", {three, {{0, 1}, {1, 0}}, {}, sizes.mid(0, 3)}, Status::Damaged);
     row("a larger circle", {QList<forge::Coder>(4, copy), {{0, 1}, {1, 2}, {2, 0}}, {}, sizes},
         Status::Damaged);
-    row("a coder that feeds itself",
-        {QList<forge::Coder>(2, copy), {{0, 0}}, {}, sizes.mid(0, 2)}, Status::Damaged);
+    row("a coder that feeds itself", {QList<forge::Coder>(2, copy), {{0, 0}}, {}, sizes.mid(0, 2)},
+        Status::Damaged);
     row("an output used twice", {three, {{0, 2}, {1, 2}}, {}, sizes.mid(0, 3)}, Status::Damaged);
     row("an input fed twice", {three, {{0, 1}, {0, 2}}, {}, sizes.mid(0, 3)}, Status::Damaged);
     row("an input that is not there", {three, {{7, 1}, {1, 2}}, {}, sizes.mid(0, 3)},
@@ -162,8 +162,8 @@ void TestHostileCoders::addDictionaries()
         Status::Unsupported);
     row("a dictionary a byte larger than allowed", lzmaChain(1, (1536u << 20) + 1, 5 * giB),
         Status::Unsupported);
-    row("LZMA2 with a dictionary of 4 GiB",
-        chain({{lzma2, QByteArray(1, 40)}}, 5 * giB), Status::Unsupported);
+    row("LZMA2 with a dictionary of 4 GiB", chain({{lzma2, QByteArray(1, 40)}}, 5 * giB),
+        Status::Unsupported);
     row("LZMA2 with a dictionary beyond all", chain({{lzma2, QByteArray(1, 41)}}, 5 * giB),
         Status::Unsupported);
     row("four dictionaries of 1 GiB", lzmaChain(4, 1u << 30, 5 * giB), Status::Unsupported);
@@ -220,8 +220,8 @@ void TestHostileCoders::boundsHeadersToo_data()
         folder.unpackSizes[0] = 16;
         return folder;
     };
-    QTest::newRow("four dictionaries of 1 GiB") << small(lzmaChain(4, 1u << 30, 5 * giB))
-                                                << Status::Unsupported;
+    QTest::newRow("four dictionaries of 1 GiB")
+        << small(lzmaChain(4, 1u << 30, 5 * giB)) << Status::Unsupported;
     QTest::newRow("a dictionary of 300 MiB behind a small one")
         << small(lzmaChain(2, 300u << 20, 5 * giB)) << Status::Unsupported;
     QTest::newRow("AES") << chain({coder("06f10701", "x")}) << Status::Unsupported;

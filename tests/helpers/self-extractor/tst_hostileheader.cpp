@@ -32,8 +32,8 @@ QByteArray packedHeaders(int depth)
         const auto size = static_cast<quint64>(header.size());
         const auto offset = static_cast<quint64>(packed.size());
         packed += header;
-        header = forge::encodedHeader({.unpackSizes = {size}}, offset, size,
-                                      forge::checkSum(header));
+        header
+            = forge::encodedHeader({.unpackSizes = {size}}, offset, size, forge::checkSum(header));
     }
     return forge::archiveOf(packed, header);
 }
@@ -107,34 +107,49 @@ void TestHostileHeader::addSizes()
 {
     using Plan = forge::ArchivePlan;
     const auto late = Refused::WhileWriting;
-    row("a file of 4 EiB",
-        [](Plan &p) { p.folders[0].unpackSizes = {huge / 2}; }, Status::Damaged, late);
-    row("a file of 8 EiB, negative to some",
-        [](Plan &p) { p.folders[0].unpackSizes = {huge}; }, Status::Damaged, late);
-    row("a file of all the bytes there can be",
+    row(
+        "a file of 4 EiB", [](Plan &p) { p.folders[0].unpackSizes = {huge / 2}; }, Status::Damaged,
+        late);
+    row(
+        "a file of 8 EiB, negative to some", [](Plan &p) { p.folders[0].unpackSizes = {huge}; },
+        Status::Damaged, late);
+    row(
+        "a file of all the bytes there can be",
         [](Plan &p) { p.folders[0].unpackSizes = {~quint64(0)}; }, Status::Damaged, late);
-    row("a file one byte longer than what is there",
-        [](Plan &p) { ++p.folders[0].unpackSizes[0]; }, Status::Damaged, late);
-    row("files whose sum is too large for a number",
+    row(
+        "a file one byte longer than what is there", [](Plan &p) { ++p.folders[0].unpackSizes[0]; },
+        Status::Damaged, late);
+    row(
+        "files whose sum is too large for a number",
         [](Plan &p) { p.streamSizes[0] = ~quint64(0); }, Status::Damaged);
-    row("a file longer than its folder", [](Plan &p) { p.streamSizes[0] += 100; }, Status::Damaged);
-    row("packed size of 8 EiB", [](Plan &p) { p.packSizes = {huge}; }, Status::Damaged);
-    row("packed size beyond the file", [](Plan &p) { ++p.packSizes[0]; }, Status::Damaged);
-    row("packed sizes whose sum is too large for a number",
+    row(
+        "a file longer than its folder", [](Plan &p) { p.streamSizes[0] += 100; }, Status::Damaged);
+    row(
+        "packed size of 8 EiB", [](Plan &p) { p.packSizes = {huge}; }, Status::Damaged);
+    row(
+        "packed size beyond the file", [](Plan &p) { ++p.packSizes[0]; }, Status::Damaged);
+    row(
+        "packed sizes whose sum is too large for a number",
         [](Plan &p) {
             p.packCount = 3;
             p.packSizes << huge << huge;
         },
         Status::Damaged);
-    row("packed data at 8 EiB", [](Plan &p) { p.packOffset = huge; }, Status::Damaged);
-    row("packed data one byte too far", [](Plan &p) { p.packOffset = 1; }, Status::Damaged);
-    row("packed data shorter than the file",
-        [](Plan &p) { --p.packSizes[0]; }, Status::Damaged, late);
-    row("a wrong check sum", [](Plan &p) { p.checkSums[0] ^= 1; }, Status::Damaged, late);
-    row("a property longer than the header",
+    row(
+        "packed data at 8 EiB", [](Plan &p) { p.packOffset = huge; }, Status::Damaged);
+    row(
+        "packed data one byte too far", [](Plan &p) { p.packOffset = 1; }, Status::Damaged);
+    row(
+        "packed data shorter than the file", [](Plan &p) { --p.packSizes[0]; }, Status::Damaged,
+        late);
+    row(
+        "a wrong check sum", [](Plan &p) { p.checkSums[0] ^= 1; }, Status::Damaged, late);
+    row(
+        "a property longer than the header",
         [](Plan &p) { p.furtherProperties = QByteArray(1, 25) + forge::number(1 << 20); },
         Status::Damaged);
-    row("a property of 8 EiB",
+    row(
+        "a property of 8 EiB",
         [](Plan &p) { p.furtherProperties = QByteArray(1, 25) + forge::number(huge); },
         Status::Damaged);
 }
@@ -142,62 +157,81 @@ void TestHostileHeader::addSizes()
 void TestHostileHeader::addCounts()
 {
     using Plan = forge::ArchivePlan;
-    row("4 Gi files", [](Plan &p) { p.fileCount = quint64(1) << 32; }, Status::Unsupported);
-    row("2 Gi files without a name",
+    row(
+        "4 Gi files", [](Plan &p) { p.fileCount = quint64(1) << 32; }, Status::Unsupported);
+    row(
+        "2 Gi files without a name",
         [](Plan &p) {
             p.fileCount = mostItems;
             p.streamCounts = {mostItems};
             p.hasNames = false;
         },
         Status::Damaged);
-    row("2 Gi files and the names of two", [](Plan &p) { p.fileCount = mostItems; },
+    row(
+        "2 Gi files and the names of two", [](Plan &p) { p.fileCount = mostItems; },
         Status::NoMemory);
-    row("a file without a name", [](Plan &p) { ++p.fileCount; }, Status::Damaged);
-    row("a name without a file", [](Plan &p) { --p.fileCount; }, Status::Damaged);
-    row("no names", [](Plan &p) { p.hasNames = false; }, Status::Damaged);
-    row("names twice",
+    row(
+        "a file without a name", [](Plan &p) { ++p.fileCount; }, Status::Damaged);
+    row(
+        "a name without a file", [](Plan &p) { --p.fileCount; }, Status::Damaged);
+    row(
+        "no names", [](Plan &p) { p.hasNames = false; }, Status::Damaged);
+    row(
+        "names twice",
         [](Plan &p) { p.furtherProperties = forge::property(17, QByteArray(5, '\0')); },
         Status::Damaged);
-    row("names in a stream that is not there",
+    row(
+        "names in a stream that is not there",
         [](Plan &p) {
             p.hasNames = false;
             p.furtherProperties = forge::property(17, QByteArray("\x01\x07", 2));
         },
         Status::Damaged);
-    row("names without an end",
+    row(
+        "names without an end",
         [](Plan &p) {
             p.hasNames = false;
             p.furtherProperties = forge::property(17, QByteArray("\0a\0", 3));
         },
         Status::Damaged);
-    row("2 Gi folders", [](Plan &p) { p.folderCount = quint64(1) << 31; }, Status::Unsupported);
-    row("1 Gi folders", [](Plan &p) { p.folderCount = quint64(1) << 30; }, Status::NoMemory);
-    row("a folder that is not there", [](Plan &p) { p.folderCount = 2; },
-        Status::Unsupported);
-    row("2 Gi packed streams", [](Plan &p) { p.packCount = mostItems; }, Status::NoMemory);
-    row("no packed stream",
+    row(
+        "2 Gi folders", [](Plan &p) { p.folderCount = quint64(1) << 31; }, Status::Unsupported);
+    row(
+        "1 Gi folders", [](Plan &p) { p.folderCount = quint64(1) << 30; }, Status::NoMemory);
+    row(
+        "a folder that is not there", [](Plan &p) { p.folderCount = 2; }, Status::Unsupported);
+    row(
+        "2 Gi packed streams", [](Plan &p) { p.packCount = mostItems; }, Status::NoMemory);
+    row(
+        "no packed stream",
         [](Plan &p) {
             p.packCount = 0;
             p.packSizes.clear();
         },
         Status::Damaged);
-    row("more streams than files", [](Plan &p) { p.streamCounts = {3}; }, Status::Damaged);
-    row("fewer streams than files",
+    row(
+        "more streams than files", [](Plan &p) { p.streamCounts = {3}; }, Status::Damaged);
+    row(
+        "fewer streams than files",
         [](Plan &p) {
             p.streamCounts = {1};
             p.streamSizes.clear();
             p.checkSums.removeLast();
         },
         Status::Damaged);
-    row("fewer check sums than files", [](Plan &p) { p.checkSums.removeLast(); }, Status::Damaged);
-    row("no file at all",
+    row(
+        "fewer check sums than files", [](Plan &p) { p.checkSums.removeLast(); }, Status::Damaged);
+    row(
+        "no file at all",
         [](Plan &p) {
             p.folderCount = p.fileCount = 0;
             p.files.clear();
         },
         Status::ProgramMissing);
-    row("no program", [](Plan &p) { p.files[0].name = "other.exe"; }, Status::ProgramMissing);
-    row("the program in a folder", [](Plan &p) { p.files[0].name = "a/main.exe"; },
+    row(
+        "no program", [](Plan &p) { p.files[0].name = "other.exe"; }, Status::ProgramMissing);
+    row(
+        "the program in a folder", [](Plan &p) { p.files[0].name = "a/main.exe"; },
         Status::ProgramMissing);
 }
 
@@ -286,8 +320,7 @@ void TestHostileHeader::boundsHeaders_data()
     QTest::newRow("a header of 64 MiB of zeros")
         << forge::archiveOf("", QByteArray(64 << 20, '\0')) << Status::Unsupported << true;
     QTest::newRow("a header of a byte more")
-        << forge::archiveOf("", QByteArray((64 << 20) + 1, '\0')) << Status::Unsupported
-        << false;
+        << forge::archiveOf("", QByteArray((64 << 20) + 1, '\0')) << Status::Unsupported << false;
 }
 
 void TestHostileHeader::boundsHeaders()

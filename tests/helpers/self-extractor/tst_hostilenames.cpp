@@ -41,7 +41,9 @@ void TestHostileNames::refuse(const QList<forge::File> &files, Status status)
 void TestHostileNames::refusesNames_data()
 {
     QTest::addColumn<QString>("name");
-    const auto row = [](const char *what, const QString &name) { QTest::newRow(what) << name; };
+    const auto row = [](const char *what, const QString &name) {
+        QTest::newRow(what) << name;
+    };
     row("the folder above", "..");
     row("a file above", "../evil.dll");
     row("a file above, Windows' way", "..\\evil.dll");
@@ -99,8 +101,8 @@ void TestHostileNames::refusesPairsOfNames_data()
     QTest::newRow("the program twice") << Files{{"main.exe", "evil"}};
     QTest::newRow("the program in capitals") << Files{{"MAIN.EXE", "evil"}};
     QTest::newRow("small and capital letters") << Files{{"lib/a.dll", "1"}, {"LIB/A.dll", "2"}};
-    QTest::newRow("letters of other scripts") << Files{{QStringLiteral("\u0436"), "1"},
-                                                       {QStringLiteral("\u0416"), "2"}};
+    QTest::newRow("letters of other scripts")
+        << Files{{QStringLiteral("\u0436"), "1"}, {QStringLiteral("\u0416"), "2"}};
     QTest::newRow("a dot more") << Files{{"a.dll", "1"}, {"a.dll.", "2"}};
     QTest::newRow("file and folder") << Files{{"a", "1"}, {"a", QByteArray(), true}};
     QTest::newRow("a file with a file in it") << Files{{"a/b", "1"}, {"a", "2"}};
@@ -136,7 +138,9 @@ void TestHostileNames::takesOddNames()
 void TestHostileNames::refusesWhatIsNoFile_data()
 {
     QTest::addColumn<quint32>("attributes");
-    const auto unixMode = [](quint32 mode) { return (mode << 16) | 0x8000u; };
+    const auto unixMode = [](quint32 mode) {
+        return (mode << 16) | 0x8000u;
+    };
     QTest::newRow("a symbolic link") << unixMode(0120777);
     QTest::newRow("a named pipe") << unixMode(0010644);
     QTest::newRow("a device for blocks") << unixMode(0060644);

@@ -48,10 +48,12 @@ class Feeder
 {
 public:
     Feeder(const LzmaFunctions &functions, const QByteArray &properties)
-        : m_functions(functions), m_window(windowSize), m_input(inputSize)
+        : m_functions(functions)
+        , m_window(windowSize)
+        , m_input(inputSize)
     {
-        LzmaDec_CONSTRUCT(&m_decoder)
-        const auto *bytes = reinterpret_cast<const Byte *>(properties.constData());
+        LzmaDec_CONSTRUCT(&m_decoder) const auto *bytes
+            = reinterpret_cast<const Byte *>(properties.constData());
         if (functions.allocateProbs(&m_decoder, bytes, LZMA_PROPS_SIZE, &testMemory) != SZ_OK) {
             qFatal("the properties are not accepted");
         }
@@ -63,7 +65,8 @@ public:
     ~Feeder() { m_functions.freeProbs(&m_decoder, &testMemory); }
 
     /// One call; what it did, for comparison.
-    struct Step {
+    struct Step
+    {
         SRes result;
         SizeT consumed;
         SizeT position;
@@ -143,8 +146,7 @@ bool agree(const QByteArray &stream, const QByteArray &properties, quint32 seed,
     for (;;) {
         const qsizetype most = random.bounded(3) == 0 ? 24 : qsizetype(inputSize);
         const QByteArrayView piece
-            = QByteArrayView(stream).sliced(at, qMin(stream.size() - at,
-                                                     1 + random.bounded(most)));
+            = QByteArrayView(stream).sliced(at, qMin(stream.size() - at, 1 + random.bounded(most)));
         const SizeT wanted = qMin(SizeT(1 + random.bounded(quint32(3 * windowSize))),
                                   limit - static_cast<SizeT>(output.size()));
         const Feeder::Step step = own.decode(piece, wanted);
@@ -200,8 +202,8 @@ void TestLzmaDecoder::decodesAsTheReference()
     for (quint32 seed = 1; seed <= 20; ++seed) {
         QByteArray output;
         SRes result = SZ_ERROR_FAIL;
-        QVERIFY(agree(stream, properties, seed, static_cast<SizeT>(content.size()), output,
-                      result));
+        QVERIFY(
+            agree(stream, properties, seed, static_cast<SizeT>(content.size()), output, result));
         QCOMPARE(result, SZ_OK);
         QVERIFY(output == content);
     }

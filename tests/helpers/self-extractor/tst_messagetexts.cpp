@@ -27,10 +27,8 @@ void TestMessageTexts::hasASentenceForEveryFailure()
     const auto last = static_cast<quint32>(ExitCode::Interrupted);
     for (quint32 code = first; code <= last; ++code) {
         const auto exitCode = static_cast<ExitCode>(code);
-        const QString english
-            = QString::fromUtf16(sfx::messageText(exitCode, Language::English));
-        const QString chinese
-            = QString::fromUtf16(sfx::messageText(exitCode, Language::Chinese));
+        const QString english = QString::fromUtf16(sfx::messageText(exitCode, Language::English));
+        const QString chinese = QString::fromUtf16(sfx::messageText(exitCode, Language::Chinese));
         QVERIFY2(english.endsWith(u'.') && english.size() > 10, qPrintable(english));
         QVERIFY2(chinese.endsWith(u'\u3002') && chinese.size() > 5, qPrintable(chinese));
         sentences << english << chinese;

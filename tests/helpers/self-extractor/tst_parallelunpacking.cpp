@@ -164,8 +164,8 @@ void TestParallelUnpacking::unpacksFilteredBlocks()
 {
     QFETCH(unsigned, threads);
     QFETCH(std::uint64_t, memory);
-    const QByteArray &archive = packed(
-        codeTree(), {"-mx=1", "-mf=BCJ", "-m0=LZMA2:d=1m:c=2m", "-mmt=2", "-mqs=off"});
+    const QByteArray &archive
+        = packed(codeTree(), {"-mx=1", "-mf=BCJ", "-m0=LZMA2:d=1m:c=2m", "-mmt=2", "-mqs=off"});
     QVERIFY(partCount(archive) > 6);
     for (int round = 0; round < 3; ++round) {
         SharedTree shared;
@@ -233,7 +233,8 @@ void TestParallelUnpacking::stopsAtTheFirstFailure()
         shared.failAfter(writes);
         QCOMPARE(unpackShared(archive, shared, {4}), Status::DiskFull);
         // The others end the write that they are at, or about to begin.
-        QVERIFY2(shared.writes() <= writes + 1 + 2 * 3, qPrintable(QString::number(shared.writes())));
+        QVERIFY2(shared.writes() <= writes + 1 + 2 * 3,
+                 qPrintable(QString::number(shared.writes())));
     }
 }
 

@@ -55,8 +55,9 @@ void TestPredecessors::initTestCase()
     const QString file = m_run.assemble(tree, u"main.exe"_s);
     m_large = m_run.path(u"made/produced one, large.exe"_s);
     QVERIFY(QFile::rename(file, m_large));
-    m_file = m_run.assemble(
-        Tree{{u"main.exe"_s, ModuleRun::programBytes()}, {u"data.txt"_s, "in use"}}, u"main.exe"_s);
+    m_file = m_run.assemble(Tree{{u"main.exe"_s, ModuleRun::programBytes()},
+                                 {u"data.txt"_s, "in use"}},
+                            u"main.exe"_s);
 }
 
 void TestPredecessors::init()
@@ -164,8 +165,8 @@ void TestPredecessors::leavesAloneWhatIsNotOurs_data()
                                                      {u"kp-0123456789ABCDEF0123.lock"_s, ""}};
     QTest::newRow("a folder for a lock file") << Tree{{u"kp-0123456789abcdef0123/main/x"_s, "x"},
                                                       {u"kp-0123456789abcdef0123.lock/x"_s, "x"}};
-    QTest::newRow("a file for a folder") << Tree{{u"kp-0123456789abcdef0123"_s, "x"},
-                                                 {u"kp-0123456789abcdef0123.lock"_s, ""}};
+    QTest::newRow("a file for a folder")
+        << Tree{{u"kp-0123456789abcdef0123"_s, "x"}, {u"kp-0123456789abcdef0123.lock"_s, ""}};
     QTest::newRow("other programs' files") << Tree{{u"x.lock"_s, ""}, {u"x/y"_s, "y"}};
 }
 
@@ -238,9 +239,10 @@ void TestPredecessors::leavesAloneWhatAnEscapedProgramUses()
 void TestPredecessors::doesNotFollowADeadOnesLinks()
 {
     QVERIFY(writeTree(m_run.callersFolder(), {{u"outside/x"_s, "x"}}));
-    QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123/main/x"_s, "x"},
-                                                {u"kp-0123456789abcdef0123.lock"_s, ""},
-                                                {u"kp-0123456789abcdef0124.lock"_s, ""}}));
+    QVERIFY(writeTree(m_run.temporaryFolder(),
+                      {{u"kp-0123456789abcdef0123/main/x"_s, "x"},
+                       {u"kp-0123456789abcdef0123.lock"_s, ""},
+                       {u"kp-0123456789abcdef0124.lock"_s, ""}}));
     const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef012"_s;
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u"3/main/link"_s));
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u'4'));
@@ -273,7 +275,9 @@ void TestPredecessors::stopsInTimeAndGoesOnLater()
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
     QVERIFY(writeTree(m_run.temporaryFolder(), {{u"kp-0123456789abcdef0123.lock"_s, ""}}));
-    const auto count = [&folder] { return QDir(folder).entryList(QDir::Files).size(); };
+    const auto count = [&folder] {
+        return QDir(folder).entryList(QDir::Files).size();
+    };
     QCOMPARE(m_run.run(m_file).exitCode, 7);
     const qsizetype left = count();
     qInfo("%lld of %d files left", static_cast<long long>(left), files);

@@ -75,8 +75,8 @@ void TestProcessTree::waitsForTheWholeTree()
     QFETCH(QStringList, options);
     QFETCH(bool, oldWindows);
     m_run.pretendOldWindows(oldWindows);
-    const Run result = m_run.run(
-        assemble(), QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
+    const Run result
+        = m_run.run(assemble(), QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
     QCOMPARE(result.value("data"), QStringLiteral("still here"));
     QCOMPARE(result.value("ended"), QStringLiteral("5")); // the main program's own code
     QVERIFY(!result.output.contains("no job"));
@@ -135,9 +135,8 @@ void TestProcessTree::isInterruptedBeforeTheProgramRuns()
     for (int i = 0; i < 5000; ++i) {
         tree[QStringLiteral("files/%1.txt").arg(i)] = QByteArray::number(i);
     }
-    const Run result
-        = m_run.run(m_run.assemble(tree, QStringLiteral("main.exe")), QString(),
-                    {QStringLiteral("--console"), QStringLiteral("--interrupt")});
+    const Run result = m_run.run(m_run.assemble(tree, QStringLiteral("main.exe")), QString(),
+                                 {QStringLiteral("--console"), QStringLiteral("--interrupt")});
     QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(sfx::ExitCode::Interrupted));
     QCOMPARE(result.value("program"), QString());
     QVERIFY(result.errors.contains("Interrupted"));

@@ -97,8 +97,7 @@ void TestProgramStart::passesExitCodes_data()
 void TestProgramStart::passesExitCodes()
 {
     QFETCH(quint32, code);
-    const Run result
-        = m_run.run(m_run.assembleProgram(), QStringLiteral(" --exit=%1").arg(code));
+    const Run result = m_run.run(m_run.assembleProgram(), QStringLiteral(" --exit=%1").arg(code));
     QCOMPARE(result.value("ended"), QString::number(code)); // all 32 bits
 }
 

@@ -22,7 +22,9 @@ class CountingStream final : public Stream
 {
 public:
     CountingStream(std::uint64_t size, Status end, std::atomic<std::uint64_t> &served)
-        : m_size(size), m_end(end), m_served(served)
+        : m_size(size)
+        , m_end(end)
+        , m_served(served)
     {
     }
 

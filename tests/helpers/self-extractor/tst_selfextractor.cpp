@@ -100,9 +100,10 @@ void TestSelfExtractor::startsExactlyTheNamedProgram()
 void TestSelfExtractor::removesReadOnlyFiles()
 {
     QTemporaryDir folder;
-    QVERIFY(writeTree(folder.path(), {{QStringLiteral("main.exe"), ModuleRun::programBytes()},
-                                      {QStringLiteral("deep/er/x.txt"), "x"},
-                                      {QStringLiteral("empty/"), QByteArray()}}));
+    QVERIFY(writeTree(folder.path(),
+                      {{QStringLiteral("main.exe"), ModuleRun::programBytes()},
+                       {QStringLiteral("deep/er/x.txt"), "x"},
+                       {QStringLiteral("empty/"), QByteArray()}}));
     QVERIFY(QFile::setPermissions(folder.filePath(QStringLiteral("deep/er/x.txt")),
                                   QFileDevice::ReadOwner));
     const Run result
@@ -155,16 +156,16 @@ void TestSelfExtractor::refusesNamesThatLeadOut()
 
 void TestSelfExtractor::saysThatTheProgramIsMissing()
 {
-    const Run result = m_run.run(m_run.assemble(Tree{{QStringLiteral("other.exe"), "x"}},
-                                                QStringLiteral("main.exe")));
+    const Run result = m_run.run(
+        m_run.assemble(Tree{{QStringLiteral("other.exe"), "x"}}, QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, lowByte(ExitCode::ProgramMissing));
     QVERIFY(result.errors.contains("main.exe"));
 }
 
 void TestSelfExtractor::saysThatTheProgramCannotStart()
 {
-    const Run result = m_run.run(m_run.assemble(Tree{{QStringLiteral("main.exe"), "text"}},
-                                                QStringLiteral("main.exe")));
+    const Run result = m_run.run(
+        m_run.assemble(Tree{{QStringLiteral("main.exe"), "text"}}, QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, lowByte(ExitCode::StartFailed));
     QVERIFY(result.errors.contains("main.exe"));
 }
@@ -180,12 +181,12 @@ void TestSelfExtractor::unpacksNamesOfAllKinds()
                     {QStringLiteral("deep/empty too.txt"), ""},
                     {QStringLiteral("100% 'x' & (y);=,^!.txt"), "signs"},
                     {longName + u'/' + longName + u'/' + longName + u'/' + longName, "far down"}};
-    const auto process = m_run.start(m_run.assemble(tree, QStringLiteral("main.exe")),
-                                     QStringLiteral(" --wait"));
+    const auto process
+        = m_run.start(m_run.assemble(tree, QStringLiteral("main.exe")), QStringLiteral(" --wait"));
     QVERIFY(process != nullptr);
     QVERIFY(!ModuleRun::waitForOutput(*process, "program=").isEmpty());
-    const QString folder = m_run.temporaryFolder() + u'/'
-        + m_run.leftovers().value(0) + QStringLiteral("/main/");
+    const QString folder = m_run.temporaryFolder() + u'/' + m_run.leftovers().value(0)
+        + QStringLiteral("/main/");
     for (auto item = tree.cbegin(); item != tree.cend(); ++item) {
         QVERIFY2(QFile::exists(folder + item.key()), qPrintable(item.key()));
         QCOMPARE(contentOf(folder + item.key()), item.value());

@@ -94,8 +94,8 @@ QString TestStockModule::pack(const Tree &tree, bool withStockModule) const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"TMPDIR"_s, place + u"temp"_s);
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(KESTRELPACK_CLI), {u"-m"_s, u"main.exe"_s, u"-o"_s,
-                                                    place + u"output"_s, place + u"source"_s});
+    process.start(QStringLiteral(KESTRELPACK_CLI),
+                  {u"-m"_s, u"main.exe"_s, u"-o"_s, place + u"output"_s, place + u"source"_s});
     if (!process.waitForFinished(120000) || process.exitCode() != 0) {
         qWarning("%s", process.readAllStandardError().constData());
         return QString();

@@ -79,7 +79,8 @@ void TestUnpackedFolder::initTestCase()
     QVERIFY(writeTree(m_source, tree));
     const QDateTime past(QDate(2020, 2, 29), QTime(12, 34, 56), Qt::UTC);
     QFile file(m_source + QStringLiteral("/long.bin"));
-    QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(past, QFileDevice::FileModificationTime));
+    QVERIFY(file.open(QIODevice::ReadWrite)
+            && file.setFileTime(past, QFileDevice::FileModificationTime));
     file.close();
     for (const char *name : {"/long.bin", "/text/readonly.txt"}) {
         QVERIFY(QFile::setPermissions(m_source + QLatin1String(name), QFileDevice::ReadOwner));

@@ -114,8 +114,9 @@ void TestUnpacker::unpacksEveryFilter()
     const Tree packed = mixedTree();
     for (const char *method : {"LZMA", "LZMA2", "Copy"}) {
         const QByteArray archive
-            = packTree(packed, {QStringLiteral("-mf=") + filter, QStringLiteral("-mx=3"),
-                                QStringLiteral("-m0=") + QLatin1String(method)});
+            = packTree(packed,
+                       {QStringLiteral("-mf=") + filter, QStringLiteral("-mx=3"),
+                        QStringLiteral("-m0=") + QLatin1String(method)});
         QVERIFY(!archive.isEmpty());
         QVERIFY2(methodsOf(archive).contains(listed), methodsOf(archive).constData());
         Tree unpacked;
@@ -184,9 +185,9 @@ void TestUnpacker::refusesWhatItCannotDo()
 void TestUnpacker::refusesNamesThatLeadOut_data()
 {
     QTest::addColumn<QString>("name"); // as long as "abcd/evil.dll"
-    for (const char *name : {"..\\\\\\evil.dll", "../../vil.dll", "/bcd/evil.dll", "c:cd/evil.dll",
-                             "abcd/evi:.dll", "abcd/evil.dl ", "abcd/evildll.", "abcd/nul .dll",
-                             "MAIN.EXE/.dll"}) {
+    for (const char *name :
+         {"..\\\\\\evil.dll", "../../vil.dll", "/bcd/evil.dll", "c:cd/evil.dll", "abcd/evi:.dll",
+          "abcd/evil.dl ", "abcd/evildll.", "abcd/nul .dll", "MAIN.EXE/.dll"}) {
         QTest::newRow(name) << QString::fromLatin1(name);
     }
 }
@@ -218,8 +219,8 @@ void TestUnpacker::refusesLinks()
 
 void TestUnpacker::needsTheProgram()
 {
-    const QByteArray archive = packTree(
-        {{QStringLiteral("Main.exe"), "x"}, {QStringLiteral("sub/other.exe"), "y"}}, {});
+    const QByteArray archive
+        = packTree({{QStringLiteral("Main.exe"), "x"}, {QStringLiteral("sub/other.exe"), "y"}}, {});
     Tree unpacked;
     QCOMPARE(unpackBytes(archive, 0, unpacked, QStringLiteral("main.EXE")), Status::Ok);
     for (const char *name : {"other.exe", "sub", "Main.ex"}) {

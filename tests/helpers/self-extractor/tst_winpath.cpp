@@ -36,9 +36,12 @@ void TestWinPath::extends_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("extended");
-    QTest::newRow("a drive") << R"(C:\x\y)" << R"(\\?\C:\x\y)";
-    QTest::newRow("a share") << R"(\\server\share\x)" << R"(\\?\UNC\server\share\x)";
-    QTest::newRow("extended already") << R"(\\?\C:\x)" << R"(\\?\C:\x)";
+    QTest::newRow("a drive") << R"(C:\x\y)"
+                             << R"(\\?\C:\x\y)";
+    QTest::newRow("a share") << R"(\\server\share\x)"
+                             << R"(\\?\UNC\server\share\x)";
+    QTest::newRow("extended already") << R"(\\?\C:\x)"
+                                      << R"(\\?\C:\x)";
 }
 
 void TestWinPath::extends()
@@ -51,11 +54,16 @@ void TestWinPath::findsTheFolder_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("folder");
-    QTest::newRow("a file in a folder") << R"(C:\x y\z.exe)" << R"(C:\x y)";
-    QTest::newRow("a file in a drive's root") << R"(C:\z.exe)" << R"(C:\)";
-    QTest::newRow("a file on a share") << R"(\\server\share\z.exe)" << R"(\\server\share)";
-    QTest::newRow("an extended root") << R"(\\?\C:\z.exe)" << R"(\\?\C:\)";
-    QTest::newRow("no folder") << R"(z.exe)" << "";
+    QTest::newRow("a file in a folder") << R"(C:\x y\z.exe)"
+                                        << R"(C:\x y)";
+    QTest::newRow("a file in a drive's root") << R"(C:\z.exe)"
+                                              << R"(C:\)";
+    QTest::newRow("a file on a share") << R"(\\server\share\z.exe)"
+                                       << R"(\\server\share)";
+    QTest::newRow("an extended root") << R"(\\?\C:\z.exe)"
+                                      << R"(\\?\C:\)";
+    QTest::newRow("no folder") << R"(z.exe)"
+                               << "";
 }
 
 void TestWinPath::findsTheFolder()

@@ -20,7 +20,8 @@ private slots:
         QCOMPARE(icon.image.size(), QSize(256, 256));
         QCOMPARE(icon.image.format(), QImage::Format_ARGB32);
         QCOMPARE(qAlpha(icon.image.pixel(0, 0)), 0);
-        QCOMPARE(icon.image.pixel(128, 20), qRgba(0xf5, 0xa6, 0x23, 255)); // the face, above the eyes
+        QCOMPARE(icon.image.pixel(128, 20),
+                 qRgba(0xf5, 0xa6, 0x23, 255)); // the face, above the eyes
         QCOMPARE(icon.image.pixel(128, 190), qRgba(0x34, 0x49, 0x5e, 255)); // the mouth, below them
     }
 

@@ -59,7 +59,8 @@ QByteArray blackIcon(int width, int height, int bits)
     const int maskRow = (width + 31) / 32 * 4;
     QByteArray pixels;
     if (bits == 1) {
-        pixels = number(0x00FFFFFF00000000, 8) + QByteArray(maskRow * height, '\0'); // colours first
+        pixels = number(0x00FFFFFF00000000, 8)
+            + QByteArray(maskRow * height, '\0'); // colours first
     } else {
         pixels = number(0xFF000000, 4).repeated(width * height);
     }
@@ -147,7 +148,8 @@ private slots:
                                     expected.rgbSwapped()}) {
             if (difference(expected, wrong) > 4) { // not the same by symmetry
                 const double far = difference(icon.image, wrong);
-                QVERIFY2(distance * 2 < far, qPrintable(QStringLiteral("%1, %2").arg(distance).arg(far)));
+                QVERIFY2(distance * 2 < far,
+                         qPrintable(QStringLiteral("%1, %2").arg(distance).arg(far)));
             }
         }
         QVERIFY2(distance < 1, qPrintable(QString::number(distance))); // of rounding

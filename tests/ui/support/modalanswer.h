@@ -98,8 +98,9 @@ inline SeenBox useBox(QWidget *modal, QMessageBox::StandardButton answer)
 using Answers = QList<QMessageBox::StandardButton>;
 
 // Answers the boxes that `open` brings up one after another. `meanwhile` runs before each answer.
-inline QList<SeenBox> answerBoxes(const std::function<void()> &open, const Answers &answers,
-                                  const std::function<void()> &meanwhile = [] {})
+inline QList<SeenBox> answerBoxes(
+    const std::function<void()> &open, const Answers &answers,
+    const std::function<void()> &meanwhile = [] {})
 {
     QList<SeenBox> seen;
     const int count = whileModal(open, [&](QWidget *modal) {
@@ -110,9 +111,9 @@ inline QList<SeenBox> answerBoxes(const std::function<void()> &open, const Answe
 }
 
 // The same for one box; empty when there is none.
-inline SeenBox answerBox(const std::function<void()> &open,
-                         QMessageBox::StandardButton answer = QMessageBox::Ok,
-                         const std::function<void()> &meanwhile = [] {})
+inline SeenBox answerBox(
+    const std::function<void()> &open, QMessageBox::StandardButton answer = QMessageBox::Ok,
+    const std::function<void()> &meanwhile = [] {})
 {
     return answerBoxes(open, {answer}, meanwhile).value(0);
 }
@@ -136,9 +137,9 @@ inline SeenFileDialog useFileDialog(QWidget *modal, const QString &choice)
         modal->close();
         return {};
     }
-    const SeenFileDialog seen{dialog->windowTitle(), dialog->nameFilters(),
-                              dialog->directory().absolutePath(), dialog->fileMode(),
-                              dialog->options(), dialog->parentWidget()};
+    const SeenFileDialog seen{
+        dialog->windowTitle(), dialog->nameFilters(), dialog->directory().absolutePath(),
+        dialog->fileMode(),    dialog->options(),     dialog->parentWidget()};
     if (choice.isEmpty()) {
         QTest::keyClick(dialog, Qt::Key_Escape);
     } else {
@@ -152,7 +153,7 @@ inline SeenFileDialog useFileDialog(QWidget *modal, const QString &choice)
 inline SeenFileDialog answerFileDialog(const std::function<void()> &open, const QString &choice)
 {
     SeenFileDialog seen;
-    const int count =
-        whileModal(open, [&](QWidget *modal) { seen = useFileDialog(modal, choice); });
+    const int count
+        = whileModal(open, [&](QWidget *modal) { seen = useFileDialog(modal, choice); });
     return count == 1 ? seen : SeenFileDialog();
 }

@@ -21,8 +21,8 @@ std::wstring branchName()
 RegistrySandbox::RegistrySandbox()
 {
     HKEY branch = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, branchName().c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                        KEY_ALL_ACCESS, nullptr, &branch, nullptr)
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, branchName().c_str(), 0, nullptr,
+                        REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, &branch, nullptr)
             != ERROR_SUCCESS
         || RegOverridePredefKey(HKEY_CURRENT_USER, branch) != ERROR_SUCCESS) {
         qFatal("the registry branch could not be made");

@@ -58,7 +58,7 @@ public:
     void close() { window.reset(); }
 
     // By its object name; a test cannot go on without it.
-    template<typename Widget>
+    template <typename Widget>
     Widget *find(const char *name) const
     {
         auto *widget = window->findChild<Widget *>(QLatin1String(name));
