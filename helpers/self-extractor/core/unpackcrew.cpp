@@ -10,7 +10,7 @@ namespace sfx {
 namespace {
 
 // Beside its window: the buffers of the decoder, of the filters and of the files.
-constexpr std::uint64_t workerBuffers = 2 * 1024 * 1024;
+constexpr std::uint64_t workerBuffers = 6 * 1024 * 1024;
 // A thread for less costs more than it gives.
 constexpr std::uint64_t leastWork = 1024 * 1024;
 
@@ -71,8 +71,9 @@ void UnpackCrew::fail(Status status)
 
 Status UnpackCrew::unpackPart(PartUnpacker &unpacker, std::size_t index)
 {
+    const Part &part = m_parts[index];
     Seam *const behind = index + 1 < m_parts.size() ? m_seams[index + 1] : nullptr;
-    return unpacker.unpack(m_parts[index], m_readsAhead, m_seams[index], behind,
+    return unpacker.unpack(part, part.unpackSize >= m_leastReadAhead, m_seams[index], behind,
                            m_results[index].body);
 }
 
@@ -104,7 +105,8 @@ Status UnpackCrew::unpack(std::uint64_t totalBytes, const UnpackLimits &limits)
         return allocated;
     }
     const unsigned workers = workersFor(totalBytes, limits);
-    m_readsAhead = workers == 1 || 2 * workers <= limits.threads;
+    const bool hasSpare = workers == 1 || 2 * workers <= limits.threads;
+    m_leastReadAhead = hasSpare ? 0 : totalBytes / limits.threads;
     Worker others[maxWorkers - 1];
     for (unsigned i = 0; i + 1 < workers; ++i) {
         others[i].crew = this;

@@ -58,7 +58,8 @@ private:
     const Archive &m_archive;
     const Parts &m_parts;
     UnpackSink &m_sink;
-    bool m_readsAhead = false;
+    // A part of this size has a processor more for itself, now or when the others are done.
+    std::uint64_t m_leastReadAhead = 0;
     Array<Result> m_results;
     Array<Seam *> m_seams; // the one before each part, or null
     std::atomic<std::size_t> m_nextPart = 0;
