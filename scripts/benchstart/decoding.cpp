@@ -20,7 +20,7 @@ class FileSource final : public sfx::ByteSource
 public:
     explicit FileSource(const char *path) : m_file(open(path, O_RDONLY | O_CLOEXEC))
     {
-        struct stat information;
+        struct stat information = {};
         if (m_file >= 0 && fstat(m_file, &information) == 0) {
             m_size = static_cast<std::uint64_t>(information.st_size);
         }
