@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-#include <signal.h>
+#include <csignal>
 
 // Ctrl-C, to the program alone, in every stage of a job. The stage is known by a file that the fake
 // helper writes, or by a line of the log, so that nothing here is a matter of luck.

@@ -35,7 +35,7 @@ public:
 
 private:
     static constexpr quint64 pattern = 0x5EED'F00D'CAFE'1234;
-    std::array<quint64, 64> m_words;
+    std::array<quint64, 64> m_words{};
 };
 
 thread_local Witness witness;
