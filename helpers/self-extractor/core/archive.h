@@ -59,7 +59,7 @@ public:
 private:
     ByteSource &m_source;
     HeaderMemory m_memory;
-    CSzArEx m_tables;
+    CSzArEx m_tables{};
     std::uint64_t m_offset = 0;
     Array<char16_t> m_path;
 };

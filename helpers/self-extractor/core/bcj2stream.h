@@ -34,7 +34,7 @@ private:
 
     Input m_inputs[inputCount];
     std::uint64_t m_left;
-    CBcj2Dec m_decoder;
+    CBcj2Dec m_decoder{};
 };
 
 } // namespace sfx

@@ -34,7 +34,7 @@ public:
 private:
     Owned<Stream> m_input;
     std::uint64_t m_left;
-    CLzmaDec m_decoder;
+    CLzmaDec m_decoder{};
     Array<std::uint8_t> m_buffer;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
@@ -54,7 +54,7 @@ public:
 private:
     Owned<Stream> m_input;
     std::uint64_t m_left;
-    CLzma2Dec m_decoder;
+    CLzma2Dec m_decoder{};
     Array<std::uint8_t> m_buffer;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;

@@ -54,11 +54,11 @@ public:
     void close(std::uint64_t border);
 
 private:
-    std::uint8_t m_bytes[size];
+    std::uint8_t m_bytes[size] = {};
     std::size_t m_freshStart = 0; // none
 
     Monitor m_monitor; // for the rest
-    End m_end;
+    End m_end = {};
     bool m_hasEnd = false;
     bool m_isAbandoned = false;
 };
