@@ -14,12 +14,13 @@ namespace sfx {
 /// decoded, and where its packed streams lie. Borrows from the archive's tables.
 struct FolderPlan
 {
-    CSzFolder folder;
-    const std::uint8_t *properties; ///< base of CSzCoderInfo::PropsOffset
-    const UInt64 *unpackSizes;      ///< of each coder's output
-    const UInt64 *packPositions;    ///< of each packed stream, and of the end of the last one
-    ByteSource *source;
-    std::uint64_t packBase;
+    CSzFolder folder = {};
+    const std::uint8_t *properties = nullptr; ///< base of CSzCoderInfo::PropsOffset
+    const UInt64 *unpackSizes = nullptr;      ///< of each coder's output
+    const UInt64 *packPositions
+        = nullptr; ///< of each packed stream, and of the end of the last one
+    ByteSource *source = nullptr;
+    std::uint64_t packBase = 0;
 };
 
 /// `packBase` is the offset in `source` that the positions of packed streams are counted from.

@@ -27,9 +27,9 @@ public:
     /// the filter remembers there.
     struct End
     {
-        std::uint8_t bytes[before];
-        std::size_t filtered;
-        std::uint32_t state;
+        std::uint8_t bytes[before] = {};
+        std::size_t filtered = 0;
+        std::uint32_t state = 0;
     };
 
     Seam() = default;
@@ -58,7 +58,7 @@ private:
     std::size_t m_freshStart = 0; // none
 
     Monitor m_monitor; // for the rest
-    End m_end = {};
+    End m_end;
     bool m_hasEnd = false;
     bool m_isAbandoned = false;
 };

@@ -26,22 +26,21 @@ unsigned UnpackCrew::workersFor(std::uint64_t totalBytes, const UnpackLimits &li
 
 UnpackCrew::~UnpackCrew()
 {
-    for (std::size_t i = 0; i < m_seams.size(); ++i) {
-        const Owned<Seam> owner(m_seams[i]);
+    for (std::size_t i = 0; i < m_results.size(); ++i) {
+        const Owned<Seam> owner(m_results[i].seam);
     }
 }
 
 Status UnpackCrew::allocate()
 {
-    if (!m_results.allocate(m_parts.size()) || !m_seams.allocate(m_parts.size())) {
+    if (!m_results.allocate(m_parts.size())) {
         return Status::NoMemory;
     }
     std::fill_n(m_results.data(), m_results.size(), Result());
-    std::fill_n(m_seams.data(), m_seams.size(), nullptr);
     for (std::size_t i = 0; i < m_parts.size(); ++i) {
         if (m_parts[i].hasSeamBefore()) {
-            m_seams[i] = makeOwned<Seam>().release();
-            if (m_seams[i] == nullptr) {
+            m_results[i].seam = makeOwned<Seam>().release();
+            if (m_results[i].seam == nullptr) {
                 return Status::NoMemory;
             }
         }
@@ -62,9 +61,9 @@ void UnpackCrew::fail(Status status)
         m_status = status;
     }
     m_stops = true;
-    for (std::size_t i = 0; i < m_seams.size(); ++i) {
-        if (m_seams[i] != nullptr) {
-            m_seams[i]->abandon();
+    for (std::size_t i = 0; i < m_results.size(); ++i) {
+        if (m_results[i].seam != nullptr) {
+            m_results[i].seam->abandon();
         }
     }
 }
@@ -72,9 +71,9 @@ void UnpackCrew::fail(Status status)
 Status UnpackCrew::unpackPart(PartUnpacker &unpacker, std::size_t index)
 {
     const Part &part = m_parts[index];
-    Seam *const behind = index + 1 < m_parts.size() ? m_seams[index + 1] : nullptr;
-    return unpacker.unpack(part, part.unpackSize >= m_leastReadAhead, m_seams[index], behind,
-                           m_results[index].body);
+    Seam *const behind = index + 1 < m_parts.size() ? m_results[index + 1].seam : nullptr;
+    return unpacker.unpack(part, part.unpackSize >= m_leastReadAhead, m_results[index].seam, behind,
+                           m_results[index].inBody);
 }
 
 void UnpackCrew::work(UnpackSink &sink)
@@ -127,8 +126,8 @@ Status UnpackCrew::unpackSeams()
     PartUnpacker unpacker(m_archive, m_sink, m_stops);
     Status status = unpacker.allocate() ? Status::Ok : Status::NoMemory;
     for (std::size_t i = 0; status == Status::Ok && i < m_parts.size(); ++i) {
-        if (m_seams[i] != nullptr) {
-            status = unpacker.unpackSeam(m_parts[i], *m_seams[i], m_results[i].seam);
+        if (m_results[i].seam != nullptr) {
+            status = unpacker.unpackSeam(m_parts[i], *m_results[i].seam, m_results[i].inSeam);
         }
     }
     return status;

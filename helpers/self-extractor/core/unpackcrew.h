@@ -31,11 +31,12 @@ public:
     /// Returns when all is done, or what the first failure was. To be called once.
     Status unpack(std::uint64_t totalBytes, const UnpackLimits &limits);
 
-    /// What has been written of the files that are in several parts.
+    /// What has been written of the files that are in several parts, for one of them.
     struct Result
     {
-        WrittenEnds seam; ///< before the part
-        WrittenEnds body;
+        Seam *seam = nullptr; ///< before the part, or none
+        WrittenEnds inSeam;
+        WrittenEnds inBody;
     };
     const Result &result(std::size_t part) const { return m_results[part]; }
 
@@ -60,8 +61,7 @@ private:
     UnpackSink &m_sink;
     // A part of this size has a processor more for itself, now or when the others are done.
     std::uint64_t m_leastReadAhead = 0;
-    Array<Result> m_results;
-    Array<Seam *> m_seams; // the one before each part, or null
+    Array<Result> m_results; // of each part; owns the seams
     std::atomic<std::size_t> m_nextPart = 0;
     std::atomic<bool> m_stops = false;
     Monitor m_monitor; // for the status

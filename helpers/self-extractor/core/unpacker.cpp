@@ -148,8 +148,8 @@ Status Unpacker::endDividedFiles(const UnpackCrew &crew, const Parts &parts)
     WrittenPiece whole;
     for (std::size_t i = 0; i < parts.size(); ++i) {
         const UnpackCrew::Result &result = crew.result(i);
-        for (const WrittenPiece *written :
-             {&result.seam.first, &result.seam.last, &result.body.first, &result.body.last}) {
+        for (const WrittenPiece *written : {&result.inSeam.first, &result.inSeam.last,
+                                            &result.inBody.first, &result.inBody.last}) {
             const Status status = addPiece(*written, whole);
             if (status != Status::Ok) {
                 return status;
