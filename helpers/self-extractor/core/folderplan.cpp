@@ -38,7 +38,8 @@ std::uint64_t windowSize(const FolderPlan &plan, unsigned coder, std::uint64_t u
     std::uint64_t dictionary = 0;
     if (info.MethodID == method::Lzma && info.PropsSize == LZMA_PROPS_SIZE) {
         dictionary = readU32(properties + 1);
-    } else if (info.MethodID == method::Lzma2 && info.PropsSize == 1) {
+    } else if (info.MethodID == method::Lzma2 && info.PropsSize == 1
+               && properties[0] <= lzma2LargestProperty) {
         dictionary = lzma2DictionarySize(properties[0]);
     }
     return dictionary < unpackSize ? dictionary : unpackSize;

@@ -29,7 +29,7 @@ Status readFolderPlan(const CSzAr &streams, std::uint32_t folder, ByteSource &so
                       std::uint64_t packBase, FolderPlan &plan);
 
 /// What the decoder of a coder needs as its window, in bytes, if its output has this size; 0 for
-/// coders without one. Not checked against any limit.
+/// coders without one, or with properties that they cannot have. Not checked against any limit.
 std::uint64_t windowSize(const FolderPlan &plan, unsigned coder, std::uint64_t unpackSize);
 /// The windows of all coders together.
 std::uint64_t windowSize(const FolderPlan &plan);
