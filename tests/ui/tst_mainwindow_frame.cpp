@@ -65,10 +65,11 @@ private slots:
         fixture.open();
         SeenBox box;
         bool quit = true;
-        QTimer::singleShot(0, this, [&] {
+        QObject thisRow; // whose timers end with it
+        QTimer::singleShot(0, &thisRow, [&] {
             box = answerBox([&] { fixture.click("closeButton"); }, answer);
             // Behind a quit() in the queue; reached only when there was none.
-            QTimer::singleShot(0, this, [&quit] {
+            QTimer::singleShot(0, &thisRow, [&quit] {
                 quit = false;
                 QCoreApplication::exit(17);
             });
