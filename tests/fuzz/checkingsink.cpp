@@ -94,6 +94,22 @@ Status CheckingSink::write(const std::uint8_t *data, std::size_t size)
     return m_isFull ? Status::DiskFull : Status::Ok;
 }
 
+// Files do not come in the archive's order. Its own memory is limited, and is not used for this.
+std::uint32_t CheckingSink::indexOf(const std::u16string &path) const
+{
+    const CSzArEx &tables = m_archive.tables();
+    for (std::uint32_t i = 0; i < tables.NumFiles; ++i) {
+        std::u16string name(SzArEx_GetFileNameUtf16(&tables, i, nullptr), u'\0');
+        SzArEx_GetFileNameUtf16(&tables, i, reinterpret_cast<UInt16 *>(name.data()));
+        name.pop_back();
+        if (name == path) {
+            return i;
+        }
+    }
+    require(false, "what is unpacked is in the archive");
+    return 0;
+}
+
 Status CheckingSink::endFile(const Entry &file)
 {
     require(m_isInFile && !m_isFull && pathOf(file) == m_path,
@@ -101,7 +117,8 @@ Status CheckingSink::endFile(const Entry &file)
     require(m_inFile == file.size, "a file has its size");
     if (file.size != 0) {
         const CSzBitUi32s &sums = m_archive.tables().CRCs;
-        require(SzBitWithVals_Check(&sums, m_entries - 1) && sums.Vals[m_entries - 1] == ~m_crc,
+        const std::uint32_t index = indexOf(m_path);
+        require(SzBitWithVals_Check(&sums, index) && sums.Vals[index] == ~m_crc,
                 "a file has its check sum");
     }
     m_isInFile = false;

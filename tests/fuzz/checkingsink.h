@@ -33,6 +33,7 @@ public:
 
 private:
     void checkEntry(const sfx::Entry &entry);
+    std::uint32_t indexOf(const std::u16string &path) const;
 
     const sfx::Archive &m_archive;
     std::uint64_t m_totalBytes;
