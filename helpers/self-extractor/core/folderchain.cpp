@@ -20,7 +20,7 @@ constexpr unsigned noCoder = 0xffffffff;
 /// A folder's plan, and the coder that runs in a thread of its own.
 struct Wiring : FolderPlan
 {
-    unsigned aheadCoder;
+    unsigned aheadCoder = noCoder;
 };
 
 Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result);
