@@ -3,13 +3,14 @@
 
 #include "helpers/self-extractor/core/bcj2stream.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace sfx {
 
 namespace {
 
-constexpr std::size_t bufferSize = 64 * 1024; // a multiple of 4, as the address streams need
+constexpr std::size_t bufferSize = 256 * 1024;
+constexpr std::size_t addressBuffer = 64 * 1024; // a multiple of an address
 
 } // namespace
 
@@ -25,38 +26,42 @@ Bcj2Stream::Bcj2Stream(Owned<Stream> (&inputs)[inputCount], std::uint64_t unpack
 Status Bcj2Stream::open()
 {
     for (unsigned i = 0; i < inputCount; ++i) {
-        if (!m_inputs[i].buffer.allocate(bufferSize)) {
+        if (BCJ2_IS_32BIT_STREAM(i) && !m_inputs[i].addresses.allocate(addressBuffer)) {
             return Status::NoMemory;
         }
-        m_decoder.bufs[i] = m_inputs[i].buffer.data();
-        m_decoder.lims[i] = m_inputs[i].buffer.data();
     }
-    return Status::Ok;
+    return m_buffer.allocate(bufferSize) ? Status::Ok : Status::NoMemory;
 }
 
-// Called when the decoder has used up a buffer. The address streams are cut to whole addresses.
+// Called when the decoder has used up what it got from an input.
 Status Bcj2Stream::refill(unsigned index)
 {
     Input &input = m_inputs[index];
-    std::size_t got = 0;
-    const Status status = readFully(*input.stream, input.buffer.data(), input.buffer.size(), got);
+    Bytes bytes;
+    Status status = Status::Ok;
+    if (BCJ2_IS_32BIT_STREAM(index)) {
+        bytes.data = input.addresses.data();
+        status
+            = readFully(*input.stream, input.addresses.data(), input.addresses.size(), bytes.size);
+        bytes.size &= ~static_cast<std::size_t>(3);
+    } else {
+        status = input.stream->next(bufferSize, bytes);
+    }
     if (status != Status::Ok) {
         return status;
     }
-    if (BCJ2_IS_32BIT_STREAM(index)) {
-        got &= ~static_cast<std::size_t>(3);
-    }
-    m_decoder.bufs[index] = input.buffer.data();
-    m_decoder.lims[index] = input.buffer.data() + got;
-    return got == 0 ? Status::Damaged : Status::Ok;
+    m_decoder.bufs[index] = bytes.data;
+    m_decoder.lims[index] = bytes.data + bytes.size;
+    return bytes.size == 0 ? Status::Damaged : Status::Ok;
 }
 
-Status Bcj2Stream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status Bcj2Stream::next(std::size_t limit, Bytes &bytes)
 {
-    got = 0;
-    const std::size_t wanted = capacity < m_left ? capacity : static_cast<std::size_t>(m_left);
-    m_decoder.dest = data;
-    m_decoder.destLim = data + wanted;
+    bytes = Bytes();
+    const std::size_t wanted
+        = static_cast<std::size_t>(std::min<std::uint64_t>({limit, m_left, m_buffer.size()}));
+    m_decoder.dest = m_buffer.data();
+    m_decoder.destLim = m_buffer.data() + wanted;
     while (m_decoder.dest != m_decoder.destLim) {
         if (Bcj2Dec_Decode(&m_decoder) != SZ_OK) {
             return Status::Damaged;
@@ -72,7 +77,7 @@ Status Bcj2Stream::read(std::uint8_t *data, std::size_t capacity, std::size_t &g
             return status;
         }
     }
-    got = wanted;
+    bytes = {m_buffer.data(), wanted};
     m_left -= wanted;
     return Status::Ok;
 }

@@ -9,8 +9,7 @@
 
 namespace sfx {
 
-/// Joins the four streams that the BCJ2 filter splits x86 code into. They are read side by side,
-/// each through a buffer of its own.
+/// Joins the four streams that the BCJ2 filter splits x86 code into, which are read side by side.
 class Bcj2Stream final : public Stream
 {
 public:
@@ -19,9 +18,9 @@ public:
     /// `inputs`: main, calls, jumps, range coder, in this order.
     Bcj2Stream(Owned<Stream> (&inputs)[inputCount], std::uint64_t unpackSize);
 
-    /// To be called once, before read().
+    /// To be called once, before next().
     Status open();
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+    Status next(std::size_t limit, Bytes &bytes) override;
 
 private:
     Status refill(unsigned index);
@@ -29,11 +28,12 @@ private:
     struct Input
     {
         Owned<Stream> stream;
-        Array<std::uint8_t> buffer;
+        Array<std::uint8_t> addresses; // of the streams of calls and jumps, whole ones
     };
 
     Input m_inputs[inputCount];
     std::uint64_t m_left;
+    Array<std::uint8_t> m_buffer;
     CBcj2Dec m_decoder{};
 };
 

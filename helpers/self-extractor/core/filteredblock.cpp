@@ -67,9 +67,9 @@ Status FilteredBlock::enterBehind(Seam &seam, const std::uint8_t (&bytes)[Seam::
     return readExactly(m_filter, seam.bytes() + end.filtered, rest + Seam::behind);
 }
 
-Status FilteredBlock::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status FilteredBlock::next(std::size_t limit, Bytes &bytes)
 {
-    return m_filter.read(data, capacity, got);
+    return m_filter.next(limit, bytes);
 }
 
 Status FilteredBlock::finish(Seam &seam)

@@ -16,9 +16,9 @@ public:
     /// `block` gives the unfiltered block, which begins at `begin` in its folder.
     FilteredBlock(Owned<Stream> block, std::uint64_t begin);
 
-    /// To be called once, before read(). `seam`, which lies before the block, may be null.
+    /// To be called once, before next(). `seam`, which lies before the block, may be null.
     Status open(Seam *seam);
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+    Status next(std::size_t limit, Bytes &bytes) override;
     /// To be called when all of it has been read and a seam lies behind the block.
     Status finish(Seam &seam);
 

@@ -9,13 +9,14 @@
 #include "Bra.h"
 #include "Delta.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace sfx {
 
 namespace {
 
-constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::size_t bufferSize = 256 * 1024;
 
 static_assert(DELTA_STATE_SIZE == sizeof(FilterStream::State::delta));
 
@@ -139,19 +140,17 @@ Status FilterStream::readUnfinished(std::uint8_t *data, std::size_t size, std::s
     return Status::Ok;
 }
 
-Status FilterStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status FilterStream::next(std::size_t limit, Bytes &bytes)
 {
-    got = 0;
+    bytes = Bytes();
     if (m_begin == m_converted) {
         const Status status = refill();
         if (status != Status::Ok) {
             return status;
         }
     }
-    const std::size_t ready = m_converted - m_begin;
-    got = capacity < ready ? capacity : ready;
-    std::memcpy(data, m_buffer.data() + m_begin, got);
-    m_begin += got;
+    bytes = {m_buffer.data() + m_begin, std::min(limit, m_converted - m_begin)};
+    m_begin += bytes.size;
     return Status::Ok;
 }
 

@@ -25,26 +25,7 @@ struct Wiring : FolderPlan
 
 Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result);
 
-// An input is fed by another coder or by a packed stream.
-Status openInput(const Wiring &plan, unsigned inputIndex, Owned<Stream> &result)
-{
-    for (unsigned i = 0; i < plan.folder.NumBonds; ++i) {
-        if (plan.folder.Bonds[i].InIndex == inputIndex) {
-            return openCoder(plan, plan.folder.Bonds[i].OutIndex, result);
-        }
-    }
-    for (unsigned i = 0; i < plan.folder.NumPackStreams; ++i) {
-        if (plan.folder.PackStreams[i] == inputIndex) {
-            const std::uint64_t begin = plan.packPositions[i];
-            result = makeOwned<RangeStream>(*plan.source, plan.packBase + begin,
-                                            plan.packPositions[i + 1] - begin);
-            return result ? Status::Ok : Status::NoMemory;
-        }
-    }
-    return Status::Damaged;
-}
-
-// Stages whose open() takes the coder's property bytes.
+// Some take the coder's property bytes.
 template <typename Stage, typename... Arguments>
 Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... arguments)
 {
@@ -56,17 +37,40 @@ Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... argumen
     return status;
 }
 
+// An input is fed by another coder or by a packed stream.
+Status openInput(const Wiring &plan, unsigned inputIndex, Owned<Stream> &result)
+{
+    for (unsigned i = 0; i < plan.folder.NumBonds; ++i) {
+        if (plan.folder.Bonds[i].InIndex == inputIndex) {
+            return openCoder(plan, plan.folder.Bonds[i].OutIndex, result);
+        }
+    }
+    for (unsigned i = 0; i < plan.folder.NumPackStreams; ++i) {
+        if (plan.folder.PackStreams[i] == inputIndex) {
+            const std::uint64_t begin = plan.packPositions[i];
+            return openStage(makeOwned<RangeStream>(*plan.source, plan.packBase + begin,
+                                                    plan.packPositions[i + 1] - begin),
+                             result);
+        }
+    }
+    return Status::Damaged;
+}
+
 template <typename Decoder>
 Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
                    std::uint64_t unpackSize, Owned<Stream> &result)
 {
     const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
-    const Status status = openStage(makeOwned<Decoder>(std::move(input), unpackSize), result,
-                                    plan.properties + coder.PropsOffset, coder.PropsSize);
-    if (status != Status::Ok || coderIndex != plan.aheadCoder) {
-        return status;
+    Owned<Decoder> decoder = makeOwned<Decoder>(std::move(input), unpackSize);
+    if (!decoder) {
+        return Status::NoMemory;
     }
-    return openStage(makeOwned<ReadAhead>(std::move(result)), result);
+    const Status status = decoder->open(plan.properties + coder.PropsOffset, coder.PropsSize);
+    if (status == Status::Ok && coderIndex == plan.aheadCoder) {
+        return openStage(makeOwned<ReadAhead>(std::move(decoder)), result);
+    }
+    result = std::move(decoder);
+    return status;
 }
 
 Status openBcj2(const Wiring &plan, unsigned firstInput, std::uint64_t unpackSize,
@@ -155,13 +159,15 @@ Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned
     if (part.kind == Part::Kind::Folder) {
         return openCoder(plan, plan.folder.UnpackStream, result);
     }
-    Owned<Stream> input
-        = makeOwned<RangeStream>(*plan.source,
-                                 plan.packBase + plan.packPositions[0] + part.packBegin,
-                                 part.packSize);
-    return input
+    Owned<Stream> input;
+    const Status opened
+        = openStage(makeOwned<RangeStream>(*plan.source,
+                                           plan.packBase + plan.packPositions[0] + part.packBegin,
+                                           part.packSize),
+                    input);
+    return opened == Status::Ok
         ? openDecoder<Lzma2Stream>(plan, part.decoder, std::move(input), part.unpackSize, result)
-        : Status::NoMemory;
+        : opened;
 }
 
 } // namespace sfx

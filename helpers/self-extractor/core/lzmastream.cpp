@@ -6,12 +6,14 @@
 #include "helpers/self-extractor/core/decodermemory.h"
 #include "helpers/self-extractor/core/littleendian.h"
 
+#include <algorithm>
+
 namespace sfx {
 
 namespace {
 
-constexpr std::size_t inputSize = 128 * 1024;
-constexpr std::uint32_t leastDictionary = 1u << 12;
+constexpr std::uint64_t leastDictionary = 1u << 12;
+constexpr std::uint64_t leastWindow = 4u << 20; // unless all of the stream is less
 
 Status statusOf(SRes result)
 {
@@ -21,45 +23,54 @@ Status statusOf(SRes result)
     return result == SZ_ERROR_MEM ? Status::NoMemory : Status::Unsupported;
 }
 
-// One loop for both decoders: `decode` has the form of LzmaDec_DecodeToBuf.
-template <typename Decoder, typename Decode>
-Status pump(Stream &input, Array<std::uint8_t> &buffer, std::size_t &begin, std::size_t &end,
-            Decoder *decoder, Decode decode, std::uint8_t *data, std::size_t capacity,
-            std::size_t &got)
+} // namespace
+
+Status LzmaWindowStream::allocateWindow(std::uint64_t dictionary)
 {
-    got = 0;
-    while (got == 0 && capacity != 0) {
-        if (begin == end) {
-            begin = 0;
-            const Status status = input.read(buffer.data(), buffer.size(), end);
+    const std::uint64_t size = std::max(dictionary, std::min(m_left, leastWindow));
+    if (!m_window.allocate(static_cast<std::size_t>(size))) {
+        return Status::NoMemory;
+    }
+    m_decoder.dic = m_window.data();
+    m_decoder.dicBufSize = m_window.size();
+    return Status::Ok;
+}
+
+Status LzmaWindowStream::next(std::size_t limit, Bytes &bytes)
+{
+    bytes = Bytes();
+    if (m_decoder.dicPos == m_window.size()) {
+        m_decoder.dicPos = 0;
+    }
+    const std::size_t begin = m_decoder.dicPos;
+    const std::size_t wanted = static_cast<std::size_t>(
+        std::min<std::uint64_t>({limit, m_left, m_window.size() - begin}));
+    while (m_decoder.dicPos == begin && wanted != 0) {
+        if (m_packed.size == 0) {
+            const Status status = m_input->next(SIZE_MAX, m_packed);
             if (status != Status::Ok) {
                 return status;
             }
         }
-        SizeT produced = capacity;
-        SizeT consumed = end - begin;
-        ELzmaStatus state = LZMA_STATUS_NOT_SPECIFIED;
-        const SRes result = decode(decoder, data, &produced, buffer.data() + begin, &consumed,
-                                   LZMA_FINISH_ANY, &state);
-        begin += consumed;
-        got = produced;
+        std::size_t consumed = m_packed.size;
+        const SRes result = decode(begin + wanted, m_packed.data, consumed);
+        m_packed = {m_packed.data + consumed, m_packed.size - consumed};
         // Without progress the packed data has ended too early, or has an end mark too early.
-        if (result != SZ_OK || (produced == 0 && consumed == 0)) {
+        if (result != SZ_OK || (m_decoder.dicPos == begin && consumed == 0)) {
             return Status::Damaged;
         }
     }
+    bytes = {m_window.data() + begin, m_decoder.dicPos - begin};
+    m_left -= bytes.size;
     return Status::Ok;
 }
 
-} // namespace
-
 LzmaStream::LzmaStream(Owned<Stream> input, std::uint64_t unpackSize)
-    : m_input(std::move(input))
-    , m_left(unpackSize){LzmaDec_CONSTRUCT(&m_decoder)}
+    : LzmaWindowStream(std::move(input), unpackSize, m_decoder){LzmaDec_CONSTRUCT(&m_decoder)}
 
     LzmaStream::~LzmaStream()
 {
-    LzmaDec_Free(&m_decoder, &decoderMemory);
+    LzmaDec_FreeProbs(&m_decoder, &decoderMemory);
 }
 
 Status LzmaStream::open(const std::uint8_t *properties, std::size_t size)
@@ -67,9 +78,9 @@ Status LzmaStream::open(const std::uint8_t *properties, std::size_t size)
     if (size != LZMA_PROPS_SIZE) {
         return Status::Unsupported;
     }
-    std::uint64_t dictionary = readU32(properties + 1);
-    dictionary = dictionary < m_left ? dictionary : m_left;
-    dictionary = dictionary < leastDictionary ? leastDictionary : dictionary;
+    // Nothing refers to what is before the stream, so a window for all of it is enough.
+    const std::uint64_t dictionary
+        = std::max(std::min<std::uint64_t>(readU32(properties + 1), m_left), leastDictionary);
     if (dictionary > maxDictionarySize) {
         return Status::Unsupported;
     }
@@ -77,33 +88,28 @@ Status LzmaStream::open(const std::uint8_t *properties, std::size_t size)
     for (unsigned i = 0; i < 4; ++i) {
         own[1 + i] = static_cast<std::uint8_t>(dictionary >> (8 * i));
     }
-    if (!m_buffer.allocate(inputSize)) {
-        return Status::NoMemory;
-    }
     const Status status
-        = statusOf(LzmaDec_Allocate(&m_decoder, own, LZMA_PROPS_SIZE, &decoderMemory));
-    if (status == Status::Ok) {
-        LzmaDec_Init(&m_decoder);
+        = statusOf(LzmaDec_AllocateProbs(&m_decoder, own, LZMA_PROPS_SIZE, &decoderMemory));
+    if (status != Status::Ok) {
+        return status;
     }
-    return status;
+    LzmaDec_Init(&m_decoder);
+    return allocateWindow(dictionary);
 }
 
-Status LzmaStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+SRes LzmaStream::decode(std::size_t end, const std::uint8_t *packed, std::size_t &size)
 {
-    const std::size_t wanted = capacity < m_left ? capacity : static_cast<std::size_t>(m_left);
-    const Status status = pump(*m_input, m_buffer, m_begin, m_end, &m_decoder, LzmaDec_DecodeToBuf,
-                               data, wanted, got);
-    m_left -= got;
-    return status;
+    ELzmaStatus state = LZMA_STATUS_NOT_SPECIFIED;
+    return LzmaDec_DecodeToDic(&m_decoder, end, packed, &size, LZMA_FINISH_ANY, &state);
 }
 
 Lzma2Stream::Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize)
-    : m_input(std::move(input))
-    , m_left(unpackSize){Lzma2Dec_CONSTRUCT(&m_decoder)}
+    : LzmaWindowStream(std::move(input), unpackSize,
+                       m_decoder.decoder){Lzma2Dec_CONSTRUCT(&m_decoder)}
 
     Lzma2Stream::~Lzma2Stream()
 {
-    Lzma2Dec_Free(&m_decoder, &decoderMemory);
+    Lzma2Dec_FreeProbs(&m_decoder, &decoderMemory);
 }
 
 Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
@@ -118,23 +124,18 @@ Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
     if (lzma2DictionarySize(own) > maxDictionarySize) {
         return Status::Unsupported;
     }
-    if (!m_buffer.allocate(inputSize)) {
-        return Status::NoMemory;
+    const Status status = statusOf(Lzma2Dec_AllocateProbs(&m_decoder, own, &decoderMemory));
+    if (status != Status::Ok) {
+        return status;
     }
-    const Status status = statusOf(Lzma2Dec_Allocate(&m_decoder, own, &decoderMemory));
-    if (status == Status::Ok) {
-        Lzma2Dec_Init(&m_decoder);
-    }
-    return status;
+    Lzma2Dec_Init(&m_decoder);
+    return allocateWindow(lzma2DictionarySize(own));
 }
 
-Status Lzma2Stream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+SRes Lzma2Stream::decode(std::size_t end, const std::uint8_t *packed, std::size_t &size)
 {
-    const std::size_t wanted = capacity < m_left ? capacity : static_cast<std::size_t>(m_left);
-    const Status status = pump(*m_input, m_buffer, m_begin, m_end, &m_decoder, Lzma2Dec_DecodeToBuf,
-                               data, wanted, got);
-    m_left -= got;
-    return status;
+    ELzmaStatus state = LZMA_STATUS_NOT_SPECIFIED;
+    return Lzma2Dec_DecodeToDic(&m_decoder, end, packed, &size, LZMA_FINISH_ANY, &state);
 }
 
 } // namespace sfx

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/stream.h"
+#include "helpers/self-extractor/core/windowstream.h"
 
 #include "Lzma2Dec.h"
 
@@ -20,44 +20,63 @@ constexpr std::uint64_t lzma2DictionarySize(std::uint8_t property)
     return static_cast<std::uint64_t>(2 | (property & 1)) << (property / 2 + 11);
 }
 
-/// Decodes LZMA. The window is no larger than what the stream unpacks to.
-class LzmaStream final : public Stream
+/// What the decoders of LZMA and LZMA2 share. The window is the dictionary, but no larger than what
+/// the stream unpacks to; and with a small dictionary as much as it takes to decode ahead.
+class LzmaWindowStream : public WindowStream
+{
+public:
+    Status next(std::size_t limit, Bytes &bytes) final;
+
+protected:
+    LzmaWindowStream(Owned<Stream> input, std::uint64_t unpackSize, CLzmaDec &decoder)
+        : m_left(unpackSize)
+        , m_input(std::move(input))
+        , m_decoder(decoder)
+    {
+    }
+
+    Status allocateWindow(std::uint64_t dictionary);
+    /// Decodes up to the place `end` of the window. In the form of LzmaDec_DecodeToDic().
+    virtual SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) = 0;
+
+    std::uint64_t m_left; // bytes to unpack
+
+private:
+    Owned<Stream> m_input;
+    CLzmaDec &m_decoder;
+    Bytes m_packed; // the input's, not yet decoded
+};
+
+/// Decodes LZMA.
+class LzmaStream final : public LzmaWindowStream
 {
 public:
     LzmaStream(Owned<Stream> input, std::uint64_t unpackSize);
     ~LzmaStream() override;
 
-    /// `properties`: the five bytes of the 7z coder. To be called once, before read().
+    /// `properties`: the five bytes of the 7z coder. To be called once, before next().
     Status open(const std::uint8_t *properties, std::size_t size);
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
 
 private:
-    Owned<Stream> m_input;
-    std::uint64_t m_left;
+    SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) override;
+
     CLzmaDec m_decoder{};
-    Array<std::uint8_t> m_buffer;
-    std::size_t m_begin = 0;
-    std::size_t m_end = 0;
 };
 
-/// Decodes LZMA2. As LzmaStream.
-class Lzma2Stream final : public Stream
+/// Decodes LZMA2.
+class Lzma2Stream final : public LzmaWindowStream
 {
 public:
     Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize);
     ~Lzma2Stream() override;
 
-    /// `properties`: the one byte of the 7z coder. To be called once, before read().
+    /// `properties`: the one byte of the 7z coder. To be called once, before next().
     Status open(const std::uint8_t *properties, std::size_t size);
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
 
 private:
-    Owned<Stream> m_input;
-    std::uint64_t m_left;
+    SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) override;
+
     CLzma2Dec m_decoder{};
-    Array<std::uint8_t> m_buffer;
-    std::size_t m_begin = 0;
-    std::size_t m_end = 0;
 };
 
 } // namespace sfx

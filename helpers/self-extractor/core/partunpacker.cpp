@@ -14,14 +14,10 @@ namespace sfx {
 
 namespace {
 
-constexpr std::size_t bufferSize = 1024 * 1024;
+// What is decoded and written at a time.
+constexpr std::size_t pieceSize = 256 * 1024;
 
 } // namespace
-
-bool PartUnpacker::allocate()
-{
-    return m_buffer.allocate(bufferSize);
-}
 
 // From the decoder to the sink.
 Status PartUnpacker::copy(std::uint64_t size, std::uint32_t &crc)
@@ -30,16 +26,16 @@ Status PartUnpacker::copy(std::uint64_t size, std::uint32_t &crc)
     std::uint32_t sum = CRC_INIT_VAL;
     while (status == Status::Ok && size != 0) {
         const std::size_t wanted
-            = static_cast<std::size_t>(std::min<std::uint64_t>(size, m_buffer.size()));
-        std::size_t got = 0;
-        status = m_stops ? Status::Cancelled : readFully(*m_chain, m_buffer.data(), wanted, got);
-        if (status == Status::Ok && got != wanted) {
+            = static_cast<std::size_t>(std::min<std::uint64_t>(size, pieceSize));
+        Bytes piece;
+        status = m_stops ? Status::Cancelled : m_chain->next(wanted, piece);
+        if (status == Status::Ok && piece.size == 0) {
             status = Status::Damaged;
         }
         if (status == Status::Ok) {
-            sum = CrcUpdate(sum, m_buffer.data(), got);
-            status = m_sink.write(m_buffer.data(), got);
-            size -= got;
+            sum = CrcUpdate(sum, piece.data, piece.size);
+            status = m_sink.write(piece.data, piece.size);
+            size -= piece.size;
         }
     }
     crc = CRC_GET_DIGEST(sum);

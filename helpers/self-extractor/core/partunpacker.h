@@ -40,8 +40,6 @@ public:
     {
     }
 
-    /// To be called once, before unpack(). False: no memory.
-    [[nodiscard]] bool allocate();
     /// Unpacks all of a part but its seams, which may be null where it has none. Files that lie in it
     /// as a whole are checked here; the others exist already, and come out of `ends`. Damaged: a CRC
     /// is wrong, or the data ends too early.
@@ -58,7 +56,6 @@ private:
     const Archive &m_archive;
     UnpackSink &m_sink;
     const std::atomic<bool> &m_stops;
-    Array<std::uint8_t> m_buffer;
     Array<char16_t> m_path;
     Owned<Stream> m_chain;
 };

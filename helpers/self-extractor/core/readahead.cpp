@@ -3,9 +3,16 @@
 
 #include "helpers/self-extractor/core/readahead.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace sfx {
+
+namespace {
+
+// Small enough to be in the processor's cache still when they are read.
+constexpr std::size_t pieceSize = 256 * 1024;
+
+} // namespace
 
 ReadAhead::~ReadAhead()
 {
@@ -19,82 +26,71 @@ ReadAhead::~ReadAhead()
 
 Status ReadAhead::open()
 {
-    if (!m_buffer.allocate(pieceCount * pieceSize)) {
-        return Status::NoMemory;
-    }
     static_cast<void>(m_thread.start(run, this));
     return Status::Ok;
 }
 
 void ReadAhead::run(void *self)
 {
-    while (static_cast<ReadAhead *>(self)->fillPiece()) {
+    while (static_cast<ReadAhead *>(self)->decodePiece()) {
     }
 }
 
-// In the thread. False: nothing more is to be done.
-bool ReadAhead::fillPiece()
+// Of the window, in bytes.
+std::size_t ReadAhead::freeSpace() const
 {
-    unsigned index = 0;
+    return m_input->windowSize() - static_cast<std::size_t>(m_decoded - m_read);
+}
+
+// In the thread. False: nothing more is to be done.
+bool ReadAhead::decodePiece()
+{
+    std::size_t limit = 0;
     {
         const Locked lock(m_monitor);
-        while (m_filled - m_emptied == pieceCount && !m_isCancelled) {
+        while (freeSpace() < pieceSize && m_decoded != m_read && !m_isCancelled) {
             m_monitor.wait();
         }
         if (m_isCancelled) {
             return false;
         }
-        index = m_filled % pieceCount;
+        limit = std::min(freeSpace(), pieceSize);
     }
-    std::size_t got = 0;
-    const Status status = readFully(*m_input, m_buffer.data() + index * pieceSize, pieceSize, got);
+    Bytes piece;
+    const Status status = m_input->next(limit, piece);
     const Locked lock(m_monitor);
-    m_sizes[index] = got;
-    ++m_filled;
+    m_decoded += piece.size;
     m_status = status;
-    m_hasEnded = status != Status::Ok || got != pieceSize;
+    m_hasEnded = status != Status::Ok || piece.size == 0;
     m_monitor.wake();
     return !m_hasEnded;
 }
 
-// Gives back the piece that has been read and waits for another. False: that was the last one.
-bool ReadAhead::nextPiece()
-{
-    const Locked lock(m_monitor);
-    if (m_hasPiece) {
-        ++m_emptied;
-        m_monitor.wake();
-    }
-    while (m_filled == m_emptied && !m_hasEnded) {
-        m_monitor.wait();
-    }
-    m_hasPiece = m_filled != m_emptied;
-    if (m_hasPiece) {
-        const unsigned index = m_emptied % pieceCount;
-        m_place = m_buffer.data() + index * pieceSize;
-        m_left = m_sizes[index];
-    }
-    return m_hasPiece;
-}
-
-Status ReadAhead::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status ReadAhead::next(std::size_t limit, Bytes &bytes)
 {
     if (!m_thread.isStarted()) {
-        return m_input->read(data, capacity, got);
+        return m_input->next(limit, bytes);
     }
-    got = 0;
-    if (capacity == 0) {
+    bytes = Bytes();
+    if (limit == 0) {
         return Status::Ok;
     }
-    while (m_left == 0) {
-        if (!nextPiece()) {
-            return m_status; // the thread has ended: nobody changes it any more
-        }
+    const Locked lock(m_monitor);
+    if (m_given != 0) {
+        m_read += m_given;
+        m_given = 0;
+        m_monitor.wake();
     }
-    got = capacity < m_left ? capacity : m_left;
-    std::memcpy(data, m_place, got);
-    m_place += got;
-    m_left -= got;
+    while (m_decoded == m_read && !m_hasEnded) {
+        m_monitor.wait();
+    }
+    if (m_decoded == m_read) {
+        return m_status;
+    }
+    const std::size_t place = static_cast<std::size_t>(m_read % m_input->windowSize());
+    m_given = static_cast<std::size_t>(
+        std::min<std::uint64_t>({limit, m_decoded - m_read, m_input->windowSize() - place}));
+    bytes = {m_input->window() + place, m_given};
     return Status::Ok;
 }
 

@@ -3,48 +3,43 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/stream.h"
 #include "helpers/self-extractor/core/thread.h"
+#include "helpers/self-extractor/core/windowstream.h"
 
 namespace sfx {
 
-/// Reads another stage in a thread of its own, a few MiB ahead: that stage decodes while whoever
-/// reads this one filters, checks and writes. What is read is the same, errors included; they come
-/// behind the bytes that were good. Where there is no thread to be had, it just passes reads on.
+/// Lets a decoder run in a thread of its own, ahead of whoever reads, who filters, checks and writes
+/// meanwhile. Nothing is copied: the decoder may be ahead by as much as its window holds. What is
+/// read is the same, errors included; they come behind the bytes that were good. Where there is no
+/// thread to be had, it just passes calls on.
 class ReadAhead final : public Stream
 {
 public:
-    explicit ReadAhead(Owned<Stream> input) : m_input(std::move(input)) {}
-    /// Waits for the thread, which ends after the call of the other stage that it is in.
+    /// `input` has been opened.
+    explicit ReadAhead(Owned<WindowStream> input) : m_input(std::move(input)) {}
+    /// Waits for the thread, which ends after the call of the decoder that it is in.
     ~ReadAhead() override;
 
-    /// To be called once, before read().
+    /// To be called once, before next().
     Status open();
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+    Status next(std::size_t limit, Bytes &bytes) override;
 
 private:
-    static constexpr unsigned pieceCount = 16;
-    static constexpr std::size_t pieceSize = 256 * 1024;
-
     static void run(void *self);
-    bool fillPiece();
-    bool nextPiece();
+    bool decodePiece();
+    std::size_t freeSpace() const;
 
-    Owned<Stream> m_input; // the thread's, once it runs
-    Array<std::uint8_t> m_buffer;
+    Owned<WindowStream> m_input; // the thread's, once it runs
     Thread m_thread;
 
-    Monitor m_monitor; // for all that follows, but for the reader's place
-    std::size_t m_sizes[pieceCount] = {};
-    unsigned m_filled = 0; // pieces, since the beginning; may wrap around
-    unsigned m_emptied = 0;
+    Monitor m_monitor;           // for all that follows, but for m_given
+    std::uint64_t m_decoded = 0; // bytes, since the beginning
+    std::uint64_t m_read = 0;    // those of them that nobody looks at any more
     bool m_isCancelled = false;
     bool m_hasEnded = false;
     Status m_status = Status::Ok; // how it has ended
 
-    const std::uint8_t *m_place = nullptr; // in the piece that is being read
-    std::size_t m_left = 0;
-    bool m_hasPiece = false;
+    std::size_t m_given = 0; // bytes that the reader still looks at
 };
 
 } // namespace sfx

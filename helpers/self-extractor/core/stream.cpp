@@ -3,45 +3,59 @@
 
 #include "helpers/self-extractor/core/stream.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace sfx {
+
+namespace {
+
+constexpr std::size_t rangeBuffer = 128 * 1024;
+
+} // namespace
 
 Status readFully(Stream &stream, std::uint8_t *data, std::size_t size, std::size_t &got)
 {
     got = 0;
     while (got < size) {
-        std::size_t piece = 0;
-        const Status status = stream.read(data + got, size - got, piece);
+        Bytes bytes;
+        const Status status = stream.next(size - got, bytes);
         if (status != Status::Ok) {
             return status;
         }
-        if (piece == 0) {
+        if (bytes.size == 0) {
             break;
         }
-        got += piece;
+        std::memcpy(data + got, bytes.data, bytes.size);
+        got += bytes.size;
     }
     return Status::Ok;
 }
 
-Status RangeStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status RangeStream::open()
 {
-    got = capacity < m_left ? capacity : static_cast<std::size_t>(m_left);
-    if (got != 0 && !m_source.readAt(m_offset, data, got)) {
-        got = 0;
+    const std::uint64_t size = std::min<std::uint64_t>(rangeBuffer, m_left);
+    return m_buffer.allocate(static_cast<std::size_t>(size)) ? Status::Ok : Status::NoMemory;
+}
+
+Status RangeStream::next(std::size_t limit, Bytes &bytes)
+{
+    const std::size_t wanted
+        = static_cast<std::size_t>(std::min<std::uint64_t>({limit, m_left, m_buffer.size()}));
+    bytes = Bytes();
+    if (wanted != 0 && !m_source.readAt(m_offset, m_buffer.data(), wanted)) {
         return Status::ReadFailed;
     }
-    m_offset += got;
-    m_left -= got;
+    bytes = {m_buffer.data(), wanted};
+    m_offset += wanted;
+    m_left -= wanted;
     return Status::Ok;
 }
 
-Status MemoryStream::read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
+Status MemoryStream::next(std::size_t limit, Bytes &bytes)
 {
-    got = capacity < m_left ? capacity : m_left;
-    std::memcpy(data, m_data, got);
-    m_data += got;
-    m_left -= got;
+    bytes = {m_left.data, std::min(limit, m_left.size)};
+    m_left = {m_left.data + bytes.size, m_left.size - bytes.size};
     return Status::Ok;
 }
 

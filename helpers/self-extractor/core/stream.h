@@ -12,20 +12,27 @@
 
 namespace sfx {
 
+/// Some bytes that belong to somebody else.
+struct Bytes
+{
+    const std::uint8_t *data = nullptr;
+    std::size_t size = 0;
+};
+
 /// One stage of decoding, read from its far end: whoever wants bytes pulls them, and the stage
-/// pulls what it needs from the stages that it owns. Memory is bounded by the stages' own buffers.
+/// pulls what it needs from the stages that it owns. Each hands out its own memory, so that nothing
+/// is copied which no stage changes; that memory bounds what a chain of stages takes.
 class Stream
 {
 public:
     virtual ~Stream() = default;
 
-    /// Writes up to `capacity` bytes to `data` and their number to `got`, which is 0 only at the
-    /// end of the stream (or for a capacity of 0).
-    [[nodiscard]] virtual Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got)
-        = 0;
+    /// The next bytes, at most `limit`; none only at the end of the stream (or for a limit of 0). They
+    /// are the stream's, and stay as they are until the next call.
+    [[nodiscard]] virtual Status next(std::size_t limit, Bytes &bytes) = 0;
 };
 
-/// Reads until `data` is full or the stream has ended.
+/// Copies until `data` is full or the stream has ended.
 Status readFully(Stream &stream, std::uint8_t *data, std::size_t size, std::size_t &got);
 
 /// A range of the executable as a stream.
@@ -39,25 +46,27 @@ public:
     {
     }
 
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+    /// To be called once, before next().
+    Status open();
+    Status next(std::size_t limit, Bytes &bytes) override;
 
 private:
     ByteSource &m_source;
     std::uint64_t m_offset;
     std::uint64_t m_left;
+    Array<std::uint8_t> m_buffer;
 };
 
 /// Bytes that belong to somebody else as a stream.
 class MemoryStream final : public Stream
 {
 public:
-    MemoryStream(const std::uint8_t *data, std::size_t size) : m_data(data), m_left(size) {}
+    MemoryStream(const std::uint8_t *data, std::size_t size) : m_left{data, size} {}
 
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override;
+    Status next(std::size_t limit, Bytes &bytes) override;
 
 private:
-    const std::uint8_t *m_data;
-    std::size_t m_left;
+    Bytes m_left;
 };
 
 } // namespace sfx

@@ -79,12 +79,6 @@ Status UnpackCrew::unpackPart(PartUnpacker &unpacker, std::size_t index)
 void UnpackCrew::work(UnpackSink &sink)
 {
     PartUnpacker unpacker(m_archive, sink, m_stops);
-    if (!unpacker.allocate()) {
-        if (&sink == &m_sink) { // the others can be done without
-            fail(Status::NoMemory);
-        }
-        return;
-    }
     while (!m_stops) {
         const std::size_t index = m_nextPart++;
         if (index >= m_parts.size()) {
@@ -124,7 +118,7 @@ Status UnpackCrew::unpack(std::uint64_t totalBytes, const UnpackLimits &limits)
 Status UnpackCrew::unpackSeams()
 {
     PartUnpacker unpacker(m_archive, m_sink, m_stops);
-    Status status = unpacker.allocate() ? Status::Ok : Status::NoMemory;
+    Status status = Status::Ok;
     for (std::size_t i = 0; status == Status::Ok && i < m_parts.size(); ++i) {
         if (m_results[i].seam != nullptr) {
             status = unpacker.unpackSeam(m_parts[i], *m_results[i].seam, m_results[i].inSeam);

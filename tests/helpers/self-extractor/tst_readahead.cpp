@@ -18,14 +18,16 @@ constexpr quint64 pieceSize = mebibyte / 4;
 constexpr quint64 mostAhead = 4 * mebibyte;
 
 /// Bytes that tell their place, in pieces of changing size, with an end of a chosen kind.
-class CountingStream final : public Stream
+class CountingStream final : public WindowStream
 {
 public:
-    CountingStream(std::uint64_t size, Status end, std::atomic<std::uint64_t> &served)
+    CountingStream(std::uint64_t size, Status end, std::atomic<std::uint64_t> &served,
+                   std::size_t window = mostAhead)
         : m_size(size)
         , m_end(end)
         , m_served(served)
     {
+        m_hasWindow = m_window.allocate(window);
     }
 
     static std::uint8_t byteAt(std::uint64_t place)
@@ -33,33 +35,36 @@ public:
         return static_cast<std::uint8_t>(place ^ (place >> 8) ^ (place >> 17));
     }
 
-    Status read(std::uint8_t *data, std::size_t capacity, std::size_t &got) override
+    Status next(std::size_t limit, Bytes &bytes) override
     {
-        const std::uint64_t begin = m_served;
-        got = std::min<std::size_t>(capacity, 1 + m_random.bounded(200000u));
-        got = static_cast<std::size_t>(std::min<std::uint64_t>(got, m_size - begin));
-        for (std::size_t i = 0; i < got; ++i) {
-            data[i] = byteAt(begin + i);
+        if (!m_hasWindow) {
+            return Status::NoMemory;
         }
-        m_served = begin + got;
-        return got == 0 ? m_end : Status::Ok;
+        const std::uint64_t begin = m_served;
+        const auto place = static_cast<std::size_t>(begin % windowSize());
+        const std::size_t size = static_cast<std::size_t>(std::min<std::uint64_t>(
+            {limit, 1 + m_random.bounded(200000u), m_size - begin, windowSize() - place}));
+        for (std::size_t i = 0; i < size; ++i) {
+            m_window[place + i] = byteAt(begin + i);
+        }
+        bytes = {m_window.data() + place, size};
+        m_served = begin + size;
+        return size == 0 ? m_end : Status::Ok;
     }
 
 private:
     std::uint64_t m_size;
     Status m_end;
     std::atomic<std::uint64_t> &m_served;
+    bool m_hasWindow = false;
     QRandomGenerator m_random{7};
 };
 
-bool isRight(const QByteArray &bytes, std::uint64_t place)
+bool isRight(const Bytes &bytes, std::uint64_t place)
 {
-    for (const char byte : bytes) {
-        if (static_cast<std::uint8_t>(byte) != CountingStream::byteAt(place++)) {
-            return false;
-        }
-    }
-    return true;
+    return std::all_of(bytes.data, bytes.data + bytes.size, [&place](std::uint8_t byte) {
+        return byte == CountingStream::byteAt(place++);
+    });
 }
 
 } // namespace
@@ -72,7 +77,7 @@ private slots:
     void givesTheSameBytes_data();
     void givesTheSameBytes();
     void givesErrorsBehindTheGoodBytes();
-    void keepsToItsMemory();
+    void keepsToItsWindow();
     void canBeLeftAtAnyTime();
 };
 
@@ -80,35 +85,40 @@ void TestReadAhead::givesTheSameBytes_data()
 {
     QTest::addColumn<quint64>("size");
     QTest::addColumn<quint32>("most"); // that is asked for at once
-    QTest::newRow("nothing") << quint64(0) << 1000u;
-    QTest::newRow("one byte") << quint64(1) << 1000u;
-    QTest::newRow("a piece but one byte") << pieceSize - 1 << 70000u;
-    QTest::newRow("a piece") << pieceSize << 70000u;
-    QTest::newRow("as much as is held") << mostAhead << 300000u;
-    QTest::newRow("much, in small reads") << 13 * mebibyte + 5 << 5000u;
-    QTest::newRow("much, in reads of more than a piece") << 40 * mebibyte << 3000000u;
+    QTest::addColumn<quint64>("window");
+    QTest::newRow("nothing") << quint64(0) << 1000u << mostAhead;
+    QTest::newRow("one byte") << quint64(1) << 1000u << mostAhead;
+    QTest::newRow("a piece but one byte") << pieceSize - 1 << 70000u << mostAhead;
+    QTest::newRow("a piece") << pieceSize << 70000u << mostAhead;
+    QTest::newRow("as much as is held") << mostAhead << 300000u << mostAhead;
+    QTest::newRow("much, in small reads") << 13 * mebibyte + 5 << 5000u << mostAhead;
+    QTest::newRow("much, in reads of more than a piece") << 40 * mebibyte << 3000000u << mostAhead;
+    QTest::newRow("a window of no round size") << 9 * mebibyte << 100000u << pieceSize * 5 + 123;
+    QTest::newRow("a window smaller than a piece") << 2 * mebibyte << 9000u << quint64(30001);
+    QTest::newRow("a window of one byte") << quint64(300) << 10u << quint64(1);
 }
 
 void TestReadAhead::givesTheSameBytes()
 {
     QFETCH(quint64, size);
     QFETCH(quint32, most);
+    QFETCH(quint64, window);
     std::atomic<std::uint64_t> served = 0;
-    ReadAhead stream(makeOwned<CountingStream>(size, Status::Ok, served));
+    ReadAhead stream(
+        makeOwned<CountingStream>(size, Status::Ok, served, static_cast<std::size_t>(window)));
     QCOMPARE(stream.open(), Status::Ok);
     QRandomGenerator random(9);
-    QByteArray buffer(static_cast<qsizetype>(most), 0);
-    auto *data = reinterpret_cast<std::uint8_t *>(buffer.data());
     quint64 total = 0;
-    std::size_t got = 0;
+    Bytes bytes;
     do {
-        QCOMPARE(stream.read(data, 1 + random.bounded(most), got), Status::Ok);
-        QVERIFY(isRight(buffer.left(static_cast<qsizetype>(got)), total));
-        total += got;
-    } while (got != 0);
+        QCOMPARE(stream.next(1 + random.bounded(most), bytes), Status::Ok);
+        QVERIFY(bytes.size <= most);
+        QVERIFY(isRight(bytes, total));
+        total += bytes.size;
+    } while (bytes.size != 0);
     QCOMPARE(total, size);
-    QCOMPARE(stream.read(data, most, got), Status::Ok);
-    QCOMPARE(got, std::size_t(0));
+    QCOMPARE(stream.next(most, bytes), Status::Ok);
+    QCOMPARE(bytes.size, std::size_t(0));
 }
 
 void TestReadAhead::givesErrorsBehindTheGoodBytes()
@@ -122,28 +132,31 @@ void TestReadAhead::givesErrorsBehindTheGoodBytes()
         std::size_t got = 0;
         QCOMPARE(readFully(stream, data, 8 * mebibyte, got), Status::Damaged);
         QCOMPARE(quint64(got), size);
-        QVERIFY(isRight(buffer.left(static_cast<qsizetype>(got)), 0));
-        QCOMPARE(stream.read(data, 1, got), Status::Damaged);
-        QCOMPARE(got, std::size_t(0));
+        QVERIFY(isRight({data, got}, 0));
+        Bytes bytes;
+        QCOMPARE(stream.next(1, bytes), Status::Damaged);
+        QCOMPARE(bytes.size, std::size_t(0));
     }
 }
 
-// The other stage runs ahead, but only so far.
-void TestReadAhead::keepsToItsMemory()
+// The decoder runs ahead, but not over what the reader still looks at.
+void TestReadAhead::keepsToItsWindow()
 {
     std::atomic<std::uint64_t> served = 0;
     ReadAhead stream(makeOwned<CountingStream>(1000 * mebibyte, Status::Ok, served));
     QCOMPARE(stream.open(), Status::Ok);
-    QTRY_COMPARE(served.load(), std::uint64_t(mostAhead));
-    std::uint8_t byte = 0;
-    std::size_t got = 0;
-    QCOMPARE(stream.read(&byte, 1, got), Status::Ok);
-    QTest::qWait(50);
-    QCOMPARE(served.load(), std::uint64_t(mostAhead));
-    QByteArray buffer(static_cast<qsizetype>(mebibyte), 0);
-    QCOMPARE(readFully(stream, reinterpret_cast<std::uint8_t *>(buffer.data()), mebibyte, got),
-             Status::Ok);
-    QTRY_COMPARE(served.load(), std::uint64_t(mostAhead + mebibyte));
+    quint64 total = 0;
+    for (int i = 0; i < 40; ++i) {
+        Bytes bytes;
+        QCOMPARE(stream.next(pieceSize, bytes), Status::Ok);
+        QTRY_VERIFY(served > total + mostAhead - pieceSize);
+        if (i % 10 == 0) {
+            QTest::qWait(20);
+        }
+        QVERIFY(served <= total + mostAhead);
+        QVERIFY(isRight(bytes, total));
+        total += bytes.size;
+    }
 }
 
 void TestReadAhead::canBeLeftAtAnyTime()

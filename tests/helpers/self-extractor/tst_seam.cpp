@@ -8,6 +8,9 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <algorithm>
+#include <cstring>
+
 using namespace sfx;
 
 namespace {
@@ -28,13 +31,13 @@ QByteArray take(Stream &stream, qsizetype size)
     QByteArray bytes(size, '\0');
     qsizetype done = 0;
     for (qsizetype piece = 1; done < size; piece = piece * 7 % 9973 + 1) {
-        std::size_t got = 0;
-        auto *to = reinterpret_cast<std::uint8_t *>(bytes.data()) + done;
+        Bytes got;
         const auto wanted = static_cast<std::size_t>(std::min(piece, size - done));
-        if (stream.read(to, wanted, got) != Status::Ok || got == 0) {
+        if (stream.next(wanted, got) != Status::Ok || got.size == 0) {
             return QByteArray();
         }
-        done += static_cast<qsizetype>(got);
+        std::memcpy(bytes.data() + done, got.data, got.size);
+        done += static_cast<qsizetype>(got.size);
     }
     return bytes;
 }
