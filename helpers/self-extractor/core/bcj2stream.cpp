@@ -30,7 +30,14 @@ Status Bcj2Stream::open()
             return Status::NoMemory;
         }
     }
-    return m_buffer.allocate(bufferSize) ? Status::Ok : Status::NoMemory;
+    if (!m_buffer.allocate(bufferSize)) {
+        return Status::NoMemory;
+    }
+    for (unsigned i = 0; i < inputCount; ++i) { // empty, but somewhere: the decoder adds to them
+        m_decoder.bufs[i] = m_buffer.data();
+        m_decoder.lims[i] = m_buffer.data();
+    }
+    return Status::Ok;
 }
 
 // Called when the decoder has used up what it got from an input.
