@@ -65,8 +65,10 @@ Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
     if (!decoder) {
         return Status::NoMemory;
     }
-    const Status status = decoder->open(plan.properties + coder.PropsOffset, coder.PropsSize);
-    if (status == Status::Ok && coderIndex == plan.aheadCoder) {
+    const bool runsAhead = coderIndex == plan.aheadCoder;
+    const Status status = decoder->open(plan.properties + coder.PropsOffset, coder.PropsSize,
+                                        runsAhead ? ReadAhead::usefulWindow : 0);
+    if (status == Status::Ok && runsAhead) {
         return openStage(makeOwned<ReadAhead>(std::move(decoder)), result);
     }
     result = std::move(decoder);

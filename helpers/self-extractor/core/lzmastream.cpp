@@ -13,7 +13,6 @@ namespace sfx {
 namespace {
 
 constexpr std::uint64_t leastDictionary = 1u << 12;
-constexpr std::uint64_t leastWindow = 4u << 20; // unless all of the stream is less
 
 Status statusOf(SRes result)
 {
@@ -25,9 +24,9 @@ Status statusOf(SRes result)
 
 } // namespace
 
-Status LzmaWindowStream::allocateWindow(std::uint64_t dictionary)
+Status LzmaWindowStream::allocateWindow(std::uint64_t dictionary, std::uint64_t least)
 {
-    const std::uint64_t size = std::max(dictionary, std::min(m_left, leastWindow));
+    const std::uint64_t size = std::max(dictionary, std::min(m_left, least));
     if (!m_window.allocate(static_cast<std::size_t>(size))) {
         return Status::NoMemory;
     }
@@ -73,7 +72,7 @@ LzmaStream::LzmaStream(Owned<Stream> input, std::uint64_t unpackSize)
     LzmaDec_FreeProbs(&m_decoder, &decoderMemory);
 }
 
-Status LzmaStream::open(const std::uint8_t *properties, std::size_t size)
+Status LzmaStream::open(const std::uint8_t *properties, std::size_t size, std::uint64_t leastWindow)
 {
     if (size != LZMA_PROPS_SIZE) {
         return Status::Unsupported;
@@ -94,7 +93,7 @@ Status LzmaStream::open(const std::uint8_t *properties, std::size_t size)
         return status;
     }
     LzmaDec_Init(&m_decoder);
-    return allocateWindow(dictionary);
+    return allocateWindow(dictionary, leastWindow);
 }
 
 SRes LzmaStream::decode(std::size_t end, const std::uint8_t *packed, std::size_t &size)
@@ -112,7 +111,8 @@ Lzma2Stream::Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize)
     Lzma2Dec_FreeProbs(&m_decoder, &decoderMemory);
 }
 
-Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
+Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size,
+                         std::uint64_t leastWindow)
 {
     if (size != 1 || properties[0] > lzma2LargestProperty) {
         return Status::Unsupported;
@@ -129,7 +129,7 @@ Status Lzma2Stream::open(const std::uint8_t *properties, std::size_t size)
         return status;
     }
     Lzma2Dec_Init(&m_decoder);
-    return allocateWindow(lzma2DictionarySize(own));
+    return allocateWindow(lzma2DictionarySize(own), leastWindow);
 }
 
 SRes Lzma2Stream::decode(std::size_t end, const std::uint8_t *packed, std::size_t &size)

@@ -20,8 +20,7 @@ constexpr std::uint64_t lzma2DictionarySize(std::uint8_t property)
     return static_cast<std::uint64_t>(2 | (property & 1)) << (property / 2 + 11);
 }
 
-/// What the decoders of LZMA and LZMA2 share. The window is the dictionary, but no larger than what
-/// the stream unpacks to; and with a small dictionary as much as it takes to decode ahead.
+/// What the decoders of LZMA and LZMA2 share. The window is as large as the dictionary.
 class LzmaWindowStream : public WindowStream
 {
 public:
@@ -35,7 +34,7 @@ protected:
     {
     }
 
-    Status allocateWindow(std::uint64_t dictionary);
+    Status allocateWindow(std::uint64_t dictionary, std::uint64_t least);
     /// Decodes up to the place `end` of the window. In the form of LzmaDec_DecodeToDic().
     virtual SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) = 0;
 
@@ -54,8 +53,10 @@ public:
     LzmaStream(Owned<Stream> input, std::uint64_t unpackSize);
     ~LzmaStream() override;
 
-    /// `properties`: the five bytes of the 7z coder. To be called once, before next().
-    Status open(const std::uint8_t *properties, std::size_t size);
+    /// `properties`: the five bytes of the 7z coder. The window has at least so many bytes even if the
+    /// dictionary is smaller, but never more than the stream unpacks to. To be called once, before
+    /// next().
+    Status open(const std::uint8_t *properties, std::size_t size, std::uint64_t leastWindow);
 
 private:
     SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) override;
@@ -70,8 +71,8 @@ public:
     Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize);
     ~Lzma2Stream() override;
 
-    /// `properties`: the one byte of the 7z coder. To be called once, before next().
-    Status open(const std::uint8_t *properties, std::size_t size);
+    /// `properties`: the one byte of the 7z coder. The rest as with LZMA.
+    Status open(const std::uint8_t *properties, std::size_t size, std::uint64_t leastWindow);
 
 private:
     SRes decode(std::size_t end, const std::uint8_t *packed, std::size_t &size) override;

@@ -15,6 +15,9 @@ namespace sfx {
 class ReadAhead final : public Stream
 {
 public:
+    /// A window that holds less, in bytes, makes the two wait for each other.
+    static constexpr std::uint64_t usefulWindow = 4 * 1024 * 1024;
+
     /// `input` has been opened.
     explicit ReadAhead(Owned<WindowStream> input) : m_input(std::move(input)) {}
     /// Waits for the thread, which ends after the call of the decoder that it is in.
