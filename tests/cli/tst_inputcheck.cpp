@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/inputcheck.h"
+
+#include "tests/fakes/privatetemp.h"
+#include "tests/fakes/testfiles.h"
+
+#include <QTemporaryFile>
+#include <QTest>
+
+// Paths of the rows begin with "@", which stands for the test's own folder. What the user is told is
+// shown by tst_cli, with the same check behind it.
+class TestInputCheck : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        const QDir root(m_root.path());
+        for (const char *folder : {"app/data", "app2", "several", "programless", "app/.hidden"}) {
+            QVERIFY(root.mkpath(folder));
+        }
+        for (const char *file :
+             {"app/my.tool.exe", "app/readme.txt", "app/data/inner.exe", "app2/UPPER.EXE",
+              "several/a.exe", "several/b.exe", "programless/a.exe.txt", "a file"}) {
+            QVERIFY(writeFile(m_root.filePath(file), "content"));
+        }
+    }
+
+    void init() { QVERIFY(QDir(m_root.path()).mkpath("out")); }
+    void cleanup() { QVERIFY(QDir(m_root.filePath("out")).removeRecursively()); }
+
+    void accepted_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("main");
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<QString>("summary"); // folder, main program, output
+        const QString usual = "@/app, my.tool.exe, @/out";
+        QTest::newRow("the only program is found") << "@/app"
+                                                   << ""
+                                                   << "@/out" << usual;
+        QTest::newRow("its ending in capitals") << "@/app2"
+                                                << ""
+                                                << "@/out"
+                                                << "@/app2, UPPER.EXE, @/out";
+        QTest::newRow("one of several by its name") << "@/several"
+                                                    << "b.exe"
+                                                    << "@/out"
+                                                    << "@/several, b.exe, @/out";
+        QTest::newRow("a program by a path into the folder") << "@/app"
+                                                             << "@/app/my.tool.exe"
+                                                             << "@/out" << usual;
+        QTest::newRow("a program by a roundabout path") << "@/app"
+                                                        << "@/app/data/../my.tool.exe"
+                                                        << "@/out" << usual;
+        QTest::newRow("a folder with a separator at its end") << "@/app/"
+                                                              << ""
+                                                              << "@/out/" << usual;
+        QTest::newRow("dots in the paths") << "@/app/./data/.."
+                                           << ""
+                                           << "@/app/../out" << usual;
+        QTest::newRow("an output directory that is yet to be made")
+            << "@/app"
+            << ""
+            << "@/out/new/one"
+            << "@/app, my.tool.exe, @/out/new/one";
+        QTest::newRow("an output directory whose name begins with the folder's")
+            << "@/app"
+            << ""
+            << "@/app2"
+            << "@/app, my.tool.exe, @/app2";
+        QTest::newRow("the output directory around the folder") << "@/app"
+                                                                << ""
+                                                                << "@"
+                                                                << "@/app, my.tool.exe, @";
+    }
+    void accepted()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, main);
+        QFETCH(QString, output);
+        CommandLine line;
+        line.folder = here(folder);
+        line.mainProgram = here(main);
+        line.outputDir = here(output);
+        const auto checked = checkInputs(line);
+        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
+        const auto &job = std::get<PackagingJob>(checked);
+        QFETCH(QString, summary);
+        QCOMPARE(QStringList({job.folderPath, job.mainExeName, job.outputDir}).join(", "),
+                 here(summary));
+        QVERIFY(QDir(job.outputDir).exists());
+        QCOMPARE(job.archivePath, QString());
+    }
+
+    void theWordsForTheArchiver_data()
+    {
+        QTest::addColumn<int>("levelIndex");
+        QTest::addColumn<int>("methodIndex");
+        QTest::addColumn<QString>("words");
+        const CommandLine defaults;
+        QTest::newRow("without options")
+            << defaults.levelIndex << defaults.methodIndex << "5 LZMA 16M";
+        QTest::newRow("store") << 0 << 0 << "0 LZMA 16M";
+        QTest::newRow("ultra, LZMA2") << 5 << 1 << "9 LZMA2 16M";
+    }
+    void theWordsForTheArchiver()
+    {
+        CommandLine line = usualLine();
+        QFETCH(int, levelIndex);
+        QFETCH(int, methodIndex);
+        line.levelIndex = levelIndex;
+        line.methodIndex = methodIndex;
+        const auto checked = checkInputs(line);
+        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
+        const auto &job = std::get<PackagingJob>(checked);
+        QTEST(QStringList({job.compressionLevel, job.compressionMethod, job.dictionarySize})
+                  .join(' '),
+              "words");
+    }
+
+    void theIconsPathBecomesAbsolute()
+    {
+        CommandLine line = usualLine();
+        QCOMPARE(std::get<PackagingJob>(checkInputs(line)).iconPath, QString());
+        QTemporaryFile icon("icon-XXXXXX.ico"); // in the working directory
+        QVERIFY(icon.open());
+        line.iconPath = QFileInfo(icon).fileName();
+        const auto checked = checkInputs(line);
+        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
+        QCOMPARE(std::get<PackagingJob>(checked).iconPath, QDir::current().filePath(line.iconPath));
+    }
+
+    void refused_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("main");
+        QTest::addColumn<QString>("icon");
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<QString>("message");
+        const QString none;
+        QTest::newRow("a program in a folder below does not count")
+            << "@" << none << none << "@/out/new"
+            << "the folder @ holds no .exe";
+        QTest::newRow("an ending behind .exe") << "@/programless" << none << none << "@/out/new"
+                                               << "the folder @/programless holds no .exe";
+        QTest::newRow("a folder as the main program") << "@/app"
+                                                      << "data" << none << "@/out/new"
+                                                      << "the folder @/app holds no file data";
+        QTest::newRow("a path to the same name elsewhere")
+            << "@/several"
+            << "@/app/my.tool.exe" << none << "@/out/new"
+            << "the main program @/app/my.tool.exe is not a file right in the folder @/several";
+        QTest::newRow("a folder as the icon") << "@/app" << none << "@/several"
+                                              << "@/out/new"
+                                              << "the icon file @/several cannot be read";
+        QTest::newRow("the folder itself, by another path")
+            << "@/app" << none << none << "@/several/../app/data/.."
+            << "the output directory @/several/../app/data/.. lies in the folder to pack";
+        QTest::newRow("a hidden folder in the folder")
+            << "@/app" << none << none << "@/app/.hidden"
+            << "the output directory @/app/.hidden lies in the folder to pack";
+        QTest::newRow("a file on the way to the output directory")
+            << "@/app" << none << none << "@/a file/new"
+            << "the output directory @/a file/new cannot be made";
+    }
+    void refused()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, main);
+        QFETCH(QString, icon);
+        QFETCH(QString, output);
+        CommandLine line;
+        line.folder = here(folder);
+        line.mainProgram = here(main);
+        line.iconPath = here(icon);
+        line.outputDir = here(output);
+        QFETCH(QString, message);
+        QCOMPARE(messageOf(checkInputs(line)), here(message));
+        QVERIFY2(!QDir(here("@/out/new")).exists(), "a refusal left the output directory behind");
+    }
+
+    void aFolderWithTheTemporaryDirectoryInItIsRefused()
+    {
+        const PrivateTemp temp;
+        CommandLine line = usualLine();
+        line.folder = temp.path();
+        const QString refusal = QString("the temporary directory %1 lies in the folder to pack");
+        QCOMPARE(messageOf(checkInputs(line)), refusal.arg(QDir::tempPath()));
+        line.folder = QFileInfo(temp.path()).path();
+        QCOMPARE(messageOf(checkInputs(line)), refusal.arg(QDir::tempPath()));
+    }
+
+    void theTrialLeavesNothingInTheOutputDirectory()
+    {
+        QCOMPARE(messageOf(checkInputs(usualLine())), QString());
+        QCOMPARE(
+            QDir(here("@/out")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList());
+    }
+
+private:
+    QString here(QString text) const
+    {
+        return text.replace('@', QFileInfo(m_root.path()).canonicalFilePath());
+    }
+
+    CommandLine usualLine() const
+    {
+        CommandLine line;
+        line.folder = here("@/app");
+        line.outputDir = here("@/out");
+        return line;
+    }
+
+    // Empty when nothing was refused.
+    static QString messageOf(const std::variant<PackagingJob, Refusal> &checked)
+    {
+        const auto *refusal = std::get_if<Refusal>(&checked);
+        return refusal ? refusal->message : QString();
+    }
+
+    QTemporaryDir m_root;
+};
+
+QTEST_GUILESS_MAIN(TestInputCheck)
+#include "tst_inputcheck.moc"

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/jobgate.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <thread>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+using Way = std::function<void(JobGate &)>;
+
+// A job that walks its way past a gate, on a thread of its own.
+class GatedJob
+{
+public:
+    // Who stands before a closed gate stands there until the program ends, so no job is given back.
+    static GatedJob &start(const Way &way)
+    {
+        static auto &jobs = *new std::vector<std::unique_ptr<GatedJob>>;
+        GatedJob *const job = jobs.emplace_back(std::make_unique<GatedJob>()).get();
+        std::thread([job, way] {
+            way(job->gate);
+            job->m_through.set_value();
+        }).detach();
+        return *job;
+    }
+
+    bool isThroughWithin(std::chrono::milliseconds limit) const
+    {
+        return m_end.wait_for(limit) == std::future_status::ready;
+    }
+
+    JobGate gate;
+
+private:
+    std::promise<void> m_through;
+    std::future<void> m_end = m_through.get_future();
+};
+
+} // namespace
+
+class TestJobGate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anOpenGateLetsEveryoneThrough()
+    {
+        const GatedJob &job = GatedJob::start([](JobGate &gate) {
+            for (int i = 0; i < 1000; ++i) {
+                gate.pass();
+            }
+        });
+        QVERIFY(job.isThroughWithin(10s));
+    }
+
+    void aPauseBeforeAnOpenGateTakesItsTime()
+    {
+        JobGate gate;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        gate.passAfter(50ms);
+        QVERIFY2(elapsed.elapsed() >= 50, qPrintable(QString::number(elapsed.elapsed())));
+    }
+
+    void aClosedGateStopsTheJob_data()
+    {
+        QTest::addColumn<Way>("way");
+        QTest::newRow("in the middle of many steps") << Way([](JobGate &gate) {
+            for (;;) {
+                gate.pass();
+            }
+        });
+        QTest::newRow("in a pause that is longer than anybody waits")
+            << Way([](JobGate &gate) { gate.passAfter(1h); });
+        QTest::newRow("at the step behind a pause") << Way([](JobGate &gate) {
+            gate.passAfter(20ms);
+            gate.passAfter(1h);
+        });
+        QTest::newRow("when it comes long after the closing") << Way([](JobGate &gate) {
+            std::this_thread::sleep_for(100ms); // works, and passes no gate meanwhile
+            gate.pass();
+        });
+    }
+    void aClosedGateStopsTheJob()
+    {
+        QFETCH(Way, way);
+        GatedJob &job = GatedJob::start(way);
+        QVERIFY(job.gate.close(30s));
+        QVERIFY(!job.isThroughWithin(100ms));
+        // Closed for good: whoever asks again is told the same at once.
+        QVERIFY(job.gate.close(0ms));
+    }
+
+    void aJobThatDoesNotComeIsWaitedForAsLongAsWasSaid()
+    {
+        JobGate gate;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(!gate.close(50ms));
+        QVERIFY2(elapsed.elapsed() >= 50, qPrintable(QString::number(elapsed.elapsed())));
+    }
+
+    void aJobThatIsThroughBeforeTheClosingDoesNotCome()
+    {
+        GatedJob &job = GatedJob::start([](JobGate &gate) { gate.pass(); });
+        QVERIFY(job.isThroughWithin(10s));
+        QVERIFY(!job.gate.close(10ms));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestJobGate)
+#include "tst_jobgate.moc"
