@@ -3,6 +3,8 @@
 
 #include "cli/outputguard.h"
 
+#include "icons/iconreplacement.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -23,11 +25,6 @@ bool endsWithArchive(QFile &output, QFile &archive)
         && output.read(size) == archive.read(size);
 }
 
-QString backupOf(const QString &output)
-{
-    return output + ".bak";
-}
-
 // A name beside `output` that no file has; an earlier one may still hold what was rescued from a job
 // that was killed.
 QString freeNameBeside(const QString &output)
@@ -43,7 +40,7 @@ QString freeNameBeside(const QString &output)
 
 OutputGuard::OutputGuard(const QString &output)
     : m_output(output)
-    , m_backupIsOurs(!QFile::exists(backupOf(output)))
+    , m_backupIsOurs(!QFile::exists(iconBackupPath(output)))
     , m_directory(QDir::temp().filePath("kestrelpack-cli-XXXXXX"))
 {
 }
@@ -97,7 +94,7 @@ void OutputGuard::undoOutput()
         QFile::remove(m_output);
     }
     if (m_backupIsOurs) {
-        QFile::remove(backupOf(m_output));
+        QFile::remove(iconBackupPath(m_output));
     }
     if (!m_oldOutput.isEmpty()) {
         QFile::rename(m_oldOutput, m_output);

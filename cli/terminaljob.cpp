@@ -5,9 +5,9 @@
 
 #include "cli/exitstatus.h"
 #include "cli/interrupt.h"
+#include "icons/iconreplacement.h"
 #include "packaging/outputname.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -109,7 +109,7 @@ void TerminalJob::interrupt(int cause)
     m_gate.close(stopLimit);
     m_guard.undoOutput();
     m_guard.removeArchive();
-    QFile::remove(QDir::temp().filePath("temp_icon.ico")); // the engine had no time to
+    QFile::remove(temporaryIconPath()); // the engine had no time to
     m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_output));
     endAsInterrupted(cause);
 }

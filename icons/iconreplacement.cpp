@@ -105,9 +105,9 @@ void logVisibleIcon(const QString &executable, const LogSink &log)
 
 bool replaceIconOfExecutable(const QString &executable, const QByteArray &icon, const LogSink &log)
 {
-    const QString backup = executable + ".bak";
+    const QString backup = iconBackupPath(executable);
     const QString editor = QDir::tempPath() + "/ResourceHacker.exe";
-    const QString temporaryIcon = QDir::tempPath() + "/temp_icon.ico";
+    const QString temporaryIcon = temporaryIconPath();
 
     if (!makeBackup(executable, backup)) {
         log(WorkerText::tr("错误：无法创建备份文件"));
@@ -134,4 +134,14 @@ bool replaceIconOfExecutable(const QString &executable, const QByteArray &icon, 
     logVisibleIcon(executable, log);
     log(WorkerText::tr("图标替换完成，已强制更新图标缓存"));
     return true;
+}
+
+QString iconBackupPath(const QString &executable)
+{
+    return executable + ".bak";
+}
+
+QString temporaryIconPath()
+{
+    return QDir::tempPath() + "/temp_icon.ico";
 }
