@@ -17,7 +17,7 @@ void StoppablePlatform::killHelper()
 
 void StoppablePlatform::prepareStart(QProcess &process)
 {
-    m_native->prepareStart(process);
+    ForwardingPlatform::prepareStart(process);
     // The same object may be started several times, but is to be followed once.
     QObject::disconnect(&process, &QProcess::stateChanged, nullptr, nullptr);
     QObject::connect(&process, &QProcess::stateChanged, &process, [this, &process] {
@@ -28,29 +28,4 @@ void StoppablePlatform::prepareStart(QProcess &process)
 void StoppablePlatform::pause(std::chrono::milliseconds duration)
 {
     m_gate.passAfter(duration);
-}
-
-ExtractedIcon StoppablePlatform::extractIcon(const QString &executable)
-{
-    return m_native->extractIcon(executable);
-}
-
-QString StoppablePlatform::refusalToUse(const QString &path)
-{
-    return m_native->refusalToUse(path);
-}
-
-void StoppablePlatform::startDetached(const QString &program)
-{
-    m_native->startDetached(program);
-}
-
-void StoppablePlatform::notifyAssociationsChanged()
-{
-    m_native->notifyAssociationsChanged();
-}
-
-QString StoppablePlatform::nativePath(const QString &path)
-{
-    return m_native->nativePath(path);
 }

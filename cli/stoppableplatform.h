@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "icons/platform/platform.h"
+#include "icons/platform/forwardingplatform.h"
 
 #include <QtGlobal>
 
@@ -13,25 +13,19 @@ class JobGate;
 
 // The system's own platform, but for two things that let a job be stopped: its pauses end when the
 // gate closes, and the helper process that is running can be killed from another thread.
-class StoppablePlatform final : public Platform
+class StoppablePlatform final : public ForwardingPlatform
 {
 public:
-    // `gate` is borrowed.
+    // `gate` is borrowed, and outlives this object.
     explicit StoppablePlatform(JobGate &gate);
 
     // On any thread.
     void killHelper();
 
-    ExtractedIcon extractIcon(const QString &executable) override;
-    QString refusalToUse(const QString &path) override;
     void prepareStart(QProcess &process) override;
-    void startDetached(const QString &program) override;
-    void notifyAssociationsChanged() override;
     void pause(std::chrono::milliseconds duration) override;
-    QString nativePath(const QString &path) override;
 
 private:
     JobGate &m_gate;
-    const std::unique_ptr<Platform> m_native = makeNativePlatform();
     std::atomic<qint64> m_helperId = 0; // 0: none is running
 };

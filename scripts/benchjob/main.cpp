@@ -6,7 +6,7 @@
 //   benchjob assemble ARCHIVE OUTPUT-DIR MAIN-PROGRAM
 // Prints the seconds it took and the peak memory of this process in KiB, its helpers left out.
 
-#include "icons/platform/platform.h"
+#include "icons/platform/forwardingplatform.h"
 #include "packaging/outputassembly.h"
 #include "packaging/worker.h"
 
@@ -18,22 +18,10 @@
 
 namespace {
 
-class UnpausedPlatform final : public Platform
+class UnpausedPlatform final : public ForwardingPlatform
 {
 public:
-    ExtractedIcon extractIcon(const QString &executable) override
-    {
-        return m_native->extractIcon(executable);
-    }
-    QString refusalToUse(const QString &path) override { return m_native->refusalToUse(path); }
-    void prepareStart(QProcess &process) override { m_native->prepareStart(process); }
-    void startDetached(const QString &program) override { m_native->startDetached(program); }
-    void notifyAssociationsChanged() override { m_native->notifyAssociationsChanged(); }
     void pause(std::chrono::milliseconds) override {}
-    QString nativePath(const QString &path) override { return m_native->nativePath(path); }
-
-private:
-    const std::unique_ptr<Platform> m_native = makeNativePlatform();
 };
 
 QByteArray peakMemory()
