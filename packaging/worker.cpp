@@ -78,9 +78,6 @@ QByteArray Worker::chooseIcon(const PackagingJob &job)
     if (!icon.isEmpty()) {
         return icon;
     }
-    if (job.mainExePath().isEmpty()) {
-        return {};
-    }
     emit logMessage(tr("尝试从主程序提取图标..."));
     icon = extractIconFromExe(job.mainExePath());
     if (!validateIconData(icon)) {
