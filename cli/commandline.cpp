@@ -26,8 +26,9 @@ Options:
 The executable is named after the main program: my.tool.exe in FOLDER gives DIR/my.exe. A file of that
 name is replaced.
 
-Exit status: 0 the executable is there, 1 the job failed, 2 wrong usage (nothing was started),
-130 interrupted.
+Exit status: 0 the executable is there, 1 the job failed, 2 wrong usage (nothing was started). An
+interruption removes what was half made and ends with the code of one: 130 after Ctrl-C, on Windows
+0xC000013A.
 )";
 
 CommandLine refusal(const QString &message)
