@@ -10,10 +10,8 @@ namespace pe {
 namespace {
 
 constexpr std::size_t coffHeaderSize = 20;
-constexpr std::size_t sectionRowSize = 40;
 // Windows maps no headers larger than this; a larger e_lfanew is an accident or an attack.
 constexpr std::uint64_t maxHeaderOffset = 1U << 20;
-constexpr std::size_t maxSections = 96; // the loader's limit
 
 Error notPe(const char *what)
 {

@@ -46,18 +46,19 @@ struct DataDirectory
 class PeHeaders
 {
 public:
+    // NotPe when it is no program, Damaged when its headers do not fit the file.
     static Result<PeHeaders> read(const File &file);
 
-    // Whether the section table fits the file well enough to move things by it.
+    // Whether the section table fits the file well enough to move things by it; else Damaged.
     Result<Done> checkForEditing(std::uint64_t fileSize) const;
 
-    std::uint32_t fileAlignment() const { return optional32(36); }
-    std::uint32_t sectionAlignment() const { return optional32(32); }
-    std::uint32_t entryPoint() const { return optional32(16); }
-    std::uint32_t sizeOfHeaders() const { return optional32(60); }
-    std::uint32_t checkSum() const { return optional32(64); }
-    std::uint64_t checkSumOffset() const { return m_optional + 64; }
-    void setCheckSum(std::uint32_t value) { setOptional32(64, value); }
+    std::uint32_t fileAlignment() const { return optional32(FileAlignment); }
+    std::uint32_t sectionAlignment() const { return optional32(SectionAlignment); }
+    std::uint32_t entryPoint() const { return optional32(AddressOfEntryPoint); }
+    std::uint32_t sizeOfHeaders() const { return optional32(SizeOfHeaders); }
+    std::uint32_t checkSum() const { return optional32(CheckSum); }
+    std::uint64_t checkSumOffset() const { return m_optional + CheckSum; }
+    void setCheckSum(std::uint32_t value) { setOptional32(CheckSum, value); }
 
     const std::vector<Section> &sections() const { return m_sections; }
     std::size_t directoryCount() const { return m_directoryCount; }
@@ -82,19 +83,32 @@ public:
     const Bytes &bytes() const { return m_bytes; }
 
 private:
-    std::uint32_t optional32(std::size_t offset) const
+    // Offsets in the optional header, by the names of the document; PE32 and PE32+ have them alike.
+    enum OptionalField : std::size_t {
+        SizeOfInitializedData = 8,
+        AddressOfEntryPoint = 16,
+        SectionAlignment = 32,
+        FileAlignment = 36,
+        SizeOfImage = 56,
+        SizeOfHeaders = 60,
+        CheckSum = 64,
+    };
+    static constexpr std::size_t sectionRowSize = 40;
+    static constexpr std::size_t maxSections = 96; // the loader's limit
+
+    std::uint32_t optional32(OptionalField field) const
     {
-        return read32(m_bytes, m_optional + offset);
+        return read32(m_bytes, m_optional + field);
     }
-    void setOptional32(std::size_t offset, std::uint32_t value)
+    void setOptional32(OptionalField field, std::uint32_t value)
     {
-        write32(m_bytes, m_optional + offset, value);
+        write32(m_bytes, m_optional + field, value);
     }
     Result<Done> readOptionalHeader(std::size_t size);
     void readSections(std::size_t count);
     void storeSection(std::size_t index);
     void updateSizeOfImage();
-    std::size_t rowOffset(std::size_t index) const { return m_table + 40 * index; }
+    std::size_t rowOffset(std::size_t index) const { return m_table + sectionRowSize * index; }
 
     Bytes m_bytes;
     std::size_t m_coff = 0;        // offset of the COFF file header

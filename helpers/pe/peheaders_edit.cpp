@@ -10,7 +10,6 @@ namespace pe {
 
 namespace {
 
-constexpr std::size_t sectionRowSize = 40;
 constexpr std::uint32_t initializedData = 0x40; // IMAGE_SCN_CNT_INITIALIZED_DATA
 
 // File offsets below this many bytes are 32-bit numbers; 0 means "none".
@@ -44,7 +43,7 @@ void PeHeaders::updateSizeOfImage()
     for (const Section &section : m_sections) {
         end = std::max(end, section.virtualEnd());
     }
-    setOptional32(56, static_cast<std::uint32_t>(alignUp(end, sectionAlignment())));
+    setOptional32(SizeOfImage, static_cast<std::uint32_t>(alignUp(end, sectionAlignment())));
 }
 
 void PeHeaders::setSection(std::size_t index, const Section &section)
@@ -54,7 +53,8 @@ void PeHeaders::setSection(std::size_t index, const Section &section)
     storeSection(index);
     // By difference: what exactly the linker counted is its own affair.
     if ((old.characteristics & initializedData) != 0 && section.rawSize != old.rawSize) {
-        setOptional32(8, optional32(8) + section.rawSize - old.rawSize);
+        setOptional32(SizeOfInitializedData,
+                      optional32(SizeOfInitializedData) + section.rawSize - old.rawSize);
     }
     if (section.virtualEnd() != old.virtualEnd()) {
         updateSizeOfImage();
@@ -71,7 +71,7 @@ bool PeHeaders::hasRoomForSection() const
         }
     }
     // Some linkers keep bound imports or notes of their own behind the table.
-    return end <= limit && m_sections.size() < 96
+    return end <= limit && m_sections.size() < maxSections
         && std::all_of(m_bytes.begin() + static_cast<std::ptrdiff_t>(end - sectionRowSize),
                        m_bytes.begin() + static_cast<std::ptrdiff_t>(end),
                        [](std::uint8_t byte) { return byte == 0; });
@@ -86,7 +86,7 @@ void PeHeaders::appendSection(const Section &section)
     write32(m_bytes, rowOffset(index) + 36, section.characteristics);
     storeSection(index);
     write16(m_bytes, m_coff + 2, static_cast<std::uint16_t>(m_sections.size()));
-    setOptional32(8, optional32(8) + section.rawSize);
+    setOptional32(SizeOfInitializedData, optional32(SizeOfInitializedData) + section.rawSize);
     updateSizeOfImage();
 }
 
