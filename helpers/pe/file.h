@@ -27,6 +27,7 @@ public:
         Edit, // read and write; waits for another editor of the same file to be done
     };
 
+    // Whatever fails, and what is no file, is CannotRead.
     static Result<File> open(const std::filesystem::path &path, Access access);
 
     File() = default;

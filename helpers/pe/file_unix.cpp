@@ -3,23 +3,20 @@
 
 #include "helpers/pe/file.h"
 
+#include "helpers/pe/systemerror.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace pe {
 
 namespace {
-
-Error systemError(ErrorKind kind, const char *what)
-{
-    return {kind, what, std::strerror(errno)};
-}
 
 int descriptor(std::intptr_t handle)
 {

@@ -3,9 +3,11 @@
 
 #include "helpers/pe/file.h"
 
+#include "helpers/pe/systemerror.h"
+
 #include <algorithm>
-#include <string>
 #include <utility>
+
 #include <windows.h>
 
 namespace pe {
@@ -15,24 +17,6 @@ namespace {
 // Virus scanners look into a program that has just been written, and close it again soon.
 constexpr int openAttempts = 30;
 constexpr DWORD pauseBetweenAttempts = 100; // milliseconds
-
-Error systemError(ErrorKind kind, const char *what)
-{
-    const DWORD code = GetLastError();
-    wchar_t text[256];
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS
-                                            | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                                        nullptr, code, 0, text, static_cast<DWORD>(std::size(text)),
-                                        nullptr);
-    char narrow[1024];
-    const int count = WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(length), narrow,
-                                          static_cast<int>(sizeof narrow), nullptr, nullptr);
-    std::string system(narrow, static_cast<std::size_t>(std::max(count, 0)));
-    while (!system.empty() && (system.back() == ' ' || system.back() == '.')) {
-        system.pop_back();
-    }
-    return {kind, what, system.empty() ? "error " + std::to_string(code) : system};
-}
 
 HANDLE handleOf(std::intptr_t handle)
 {

@@ -28,7 +28,8 @@ public:
     // Sets the length; new bytes are zero.
     Result<Done> resize(std::uint64_t size);
 
-    // Copies by the fastest means there is; holes stay holes.
+    // Copies a range of `source` to the offset `to` by the fastest means there is. Holes stay holes
+    // where File::nextData() knows of them.
     Result<Done> copyFrom(const File &source, const FileRange &range, std::uint64_t to);
 
     // Takes over the permissions of `original` and the target's name. `original` is closed: Windows
@@ -36,7 +37,9 @@ public:
     Result<Done> commit(File original);
 
 private:
-    Replacement() = default;
+    explicit Replacement(const std::filesystem::path &target);
+
+    Result<Done> copyThroughMemory(const File &source, const FileRange &range, std::uint64_t to);
 
     File m_file;
     std::filesystem::path m_target;

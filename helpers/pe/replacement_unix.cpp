@@ -3,15 +3,16 @@
 
 #include "helpers/pe/replacement.h"
 
+#include "helpers/pe/systemerror.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace pe {
 
@@ -19,9 +20,9 @@ namespace {
 
 constexpr std::uint64_t blockSize = 4096;
 
-Error systemError(const char *what)
+Error cannotWrite(const char *what)
 {
-    return {ErrorKind::CannotWrite, what, std::strerror(errno)};
+    return systemError(ErrorKind::CannotWrite, what);
 }
 
 int descriptor(std::intptr_t handle)
@@ -52,25 +53,6 @@ bool takeName(const std::filesystem::path &temporary, const std::filesystem::pat
     return rename(temporary.c_str(), target.c_str()) == 0;
 }
 
-Result<Done> copyBuffered(const File &source, std::uint64_t from, File &sink, std::uint64_t to,
-                          std::uint64_t length)
-{
-    Bytes buffer(std::min<std::uint64_t>(length, 1U << 20));
-    while (length > 0) {
-        const auto part = std::span(buffer).first(std::min<std::uint64_t>(length, buffer.size()));
-        if (auto read = source.readAt(from, part); read.hasError()) {
-            return read;
-        }
-        if (auto written = sink.writeAt(to, part); written.hasError()) {
-            return written;
-        }
-        from += part.size();
-        to += part.size();
-        length -= part.size();
-    }
-    return Done{};
-}
-
 // Copies inside the kernel. A return short of `length` without an error means that the
 // file systems cannot do it.
 Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std::uint64_t to,
@@ -91,7 +73,7 @@ Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std
             continue;
         }
         if (got < 0 && (errno == ENOSPC || errno == EFBIG || errno == EIO || errno == EDQUOT)) {
-            return systemError("the new file cannot be written");
+            return cannotWrite("the new file cannot be written");
         }
         if (got <= 0) {
             break;
@@ -103,21 +85,9 @@ Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std
 
 } // namespace
 
-Replacement::Replacement(Replacement &&other) noexcept
-    : m_file(std::move(other.m_file))
-    , m_target(std::move(other.m_target))
-    , m_temporary(std::exchange(other.m_temporary, {}))
-{
-}
-
 Result<Replacement> Replacement::beside(const std::filesystem::path &target)
 {
-    std::error_code ignored;
-    Replacement made;
-    made.m_target = std::filesystem::weakly_canonical(target, ignored);
-    if (ignored || made.m_target.empty()) {
-        made.m_target = target;
-    }
+    Replacement made(target);
     auto directory = made.m_target.parent_path();
     if (directory.empty()) {
         directory = ".";
@@ -132,7 +102,7 @@ Result<Replacement> Replacement::beside(const std::filesystem::path &target)
         }
     }
     if (fd < 0) {
-        return systemError("no new file can be made beside it");
+        return cannotWrite("no new file can be made beside it");
     }
     made.m_file.m_handle = fd;
     return made;
@@ -148,7 +118,7 @@ Replacement::~Replacement()
 Result<Done> Replacement::resize(std::uint64_t size)
 {
     if (ftruncate(descriptor(m_file.m_handle), static_cast<off_t>(size)) != 0) {
-        return systemError("the new file cannot be made large enough");
+        return cannotWrite("the new file cannot be made large enough");
     }
     m_file.m_size = size;
     return Done{};
@@ -165,8 +135,8 @@ Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, s
         if (copied.hasError()) {
             return copied.error();
         }
-        auto rest = copyBuffered(source, data.begin + copied.value(), m_file,
-                                 target + copied.value(), end - data.begin - copied.value());
+        auto rest = copyThroughMemory(source, {data.begin + copied.value(), end},
+                                      target + copied.value());
         if (rest.hasError()) {
             return rest;
         }
@@ -184,18 +154,18 @@ Result<Done> Replacement::commit(File original)
         || ((made.st_uid != status.st_uid || made.st_gid != status.st_gid)
             && fchown(fd, status.st_uid, status.st_gid) != 0 && errno != EPERM)
         || fchmod(fd, status.st_mode & 07777) != 0) {
-        return systemError("the permissions cannot be kept");
+        return cannotWrite("the permissions cannot be kept");
     }
     if (m_temporary.empty()) {
         const auto name = m_target.parent_path() / temporaryName();
         const std::string self = "/proc/self/fd/" + std::to_string(fd);
         if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-            return systemError("the new file cannot be named");
+            return cannotWrite("the new file cannot be named");
         }
         m_temporary = name;
     }
     if (!takeName(m_temporary, m_target)) {
-        return systemError("the new file cannot take its place");
+        return cannotWrite("the new file cannot take its place");
     }
     m_temporary.clear();
     return Done{};

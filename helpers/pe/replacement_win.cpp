@@ -3,9 +3,10 @@
 
 #include "helpers/pe/replacement.h"
 
-#include <algorithm>
+#include "helpers/pe/systemerror.h"
+
 #include <random>
-#include <utility>
+
 #include <windows.h>
 
 namespace pe {
@@ -15,9 +16,9 @@ namespace {
 constexpr int renameAttempts = 30;
 constexpr DWORD pauseBetweenAttempts = 100; // milliseconds
 
-Error systemError(const char *what, DWORD code)
+Error cannotWrite(const char *what)
 {
-    return {ErrorKind::CannotWrite, what, "Windows error " + std::to_string(code)};
+    return systemError(ErrorKind::CannotWrite, what);
 }
 
 HANDLE handleOf(std::intptr_t handle)
@@ -35,29 +36,17 @@ std::wstring temporaryName()
 
 } // namespace
 
-Replacement::Replacement(Replacement &&other) noexcept
-    : m_file(std::move(other.m_file))
-    , m_target(std::move(other.m_target))
-    , m_temporary(std::exchange(other.m_temporary, {}))
-{
-}
-
 Result<Replacement> Replacement::beside(const std::filesystem::path &target)
 {
-    std::error_code ignored;
-    Replacement made;
-    made.m_target = std::filesystem::weakly_canonical(target, ignored);
-    if (ignored || made.m_target.empty()) {
-        made.m_target = target;
-    }
+    Replacement made(target);
     made.m_temporary = made.m_target.parent_path() / temporaryName();
     const HANDLE handle = CreateFileW(made.m_temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                       nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     made.m_file.m_handle = reinterpret_cast<std::intptr_t>(handle);
     if (made.m_file.m_handle == File::noHandle) {
-        const DWORD code = GetLastError();
+        const Error error = cannotWrite("no new file can be made beside it");
         made.m_temporary.clear();
-        return systemError("no new file can be made beside it", code);
+        return error;
     }
     return made;
 }
@@ -76,7 +65,7 @@ Result<Done> Replacement::resize(std::uint64_t size)
     end.QuadPart = static_cast<LONGLONG>(size);
     const HANDLE handle = handleOf(m_file.m_handle);
     if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN) == 0 || SetEndOfFile(handle) == 0) {
-        return systemError("the new file cannot be made large enough", GetLastError());
+        return cannotWrite("the new file cannot be made large enough");
     }
     m_file.m_size = size;
     return Done{};
@@ -84,20 +73,7 @@ Result<Done> Replacement::resize(std::uint64_t size)
 
 Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
 {
-    Bytes buffer(4U << 20);
-    for (std::uint64_t from = range.begin; from < range.end;) {
-        const auto part
-            = std::span(buffer).first(std::min<std::uint64_t>(range.end - from, buffer.size()));
-        if (auto read = source.readAt(from, part); read.hasError()) {
-            return read;
-        }
-        if (auto written = m_file.writeAt(to, part); written.hasError()) {
-            return written;
-        }
-        from += part.size();
-        to += part.size();
-    }
-    return Done{};
+    return copyThroughMemory(source, range, to);
 }
 
 // Access rights come from the folder, as those of the file that is replaced did; its attributes
@@ -111,19 +87,18 @@ Result<Done> Replacement::commit(File original)
     if (known) {
         SetFileAttributesW(m_temporary.c_str(), information.dwFileAttributes);
     }
-    DWORD code = ERROR_SUCCESS;
-    for (int attempt = 0; attempt < renameAttempts; ++attempt) {
+    for (int attempt = 1;; ++attempt) {
         if (MoveFileExW(m_temporary.c_str(), m_target.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
             m_temporary.clear();
             return Done{};
         }
-        code = GetLastError();
-        if (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION) {
-            break;
+        const DWORD code = GetLastError();
+        const bool isInUse = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION;
+        if (!isInUse || attempt == renameAttempts) {
+            return cannotWrite("the new file cannot take its place");
         }
         Sleep(pauseBetweenAttempts);
     }
-    return systemError("the new file cannot take its place", code);
 }
 
 } // namespace pe
