@@ -17,10 +17,11 @@ public:
     ~InterruptWatcher() override;
 
 signals:
+    // `cause` is the number of the signal, or on Windows of the console's event.
     void interrupted(int cause);
 };
 
-// Ends the process at once the way `cause` would have ended it.
+// Ends the process at once the way `cause`, of interrupted(), would have ended it.
 [[noreturn]] void endAsInterrupted(int cause);
 
 // Kills the process `id` of this user without asking it; 0 means none.

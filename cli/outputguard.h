@@ -8,6 +8,7 @@
 
 // Keeps the disk in order around one job of the terminal program: it owns the private directory for the
 // job's archive, sets an older output file aside, and after a failure puts things back as they were.
+// What the system does not let it remove or rename stays where it is. Used on one thread.
 class OutputGuard
 {
 public:

@@ -20,17 +20,19 @@ class TerminalJob : public QObject
     Q_OBJECT
 
 public:
-    // The job's archivePath is set here. `console` is borrowed.
+    // The job's archivePath is set here. `console` is borrowed, and outlives this object.
     TerminalJob(const PackagingJob &job, Console &console);
     ~TerminalJob() override;
 
     // Starts the job; ended() tells its end.
     void start();
 
-    // Stops the job, removes what it left, and ends the process as `cause` would have.
+    // Stops the job, removes what it left, and ends the process as `cause` would have; see
+    // InterruptWatcher. Blocks for five seconds at most.
     [[noreturn]] void interrupt(int cause);
 
 signals:
+    // Comes once; `exitStatus` is ExitDone or ExitJobFailed.
     void ended(int exitStatus);
 
 private:

@@ -39,7 +39,8 @@ public slots:
                            const QString &compressionMethod, const QString &dictionarySize);
 
 public:
-    // The icon functions of the run; each logs through logMessage().
+    // The icon functions of the run, with logMessage() as their log: isUsableIcon(), iconOfExecutable()
+    // and replaceIconOfExecutable() of icons/. On the worker's thread only.
     bool validateIconData(const QByteArray &data);
     QByteArray extractIconFromExe(const QString &executable);
     bool replaceExeIcon(const QString &executable, const QByteArray &icon);

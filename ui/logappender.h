@@ -14,7 +14,8 @@ class QTextEdit;
 
 // Appends log lines to a text pane, each as a paragraph, in order. A few lines appear at once; a flood
 // is taken in slices, between which the window paints and answers. None is lost, unless more than two
-// million characters wait: then the oldest of them give way to a line that counts them.
+// million characters wait: then the oldest of them give way to a line that counts them. Lives on the
+// GUI thread.
 class LogAppender : public QObject
 {
     Q_OBJECT

@@ -21,7 +21,7 @@ class MainWindow;
 }
 
 // The program's window: takes a job's inputs, has the worker run it on a thread of its own, and
-// shows what the worker says. Destroying the window waits for a running job.
+// shows what the worker says. Lives on the GUI thread; destroying it waits for a running job.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -58,11 +58,13 @@ public slots:
     void on_startButton_clicked();
     void on_resetButton_clicked();
 
+    // The worker's signals, queued from its thread; see packaging/worker.h.
     void onWorkerProgress(int value);
     void onWorkerLog(const QString &message);
     void onWorkerFinished(bool success);
 
-    // A program's output, end and errors. They are wired to `process`, which nothing starts so far.
+    // A program's output, end and errors. They are wired to `process`, which nothing starts so far;
+    // updateProgress() takes a percentage, of `futureWatcher`, which watches nothing so far.
     void handleProcessOutput();
     void handleProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
     void handleProcessError(QProcess::ProcessError error);
