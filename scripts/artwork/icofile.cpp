@@ -24,13 +24,14 @@ QByteArray pngData(const QImage &image)
     return data;
 }
 
-/// One mask row: a set bit where the pixel is fully transparent, padded to 32 bits.
+// One mask row: a set bit where the pixel is fully transparent, padded to 32 bits.
 QByteArray maskRow(const QImage &image, int y)
 {
     QByteArray row(((image.width() + 31) / 32) * 4, '\0');
     for (int x = 0; x < image.width(); ++x) {
-        if (qAlpha(image.pixel(x, y)) == 0)
+        if (qAlpha(image.pixel(x, y)) == 0) {
             row[x / 8] = static_cast<char>(static_cast<uchar>(row[x / 8]) | (0x80u >> (x % 8)));
+        }
     }
     return row;
 }
@@ -45,12 +46,14 @@ QByteArray bitmapData(const QImage &source)
     // The height counts the colour rows and the mask rows.
     out << infoHeaderSize << qint32(image.width()) << qint32(image.height() * 2) << planes
         << bitsPerPixel;
-    for (int field = 0; field < 6; ++field)
+    for (int field = 0; field < 6; ++field) {
         out << quint32(0);
+    }
 
     for (int y = image.height() - 1; y >= 0; --y) {
-        for (int x = 0; x < image.width(); ++x)
+        for (int x = 0; x < image.width(); ++x) {
             out << quint32(image.pixel(x, y));
+        }
     }
     for (int y = image.height() - 1; y >= 0; --y) {
         const QByteArray row = maskRow(image, y);

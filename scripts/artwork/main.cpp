@@ -3,6 +3,7 @@
 
 // drawartwork ROOT: draws, in the source tree ROOT, resources/qss/default/*.png,
 // resources/qss/dark/*.png and, from the logo drawings, resources/icons/logo.ico.
+
 #include "scripts/artwork/icofile.h"
 #include "scripts/artwork/widgetimages.h"
 
@@ -23,8 +24,8 @@ bool fail(const QString &path)
     return false;
 }
 
-/// The same picture as a colour table and one byte a pixel, which makes the smaller file; a
-/// picture of more than 256 colours is returned as it is.
+// The same picture as a colour table and one byte a pixel, which makes the smaller file; a
+// picture of more than 256 colours is returned as it is.
 QImage withColorTable(const QImage &image)
 {
     QList<QRgb> colors;
@@ -32,10 +33,12 @@ QImage withColorTable(const QImage &image)
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QRgb color = image.pixel(x, y);
-            if (!colors.contains(color))
+            if (!colors.contains(color)) {
                 colors += color;
-            if (colors.size() > 256)
+            }
+            if (colors.size() > 256) {
                 return image;
+            }
             table.scanLine(y)[x] = static_cast<uchar>(colors.indexOf(color));
         }
     }
@@ -49,8 +52,9 @@ bool drawWidgetImages(const QString &folder, const Palette &palette)
         const QString path = folder + '/' + name + ".png";
         QImageWriter writer(path, "png");
         writer.setCompression(100); // the smallest file
-        if (!writer.write(withColorTable(drawWidgetImage(name, palette))))
+        if (!writer.write(withColorTable(drawWidgetImage(name, palette)))) {
             return fail(path);
+        }
     }
     return true;
 }
@@ -60,23 +64,25 @@ QImage render(const QString &drawing, int side)
     QSvgRenderer renderer(drawing);
     QImage image(side, side, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
-    if (!renderer.isValid())
+    if (!renderer.isValid()) {
         return {};
+    }
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     renderer.render(&painter);
     return image;
 }
 
-/// The small images come from a drawing of their own, with fewer and larger shapes.
+// The small images come from a drawing of their own, with fewer and larger shapes.
 bool drawProgramIcon(const QString &path, const QString &logo, const QString &smallLogo)
 {
     constexpr int largestSmall = 24;
     QList<QImage> images;
     for (const int side : {16, 20, 24, 32, 40, 48, 64, 72, 256}) {
         images += render(side <= largestSmall ? smallLogo : logo, side);
-        if (images.last().isNull())
+        if (images.last().isNull()) {
             return fail(path);
+        }
     }
     QFile file(path);
     const QByteArray data = makeIcoFile(images);

@@ -82,7 +82,7 @@ DrawFunction radioButton(Mark mark, bool enabled)
     };
 }
 
-/// An open arrow that points down, turned clockwise by \a degrees, in a square of \a size.
+// An open arrow that points down, turned clockwise by `degrees`, in a square of `size`.
 DrawFunction chevron(int size, int degrees)
 {
     return [=](QPainter &painter, const Palette &palette) {
@@ -96,7 +96,7 @@ DrawFunction chevron(int size, int degrees)
     };
 }
 
-/// A filled triangle that points right, turned clockwise by \a degrees.
+// A filled triangle that points right, turned clockwise by `degrees`.
 DrawFunction triangle(int degrees)
 {
     return [=](QPainter &painter, const Palette &palette) {
@@ -167,8 +167,9 @@ QStringList widgetImageNames()
 QImage drawWidgetImage(const QString &name, const Palette &palette)
 {
     const auto found = widgetImages().constFind(name);
-    if (found == widgetImages().constEnd())
+    if (found == widgetImages().constEnd()) {
         return {};
+    }
 
     const int side = found->size * pixelRatio;
     QImage image(side, side, QImage::Format_ARGB32);
