@@ -25,6 +25,7 @@ bin=$top/build/release/bin
 TMPDIR=$(mktemp -d)
 export TMPDIR
 trap 'rm -rf "$TMPDIR"' EXIT
+trap 'exit 130' HUP INT TERM # Debian's sh clears up at no other end by a signal
 
 open_window() {
     "$bin/kestrelpack" >>"$log" 2>&1 || fail "$(tail -n 1 "$log")"
