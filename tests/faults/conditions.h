@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 // Conditions that not every system, and not every user, can bring about. Each class says whether it did.
@@ -48,14 +49,11 @@ class HeldFile
 {
 public:
     explicit HeldFile(const QString &path);
-    ~HeldFile();
-    HeldFile(const HeldFile &) = delete;
-    HeldFile &operator=(const HeldFile &) = delete;
 
     bool isThere() const { return m_handle != nullptr; }
 
 private:
-    void *m_handle = nullptr;
+    std::unique_ptr<void, void (*)(void *)> m_handle{nullptr, nullptr};
 };
 
 // Gives `path` to another user; false when that is not in our power.

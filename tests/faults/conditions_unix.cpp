@@ -72,8 +72,6 @@ SmallDisk::~SmallDisk()
 
 HeldFile::HeldFile(const QString &) {}
 
-HeldFile::~HeldFile() = default;
-
 bool giveAway(const QString &path)
 {
     return lchown(QFile::encodeName(path).constData(), nobody, static_cast<gid_t>(-1)) == 0;

@@ -21,14 +21,9 @@ HeldFile::HeldFile(const QString &path)
     const std::wstring name = QDir::toNativeSeparators(path).toStdWString();
     HANDLE file = CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
-        m_handle = file;
-    }
-}
-
-HeldFile::~HeldFile()
-{
-    if (m_handle) {
-        CloseHandle(m_handle);
+        m_handle = {file, [](void *handle) {
+                        CloseHandle(handle);
+                    }};
     }
 }
 

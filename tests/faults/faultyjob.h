@@ -30,7 +30,7 @@ enum class Rights { Own, Ordinary };
 struct Fault
 {
     std::function<void(FaultyJob &)> spoil;
-    Ending ending;
+    Ending ending = Ending::Failed;
     QString line;      // part of the log
     QString output;    // what the output directory holds in the end; see FaultyJob::leftInOutput()
     QString temporary; // the same for the temporary directory, without the three helpers

@@ -8,7 +8,7 @@
 #include <QTest>
 
 #ifdef Q_OS_LINUX
-#include <signal.h>
+#include <csignal>
 #endif
 
 namespace {
