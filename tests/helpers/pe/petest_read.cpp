@@ -182,6 +182,10 @@ PeFacts lookAt(const QByteArray &program)
     }
     readSections(reader, facts, table, sectionCount, sizeOfHeaders);
     const quint32 alignment = reader.u32(optional + 32);
+    if (alignment == 0 || facts.sections.isEmpty()) {
+        reader.fault(QStringLiteral("no section, or no alignment"));
+        return facts;
+    }
     const SectionRow last = facts.sections.last();
     if (facts.sizeOfImage
         != (last.virtualAddress + last.virtualSize + alignment - 1) / alignment * alignment) {

@@ -7,9 +7,9 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <csignal>
 #include <vector>
 
-#include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -46,6 +46,7 @@ bool runAndKillAt(const QStringList &arguments, int number)
         texts.push_back(QFile::encodeName(argument));
     }
     std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
     for (QByteArray &text : texts) {
         pointers.push_back(text.data());
     }

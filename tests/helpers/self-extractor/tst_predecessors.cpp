@@ -8,7 +8,8 @@
 #include <QFile>
 #include <QTest>
 
-#include <signal.h>
+#include <csignal>
+
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;

@@ -6,7 +6,7 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-#include <signal.h>
+#include <csignal>
 
 /// The program, what it starts, and the module around them end together.
 class TestProcessTree : public QObject
