@@ -7,6 +7,15 @@
 
 #include <windows.h>
 
+namespace {
+
+void close(void *handle)
+{
+    CloseHandle(handle);
+}
+
+} // namespace
+
 // Whoever he is: here nobody's rights go past what a file allows.
 OrdinaryRights::OrdinaryRights(const QStringList &) : m_areThere(true) {}
 
@@ -21,9 +30,7 @@ HeldFile::HeldFile(const QString &path)
     const std::wstring name = QDir::toNativeSeparators(path).toStdWString();
     HANDLE file = CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
-        m_handle = {file, [](void *handle) {
-                        CloseHandle(handle);
-                    }};
+        m_handle = {file, close};
     }
 }
 
