@@ -5,10 +5,10 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QPair>
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 /// Writes 7z archives (7-Zip, DOC/7zFormat.txt) whose every field can be forged, while the check
 /// sums are right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
@@ -34,9 +34,9 @@ struct Coder
 struct Folder
 {
     QList<Coder> coders{Coder()};
-    QList<QPair<quint64, quint64>> bonds = {}; // input, output
-    QList<quint64> packedInputs = {};          // written only if there are several
-    QList<quint64> unpackSizes = {};           // one a coder
+    QList<std::pair<quint64, quint64>> bonds = {}; // input, output
+    QList<quint64> packedInputs = {};              // written only if there are several
+    QList<quint64> unpackSizes = {};               // one a coder
 };
 
 struct ArchivePlan

@@ -38,7 +38,7 @@ forge::Folder chain(const QList<forge::Coder> &coders, quint64 size = 16)
     for (qsizetype i = 0; i < coders.size(); ++i) {
         folder.unpackSizes << size;
         if (i > 0) {
-            folder.bonds << QPair(quint64(i - 1), quint64(i));
+            folder.bonds << std::pair(quint64(i - 1), quint64(i));
         }
     }
     return folder;
