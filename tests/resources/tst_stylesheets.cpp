@@ -108,9 +108,10 @@ private slots:
     void everyImageIsReferredTo()
     {
         const QByteArray text = sheet("default");
-        for (const QString &name : QDir(":/qss/default").entryList())
+        for (const QString &name : QDir(":/qss/default").entryList()) {
             QVERIFY2(text.contains("url(\":/qss/default/" + name.toUtf8() + "\")"),
                      qPrintable(name));
+        }
     }
 
     void windowAndStripHaveTheirColors()

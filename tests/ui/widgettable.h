@@ -8,10 +8,10 @@
 
 struct WidgetRow
 {
-    const char *name;
-    const char *className;
-    const char *place;
-    const char *settings;
+    const char *name = "";
+    const char *className = "";
+    const char *place = "";
+    const char *settings = "";
     const char *otherSettings = ""; // by their names alone
 };
 

@@ -68,7 +68,7 @@ QByteArray filteredInBlocks(const QByteArray &bytes, const QList<qsizetype> &bor
         }
         const QByteArray body = take(block, size);
         Owned<Seam> behind = makeOwned<Seam>();
-        if (body.size() != size || (!isLast && block.finish(*behind) != Status::Ok)) {
+        if (!behind || body.size() != size || (!isLast && block.finish(*behind) != Status::Ok)) {
             return QByteArray();
         }
         if (before) {
