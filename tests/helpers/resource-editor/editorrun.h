@@ -41,6 +41,25 @@ inline QStringList addArguments(const QString &program, const QString &icon)
             "-log",         "NUL"};
 }
 
+// A program and an icon in a folder of their own, for the editor to work on.
+struct EditorFiles
+{
+    explicit EditorFiles(const QByteArray &program, const QList<int> &iconSizes = {16, 32, 256})
+    {
+        if (!writeFile(this->program(), program)
+            || !writeFile(icon(), petest::makeIcon(iconSizes))) {
+            qFatal("the files could not be made");
+        }
+    }
+    QString program() const { return dir.filePath("程序 with blanks.exe"); }
+    QString icon() const { return dir.filePath("icon.ico"); }
+    QByteArray content() const { return readFile(program()); }
+    EditorResult remove() const { return runEditor(deleteArguments(program())); }
+    EditorResult add() const { return runEditor(addArguments(program(), icon())); }
+
+    QTemporaryDir dir;
+};
+
 // All resources but icon images and icon groups.
 inline petest::Resources otherResources(const QByteArray &program)
 {
