@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -12,14 +12,11 @@
 
 /// What a run leaves in the temporary folder when it ends by itself: nothing, whatever the program
 /// did to its folder.
-class TestCleanup : public QObject
+class TestCleanup : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void holdsALockFileMeanwhile();
     void removesReadOnlyFilesAndFolders();
     void doesNotFollowLinks();
@@ -27,53 +24,12 @@ private slots:
     void removesDeepTrees();
     void leavesLockedFilesToTheNextStart();
     void startsManyAtOnce();
-
-private:
-    QString assemble() const;
-    /// Starts the program, which then waits; its folder in `folder`.
-    std::unique_ptr<QProcess> startWaiting(QString &folder) const;
-
-    ModuleRun m_run;
 };
-
-void TestCleanup::initTestCase()
-{
-    QVERIFY(m_run.setUp());
-}
-
-void TestCleanup::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestCleanup::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
-}
-
-QString TestCleanup::assemble() const
-{
-    return m_run.assemble(Tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
-                               {QStringLiteral("data.txt"), "still here"}},
-                          QStringLiteral("main.exe"));
-}
-
-std::unique_ptr<QProcess> TestCleanup::startWaiting(QString &folder) const
-{
-    auto process = m_run.start(assemble(), QStringLiteral(" --wait"));
-    if (process == nullptr || ModuleRun::waitForOutput(*process, "program=").isEmpty()) {
-        return nullptr;
-    }
-    const QStringList names
-        = QDir(m_run.temporaryFolder()).entryList({QStringLiteral("kp-*")}, QDir::Dirs);
-    folder = m_run.temporaryFolder() + u'/' + names.value(0) + QStringLiteral("/main");
-    return process;
-}
 
 void TestCleanup::holdsALockFileMeanwhile()
 {
     QString folder;
-    const auto process = startWaiting(folder);
+    const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
     const QString name = folder.section(u'/', -2, -2);
     QCOMPARE(m_run.leftovers(), QStringList({name, name + QStringLiteral(".lock")}));
@@ -83,7 +39,7 @@ void TestCleanup::holdsALockFileMeanwhile()
 void TestCleanup::removesReadOnlyFilesAndFolders()
 {
     QString folder;
-    const auto process = startWaiting(folder);
+    const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
     QVERIFY(writeTree(folder,
                       {{QStringLiteral("fixed/file.txt"), "x"},
@@ -104,7 +60,7 @@ void TestCleanup::doesNotFollowLinks()
                        {QStringLiteral("outside/folder/file.txt"), "to stay"}};
     QVERIFY(writeTree(m_run.callersFolder(), outside));
     QString folder;
-    const auto process = startWaiting(folder);
+    const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
     const QString target = m_run.path(QStringLiteral("outside"));
     QVERIFY(QDir().mkpath(folder + QStringLiteral("/deep")));
@@ -134,7 +90,7 @@ void TestCleanup::removesLongNames()
 void TestCleanup::removesDeepTrees()
 {
     QString folder;
-    const auto process = startWaiting(folder);
+    const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
     QVERIFY(QDir().mkpath(folder + QStringLiteral("/d").repeated(400)));
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
@@ -143,7 +99,7 @@ void TestCleanup::removesDeepTrees()
 void TestCleanup::leavesLockedFilesToTheNextStart()
 {
     QString folder;
-    const auto process = startWaiting(folder);
+    const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
     const QString locked = folder + QStringLiteral("/data.txt");
     const auto holder = m_run.hold(locked);
@@ -160,16 +116,16 @@ void TestCleanup::leavesLockedFilesToTheNextStart()
              QStringList("data.txt"));
 
     timer.restart();
-    QCOMPARE(m_run.run(assemble()).exitCode, 7);
+    QCOMPARE(m_run.run(assembleWithData()).exitCode, 7);
     QVERIFY(timer.elapsed() < 4000); // whoever comes later does not wait for it
     QCOMPARE(m_run.leftovers(), left);
     ModuleRun::finish(*holder);
-    QCOMPARE(m_run.run(assemble()).exitCode, 7);
+    QCOMPARE(m_run.run(assembleWithData()).exitCode, 7);
 }
 
 void TestCleanup::startsManyAtOnce()
 {
-    const QString file = assemble();
+    const QString file = assembleWithData();
     std::vector<std::unique_ptr<QProcess>> processes;
     for (int i = 0; i < 20; ++i) {
         const QString tail = QStringLiteral(" --wait --launch=0 --exit=%1").arg(i);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/self-extractor/damagedproduct.h"
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QTest>
 
@@ -31,14 +31,12 @@ bool isRefusal(quint32 exitCode)
 
 /// Starts produced files that were cut or altered: the program in them runs only if all of it is as
 /// packed.
-class TestDamagedStart : public QObject
+class TestDamagedStart : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
     void startsTheWholeFile();
     void startsNothingCut();
     void startsNothingAltered();
@@ -46,7 +44,6 @@ private slots:
 private:
     Run runBytes(const QByteArray &bytes) const { return m_run.run(m_run.write(bytes)); }
 
-    ModuleRun m_run;
     Tree m_tree;
     QByteArray m_product;
     QByteArray m_stored; // the same, with nothing compressed: check sums alone tell
@@ -61,16 +58,6 @@ void TestDamagedStart::initTestCase()
     const QByteArray front = m_run.module() + ModuleRun::blockFor(QStringLiteral("main.exe"));
     m_product = front + packTree(m_tree, {QStringLiteral("-mx=5")});
     m_stored = front + packTree(m_tree, {QStringLiteral("-mx=0")});
-}
-
-void TestDamagedStart::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestDamagedStart::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
 }
 
 void TestDamagedStart::startsTheWholeFile()

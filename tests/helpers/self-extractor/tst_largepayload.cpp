@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/self-extractor/largefile.h"
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 #include "tests/helpers/self-extractor/smalldisk.h"
 
 #include <QDir>
@@ -22,22 +22,17 @@ constexpr int patience = 400000;
 } // namespace
 
 /// Applications of many files, and with files that are longer than 32 bits can say.
-class TestLargePayload : public QObject
+class TestLargePayload : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void cleanupTestCase();
-    void init();
-    void cleanup();
     void unpacksFiftyThousandFiles();
     void unpacksAFileAboveFourGibibytes();
 
 private:
-    std::unique_ptr<QProcess> startWaiting(const QString &file, QString &folder) const;
-
-    ModuleRun m_run;
     bool m_canMount = false;
 };
 
@@ -52,28 +47,6 @@ void TestLargePayload::initTestCase()
 void TestLargePayload::cleanupTestCase()
 {
     QVERIFY(m_run.waitForServersEnd());
-}
-
-void TestLargePayload::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestLargePayload::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
-}
-
-std::unique_ptr<QProcess> TestLargePayload::startWaiting(const QString &file, QString &folder) const
-{
-    auto process = m_run.start(file, u" --wait"_s);
-    if (process == nullptr
-        || ModuleRun::waitForOutput(*process, "program=", 1, patience).isEmpty()) {
-        return nullptr;
-    }
-    const QStringList names = QDir(m_run.temporaryFolder()).entryList({u"kp-*"_s}, QDir::Dirs);
-    folder = m_run.temporaryFolder() + u'/' + names.value(0) + u"/main"_s;
-    return process;
 }
 
 void TestLargePayload::unpacksFiftyThousandFiles()
@@ -93,7 +66,7 @@ void TestLargePayload::unpacksFiftyThousandFiles()
         QVERIFY(disk->isMounted());
     }
     QString folder;
-    const auto process = startWaiting(file, folder);
+    const auto process = startWaiting(file, folder, patience);
     QVERIFY(process != nullptr);
     for (int i = 0; i < folders; ++i) {
         QCOMPARE(QDir(u"%1/%2"_s.arg(folder).arg(i)).entryList(QDir::Files).size(), filesEach);
@@ -127,7 +100,7 @@ void TestLargePayload::unpacksAFileAboveFourGibibytes()
     QVERIFY(!file.isEmpty());
     QVERIFY(QFileInfo(file).size() < 20 << 20);
     QString folder;
-    const auto process = startWaiting(file, folder);
+    const auto process = startWaiting(file, folder, patience);
     QVERIFY(process != nullptr);
     QFile unpacked(folder + u"/large"_s);
     QVERIFY(unpacked.open(QIODevice::ReadOnly));

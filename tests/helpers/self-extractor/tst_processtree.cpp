@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -9,12 +9,11 @@
 #include <csignal>
 
 /// The program, what it starts, and the module around them end together.
-class TestProcessTree : public QObject
+class TestProcessTree : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
     void waitsForTheWholeTree_data();
@@ -24,17 +23,7 @@ private slots:
     void letsOutWhoAsksForIt();
     void leavesInterruptsToTheProgram();
     void isInterruptedBeforeTheProgramRuns();
-
-private:
-    QString assemble() const;
-
-    ModuleRun m_run;
 };
-
-void TestProcessTree::initTestCase()
-{
-    QVERIFY(m_run.setUp());
-}
 
 void TestProcessTree::init()
 {
@@ -47,13 +36,6 @@ void TestProcessTree::cleanup()
     QCOMPARE(m_run.leftovers(), QStringList());
     QTRY_COMPARE(m_run.moduleProcesses(), QList<qint64>());
     QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
-}
-
-QString TestProcessTree::assemble() const
-{
-    return m_run.assemble(Tree{{QStringLiteral("main.exe"), ModuleRun::programBytes()},
-                               {QStringLiteral("data.txt"), "still here"}},
-                          QStringLiteral("main.exe"));
 }
 
 void TestProcessTree::waitsForTheWholeTree_data()
@@ -75,8 +57,8 @@ void TestProcessTree::waitsForTheWholeTree()
     QFETCH(QStringList, options);
     QFETCH(bool, oldWindows);
     m_run.pretendOldWindows(oldWindows);
-    const Run result
-        = m_run.run(assemble(), QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
+    const Run result = m_run.run(assembleWithData(),
+                                 QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
     QCOMPARE(result.value("data"), QStringLiteral("still here"));
     QCOMPARE(result.value("ended"), QStringLiteral("5")); // the main program's own code
     QVERIFY(!result.output.contains("no job"));
@@ -100,7 +82,7 @@ void TestProcessTree::endsTheTreeWithItself()
     QFETCH(int, processes);
     QFETCH(bool, oldWindows);
     m_run.pretendOldWindows(oldWindows);
-    const auto process = m_run.start(assemble(), tail);
+    const auto process = m_run.start(assembleWithData(), tail);
     QVERIFY(process != nullptr);
     // The second one tells its start as well.
     const int starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
@@ -116,13 +98,13 @@ void TestProcessTree::endsTheTreeWithItself()
 
 void TestProcessTree::letsOutWhoAsksForIt()
 {
-    QCOMPARE(m_run.run(assemble(), QStringLiteral(" --escape")).value("escaped"),
+    QCOMPARE(m_run.run(assembleWithData(), QStringLiteral(" --escape")).value("escaped"),
              QStringLiteral("1"));
 }
 
 void TestProcessTree::leavesInterruptsToTheProgram()
 {
-    const Run result = m_run.run(assemble(), QStringLiteral(" --ctrl-c --exit=6"),
+    const Run result = m_run.run(assembleWithData(), QStringLiteral(" --ctrl-c --exit=6"),
                                  {QStringLiteral("--console")});
     QCOMPARE(result.value("sent"), QStringLiteral("1"));
     QCOMPARE(result.value("interrupted"), QStringLiteral("1"));

@@ -1,19 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QTest>
 
 /// What the packed program is given when it starts, and what of it comes back to the caller.
-class TestProgramStart : public QObject
+class TestProgramStart : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void knowsWhereItComesFrom();
     void passesArgumentsVerbatim_data();
     void passesArgumentsVerbatim();
@@ -22,25 +19,7 @@ private slots:
     void passesTheWayToShow_data();
     void passesTheWayToShow();
     void passesStandardHandles();
-
-private:
-    ModuleRun m_run;
 };
-
-void TestProgramStart::initTestCase()
-{
-    QVERIFY(m_run.setUp());
-}
-
-void TestProgramStart::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestProgramStart::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
-}
 
 void TestProgramStart::knowsWhereItComesFrom()
 {

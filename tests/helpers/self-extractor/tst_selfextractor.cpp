@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,14 +13,11 @@
 
 using sfx::ExitCode;
 
-class TestSelfExtractor : public QObject
+class TestSelfExtractor : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void isSmallAndSelfContained();
     void startsProgramsOfAnyName_data();
     void startsProgramsOfAnyName();
@@ -33,25 +30,7 @@ private slots:
     void saysThatTheProgramCannotStart();
     void unpacksNamesOfAllKinds();
     void staysSmallInMemory();
-
-private:
-    ModuleRun m_run;
 };
-
-void TestSelfExtractor::initTestCase()
-{
-    QVERIFY(m_run.setUp());
-}
-
-void TestSelfExtractor::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestSelfExtractor::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
-}
 
 void TestSelfExtractor::isSmallAndSelfContained()
 {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QFile>
 #include <QProcess>
@@ -11,21 +11,19 @@ using namespace Qt::StringLiterals;
 
 /// 7-Zip's own small module in place of ours: produced files work as well, but the block is not for
 /// it, so it chooses the program by a rule of its own.
-class TestStockModule : public QObject
+class TestStockModule : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void init();
-    void cleanup();
     void startsTheProgram_data();
     void startsTheProgram();
 
 private:
     QString pack(const Tree &tree, bool withStockModule) const;
 
-    ModuleRun m_run;
     int m_packs = 0;
 };
 
@@ -46,11 +44,6 @@ void TestStockModule::init()
 {
     QVERIFY(m_run.renewTemporaryFolder());
     ++m_packs;
-}
-
-void TestStockModule::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
 }
 
 void TestStockModule::startsTheProgram_data()

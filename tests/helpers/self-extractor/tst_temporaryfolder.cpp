@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -15,14 +15,12 @@ using namespace Qt::StringLiterals;
 using sfx::ExitCode;
 
 /// Temporary folders of all kinds: the program runs from there, or a message says why it cannot.
-class TestTemporaryFolder : public QObject
+class TestTemporaryFolder : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
     void worksInAnyFolder_data();
     void worksInAnyFolder();
     void worksWithoutOneNamed();
@@ -31,7 +29,6 @@ private slots:
     void saysThatItIsReadOnly();
 
 private:
-    ModuleRun m_run;
     QString m_file;
 };
 
@@ -39,16 +36,6 @@ void TestTemporaryFolder::initTestCase()
 {
     QVERIFY(m_run.setUp());
     m_file = m_run.assembleProgram();
-}
-
-void TestTemporaryFolder::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestTemporaryFolder::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
 }
 
 void TestTemporaryFolder::worksInAnyFolder_data()

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -10,19 +10,17 @@
 #include <QTest>
 
 // What the program finds around itself, compared with what was packed.
-class TestUnpackedFolder : public QObject
+class TestUnpackedFolder : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
     void isWhatWasPacked_data();
     void isWhatWasPacked();
 
 private:
     QString m_source;
-    ModuleRun m_run;
 };
 
 namespace {
@@ -85,11 +83,6 @@ void TestUnpackedFolder::initTestCase()
     for (const char *name : {"/long.bin", "/text/readonly.txt"}) {
         QVERIFY(QFile::setPermissions(m_source + QLatin1String(name), QFileDevice::ReadOwner));
     }
-}
-
-void TestUnpackedFolder::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
 }
 
 void TestUnpackedFolder::isWhatWasPacked_data()
