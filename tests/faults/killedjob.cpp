@@ -4,7 +4,7 @@
 // A job that stops at a moment, says so and waits to be killed: killedjob MOMENT WHICH SOURCE ARCHIVE OUTPUT.
 // MOMENT is the beginning of "log TEXT", "progress NUMBER", or of what HaltingPlatform names; WHICH counts from 1.
 
-#include "icons/platform/platform.h"
+#include "icons/platform/forwardingplatform.h"
 #include "packaging/worker.h"
 #include "tests/fakes/testicons.h"
 
@@ -39,7 +39,7 @@ private:
 };
 
 // Pauses take no time; helpers are started as in the programs.
-class HaltingPlatform final : public Platform
+class HaltingPlatform final : public ForwardingPlatform
 {
 public:
     explicit HaltingPlatform(Halt &halt) : m_halt(halt) {}
@@ -54,15 +54,12 @@ public:
         m_halt.pass("use " + QFileInfo(path).fileName());
         return {};
     }
-    void prepareStart(QProcess &process) override { m_native->prepareStart(process); }
     void startDetached(const QString &) override { m_halt.pass("detached"); }
     void notifyAssociationsChanged() override { m_halt.pass("shell told"); }
     void pause(std::chrono::milliseconds) override { m_halt.pass("pause"); }
-    QString nativePath(const QString &path) override { return m_native->nativePath(path); }
 
 private:
     Halt &m_halt;
-    std::unique_ptr<Platform> m_native = makeNativePlatform();
 };
 
 } // namespace

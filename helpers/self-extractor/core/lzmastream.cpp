@@ -65,9 +65,12 @@ Status LzmaWindowStream::next(std::size_t limit, Bytes &bytes)
 }
 
 LzmaStream::LzmaStream(Owned<Stream> input, std::uint64_t unpackSize)
-    : LzmaWindowStream(std::move(input), unpackSize, m_decoder){LzmaDec_CONSTRUCT(&m_decoder)}
+    : LzmaWindowStream(std::move(input), unpackSize, m_decoder)
+{
+    LzmaDec_CONSTRUCT(&m_decoder);
+}
 
-    LzmaStream::~LzmaStream()
+LzmaStream::~LzmaStream()
 {
     LzmaDec_FreeProbs(&m_decoder, &decoderMemory);
 }
@@ -103,10 +106,12 @@ SRes LzmaStream::decode(std::size_t end, const std::uint8_t *packed, std::size_t
 }
 
 Lzma2Stream::Lzma2Stream(Owned<Stream> input, std::uint64_t unpackSize)
-    : LzmaWindowStream(std::move(input), unpackSize,
-                       m_decoder.decoder){Lzma2Dec_CONSTRUCT(&m_decoder)}
+    : LzmaWindowStream(std::move(input), unpackSize, m_decoder.decoder)
+{
+    Lzma2Dec_CONSTRUCT(&m_decoder);
+}
 
-    Lzma2Stream::~Lzma2Stream()
+Lzma2Stream::~Lzma2Stream()
 {
     Lzma2Dec_FreeProbs(&m_decoder, &decoderMemory);
 }

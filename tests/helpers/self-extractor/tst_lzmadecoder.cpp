@@ -52,8 +52,8 @@ public:
         , m_window(windowSize)
         , m_input(inputSize)
     {
-        LzmaDec_CONSTRUCT(&m_decoder) const auto *bytes
-            = reinterpret_cast<const Byte *>(properties.constData());
+        LzmaDec_CONSTRUCT(&m_decoder);
+        const auto *bytes = reinterpret_cast<const Byte *>(properties.constData());
         if (functions.allocateProbs(&m_decoder, bytes, LZMA_PROPS_SIZE, &testMemory) != SZ_OK) {
             qFatal("the properties are not accepted");
         }
@@ -98,7 +98,7 @@ public:
 
 private:
     const LzmaFunctions &m_functions;
-    CLzmaDec m_decoder;
+    CLzmaDec m_decoder{};
     GuardedMemory m_window;
     GuardedMemory m_input;
 };
