@@ -54,6 +54,7 @@ private slots:
         QCOMPARE(s.run(), assembled(s) + extracted() + replaced() + done());
         QCOMPARE(s.platform.events, allPauses());
         QCOMPARE(s.platform.extractedFrom, s.temp.filePath("source/my.tool.exe"));
+        QVERIFY(QFile::exists(s.temp.filePath("editor.txt")));
     }
 
     void runWithTheUsersIcon()

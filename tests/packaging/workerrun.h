@@ -28,7 +28,7 @@ struct Surroundings
         }
         temp.plantModule("module");
         temp.plantArchiver("print  40%\nwrite @3 1500000\n");
-        temp.plantEditor("record editor.txt\n");
+        temp.plantEditor("record " + temp.filePath("editor.txt").toUtf8() + '\n');
         platform.icon = extractedIcon(32, 32);
         job = {temp.filePath("source"),
                temp.filePath("temp.7z"),
