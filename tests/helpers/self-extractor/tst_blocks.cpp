@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/core/configblock.h"
-#include "tests/helpers/self-extractor/modulerun.h"
+#include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QTest>
 
@@ -10,21 +10,18 @@ using sfx::ExitCode;
 
 /// Files with odd blocks, and with more than an archive behind the block: the program runs, or
 /// nothing does and the message says that the file is damaged.
-class TestBlocks : public QObject
+class TestBlocks : public ModuleTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
     void runsOrRefuses_data();
     void runsOrRefuses();
     void ignoresWhatLiesBehindTheArchive_data();
     void ignoresWhatLiesBehindTheArchive();
 
 private:
-    ModuleRun m_run;
     QByteArray m_archive;
 };
 
@@ -46,20 +43,10 @@ QByteArray blockOfSize(qsizetype size)
 
 void TestBlocks::initTestCase()
 {
-    QVERIFY(m_run.setUp());
+    ModuleTest::initTestCase();
     m_archive = packTree({{QStringLiteral("main.exe"), ModuleRun::programBytes()}},
                          {QStringLiteral("-mx=1")});
     QVERIFY(!m_archive.isEmpty());
-}
-
-void TestBlocks::init()
-{
-    QVERIFY(m_run.renewTemporaryFolder());
-}
-
-void TestBlocks::cleanup()
-{
-    QCOMPARE(m_run.leftovers(), QStringList());
 }
 
 void TestBlocks::runsOrRefuses_data()
