@@ -7,8 +7,6 @@
 #include "tests/fuzz/require.h"
 #include "tests/fuzz/windowsnames.h"
 
-#include <QRegularExpression>
-
 using namespace sfx;
 
 namespace {
@@ -24,11 +22,16 @@ bool isWindowsName(const QString &name)
 }
 
 // The template is filled piece by piece, so what looks like a placeholder is filled again; see
-// tst_configurationblock.
+// tst_configurationblock. Qt takes any digit for one, a superscript one too.
 bool looksLikePlaceholder(const QString &name)
 {
-    static const QRegularExpression placeholder(QStringLiteral("%L?[0-9]"));
-    return name.contains(placeholder);
+    for (qsizetype i = name.indexOf('%'); i >= 0; i = name.indexOf('%', i + 1)) {
+        const qsizetype place = name.mid(i + 1, 1) == u"L" ? i + 2 : i + 1;
+        if (place < name.size() && name[place].digitValue() >= 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace

@@ -61,6 +61,9 @@ private slots:
     {
         const QString block = configurationBlock("a%2", "b.exe");
         QVERIFY2(block.contains("Title=\"ab.exe Portable\""), qUtf8Printable(block));
+        // Qt takes every digit for a number, and fills the lowest one first.
+        const QString superscript = configurationBlock(QStringLiteral(u"a%\u00b9"), "b.exe");
+        QVERIFY2(superscript.contains("Title=\"ab.exe Portable\""), qUtf8Printable(superscript));
         QVERIFY2(configurationBlock("100%", "100%.exe").contains("RunProgram=\"100%.exe\""),
                  "a lone percent sign stays");
     }
