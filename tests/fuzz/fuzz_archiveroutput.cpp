@@ -51,7 +51,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const qsizetype cut = text.isEmpty() ? 0 : data[0] % text.size();
     const bool cutsNumber = cut > 0 && isDigit(text[cut - 1])
         && (isDigit(text[cut]) || text[cut] == u'%');
-    if (!cutsNumber) {
+    // Half a pair is no text, and cannot come from bytes.
+    const bool cutsLetter = cut > 0 && text[cut - 1].isHighSurrogate();
+    if (!cutsNumber && !cutsLetter) {
         const auto left = firstPercentage(text.left(cut));
         require(percentage == (left ? left : firstPercentage(text.mid(cut))),
                 "pieces have the percentages of the whole");
