@@ -23,8 +23,6 @@ constexpr qsizetype usualLength = 64;
 // characters.
 constexpr qsizetype longText = 4096;
 
-constexpr qsizetype mostCharactersWaiting = 2 * 1048576;
-
 // Long against the repainting that follows each slice, short against what a person notices.
 constexpr qint64 sliceMilliseconds = 40;
 
@@ -58,7 +56,10 @@ void insertPlain(QTextCursor &cursor, QStringView text)
 
 } // namespace
 
-LogAppender::LogAppender(QTextEdit *pane) : QObject(pane), m_pane(pane)
+LogAppender::LogAppender(QTextEdit *pane, qsizetype mostWaiting)
+    : QObject(pane)
+    , m_pane(pane)
+    , m_mostWaiting(mostWaiting)
 {
     m_pane->setUndoRedoEnabled(false);
     m_turn.setInterval(0);
@@ -93,7 +94,7 @@ void LogAppender::take(const QString &line)
     }
     m_waiting.enqueue(line);
     m_waitingCharacters += line.size();
-    while (m_waitingCharacters > mostCharactersWaiting && m_waiting.size() > 1) {
+    while (m_waitingCharacters > m_mostWaiting && m_waiting.size() > 1) {
         dropOldest();
     }
 }

@@ -13,16 +13,19 @@
 class QTextEdit;
 
 // Appends log lines to a text pane, each as a paragraph, in order. A few lines appear at once; a flood
-// is taken in slices, between which the window paints and answers. None is lost, unless more than two
-// million characters wait: then the oldest of them give way to a line that counts them. Lives on the
-// GUI thread.
+// is taken in slices, between which the window paints and answers. None is lost, but when so much
+// waits that memory would run out: then the oldest of them give way to a line that counts them. Lives
+// on the GUI thread.
 class LogAppender : public QObject
 {
     Q_OBJECT
 
 public:
-    // The pane is the parent. It keeps no undo history from here on.
-    explicit LogAppender(QTextEdit *pane);
+    // 32 MiB, which is 100,000 lines of 167 characters.
+    static constexpr qsizetype usualMostWaiting = 16 * 1048576;
+
+    // The pane is the parent. It keeps no undo history from here on. `mostWaiting`: in characters.
+    explicit LogAppender(QTextEdit *pane, qsizetype mostWaiting = usualMostWaiting);
 
     void append(const QString &line);
 
@@ -40,6 +43,7 @@ private:
     void takeSlice();
 
     QTextEdit *const m_pane;
+    const qsizetype m_mostWaiting;
     QTimer m_turn;                 // fires in the next turn of the event loop
     qsizetype m_shownThisTurn = 0; // in lines of usual length
     QQueue<QString> m_waiting;
