@@ -11,9 +11,10 @@ using namespace sfx;
 
 namespace {
 
+// As it stands: fromUtf16() would take some first characters for a mark of the byte order.
 QString textOf(const Text &text)
 {
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+    return QStringView(text.data(), static_cast<qsizetype>(text.size())).toString();
 }
 
 bool isWindowsName(const QString &name)

@@ -76,10 +76,11 @@ before=($(position))
 xdotool mousemove --window "$window" 200 30 mousedown 1
 for _ in 1 2 3 4 5; do xdotool mousemove_relative -- -20 10; done
 xdotool mouseup 1
-sleep 0.5
-after=($(position))
-[ "$((before[0] - after[0])) $((after[1] - before[1]))" = "100 50" ] ||
-    fail "dragged from ${before[*]} to ${after[*]}"
+is_dragged() {
+    after=($(position))
+    [ "$((before[0] - after[0])) $((after[1] - before[1]))" = "100 50" ]
+}
+wait_for "the window to be 100 to the left and 50 below ${before[*]}" is_dragged
 picture basic
 
 click 316 30
