@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// Beside its window: the buffers of the decoder, of the filters and of the files.
+// Beside its dictionary: what the window holds beyond it, and the buffers of decoder and filters.
 constexpr std::uint64_t workerBuffers = 6 * 1024 * 1024;
 // A thread for less costs more than it gives.
 constexpr std::uint64_t leastWork = 1024 * 1024;
