@@ -30,13 +30,11 @@ status=0
 ctest --preset dev $selection || status=1
 # With clang-format-14 and clang-tidy-14 installed; it says what it leaves out.
 scripts/check || status=1
-for sanitizer in asan tsan; do
-    configure_and_build $sanitizer
-    ctest --preset $sanitizer || status=1
+require_packages $clang_packages
+for checks in asan tsan fuzz; do
+    configure_and_build $checks
+    ctest --preset $checks || status=1
 done
-require_packages $fuzz_packages
-configure_and_build fuzz
-ctest --preset fuzz || status=1
 [ -z "$selection" ] || exit $status
 
 require_packages $display_packages $windows_test_packages

@@ -9,8 +9,8 @@ display_packages='xvfb'
 test_packages='wine wine64 icoutils nsis openssl osslsigncode'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
-# The fuzzers need a compiler that counts what is covered.
-fuzz_packages='clang-19 libclang-rt-19-dev'
+# For the fuzzers and ThreadSanitizer.
+clang_packages='clang-19 libclang-rt-19-dev'
 
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2

@@ -48,7 +48,11 @@ public:
         const std::lock_guard lock(m_mutex);
         return refusedPath.isEmpty() || refusedPath == path ? refusal : QString();
     }
-    void prepareStart(QProcess &) override { const std::lock_guard lock(m_mutex); }
+    void prepareStart(QProcess &process) override
+    {
+        const std::lock_guard lock(m_mutex);
+        m_native->prepareStart(process);
+    }
     void startDetached(const QString &program) override
     {
         before("detached");
@@ -79,5 +83,6 @@ private:
         events << event;
     }
 
+    const std::unique_ptr<Platform> m_native = makeNativePlatform();
     std::mutex m_mutex;
 };

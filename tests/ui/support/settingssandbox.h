@@ -37,6 +37,6 @@ public:
 
 private:
     QTemporaryDir m_directory;
-    RegistrySandbox m_registry;
+    [[maybe_unused]] RegistrySandbox m_registry;
     std::unique_ptr<QSettings> m_store;
 };
