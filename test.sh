@@ -41,4 +41,5 @@ require_packages $display_packages $windows_test_packages
 provide_qt_for_windows
 configure_and_build windows -DKESTRELPACK_BUILD_TESTS=ON
 ctest --preset windows || status=1
+scripts/check --windows || status=1
 exit $status

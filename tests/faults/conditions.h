@@ -16,7 +16,7 @@ class OrdinaryRights
 {
 public:
     explicit OrdinaryRights(const QStringList &folders);
-    ~OrdinaryRights();
+    ~OrdinaryRights(); // NOLINT(performance-trivially-destructible): on one system only
     OrdinaryRights(const OrdinaryRights &) = delete;
     OrdinaryRights &operator=(const OrdinaryRights &) = delete;
 

@@ -31,7 +31,7 @@ private:
 
     Handle m_folder;
     const FILE_ID_BOTH_DIR_INFO *m_entry = nullptr;
-    alignas(FILE_ID_BOTH_DIR_INFO) unsigned char m_buffer[4096];
+    alignas(FILE_ID_BOTH_DIR_INFO) unsigned char m_buffer[4096] = {};
 };
 
 } // namespace sfx

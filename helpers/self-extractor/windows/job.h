@@ -48,7 +48,7 @@ public:
 private:
     HANDLE m_job = nullptr;
     LPPROC_THREAD_ATTRIBUTE_LIST m_list = nullptr;
-    alignas(void *) unsigned char m_buffer[128]; // one attribute takes 48 bytes
+    alignas(void *) unsigned char m_buffer[128] = {}; // one attribute takes 48 bytes
 };
 
 } // namespace sfx

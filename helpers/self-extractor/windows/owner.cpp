@@ -29,8 +29,9 @@ public:
     }
 
 private:
-    alignas(SECURITY_DESCRIPTOR) unsigned char m_descriptor[sizeof(SECURITY_DESCRIPTOR)
-                                                            + SECURITY_MAX_SID_SIZE];
+    static constexpr std::size_t descriptorSize = sizeof(SECURITY_DESCRIPTOR)
+        + SECURITY_MAX_SID_SIZE;
+    alignas(SECURITY_DESCRIPTOR) unsigned char m_descriptor[descriptorSize] = {};
     PSID m_owner = nullptr;
 };
 

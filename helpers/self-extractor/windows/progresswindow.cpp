@@ -23,22 +23,22 @@ struct ProgressWindow::Desktop
     SystemLibrary user32{L"user32.dll"};
     SystemLibrary gdi32{L"gdi32.dll"};
 
-#define SFX_FUNCTION(library, name) \
-    decltype(&::name) name = library.function<decltype(&::name)>(#name)
-    SFX_FUNCTION(user32, DialogBoxParamW);
-    SFX_FUNCTION(user32, EndDialog);
-    SFX_FUNCTION(user32, FillRect);
-    SFX_FUNCTION(user32, GetDlgItem);
-    SFX_FUNCTION(user32, InvalidateRect);
-    SFX_FUNCTION(user32, LoadImageW);
-    SFX_FUNCTION(user32, PostMessageW);
-    SFX_FUNCTION(user32, SendMessageW);
-    SFX_FUNCTION(user32, SetForegroundWindow);
-    SFX_FUNCTION(user32, SetTimer);
-    SFX_FUNCTION(user32, SetWindowTextW);
-    SFX_FUNCTION(gdi32, CreateSolidBrush);
-    SFX_FUNCTION(gdi32, DeleteObject);
-#undef SFX_FUNCTION
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name that is declared takes none
+#define SFX_IMPORT(from, name) decltype(&::name) name = from.function<decltype(&::name)>(#name)
+    SFX_IMPORT(user32, DialogBoxParamW);
+    SFX_IMPORT(user32, EndDialog);
+    SFX_IMPORT(user32, FillRect);
+    SFX_IMPORT(user32, GetDlgItem);
+    SFX_IMPORT(user32, InvalidateRect);
+    SFX_IMPORT(user32, LoadImageW);
+    SFX_IMPORT(user32, PostMessageW);
+    SFX_IMPORT(user32, SendMessageW);
+    SFX_IMPORT(user32, SetForegroundWindow);
+    SFX_IMPORT(user32, SetTimer);
+    SFX_IMPORT(user32, SetWindowTextW);
+    SFX_IMPORT(gdi32, CreateSolidBrush);
+    SFX_IMPORT(gdi32, DeleteObject);
+#undef SFX_IMPORT
 
     bool isComplete() const
     {

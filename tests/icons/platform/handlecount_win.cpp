@@ -19,7 +19,7 @@ unsigned long placeOf(const void *handle)
 
 unsigned long nextBitmapPlace()
 {
-    std::array<HBITMAP, 64> bitmaps;
+    std::array<HBITMAP, 64> bitmaps = {};
     unsigned long highest = 0;
     for (HBITMAP &bitmap : bitmaps) {
         bitmap = CreateBitmap(1, 1, 1, 1, nullptr);
@@ -33,7 +33,7 @@ unsigned long nextBitmapPlace()
 
 unsigned long nextIconPlace()
 {
-    std::array<HICON, 64> icons;
+    std::array<HICON, 64> icons = {};
     unsigned long highest = 0;
     const std::array<BYTE, 32> bits = {};
     for (HICON &icon : icons) {
