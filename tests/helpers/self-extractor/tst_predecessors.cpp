@@ -39,6 +39,7 @@ private slots:
 private:
     void killModule() const;
     qsizetype entries() const;
+    void startUntilEmpty() const;
 
     ModuleRun m_run;
     QString m_file;
@@ -86,6 +87,16 @@ qsizetype TestPredecessors::entries() const
     return count;
 }
 
+// Half a second is mostly enough for one start to remove everything, but not on a machine that has other things
+// to do.
+void TestPredecessors::startUntilEmpty() const
+{
+    for (int starts = 0; entries() > 0; ++starts) {
+        QVERIFY2(starts < 20, qPrintable(u"%1 left"_s.arg(entries())));
+        QCOMPARE(m_run.run(m_file).exitCode, 7);
+    }
+}
+
 void TestPredecessors::cleansUpAfterAKilledOne_data()
 {
     QTest::addColumn<QString>("sign"); // of the point at which it is killed
@@ -127,14 +138,7 @@ void TestPredecessors::cleansUpAfterAKilledOne()
     QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
     QVERIFY(m_run.hasTemporary(u"kp-*.lock"_s));
 
-    // Half a second is enough for this many files, but not on every machine: then each start leaves
-    // fewer of them.
-    for (qsizetype left = entries(); left > 0;) {
-        QCOMPARE(m_run.run(m_file).exitCode, 7);
-        const qsizetype leftNow = entries();
-        QVERIFY2(leftNow < left, qPrintable(u"%1 of %2"_s.arg(leftNow).arg(left)));
-        left = leftNow;
-    }
+    startUntilEmpty();
 }
 
 void TestPredecessors::removesWhatIsDead_data()
@@ -261,9 +265,9 @@ void TestPredecessors::removesNoMoreThanSixteenAtOnce()
                           {{name + u"/main/x"_s, "x"}, {name + u".lock"_s, ""}}));
     }
     QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QCOMPARE(m_run.leftovers().size(), 2 * (20 - 16));
-    QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QCOMPARE(m_run.leftovers(), QStringList());
+    const qsizetype left = m_run.leftovers().size();
+    QVERIFY2(left >= 2 * (20 - 16), qPrintable(QString::number(left)));
+    startUntilEmpty();
 }
 
 void TestPredecessors::stopsInTimeAndGoesOnLater()
