@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "icons/platform/forwardingplatform.h"
+#include "platform/forwardingplatform.h"
 
 #include <QtGlobal>
 

@@ -3,8 +3,8 @@
 
 #include "icons/iconextraction.h"
 
-#include "icons/platform/platform.h"
-#include "icons/workertext.h"
+#include "platform/joblog.h"
+#include "platform/platform.h"
 
 #include <QBuffer>
 

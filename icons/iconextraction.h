@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "icons/logsink.h"
+#include "platform/joblog.h"
 
 #include <QByteArray>
 #include <QImage>

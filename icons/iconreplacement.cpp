@@ -3,11 +3,11 @@
 
 #include "icons/iconreplacement.h"
 
-#include "icons/bundledtool.h"
-#include "icons/platform/helperprocess.h"
-#include "icons/platform/platform.h"
 #include "icons/resourceeditorcommand.h"
-#include "icons/workertext.h"
+#include "platform/bundledtool.h"
+#include "platform/helperprocess.h"
+#include "platform/joblog.h"
+#include "platform/platform.h"
 
 #include <QDir>
 #include <QFile>

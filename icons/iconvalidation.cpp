@@ -3,7 +3,7 @@
 
 #include "icons/iconvalidation.h"
 
-#include "icons/workertext.h"
+#include "platform/joblog.h"
 
 #include <QImage>
 

@@ -3,7 +3,7 @@
 
 #include "packaging/archivercommand.h"
 
-#include "icons/platform/platform.h"
+#include "platform/platform.h"
 
 #include <QDir>
 

@@ -3,11 +3,11 @@
 
 #include "packaging/archiverrun.h"
 
-#include "icons/bundledtool.h"
-#include "icons/platform/helperprocess.h"
-#include "icons/workertext.h"
 #include "packaging/archivercommand.h"
 #include "packaging/archiveroutput.h"
+#include "platform/bundledtool.h"
+#include "platform/helperprocess.h"
+#include "platform/joblog.h"
 
 #include <QDir>
 

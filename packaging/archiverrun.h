@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "packaging/jobreport.h"
 #include "packaging/packagingjob.h"
+#include "platform/joblog.h"
 
 class HelperProcess;
 

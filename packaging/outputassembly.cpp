@@ -3,11 +3,11 @@
 
 #include "packaging/outputassembly.h"
 
-#include "icons/bundledtool.h"
-#include "icons/platform/platform.h"
-#include "icons/workertext.h"
 #include "packaging/configurationblock.h"
 #include "packaging/outputname.h"
+#include "platform/bundledtool.h"
+#include "platform/joblog.h"
+#include "platform/platform.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "packaging/jobreport.h"
 #include "packaging/packagingjob.h"
+#include "platform/joblog.h"
 
 // Writes the output executable of `job`: self-extractor module, configuration block and archive, one
 // behind the other, over any file of that name. The archive is streamed; progress runs from 50 to 100.

@@ -6,12 +6,12 @@
 #include "icons/iconextraction.h"
 #include "icons/iconreplacement.h"
 #include "icons/iconvalidation.h"
-#include "icons/platform/helperprocess.h"
-#include "icons/platform/platform.h"
 #include "packaging/archiverrun.h"
 #include "packaging/outputassembly.h"
 #include "packaging/outputname.h"
 #include "packaging/packagingjob.h"
+#include "platform/helperprocess.h"
+#include "platform/platform.h"
 
 #include <QDir>
 #include <QFile>

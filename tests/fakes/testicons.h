@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "icons/platform/platform.h"
+#include "platform/platform.h"
 
 #include <QBuffer>
 #include <QColor>

@@ -4,8 +4,8 @@
 // A job that stops at a moment, says so and waits to be killed: killedjob MOMENT WHICH SOURCE ARCHIVE OUTPUT.
 // MOMENT is the beginning of "log TEXT", "progress NUMBER", or of what HaltingPlatform names; WHICH counts from 1.
 
-#include "icons/platform/forwardingplatform.h"
 #include "packaging/worker.h"
+#include "platform/forwardingplatform.h"
 #include "tests/fakes/testicons.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "packaging/jobreport.h"
+#include "platform/joblog.h"
 
 #include <QStringList>
 

@@ -3,8 +3,8 @@
 
 #include "packaging/archiverrun.h"
 
-#include "icons/platform/helperprocess.h"
 #include "packaging/archivercommand.h"
+#include "platform/helperprocess.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/packaging/testreport.h"

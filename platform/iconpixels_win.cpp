@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/iconpixels_win.h"
+
+#include "platform/gdihandles_win.h"
+
+#include <shellapi.h>
+
+namespace {
+
+// The small icon is preferred: it is the one that shows in lists of files.
+void loadFirstIcon(const wchar_t *path, IconHandle &icon)
+{
+    const UINT count = ExtractIconExW(path, 0, nullptr, nullptr, 0);
+    if (count != 0) {
+        ExtractIconExW(path, 0, nullptr, icon.out(), 1);
+    }
+    if (!icon.get()) {
+        ExtractIconExW(path, 0, icon.out(), nullptr, 1);
+    }
+}
+
+BITMAPINFO bottomUp32BitInfo(int width, int height)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    return info;
+}
+
+// Draws `icon` into a DIB section and copies the bits out as they come: GetBitmapBits gives the top
+// row first and blue, green, red, alpha, which is the layout of Format_ARGB32.
+QImage drawnIcon(HICON icon, int width, int height)
+{
+    QImage image(width, height, QImage::Format_ARGB32);
+    if (image.isNull()) {
+        return {};
+    }
+    // Released in reverse: the displaced bitmap goes back in before the section is deleted, and the
+    // contexts go last.
+    const ScreenContext screen;
+    const MemoryContext memory(screen.get());
+    const BITMAPINFO info = bottomUp32BitInfo(width, height);
+    void *bits = nullptr;
+    const GdiObject section(
+        CreateDIBSection(screen.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!section) {
+        return {};
+    }
+    const BitmapSelection selection(memory.get(), section.get());
+    DrawIconEx(memory.get(), 0, 0, icon, width, height, 0, nullptr, DI_NORMAL);
+    GetBitmapBits(static_cast<HBITMAP>(section.get()), width * height * 4, image.bits());
+    return image;
+}
+
+} // namespace
+
+ExtractedIcon iconPixelsOf(const QString &executable)
+{
+    IconHandle icon;
+    loadFirstIcon(reinterpret_cast<const wchar_t *>(executable.utf16()), icon);
+    if (!icon.get()) {
+        return {ExtractedIcon::Outcome::NoIcon, {}};
+    }
+    ICONINFO info = {};
+    if (!GetIconInfo(icon.get(), &info)) {
+        return {ExtractedIcon::Outcome::NoIconInfo, {}};
+    }
+    const GdiObject mask(info.hbmMask);
+    const GdiObject colour(info.hbmColor);
+    if (!colour) {
+        // A monochrome icon: both halves are in the mask, and there is no colour to take.
+        return {ExtractedIcon::Outcome::NoIconInfo, {}};
+    }
+    BITMAP bitmap = {};
+    GetObjectW(colour.get(), sizeof bitmap, &bitmap);
+    return {ExtractedIcon::Outcome::Extracted,
+            drawnIcon(icon.get(), bitmap.bmWidth, bitmap.bmHeight)};
+}

@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/platform.h"
+
+#include "packaging/worker.h"
+#include "tests/fakes/testfiles.h"
+#include "tests/helpers/pe/petest.h"
+#include "tests/platform/handlecount_win.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+// The difference of two images of one size: the mean over pixels and channels, 0 to 255.
+double difference(const QImage &one, const QImage &other)
+{
+    double sum = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb a = one.pixel(x, y);
+            const QRgb b = other.pixel(x, y);
+            sum += std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b))
+                + std::abs(qBlue(a) - qBlue(b)) + std::abs(qAlpha(a) - qAlpha(b));
+        }
+    }
+    return sum / (4.0 * one.width() * one.height());
+}
+
+// What drawing `icon` on an empty ground gives: the colours are weighted by the opacity. An icon with a mask
+// in place of an opacity leaves none behind.
+QImage drawnOnNothing(const QImage &icon, bool hasOpacity)
+{
+    QImage image = icon.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height() && !hasOpacity; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        std::for_each(line, line + image.width(), [](QRgb &pixel) { pixel &= 0xFFFFFF; });
+    }
+    image.reinterpretAsFormat(QImage::Format_ARGB32);
+    return image;
+}
+
+// An icon file with one image, `bits` deep (1 or 32), all black (and opaque).
+QByteArray blackIcon(int width, int height, int bits)
+{
+    const auto number = [](qint64 value, int size) {
+        QByteArray bytes;
+        for (int i = 0; i < size; ++i) {
+            bytes.append(static_cast<char>(value >> (8 * i)));
+        }
+        return bytes;
+    };
+    const int maskRow = (width + 31) / 32 * 4;
+    QByteArray pixels;
+    if (bits == 1) {
+        pixels = number(0x00FFFFFF00000000, 8)
+            + QByteArray(maskRow * height, '\0'); // colours first
+    } else {
+        pixels = number(0xFF000000, 4).repeated(width * height);
+    }
+    const QByteArray image = number(40, 4) + number(width, 4) + number(2 * height, 4) + number(1, 2)
+        + number(bits, 2) + QByteArray(24, '\0') + pixels + QByteArray(maskRow * height, '\0');
+    return number(0, 2) + number(1, 2) + number(1, 2) + number(width, 1) + number(height, 1)
+        + number(bits == 1 ? 2 : 0, 2) + number(1, 2) + number(bits, 2) + number(image.size(), 4)
+        + number(22, 4) + image;
+}
+
+} // namespace
+
+// The native platform on real program files. What another reader of icons made of them lies beside them.
+class TestIconPixelsWin : public QObject
+{
+    Q_OBJECT
+
+private:
+    // A program whose only icon is `icon`.
+    static QString programWith(const QTemporaryDir &dir, const QByteArray &icon)
+    {
+        petest::Recipe recipe;
+        recipe.icons = false;
+        const QString program = dir.filePath("程序 a.exe");
+        const QString iconFile = dir.filePath("a.ico");
+        if (!writeFile(program, petest::makeProgram(recipe)) || !writeFile(iconFile, icon)
+            || QProcess::execute(KESTRELPACK_RESOURCE_EDITOR,
+                                 {"-open", program, "-save", program, "-action", "addoverwrite",
+                                  "-resource", iconFile, "-mask", "ICONGROUP,MAINICON,", "-log",
+                                  "NUL"})
+                != 0) {
+            qFatal("the program could not be made");
+        }
+        return program;
+    }
+
+    struct Extraction
+    {
+        QImage image;
+        QStringList lines;
+    };
+
+    static Extraction extract(const QString &program)
+    {
+        Worker worker;
+        Extraction result;
+        connect(&worker, &Worker::logMessage, &worker,
+                [&result](const QString &text) { result.lines << text; });
+        const QByteArray icon = worker.extractIconFromExe(program);
+        result.image.loadFromData(icon, "ICO");
+        return result;
+    }
+
+private slots:
+    void realProgramsShowTheirIcons_data()
+    {
+        QTest::addColumn<QString>("name");
+        const QDir folder(KESTRELPACK_ICON_REFERENCES);
+        const QStringList programs = folder.entryList({"*.exe"}, QDir::Files, QDir::Name);
+        QCOMPARE(programs.size(), 5);
+        for (const QString &program : programs) {
+            const QString name = program.chopped(4);
+            QTest::newRow(qPrintable(name)) << name;
+        }
+    }
+
+    // The right way up and in the right colours: the other reader's image, and far from what that is upside
+    // down, mirrored, or with red for blue.
+    void realProgramsShowTheirIcons()
+    {
+        QFETCH(QString, name);
+        const QDir folder(KESTRELPACK_ICON_REFERENCES);
+        const ExtractedIcon icon = platform().extractIcon(folder.filePath(name + ".exe"));
+        QCOMPARE(icon.outcome, ExtractedIcon::Outcome::Extracted);
+        QCOMPARE(icon.image.format(), QImage::Format_ARGB32);
+        // Small from Windows, large from Wine, which counts no icons when it is asked that way.
+        const int side = icon.image.width();
+        QVERIFY(icon.image.size() == QSize(side, side) && (side == 16 || side == 32));
+
+        const QImage original(folder.filePath(QStringLiteral("%1-%2.png").arg(name).arg(side)));
+        QCOMPARE(original.size(), icon.image.size());
+        const QImage expected = drawnOnNothing(original, !name.startsWith("nsis"));
+        const double distance = difference(icon.image, expected);
+        for (const QImage &wrong : {expected.mirrored(false, true), expected.mirrored(true, false),
+                                    expected.rgbSwapped()}) {
+            if (difference(expected, wrong) > 4) { // not the same by symmetry
+                const double far = difference(icon.image, wrong);
+                QVERIFY2(distance * 2 < far,
+                         qPrintable(QStringLiteral("%1, %2").arg(distance).arg(far)));
+            }
+        }
+        QVERIFY2(distance < 1, qPrintable(QString::number(distance))); // of rounding
+    }
+
+    void programsWithoutAnIcon_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("a program without an icon") << KESTRELPACK_ICONLESS_EXE;
+        QTest::newRow("no program") << __FILE__;
+        QTest::newRow("a missing file") << "C:/missing/a.exe";
+        QTest::newRow("a folder") << "C:/";
+    }
+    void programsWithoutAnIcon()
+    {
+        QFETCH(QString, path);
+        const Extraction extraction = extract(path);
+        QVERIFY(extraction.image.isNull());
+        QCOMPARE(extraction.lines, QStringList{"警告：无法从EXE提取图标"});
+    }
+
+    void aMonochromeIconHasNoColours()
+    {
+        const QTemporaryDir dir;
+        const Extraction extraction = extract(programWith(dir, blackIcon(32, 32, 1)));
+        QVERIFY(extraction.image.isNull());
+        QCOMPARE(extraction.lines, QStringList{"错误：无法获取图标信息"});
+    }
+
+    // The shell makes a square of it.
+    void anIconThatIsNoSquare()
+    {
+        const QTemporaryDir dir;
+        const QString program = programWith(dir, blackIcon(48, 32, 32));
+        const QSize size = platform().extractIcon(program).image.size();
+        QVERIFY(size == QSize(16, 16) || size == QSize(32, 32));
+        const Extraction extraction = extract(program);
+        QCOMPARE(extraction.image.size(), QSize(256, 256));
+        QCOMPARE(extraction.image.pixel(128, 128), qRgba(0, 0, 0, 255));
+        QCOMPARE(extraction.lines.size(), 1);
+        QVERIFY(extraction.lines[0].startsWith("成功提取图标，大小: "));
+    }
+
+    void noHandleStays_data()
+    {
+        QTest::addColumn<QByteArray>("icon");
+        QTest::newRow("an icon in colours") << petest::makeIcon({16, 32, 48, 256});
+        QTest::newRow("a monochrome icon") << blackIcon(32, 32, 1);
+    }
+    void noHandleStays()
+    {
+        QFETCH(QByteArray, icon);
+        const QTemporaryDir dir;
+        const QString program = programWith(dir, icon);
+        for (int i = 0; i < 20; ++i) { // then what the system keeps for itself is there
+            platform().extractIcon(program);
+            countHandles();
+        }
+        const HandleCount before = countHandles();
+        for (int i = 0; i < 500; ++i) {
+            platform().extractIcon(program);
+        }
+        const HandleCount after = countHandles();
+        QCOMPARE(after.gdi, before.gdi);
+        QCOMPARE(after.user, before.user);
+        QCOMPARE(after.nextGdi, before.nextGdi);
+        // Wine's table of user objects is that of all processes: a few places may be others'.
+        QVERIFY2(after.nextUser < before.nextUser + 100,
+                 qPrintable(QStringLiteral("%1, %2").arg(before.nextUser).arg(after.nextUser)));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestIconPixelsWin)
+#include "tst_iconpixels_win.moc"
