@@ -17,7 +17,7 @@ mkdir -p build
 log=$PWD/build/run.log
 : >"$log"
 require_packages $build_packages >&2
-configure_and_build release -DKESTRELPACK_BUILD_TESTS=OFF >&2
+configure_and_build release >&2
 top=$PWD
 bin=$top/build/release/bin
 

@@ -9,6 +9,8 @@ display_packages='xvfb'
 test_packages='wine wine64 icoutils nsis openssl osslsigncode'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
+# For formatting and static checks: other versions format and find other things.
+check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
 clang_packages='clang-19 libclang-rt-19-dev'
 
@@ -65,12 +67,11 @@ provide_qt_for_windows() {
     scripts/build-qt-windows "$log" >>"$log" || fail "there is no Qt for Windows; see $log"
 }
 
-# configure_and_build PRESET [CMAKE-OPTION...]
+# configure_and_build PRESET
 configure_and_build() {
     preset=$1
-    shift
     echo "Building (log: $log)"
-    cmake --preset "$preset" "$@" >>"$log" 2>&1 || fail "configuring failed; the end of $log:
+    cmake --preset "$preset" >>"$log" 2>&1 || fail "configuring failed; the end of $log:
 $(tail -n 15 "$log")"
     cmake --build --preset "$preset" >>"$log" 2>&1 || fail "building failed; the end of $log:
 $(tail -n 30 "$log")"

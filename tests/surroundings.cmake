@@ -53,6 +53,9 @@ function(kestrelpack_set_test_surroundings name labels timeout)
     if(NOT KESTRELPACK_WINE AND (tests_are_windows_programs OR "wine" IN_LIST labels))
         set_tests_properties(${name} PROPERTIES DISABLED TRUE)
     endif()
+    # Qt Test ends a test function after this many milliseconds; its default is five minutes.
+    math(EXPR function_timeout "${timeout} * 1000 - 30000")
+    list(APPEND environment "QTEST_FUNCTION_TIMEOUT=${function_timeout}")
     set_tests_properties(${name} PROPERTIES
         LABELS "${labels}" TIMEOUT ${timeout} ENVIRONMENT "${environment}")
 endfunction()
@@ -61,7 +64,7 @@ endfunction()
 function(kestrelpack_add_fixture fixture name moment script)
     add_test(NAME ${name} COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/wine/${script}")
     set_tests_properties(${name} PROPERTIES
-        FIXTURES_${moment} ${fixture} LABELS wine TIMEOUT 300
+        FIXTURES_${moment} ${fixture} LABELS wine TIMEOUT 900
         ENVIRONMENT "${KESTRELPACK_TEST_WINE_ENVIRONMENT}")
 endfunction()
 

@@ -10,6 +10,10 @@ module=$2
 hello=$3
 pictures=$4
 . "$(dirname "$0")/support.sh"
+[ -x "$native" ] || {
+    echo "Skipped: there is no $native; the preset dev builds it."
+    exit 77
+}
 work=$(mktemp -d /tmp/progress.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$pictures" "$work/large" "$work/small" "$work/tools" "$work/temp"

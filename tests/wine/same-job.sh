@@ -10,6 +10,10 @@ native=$1
 windows=$2
 hello=$3
 icon=$4
+[ -x "$native" ] || {
+    echo "Skipped: there is no $native; the preset dev builds it."
+    exit 77
+}
 work=$(mktemp -d /tmp/samejob.XXXXXX)
 trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
 source="$work/我的 应用 🦅"
