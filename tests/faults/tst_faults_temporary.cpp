@@ -21,39 +21,26 @@ private:
                 temporary, rights};
     }
 
-    // The helper is there, works, and is somebody else's in one way or another.
-    static void addPlanted(const char *name, const std::function<void(FaultyJob &)> &plant,
+    // The helpers are there and work, but `helpers` of them are another user's, in a temporary directory with
+    // the permissions `directory`.
+    static void addPlanted(const char *name, const QStringList &helpers, uint directory,
                            Fault fault)
     {
-        fault.spoil = [plant](FaultyJob &job) {
+        fault.spoil = [helpers, directory](FaultyJob &job) {
             job.platform.reset();
             job.job.iconPath = job.folders.filePath("user.ico");
             QVERIFY(writeFile(job.job.iconPath, icoBytes(32, 32)));
             if (onWindows) {
                 job.skip("the temporary directory is the user's alone here");
             }
-            plant(job);
-        };
-        QTest::newRow(name) << fault;
-    }
-
-    static void addPlanted(const QString &helper, const QByteArray &what, const Fault &fault)
-    {
-        addPlanted(
-            qPrintable(what + " belongs to another user"),
-            [helper](FaultyJob &job) {
+            for (const QString &helper : helpers) {
                 if (!giveAway(job.temp.filePath(helper))) {
                     job.skip("only root can give files away");
                 }
-            },
-            fault);
-        addPlanted(
-            qPrintable(what + " may be written by others"),
-            [helper](FaultyJob &job) {
-                QFile::setPermissions(job.temp.filePath(helper),
-                                      QFile::Permissions::fromInt(0x7072));
-            },
-            fault);
+            }
+            QFile::setPermissions(job.temp.path(), QFile::Permissions::fromInt(directory));
+        };
+        QTest::newRow(name) << fault;
     }
 
 private slots:
@@ -124,17 +111,23 @@ private slots:
     void planted_data()
     {
         QTest::addColumn<Fault>("fault");
+        constexpr uint shared = 0x7077;
+        constexpr uint usersOwn = 0x7055;
         addPlanted(
-            "7zr.exe", "an archiver that",
+            "an archiver of another user, where others may write", {"7zr.exe"}, shared,
             {{}, Ending::Failed, "错误：无法启动7z.exe，路径: ", "the older my.exe", "nothing"});
-        addPlanted("7zS2.sfx", "a module that",
+        addPlanted("a module of another user, where others may write", {"7zS2.sfx"}, shared,
                    {{}, Ending::Failed, "错误：无法读取SFX模块", "an empty my.exe", "temp.7z"});
-        addPlanted("ResourceHacker.exe", "an editor that",
+        addPlanted("an editor of another user, where others may write", {"ResourceHacker.exe"},
+                   shared,
                    {{},
                     Ending::Done,
                     "错误：ResourceHacker添加新图标失败\n警告：图标替换失败",
                     "my.exe, whole",
                     "temp.7z"});
+        addPlanted("all helpers of another user, where only the user may write",
+                   {"7zr.exe", "7zS2.sfx", "ResourceHacker.exe"}, usersOwn,
+                   {{}, Ending::Done, "图标替换成功！", "my.exe, whole", "temp.7z"});
     }
     void planted()
     {
