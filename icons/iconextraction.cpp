@@ -3,6 +3,7 @@
 
 #include "icons/iconextraction.h"
 
+#include "icons/imageofpixmap.h"
 #include "platform/joblog.h"
 #include "platform/platform.h"
 
@@ -42,7 +43,7 @@ QByteArray iconOfExecutable(const QString &executable, const LogSink &log)
 
     QBuffer buffer;
     if (!buffer.open(QIODevice::WriteOnly)
-        || !enlargedToIconSize(icon.image).save(&buffer, "ICO")) {
+        || !enlargedToIconSize(imageOfPixmap(icon.image)).save(&buffer, "ICO")) {
         log(WorkerText::tr("错误：图标转换失败"));
         return {};
     }

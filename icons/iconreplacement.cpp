@@ -3,6 +3,7 @@
 
 #include "icons/iconreplacement.h"
 
+#include "icons/imageofpixmap.h"
 #include "icons/resourceeditorcommand.h"
 #include "platform/bundledtool.h"
 #include "platform/helperprocess.h"
@@ -12,8 +13,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-
-#include <algorithm>
 
 namespace {
 
@@ -73,32 +72,16 @@ void refreshIconCache()
     platform().notifyAssociationsChanged();
 }
 
-// An alpha channel that leaves every pixel opaque counts as none.
-bool isTranslucent(const QImage &image)
-{
-    if (!image.hasAlphaChannel()) {
-        return false;
-    }
-    const QImage pixels = image.convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < pixels.height(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
-        if (std::any_of(line, line + pixels.width(), [](QRgb p) { return qAlpha(p) != 255; })) {
-            return true;
-        }
-    }
-    return false;
-}
-
 void logVisibleIcon(const QString &executable, const LogSink &log)
 {
-    const QImage image(executable);
+    const QImage image = imageOfPixmap(QImage(executable));
     if (image.isNull()) {
         log(WorkerText::tr("警告：无法从EXE加载图标，可能需要重启资源管理器"));
         return;
     }
     log(WorkerText::tr("最终EXE图标尺寸: %1x%2").arg(image.width()).arg(image.height()));
-    log(isTranslucent(image) ? WorkerText::tr("图标包含透明通道")
-                             : WorkerText::tr("警告：图标不包含透明通道"));
+    log(image.hasAlphaChannel() ? WorkerText::tr("图标包含透明通道")
+                                : WorkerText::tr("警告：图标不包含透明通道"));
 }
 
 } // namespace

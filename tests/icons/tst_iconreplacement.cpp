@@ -257,6 +257,20 @@ private slots:
             << opaque << QStringList({"最终EXE图标尺寸: 20x10", noAlpha});
         QTest::newRow("with an alpha channel that leaves all opaque")
             << filled << QStringList({"最终EXE图标尺寸: 20x10", noAlpha});
+        const QStringList hasAlpha{"最终EXE图标尺寸: 20x10", "图标包含透明通道"};
+        for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8}) {
+            QImage image(20, 10, format);
+            image.setColorTable({qRgb(255, 0, 0), qRgba(0, 0, 0, 0)});
+            image.fill(0);
+            QTest::addRow("%d bits, with a transparent colour that is not used", image.depth())
+                << image << hasAlpha;
+        }
+        QImage deep(20, 10, QImage::Format_RGBA64);
+        deep.fill(Qt::red);
+        QTest::newRow("16 bits a channel, all opaque")
+            << deep << QStringList({"最终EXE图标尺寸: 20x10", noAlpha});
+        deep.setPixelColor(0, 0, QColor::fromRgba64(0xffff, 0, 0, 0xfffe));
+        QTest::newRow("16 bits a channel, one pixel hardly translucent") << deep << hasAlpha;
     }
     void finalLook()
     {
