@@ -3,6 +3,7 @@
 
 #include "app/startguard.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QtGlobal>
 
@@ -15,16 +16,27 @@ namespace {
 struct Remark
 {
     QtMsgType type;
+    QByteArray file;
+    int line;
+    QByteArray function;
+    QByteArray category;
     QString text;
 };
 
 // Held back: before a refusal, Qt explains it in several lines, of which the first has the reason.
 std::vector<Remark> remarks;
 
-void holdBack(QtMsgType type, const QMessageLogContext &, const QString &text)
+// A release build of Qt gives no file and no function.
+const char *orNull(const QByteArray &text)
+{
+    return text.isNull() ? nullptr : text.constData();
+}
+
+void holdBack(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type != QtFatalMsg) {
-        remarks.push_back({type, text});
+        remarks.push_back(
+            {type, context.file, context.line, context.function, context.category, text});
         return;
     }
     const QString reason = remarks.empty() ? text : remarks.front().text;
@@ -37,16 +49,15 @@ void holdBack(QtMsgType type, const QMessageLogContext &, const QString &text)
 
 } // namespace
 
-StartGuard::StartGuard()
-{
-    qInstallMessageHandler(holdBack);
-}
+StartGuard::StartGuard() : m_previous(qInstallMessageHandler(holdBack)) {}
 
 StartGuard::~StartGuard()
 {
-    qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(m_previous);
     for (const Remark &remark : remarks) {
-        qt_message_output(remark.type, QMessageLogContext(), remark.text);
+        const QMessageLogContext context(orNull(remark.file), remark.line, orNull(remark.function),
+                                         orNull(remark.category));
+        qt_message_output(remark.type, context, remark.text);
     }
     remarks.clear();
 }

@@ -3,9 +3,12 @@
 
 #pragma once
 
+#include <QtGlobal>
+
 // While it lives, Qt's refusal to start without a display ends the process with status 1 and one line
 // on standard error, instead of an abort. Put it around the construction of the application object.
-// At most one lives at a time; on the main thread.
+// At most one lives at a time; on the main thread. The message handler that was installed before is
+// installed again at the end, and then gets what Qt has said meanwhile.
 class StartGuard
 {
 public:
@@ -13,4 +16,7 @@ public:
     ~StartGuard();
     StartGuard(const StartGuard &) = delete;
     StartGuard &operator=(const StartGuard &) = delete;
+
+private:
+    QtMessageHandler m_previous;
 };

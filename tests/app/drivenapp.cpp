@@ -3,12 +3,14 @@
 
 // The program with a person inside it: closes each box, and then the window by its close button. Writes
 // what it sees to standard output, one line each. DRIVEN_BUNDLE ("missing" or "empty") spoils the bundle.
+// With DRIVEN_HANDLER, it installs a message handler before the start, and what that gets is written as well.
 
 #include "app/application.h"
 #include "tests/app/bundleswap.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QTimer>
@@ -21,6 +23,16 @@ void say(const QString &text)
 {
     std::printf("%s\n", qUtf8Printable(QString(text).replace('\n', "\\n")));
     std::fflush(stdout);
+}
+
+// Level, category and text of a message; not of Qt's own.
+void sayMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    const QString category = QString::fromUtf8(context.category);
+    if (!category.startsWith("qt.") && !text.startsWith("This plugin does not support")) {
+        const QStringList levels{"debug", "warning", "critical", "fatal", "info"};
+        say(QStringLiteral("%1 %2: %3").arg(levels[type], category, text));
+    }
 }
 
 QMainWindow *visibleWindow()
@@ -69,6 +81,15 @@ void watch()
 
 Q_COREAPP_STARTUP_FUNCTION(watch)
 
+Q_LOGGING_CATEGORY(driven, "driven")
+
+void speakDuringTheStart()
+{
+    qCWarning(driven) << "the application is being made";
+}
+
+Q_COREAPP_STARTUP_FUNCTION(speakDuringTheStart)
+
 int main(int argc, char *argv[])
 {
     const QByteArray bundle = qgetenv("DRIVEN_BUNDLE");
@@ -76,6 +97,9 @@ int main(int argc, char *argv[])
         removeBundle();
     } else if (bundle == "empty" && !useEmptySheet()) {
         return 99;
+    }
+    if (qEnvironmentVariableIsSet("DRIVEN_HANDLER")) {
+        qInstallMessageHandler(sayMessage);
     }
     return runApplication(argc, argv);
 }

@@ -90,6 +90,33 @@ private slots:
         QCOMPARE(QDir(m_home.path()).entryList({"Kestrelpack_*"}), QStringList());
     }
 
+    void anEarlierMessageHandlerIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("bundle");
+        QTest::addColumn<QStringList>("seen");
+
+        const QString early = "warning driven: the application is being made";
+        const QString path = "debug default: 样式文件路径: :/qss/default.css";
+        QTest::newRow("styled") << QByteArray()
+                                << QStringList{early, path, "debug default: 样式表加载成功",
+                                               "window, styled", question};
+        QTest::newRow("an empty style sheet")
+            << QByteArray("empty")
+            << QStringList{early,           path,    "warning default: 样式表为空！", warning,
+                           "window, plain", question};
+    }
+
+    void anEarlierMessageHandlerIsKept()
+    {
+        QFETCH(QByteArray, bundle);
+        auto environment = surroundings();
+        environment.insert("DRIVEN_BUNDLE", bundle);
+        environment.insert("DRIVEN_HANDLER", "1");
+        const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        QTEST(seen.output, "seen");
+        QCOMPARE(seen.status, 0);
+    }
+
     void argumentsAreIgnored()
     {
         const Run seen
