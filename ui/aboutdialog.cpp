@@ -28,7 +28,7 @@ void AboutDialog::fillIn()
                                  .pixmap(ui->logoLabel->maximumSize(), devicePixelRatio()));
     ui->versionLabel->setText(tr("版本: %1").arg(productinfo::version));
     // A style sheet does not reach the colour of a link.
-    ui->websiteLabel->setText(QStringLiteral("<a style=\"color:#00b688\" href=\"%1\">%2</a>")
+    ui->websiteLabel->setText(QStringLiteral("<a href=\"%1\" style=\"color:#00b688\">%2</a>")
                                   .arg(productinfo::website.toHtmlEscaped(), tr("访问官方网站")));
     ui->copyrightLabel->setText(
         tr("© %1 %2 保留所有权利").arg(productinfo::copyrightYear, productinfo::company));

@@ -49,7 +49,7 @@ void MainWindow::populateMainExeList(const QString &folder)
 {
     ui->mainExeComboBox->clear();
     const QFileInfoList programs
-        = QDir(folder).entryInfoList({QStringLiteral("*.exe")}, QDir::Files, QDir::Unsorted);
+        = QDir(folder).entryInfoList({QStringLiteral("*.exe")}, QDir::Files, QDir::NoSort);
     for (const QFileInfo &program : programs) {
         ui->mainExeComboBox->addItem(program.fileName());
     }

@@ -7,8 +7,6 @@
 
 #include <QStandardPaths>
 
-#include <filesystem>
-
 // How a person gives the window its inputs: the four dialogs.
 class TestMainWindowInput : public QObject
 {
@@ -45,11 +43,9 @@ private slots:
 
         answerFileDialog([&] { fixture.click("selectFolderButton"); }, fixture.sourceFolder());
         QCOMPARE(fixture.text("folderLineEdit"), fixture.sourceFolder());
-        QStringList names = fixture.programNames();
-        QCOMPARE(names, programsAsTheFileSystemGivesThem(fixture.sourceFolder()));
-        names.sort();
-        QCOMPARE(names,
-                 (QStringList{"B.EXE", "a.exe", "c.exe", "k.exe", "m.exe", "my.exe", "x.exe",
+        // By name: without a flag for sorting, a QDir uses its own.
+        QCOMPARE(fixture.programNames(),
+                 (QStringList{"a.exe", "B.EXE", "c.exe", "k.exe", "m.exe", "my.exe", "x.exe",
                               "z.exe"}));
         QCOMPARE(fixture.programs()->currentIndex(), 0);
         QVERIFY(fixture.programs()->itemIcon(0).isNull());
@@ -244,20 +240,6 @@ private slots:
         QCOMPARE(fixture.text("iconLineEdit"), "");
         QCOMPARE(fixture.programNames(), QStringList{"my.exe"});
         QCOMPARE(fixture.settings.keys(), QStringList());
-    }
-
-private:
-    static QStringList programsAsTheFileSystemGivesThem(const QString &folder)
-    {
-        QStringList names;
-        for (const auto &entry : std::filesystem::directory_iterator(folder.toStdU16String())) {
-            const QString name = QString::fromStdU16String(entry.path().filename().u16string());
-            if (entry.is_regular_file() && !name.startsWith('.')
-                && name.endsWith(".exe", Qt::CaseInsensitive)) {
-                names.append(name);
-            }
-        }
-        return names;
     }
 };
 
