@@ -78,8 +78,13 @@ QByteArray Worker::chooseIcon(const PackagingJob &job)
     if (!icon.isEmpty()) {
         return icon;
     }
+    // The path holds at least its separator, so there always is one. The test is the designed guard; keep it.
+    const QString program = job.mainExePath();
+    if (job.iconPath.isEmpty() && program.isEmpty()) {
+        return {};
+    }
     emit logMessage(tr("尝试从主程序提取图标..."));
-    icon = extractIconFromExe(job.mainExePath());
+    icon = extractIconFromExe(program);
     if (!validateIconData(icon)) {
         emit logMessage(tr("警告：无法从主程序提取有效图标，将创建无图标的应用"));
         return {};
