@@ -4,6 +4,12 @@
 #include "platform/iconpixels_win.h"
 
 #include "platform/gdihandles_win.h"
+#include "platform/iconmask.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <cstring>
 
 #include <shellapi.h>
 
@@ -58,6 +64,28 @@ QImage drawnIcon(HICON icon, int width, int height)
     return image;
 }
 
+// The bits of a mask, top row first; null when it is no bitmap with one bit a pixel.
+QImage maskImage(HBITMAP bitmap)
+{
+    BITMAP record = {};
+    if (!GetObjectW(bitmap, sizeof record, &record) || record.bmBitsPixel != 1
+        || record.bmPlanes != 1) {
+        return {};
+    }
+    QImage mask(record.bmWidth, record.bmHeight, QImage::Format_Mono);
+    const qsizetype rowSize = record.bmWidthBytes;
+    QByteArray bits(rowSize * mask.height(), '\0');
+    if (GetBitmapBits(bitmap, static_cast<LONG>(bits.size()), bits.data()) != bits.size()) {
+        return {};
+    }
+    for (int y = 0; y < mask.height();
+         ++y) { // rows of whole words there, of whole double words here
+        std::memcpy(mask.scanLine(y), bits.constData() + y * rowSize,
+                    static_cast<size_t>(std::min(rowSize, mask.bytesPerLine())));
+    }
+    return mask;
+}
+
 } // namespace
 
 ExtractedIcon iconPixelsOf(const QString &executable)
@@ -79,6 +107,7 @@ ExtractedIcon iconPixelsOf(const QString &executable)
     }
     BITMAP bitmap = {};
     GetObjectW(colour.get(), sizeof bitmap, &bitmap);
-    return {ExtractedIcon::Outcome::Extracted,
-            drawnIcon(icon.get(), bitmap.bmWidth, bitmap.bmHeight)};
+    QImage image = drawnIcon(icon.get(), bitmap.bmWidth, bitmap.bmHeight);
+    useMaskWithoutOpacity(image, maskImage(info.hbmMask));
+    return {ExtractedIcon::Outcome::Extracted, image};
 }
