@@ -5,7 +5,8 @@
 
 #include <QTest>
 
-// Runs that end early: what they say until then, and what they have not begun.
+// Runs that end before the archiver starts: what they say until then, and what they have not begun. Later ends
+// are in tst_archiverrun, tst_outputassembly and the fault matrix (tests/faults).
 class TestWorkerFailures : public QObject
 {
     Q_OBJECT
@@ -50,79 +51,6 @@ private slots:
         QCOMPARE(s.run(),
                  beginning(s)
                      + QStringList({"log 错误：无法复制7zr.exe到临时目录", "finished false"}));
-    }
-
-    void anArchiverThatDoesNotStartEndsTheRun()
-    {
-        Surroundings s;
-        s.platform.refusal = "not this one";
-        QCOMPARE(s.run(),
-                 beginning(s) + command(s)
-                     + QStringList({"log 错误：无法启动7z.exe，路径: " + s.temp.filePath("7zr.exe"),
-                                    "log 错误详情: not this one", "finished false"}));
-    }
-
-    void anArchiverThatFailsEndsTheRun()
-    {
-        Surroundings s;
-        s.temp.plantArchiver("complain no room\nexit 8\n");
-        QStringList events = s.run();
-        if (onWindows) {
-            events.removeAll("log "); // standard error wakes the reader of standard output
-        }
-        QCOMPARE(events,
-                 beginning(s) + command(s)
-                     + QStringList({"log 7z错误输出: no room", "finished false"}));
-        QVERIFY(!QFile::exists(s.output()));
-    }
-
-    void aModuleThatCannotBeCopiedEndsTheRun()
-    {
-        if (onWindows) {
-            QSKIP(PrivateTemp::cannotBlockCopies);
-        }
-        Surroundings s;
-        s.temp.blockCopyTo("7zS2.sfx");
-        QCOMPARE(s.run(),
-                 archived(s) + QStringList({"log 错误：无法复制SFX模块", "finished false"}));
-    }
-
-    void anOutputThatCannotBeCreatedEndsTheRun()
-    {
-        Surroundings s;
-        QVERIFY(QDir(s.temp.filePath("output")).mkpath("my.exe"));
-        QCOMPARE(s.run(),
-                 archived(s)
-                     + QStringList(
-                         {"log 错误：无法创建输出文件: " + s.output(), "finished false"}));
-    }
-
-    void aModuleThatCannotBeReadEndsTheRun()
-    {
-        Surroundings s;
-        s.platform.refusal = "not this one";
-        s.platform.refusedPath = s.temp.filePath("7zS2.sfx");
-        QCOMPARE(s.run(),
-                 archived(s) + QStringList({"log 错误：无法读取SFX模块", "finished false"}));
-    }
-
-    void anArchiveThatIsMissingEndsTheRun()
-    {
-        Surroundings s;
-        s.temp.plantArchiver("print  40%\n");
-        QCOMPARE(s.run(),
-                 archived(s) + moduleAndBlock()
-                     + QStringList({"log 错误：无法读取压缩包文件", "finished false"}));
-        QVERIFY(QFile::exists(s.output()));
-    }
-
-    void anOutputThatIsGoneAtTheEndIsAFailure()
-    {
-        Surroundings s;
-        s.temp.plantEditor("if addoverwrite\nremove @2\n");
-        QCOMPARE(s.run(),
-                 assembled(s) + extracted() + replaced()
-                     + QStringList({"log 创建单文件失败", "finished false"}));
     }
 };
 
