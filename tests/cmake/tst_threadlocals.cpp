@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
+
 #include <QTest>
 #include <QThread>
 
@@ -59,7 +61,7 @@ private slots:
             QVERIFY(thread->wait());
             QVERIFY(seen);
         }
-        QTRY_COMPARE(whole + spoilt, threads); // a thread that is waited for need not be quite gone
+        WAIT_COMPARE(whole + spoilt, threads); // a thread that is waited for need not be quite gone
         QCOMPARE(spoilt.load(), 0);
     }
 };

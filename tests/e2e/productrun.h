@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tests/fakes/thissystem.h"
+#include "tests/support/waiting.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -21,7 +22,7 @@ struct ProgramRun
 
 inline ProgramRun resultOf(QProcess &process)
 {
-    if (!process.waitForFinished(240000)) {
+    if (!process.waitForFinished(patience)) {
         process.kill();
         return {-1, {}, "did not start or timed out"};
     }

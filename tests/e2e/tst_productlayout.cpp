@@ -6,6 +6,7 @@
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/fakes/testfiles.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -38,7 +39,7 @@ ToolRun run(const QString &program, const QStringList &arguments)
     QProcess process;
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(program, arguments);
-    if (!process.waitForFinished(60000)) {
+    if (!process.waitForFinished(patience)) {
         return {-1, {}};
     }
     return {process.exitCode(), process.readAllStandardOutput()};

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/stylesheet.h"
+#include "tests/support/waiting.h"
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 
@@ -81,9 +82,8 @@ private:
     static void startAndWait(const WindowFixture &fixture)
     {
         fixture.click("startButton");
-        QTRY_VERIFY_WITH_TIMEOUT(fixture.find<QPushButton>("startButton")->isEnabled()
-                                     && QApplication::activeModalWidget() == nullptr,
-                                 120000);
+        WAIT_VERIFY(fixture.find<QPushButton>("startButton")->isEnabled()
+                    && QApplication::activeModalWidget() == nullptr);
     }
 
     static QString startProduct(const QString &product, const QStringList &arguments,
@@ -91,7 +91,7 @@ private:
     {
         QProcess process;
         startWindowsProgram(process, product, arguments);
-        if (!process.waitForFinished(120000)) {
+        if (!process.waitForFinished(patience)) {
             process.kill();
             return "timed out";
         }

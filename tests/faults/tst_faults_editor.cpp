@@ -92,7 +92,7 @@ private slots:
             Ending::Unnoticed, "my.exe with other content");
         QTest::newRow("the editor hangs in the middle of the file, and is ended")
             << Fault{[](FaultyJob &job) {
-                         job.temp.plantEditor("if addoverwrite\nwrite @2 1000\nsleep 60000\n");
+                         job.temp.plantEditor("if addoverwrite\nwrite @2 1000\nsleep 900000\n");
                      },
                      Ending::Unnoticed, "错误：ResourceHacker添加新图标失败\n警告：图标替换失败",
                      "my.exe with other content", "temp.7z"};

@@ -3,6 +3,7 @@
 
 #include "tests/faults/faultyjob.h"
 #include "tests/faults/rownotes.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QTest>
@@ -13,7 +14,7 @@
 
 namespace {
 
-const QByteArray waitToBeKilled = "print at the marker\nwrite marker 1\nsleep 60000\n";
+const QByteArray waitToBeKilled = "print at the marker\nwrite marker 1\nsleep 900000\n";
 
 } // namespace
 
@@ -123,11 +124,10 @@ private slots:
         process.start(KESTRELPACK_KILLED_JOB,
                       {moment, QString::number(which), job.job.folderPath, job.job.archivePath,
                        job.job.outputDir});
-        QVERIFY(process.waitForStarted());
+        QVERIFY(process.waitForStarted(patience));
         QByteArray said;
-        QTRY_VERIFY_WITH_TIMEOUT((process.waitForReadyRead(5), said += process.readAll(),
-                                  inHelper ? QFile::exists(marker) : said.contains("here")),
-                                 20000);
+        WAIT_VERIFY((process.waitForReadyRead(5), said += process.readAll(),
+                     inHelper ? QFile::exists(marker) : said.contains("here")));
         QCOMPARE(process.state(), QProcess::Running);
         killWithHelpers(process);
 
@@ -152,11 +152,11 @@ private:
         const QList<pid_t> helpers = childrenOf(process.processId());
 #endif
         process.kill();
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
 #ifdef Q_OS_LINUX
         for (const pid_t helper : helpers) {
-            QTRY_VERIFY(helper <= 0 || kill(helper, 0) != 0);
+            WAIT_VERIFY(helper <= 0 || kill(helper, 0) != 0);
         }
 #endif
     }

@@ -3,6 +3,7 @@
 
 #include "tests/fakes/testfiles.h"
 #include "tests/faults/faultyjob.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QTest>
@@ -105,15 +106,15 @@ private slots:
         FaultyJob job;
         QVERIFY(QFile::remove(job.output()) && QFile::copy(KESTRELPACK_FAKE_TOOL, job.output()));
         job.older = readFile(KESTRELPACK_FAKE_TOOL);
-        qputenv("FAKE_MY", "sleep 60000\n");
+        qputenv("FAKE_MY", "sleep 900000\n");
         const auto forget = qScopeGuard([] { qunsetenv("FAKE_MY"); });
         QProcess older;
         older.start(job.output(), QStringList());
-        QVERIFY(older.waitForStarted());
+        QVERIFY(older.waitForStarted(patience));
         job.check(fault);
         QCOMPARE(older.state(), QProcess::Running);
         older.kill();
-        QVERIFY(older.waitForFinished());
+        QVERIFY(older.waitForFinished(patience));
     }
 };
 

@@ -4,6 +4,7 @@
 #include "packaging/worker.h"
 
 #include "tests/packaging/workerrun.h"
+#include "tests/support/waiting.h"
 
 #include <QMetaMethod>
 #include <QTest>
@@ -181,10 +182,10 @@ private slots:
             Q_ARG(QString, s.job.mainExeName), Q_ARG(QString, s.job.iconPath),
             Q_ARG(QString, s.job.compressionLevel), Q_ARG(QString, s.job.compressionMethod),
             Q_ARG(QString, s.job.dictionarySize)));
-        QTRY_COMPARE(seen.isEmpty() ? QString() : seen.constLast(), "finished true");
+        WAIT_COMPARE(seen.isEmpty() ? QString() : seen.constLast(), "finished true");
         QCOMPARE(seen.constFirst(), "开始创建便携应用...");
         thread.quit();
-        QVERIFY(thread.wait(10000));
+        QVERIFY(thread.wait(patience));
     }
 };
 

@@ -21,11 +21,11 @@ fail() {
     exit 1
 }
 
-# wait_for WHAT COMMAND...: until it succeeds, 20 seconds at most.
+# wait_for WHAT COMMAND...: until it succeeds, five minutes at most.
 wait_for() {
-    local what=$1
+    local what=$1 end=$((SECONDS + 300))
     shift
-    for _ in $(seq 200); do
+    while [ "$SECONDS" -lt "$end" ]; do
         if "$@" >/dev/null 2>&1; then return; fi
         sleep 0.1
     done
