@@ -68,7 +68,7 @@ bool ModuleRun::setUp()
     QProcess boot;
     prepare(boot);
     boot.start(QStringLiteral("wine"), {QStringLiteral("wineboot"), QStringLiteral("-i")});
-    return boot.waitForFinished(120000);
+    return boot.waitForFinished(patience);
 }
 
 void ModuleRun::pretendOldWindows(bool old)
@@ -88,7 +88,7 @@ bool ModuleRun::waitForServersEnd() const
     QProcess process;
     prepare(process);
     process.start(server, {QStringLiteral("-w")});
-    return process.waitForFinished(60000) && process.exitCode() == 0;
+    return process.waitForFinished(patience) && process.exitCode() == 0;
 }
 
 bool ModuleRun::renewTemporaryFolder(const QString &name)

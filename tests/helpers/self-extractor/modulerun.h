@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/exitcodes.h"
 #include "tests/helpers/self-extractor/sfxtest.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -66,10 +67,10 @@ public:
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;
     /// Closes standard input and waits for the end.
-    static Run finish(QProcess &process, int milliseconds = 120000);
+    static Run finish(QProcess &process, int milliseconds = patience);
     /// Waits until the output has `text` in it so many times; returns all of the output.
     static QByteArray waitForOutput(QProcess &process, const QByteArray &text, int times = 1,
-                                    int milliseconds = 60000);
+                                    int milliseconds = patience);
     Run run(const QString &file, const QString &tail = QString(),
             const QStringList &options = {}) const;
 

@@ -22,7 +22,7 @@ protected:
     /// Starts the test program, which then waits; `folder` is where it was unpacked to. Null: it
     /// has not started in time.
     std::unique_ptr<QProcess> startWaiting(const QString &file, QString &folder,
-                                           int milliseconds = 60000) const;
+                                           int milliseconds = patience) const;
 
     ModuleRun m_run;
 

@@ -222,20 +222,6 @@ QByteArray noise(qsizetype size, quint32 seed)
     return bytes;
 }
 
-bool renameInArchive(QByteArray &archive, const QString &from, const QString &to)
-{
-    const auto units = [](const QString &text) {
-        return QByteArray(reinterpret_cast<const char *>(text.utf16()), 2 * text.size() + 2);
-    };
-    const qsizetype at = archive.lastIndexOf(units(from));
-    if (at < 0 || from.size() != to.size()) {
-        return false;
-    }
-    archive.replace(at, 2 * from.size(), units(to).chopped(2));
-    resealArchive(archive);
-    return true;
-}
-
 void resealArchive(QByteArray &archive)
 {
     CrcGenerateTable();

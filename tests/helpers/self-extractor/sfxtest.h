@@ -62,9 +62,6 @@ Tree mixedTree();
 /// Reproducible noise.
 QByteArray noise(qsizetype size, quint32 seed);
 
-/// In an archive whose header is not packed: replaces a name by one of the same length and makes
-/// the checksums right again.
-bool renameInArchive(QByteArray &archive, const QString &from, const QString &to);
 /// Recomputes the checksums of an archive's end header and start header.
 void resealArchive(QByteArray &archive);
 /// Recomputes the start header's own checksum only.

@@ -150,6 +150,8 @@ void TestConfigBlock::acceptsAndRefuses_data()
     row("a key that comes twice",
         blockOf("RunProgram=\"a.exe\"\nRunProgram=\"b.exe\"\n"
                 "InstallPath=\"%%T\\a\"\n"));
+    row("the title twice",
+        blockOf("Title=\"a\"\nTitle=\"b\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n"));
     row("a value without its second quote",
         blockOf("RunProgram=\"a.exe\nInstallPath=\"%%T\\a\"\n"));
     row("a line without a value", blockOf("RunProgram\nInstallPath=\"%%T\\a\"\n"));

@@ -34,8 +34,8 @@ void TestProcessTree::init()
 void TestProcessTree::cleanup()
 {
     QCOMPARE(m_run.leftovers(), QStringList());
-    QTRY_COMPARE(m_run.moduleProcesses(), QList<qint64>());
-    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    WAIT_COMPARE(m_run.moduleProcesses(), QList<qint64>());
+    WAIT_COMPARE(m_run.programProcesses(), QList<qint64>());
 }
 
 void TestProcessTree::waitsForTheWholeTree_data()
@@ -87,11 +87,11 @@ void TestProcessTree::endsTheTreeWithItself()
     // The second one tells its start as well.
     const int starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
     QVERIFY(!ModuleRun::waitForOutput(*process, "program=", starts).isEmpty());
-    QTRY_COMPARE(m_run.programProcesses().size(), processes);
+    WAIT_COMPARE(m_run.programProcesses().size(), processes);
     const QList<qint64> modules = m_run.moduleProcesses();
     QCOMPARE(modules.size(), 1);
     kill(static_cast<pid_t>(modules.first()), SIGKILL);
-    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    WAIT_COMPARE(m_run.programProcesses(), QList<qint64>());
     ModuleRun::finish(*process);
     QVERIFY(m_run.renewTemporaryFolder());
 }
