@@ -9,6 +9,8 @@
 
 #include <QtEndian>
 
+#include <array>
+
 namespace {
 
 // The marks of 7-Zip's archive header (7zFormat.txt in its source package).
@@ -64,14 +66,35 @@ const QByteArray &packedZeros()
     return packed;
 }
 
+// The CRC goes on over zerosAtOnce zeros. What they make of it is made of what they make of its bits, so 4 GiB
+// need not be gone through.
+quint32 crcAfterZeros(quint32 crc)
+{
+    static const std::array<quint32, 32> ofBits = [] {
+        CrcGenerateTable();
+        const QByteArray zeros(LargeFile::zerosAtOnce, '\0');
+        std::array<quint32, 32> results;
+        for (unsigned bit = 0; bit < 32; ++bit) {
+            results[bit]
+                = CrcUpdate(1u << bit, zeros.constData(), static_cast<std::size_t>(zeros.size()));
+        }
+        return results;
+    }();
+    quint32 result = 0;
+    for (unsigned bit = 0; bit < 32; ++bit) {
+        if (crc >> bit & 1) {
+            result ^= ofBits[bit];
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 void LargeFile::appendZeros(int times)
 {
-    CrcGenerateTable();
-    const QByteArray zeros(zerosAtOnce, '\0');
     for (int i = 0; i < times; ++i) {
-        m_crc = CrcUpdate(m_crc, zeros.constData(), static_cast<std::size_t>(zeros.size()));
+        m_crc = crcAfterZeros(m_crc);
     }
     m_packed += packedZeros().repeated(times);
     m_size += static_cast<quint64>(zerosAtOnce) * static_cast<quint64>(times);

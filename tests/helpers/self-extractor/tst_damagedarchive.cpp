@@ -32,8 +32,9 @@ private:
 void TestDamagedArchive::initTestCase()
 {
     m_tree = mixedTree();
-    m_tree[QStringLiteral("main.exe")].truncate(300000);
-    m_tree[QStringLiteral("text/long.txt")].truncate(100000);
+    for (QByteArray &content : m_tree) { // it is unpacked thousands of times
+        content.truncate(40000);
+    }
 }
 
 void TestDamagedArchive::addKinds()

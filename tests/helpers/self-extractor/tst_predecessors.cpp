@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <functional>
 
 #include <unistd.h>
 
@@ -39,6 +40,7 @@ private slots:
 private:
     void killModule() const;
     qsizetype entries() const;
+    void startWhile(const std::function<bool()> &condition) const;
     void startUntilEmpty() const;
 
     ModuleRun m_run;
@@ -50,7 +52,7 @@ void TestPredecessors::initTestCase()
 {
     QVERIFY(m_run.setUp());
     Tree tree{{u"main.exe"_s, ModuleRun::programBytes()}};
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 300; ++i) {
         tree[u"files/%1.txt"_s.arg(i)] = QByteArray::number(i);
     }
     // Only one file has the name that the fixture gives.
@@ -87,14 +89,19 @@ qsizetype TestPredecessors::entries() const
     return count;
 }
 
-// Half a second is mostly enough for one start to remove everything, but not on a machine that has other things
-// to do.
-void TestPredecessors::startUntilEmpty() const
+// One start has half a second for it. That is mostly enough to remove everything, but not on a machine that has
+// other things to do.
+void TestPredecessors::startWhile(const std::function<bool()> &condition) const
 {
-    for (int starts = 0; entries() > 0; ++starts) {
-        QVERIFY2(starts < 20, qPrintable(u"%1 left"_s.arg(entries())));
+    for (int starts = 0; condition(); ++starts) {
+        QVERIFY2(starts < 100, qPrintable(u"%1 left"_s.arg(entries())));
         QCOMPARE(m_run.run(m_file).exitCode, 7);
     }
+}
+
+void TestPredecessors::startUntilEmpty() const
+{
+    startWhile([this] { return entries() > 0; });
 }
 
 void TestPredecessors::cleansUpAfterAKilledOne_data()
@@ -104,9 +111,9 @@ void TestPredecessors::cleansUpAfterAKilledOne_data()
     QTest::newRow("with its lock file made") << "*.lock";
     QTest::newRow("with its folder made") << "kp-*/main";
     QTest::newRow("at the first files") << "kp-*/main/files/1.txt";
-    QTest::newRow("at a fifth") << "kp-*/main/files/1499.txt";
-    QTest::newRow("in the middle of unpacking") << "kp-*/main/files/2500.txt";
-    QTest::newRow("at the last files") << "kp-*/main/files/999.txt";
+    QTest::newRow("at a fifth") << "kp-*/main/files/150.txt";
+    QTest::newRow("in the middle of unpacking") << "kp-*/main/files/230.txt";
+    QTest::newRow("at the last files") << "kp-*/main/files/99.txt";
     QTest::newRow("with everything unpacked") << "kp-*/main/main.exe";
     QTest::newRow("with the program running") << "program=";
     QTest::newRow("with a program that another one started running") << "program=, twice";
@@ -121,21 +128,27 @@ void TestPredecessors::cleansUpAfterAKilledOne()
     QVERIFY(process != nullptr);
     if (sign.contains(u'*')) {
         while (!m_run.hasTemporary(sign)) {
-            QVERIFY(process->state() == QProcess::Running || process->waitForStarted());
+            QVERIFY(process->state() == QProcess::Running || process->waitForStarted(patience));
         }
     } else {
         QVERIFY(!ModuleRun::waitForOutput(*process, "program=", startsOne ? 2 : 1).isEmpty());
     }
+    std::unique_ptr<QProcess> holder;
     if (sign == u"removing"_s) {
+        // With a file that is in use, the module is not through before it is killed.
+        holder = m_run.hold(m_run.temporaryFolder() + u'/' + m_run.leftovers().value(0)
+                            + u"/main/files/150.txt"_s);
+        QVERIFY(holder != nullptr);
         process->write("\n");
-        QVERIFY(process->waitForBytesWritten());
-        while (m_run.hasTemporary(u"kp-*/main/files/0.txt"_s)
-               && m_run.hasTemporary(u"kp-*/main/files/999.txt"_s)) {
-        }
+        WAIT_VERIFY(!m_run.hasTemporary(u"kp-*/main/files/0.txt"_s)
+                    || !m_run.hasTemporary(u"kp-*/main/files/99.txt"_s));
     }
     killModule();
     ModuleRun::finish(*process);
-    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    if (holder != nullptr) {
+        ModuleRun::finish(*holder);
+    }
+    WAIT_COMPARE(m_run.programProcesses(), QList<qint64>());
     QVERIFY(m_run.hasTemporary(u"kp-*.lock"_s));
 
     startUntilEmpty();
@@ -156,8 +169,7 @@ void TestPredecessors::removesWhatIsDead()
 {
     QFETCH(Tree, tree);
     QVERIFY(writeTree(m_run.temporaryFolder(), tree));
-    QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QCOMPARE(m_run.leftovers(), QStringList());
+    startUntilEmpty();
 }
 
 void TestPredecessors::leavesAloneWhatIsNotOurs_data()
@@ -229,16 +241,15 @@ void TestPredecessors::leavesAloneWhatAnEscapedProgramUses()
     QVERIFY(process != nullptr);
     QVERIFY(!ModuleRun::waitForOutput(*process, "program=", 2).isEmpty());
     killModule();
-    QTRY_COMPARE(m_run.programProcesses().size(), 1);
+    WAIT_COMPARE(m_run.programProcesses().size(), 1);
     QCOMPARE(m_run.run(m_file).exitCode, 7);
     QVERIFY(m_run.hasTemporary(u"kp-*/main/data.txt"_s));
     for (const qint64 id : m_run.programProcesses()) {
         kill(static_cast<pid_t>(id), SIGKILL);
     }
-    QTRY_COMPARE(m_run.programProcesses(), QList<qint64>());
+    WAIT_COMPARE(m_run.programProcesses(), QList<qint64>());
     ModuleRun::finish(*process);
-    QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QCOMPARE(m_run.leftovers(), QStringList());
+    startUntilEmpty();
 }
 
 void TestPredecessors::doesNotFollowADeadOnesLinks()
@@ -251,8 +262,7 @@ void TestPredecessors::doesNotFollowADeadOnesLinks()
     const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef012"_s;
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u"3/main/link"_s));
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u'4'));
-    QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QVERIFY(!QFile::exists(folder + u"3/main/x"_s));
+    startWhile([&folder] { return QFile::exists(folder + u"3/main/x"_s); });
     QVERIFY(QFile::exists(folder + u'4')); // a link is none of our folders
     QCOMPARE(contentOf(m_run.path(u"outside/x"_s)), QByteArray("x"));
 }
@@ -287,9 +297,7 @@ void TestPredecessors::stopsInTimeAndGoesOnLater()
     const qsizetype left = count();
     qInfo("%lld of %d files left", static_cast<long long>(left), files);
     QVERIFY(left > 0);
-    QVERIFY(left < files);
-    QCOMPARE(m_run.run(m_file).exitCode, 7);
-    QVERIFY(count() < left);
+    startWhile([&] { return count() >= left; });
 }
 
 QTEST_GUILESS_MAIN(TestPredecessors)
