@@ -13,7 +13,12 @@ namespace {
 constexpr std::uint64_t pageSize = 4096;
 constexpr std::uint32_t addressLimit = 0x7fff0000U;
 constexpr std::uint32_t readableData = 0x40000040U; // IMAGE_SCN_CNT_INITIALIZED_DATA, _MEM_READ
+
+// IMAGE_DEBUG_DIRECTORY: its size, and where SizeOfData and PointerToRawData lie in it.
 constexpr std::size_t debugEntrySize = 28;
+constexpr std::size_t debugDataSize = 16;
+constexpr std::size_t debugDataPointer = 24;
+constexpr std::size_t maxDebugEntries = 64; // far above what linkers write
 
 bool isWithinPage(std::uint64_t offset, std::uint64_t length)
 {
@@ -251,27 +256,45 @@ Result<EditPlan> planNewSection(const PeHeaders &headers, ResourceTree &tree)
     return plan;
 }
 
-// The entries of the debug directory name file offsets, too; they lie in another section's data.
-Result<Done> shiftDebugOffsets(const File &file, const PeHeaders &headers, EditPlan &plan)
+// The debug directory, if its size is right: whole entries, all of them in one section's bytes.
+Result<Bytes> readDebugDirectory(const File &file, const PeHeaders &headers)
 {
     const DataDirectory debug = headers.directory(Directory::Debug);
     const auto offset = headers.offsetOf(debug.address);
-    if (debug.address == 0 || !offset) {
-        return Done{};
+    if (debug.address == 0 || !offset || debug.size % debugEntrySize != 0
+        || debug.size / debugEntrySize > maxDebugEntries) {
+        return Bytes();
     }
-    const std::size_t count = std::min<std::size_t>(debug.size / debugEntrySize, 64);
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint64_t position = *offset + debugEntrySize * i + 24;
-        auto field = file.readAt(position, std::size_t{4});
-        if (field.hasError()) {
-            return field.error();
+    const Section &section = headers.sections()[*headers.sectionOf(debug.address)];
+    if (!fits(*offset, debug.size, section.rawEnd())
+        || std::uint64_t{debug.address} + debug.size > section.virtualEnd()) {
+        return Bytes();
+    }
+    return file.readAt(*offset, std::size_t{debug.size});
+}
+
+// Debug entries name file offsets, too. An entry whose data do not lie in the file is left alone: what
+// it names is not known.
+Result<Done> shiftDebugOffsets(const File &file, const PeHeaders &headers, EditPlan &plan)
+{
+    auto directory = readDebugDirectory(file, headers);
+    if (directory.hasError()) {
+        return directory.error();
+    }
+    const Bytes &entries = directory.value();
+    for (std::size_t begin = 0; begin < entries.size(); begin += debugEntrySize) {
+        const std::uint32_t size = read32(entries, begin + debugDataSize);
+        const std::uint32_t pointer = read32(entries, begin + debugDataPointer);
+        if (pointer == 0 || pointer < plan.insertAt || !fits(pointer, size, file.size())) {
+            continue;
         }
-        const std::uint32_t pointer = read32(field.value(), 0);
-        if (pointer != 0 && pointer >= plan.insertAt) {
-            write32(field.value(), 0, static_cast<std::uint32_t>(pointer + plan.insertLength));
-            const std::uint64_t moved = position >= plan.insertAt ? plan.insertLength : 0;
-            plan.content.push_back({position + moved, std::move(field.value())});
-        }
+        const std::uint64_t position
+            = *headers.offsetOf(headers.directory(Directory::Debug).address) + begin
+            + debugDataPointer;
+        Bytes moved(4);
+        write32(moved, 0, static_cast<std::uint32_t>(pointer + plan.insertLength));
+        plan.content.push_back(
+            {position + (position >= plan.insertAt ? plan.insertLength : 0), std::move(moved)});
     }
     return Done{};
 }

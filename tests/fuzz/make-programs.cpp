@@ -24,7 +24,8 @@ const Program programs[] = {
     {"no-header-room", {.foreignBehind = true, .headerRoom = false}},
     {"slack", {.slack = 3000}},
     {"certificate", {.certificate = true, .overlay = 200}},
-    {"symbols", {.symbols = true, .debugDirectory = true}},
+    {"symbols", {.symbols = true, .debugDirectory = true, .overlay = 64}},
+    {"debug-size", {.debugDirectory = true, .debugSize = 28 * 20, .overlay = 64}},
 };
 
 } // namespace

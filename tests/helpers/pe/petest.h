@@ -60,7 +60,8 @@ struct Recipe
     bool headerRoom = true;     // for another row of the section table
     bool checkSum = true;
     bool symbols = false;        // a COFF symbol table behind the sections
-    bool debugDirectory = false; // whose data lie behind the sections
+    bool debugDirectory = false; // one entry, whose 16 bytes of data lie after the sections
+    int debugSize = 28;          // what the header says of that directory's size
     bool certificate = false;    // a security directory in the appended data
     int slack = 0;               // unused bytes at the end of .rsrc
     qsizetype overlay = 0;       // appended bytes

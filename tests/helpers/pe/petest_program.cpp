@@ -285,7 +285,8 @@ QByteArray makeProgram(const Recipe &recipe)
         put32(bytes, 0x80 + 12, imageEnd);
     }
     if (recipe.debugDirectory) {
-        program.setDirectory(6, 0x1000 + 64, 28);
+        program.setDirectory(6, 0x1000 + 64, recipe.debugSize);
+        put32(bytes, 0x400 + 64 + 16, 16);
         put32(bytes, 0x400 + 64 + 24, imageEnd + 16);
     }
     if (recipe.certificate) {

@@ -112,6 +112,39 @@ private slots:
                  2);
     }
 
+    // What follows the only entry is code, which must not change: most of it would be a file offset.
+    void aDebugDirectoryOfAWrongSizeMovesNothingElse_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<bool>("firstEntryMoves");
+        QTest::newRow("right") << 28 << true;
+        QTest::newRow("no whole number of entries") << 5 * 28 + 1 << false;
+        QTest::newRow("shorter than an entry") << 27 << false;
+        QTest::newRow("it leaves the section's memory") << 30 * 28 << false;
+        QTest::newRow("it leaves the section's bytes") << 40 * 28 << false;
+        QTest::newRow("it leaves the file") << 64 * 1024 * 28 << false;
+        QTest::newRow("the data of most entries lie outside of the file") << 20 * 28 << true;
+    }
+    void aDebugDirectoryOfAWrongSizeMovesNothingElse()
+    {
+        QFETCH(int, size);
+        QFETCH(bool, firstEntryMoves);
+        const QByteArray before
+            = petest::makeProgram({.debugDirectory = true, .debugSize = size, .overlay = 100});
+        const EditorFiles files(before);
+        QCOMPARE(files.add().status, 0);
+        const QByteArray after = files.content();
+        const petest::PeFacts old = petest::lookAt(before);
+        const petest::SectionRow code = old.sections.constFirst();
+        QCOMPARE(code.name, ".text");
+        QByteArray expected = before.mid(code.rawPointer, code.rawSize);
+        if (firstEntryMoves) {
+            moveDebugData(expected, petest::lookAt(after).imageEnd - old.imageEnd);
+        }
+        QVERIFY(after.size() > before.size()); // something did move
+        QCOMPARE(after.mid(code.rawPointer, code.rawSize), expected);
+    }
+
     // As the engine does, and then once more, and with a larger icon.
     void deletingAndAddingAgainAndAgain_data() { shapes(); }
     void deletingAndAddingAgainAndAgain()
