@@ -11,7 +11,7 @@ namespace pe {
 namespace {
 
 constexpr std::uint64_t pageSize = 4096;
-constexpr std::uint32_t addressLimit = 0x7fff0000U;
+constexpr std::uint32_t addressLimit = 0x7fff0000U; // the address space of a 32-bit program
 constexpr std::uint32_t readableData = 0x40000040U; // IMAGE_SCN_CNT_INITIALIZED_DATA, _MEM_READ
 
 // IMAGE_DEBUG_DIRECTORY: its size, and where SizeOfData and PointerToRawData lie in it.
@@ -20,22 +20,12 @@ constexpr std::size_t debugDataSize = 16;
 constexpr std::size_t debugDataPointer = 24;
 constexpr std::size_t maxDebugEntries = 64; // far above what linkers write
 
-bool isWithinPage(std::uint64_t offset, std::uint64_t length)
-{
-    return offset / pageSize == (offset + length - 1) / pageSize;
-}
-
-bool isResourceSection(const Section &section)
-{
-    return section.name.starts_with(".rsrc");
-}
-
-// Whether the section holds the resources and nothing else, so that bytes that the tree does not
-// use are free. Packers and linkers that merge sections keep other things there.
+// True if the section holds the resources and nothing else, so that all bytes that the tree does not
+// use are free. Packers, and linkers that merge sections, keep other things there.
 bool isSectionOfTree(const PeHeaders &headers, const ResourceTree &tree)
 {
     const Section &section = headers.sections()[tree.section];
-    if (!isResourceSection(section) || section.virtualAddress != tree.rootRva
+    if (!section.name.starts_with(".rsrc") || section.virtualAddress != tree.rootRva
         || section.holdsRva(headers.entryPoint())) {
         return false;
     }
@@ -56,8 +46,8 @@ bool isSectionOfTree(const PeHeaders &headers, const ResourceTree &tree)
     return section.rawPointer >= headers.sizeOfHeaders();
 }
 
-// Whether the section at `index` is the last one and holds base relocations alone: the only
-// reference to it is its data directory, so it can be given another address.
+// True if the section at `index` is the last one and holds base relocations only. Nothing but its data
+// directory refers to it then, so its address may change.
 bool isMovableReloc(const PeHeaders &headers, std::size_t index)
 {
     const auto &sections = headers.sections();
@@ -89,60 +79,11 @@ std::uint32_t addressRoom(const PeHeaders &headers, const ResourceTree &tree)
                       tree.rootRva);
 }
 
-std::uint32_t lengthInFile(const PeHeaders &headers, const ResourceTree &tree)
-{
-    return static_cast<std::uint32_t>(headers.sections()[tree.section].rawEnd() - tree.rootOffset);
-}
-
-// Makes the section and the data directory cover what was laid out.
-void coverLayout(PeHeaders &headers, const ResourceTree &tree, std::uint32_t usedEnd)
-{
-    Section section = headers.sections()[tree.section];
-    const std::uint32_t end = tree.rootRva - section.virtualAddress + usedEnd;
-    if (end > section.extent()) {
-        section.virtualSize = end;
-        headers.setSection(tree.section, section);
-    }
-    const DataDirectory old = headers.directory(Directory::Resource);
-    headers.setDirectory(Directory::Resource, {tree.rootRva, std::max(old.size, usedEnd)});
-}
-
-EditPlan makePlan(Layout &&layout, PeHeaders headers)
+EditPlan makePlan(Layout &&layout, const PeHeaders &headers)
 {
     EditPlan plan;
-    plan.content = std::move(layout.content);
-    plan.root = std::move(layout.root);
-    plan.headers = std::move(headers);
-    return plan;
-}
-
-std::optional<EditPlan> planInUnusedBytes(const PeHeaders &headers, ResourceTree &tree,
-                                          const OldPlace &old)
-{
-    if (tree.rootOffset < headers.bytes().size()) {
-        return std::nullopt; // a root inside the headers cannot be written apart from them
-    }
-    LayoutRoom room{tree.rootRva, tree.rootOffset, old.live, 0, 0, true};
-    room.length = std::min(lengthInFile(headers, tree), addressRoom(headers, tree));
-    room.maxLength = room.length;
-    const std::uint32_t newRootSize = tree.root.tableSize();
-    if (!isSectionOfTree(headers, tree)) {
-        room.taken = {{old.rootSize, room.length}};
-    }
-    if (old.rootSize > newRootSize) {
-        room.taken.push_back({newRootSize, old.rootSize});
-    }
-    auto layout = layOut(tree, room);
-    if (!layout) {
-        return std::nullopt;
-    }
-    EditPlan plan = makePlan(std::move(*layout), headers);
-    // A root that merely got shorter says nothing about where the section's data end.
-    if (!plan.content.empty()) {
-        coverLayout(plan.headers, tree, layout->usedEnd);
-    }
-    plan.inPlace = isWithinPage(plan.root.offset, plan.root.bytes.size())
-        && isWithinPage(0, headers.bytes().size());
+    plan.patches = std::move(layout.patches);
+    plan.headers = headers;
     return plan;
 }
 
@@ -162,22 +103,69 @@ std::uint64_t growthUnit(const PeHeaders &headers)
     return std::max<std::uint64_t>(headers.fileAlignment(), pageSize);
 }
 
-std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tree)
+// The room of the tree's section: all bytes but those of resources that stay, and what the section can
+// grow by.
+LayoutRoom roomInSection(const PeHeaders &headers, const ResourceTree &tree)
 {
-    if (!isSectionOfTree(headers, tree)) {
-        return std::nullopt;
-    }
-    const std::size_t next = tree.section + 1;
-    const bool relocMoves = isMovableReloc(headers, next);
-    LayoutRoom room{tree.rootRva, tree.rootOffset, {}, 0, 0, false};
+    const bool relocMoves = isMovableReloc(headers, tree.section + 1);
+    const std::uint64_t sectionEnd = headers.sections()[tree.section].rawEnd();
+    LayoutRoom room{tree.rootRva, tree.rootOffset, {}, 0, 0};
     room.maxLength = relocMoves ? bytesBelow(addressLimit, tree.rootRva)
                                 : addressRoom(headers, tree);
-    room.length = std::min(lengthInFile(headers, tree), room.maxLength);
-    const std::uint64_t sectionEnd = headers.sections()[tree.section].rawEnd();
+    room.length
+        = std::min(static_cast<std::uint32_t>(sectionEnd - tree.rootOffset), room.maxLength);
     if (!canInsertAt(headers, sectionEnd)) {
         room.maxLength = room.length;
     }
     room.taken = dataRanges(tree, tree.rootRva, room.length);
+    return room;
+}
+
+// Makes the section longer in the file.
+void growSection(EditPlan &plan, const ResourceTree &tree, std::uint32_t missing)
+{
+    PeHeaders &headers = plan.headers;
+    plan.insertAt = headers.sections()[tree.section].rawEnd();
+    plan.insertLength = alignUp(missing, growthUnit(headers));
+    headers.shiftFileOffsets(plan.insertAt, plan.insertLength);
+    Section grown = headers.sections()[tree.section];
+    // A virtual size of 0 would stand for the raw size, which is now more than what is used.
+    grown.virtualSize = grown.extent();
+    grown.rawSize += static_cast<std::uint32_t>(plan.insertLength);
+    headers.setSection(tree.section, grown);
+}
+
+// Makes the section and the data directory cover the tree, and moves a .reloc section out of the way.
+void coverTree(PeHeaders &headers, const ResourceTree &tree, std::uint32_t usedEnd)
+{
+    Section section = headers.sections()[tree.section];
+    const std::uint32_t end = tree.rootRva - section.virtualAddress + usedEnd;
+    if (end > section.extent()) {
+        section.virtualSize = end;
+        headers.setSection(tree.section, section);
+    }
+    const DataDirectory old = headers.directory(Directory::Resource);
+    headers.setDirectory(Directory::Resource, {tree.rootRva, std::max(old.size, usedEnd)});
+
+    const std::size_t next = tree.section + 1;
+    if (next < headers.sections().size()
+        && section.virtualEnd() > headers.sections()[next].virtualAddress) {
+        Section reloc = headers.sections()[next];
+        reloc.virtualAddress
+            = static_cast<std::uint32_t>(alignUp(section.virtualEnd(), headers.sectionAlignment()));
+        headers.setSection(next, reloc);
+        headers.setDirectory(Directory::BaseRelocation,
+                             {reloc.virtualAddress,
+                              headers.directory(Directory::BaseRelocation).size});
+    }
+}
+
+std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tree)
+{
+    if (tree.rootRva == 0 || !isSectionOfTree(headers, tree)) {
+        return std::nullopt;
+    }
+    const LayoutRoom room = roomInSection(headers, tree);
     auto layout = layOut(tree, room);
     if (!layout) {
         return std::nullopt;
@@ -185,25 +173,9 @@ std::optional<EditPlan> planInSection(const PeHeaders &headers, ResourceTree &tr
     const std::uint32_t usedEnd = layout->usedEnd;
     EditPlan plan = makePlan(std::move(*layout), headers);
     if (usedEnd > room.length) {
-        plan.insertAt = sectionEnd;
-        plan.insertLength = alignUp(usedEnd - room.length, growthUnit(headers));
-        plan.headers.shiftFileOffsets(plan.insertAt, plan.insertLength);
-        Section grown = plan.headers.sections()[tree.section];
-        // 0 would stand for the raw size, which exceeds what is used.
-        grown.virtualSize = grown.extent();
-        grown.rawSize += static_cast<std::uint32_t>(plan.insertLength);
-        plan.headers.setSection(tree.section, grown);
+        growSection(plan, tree, usedEnd - room.length);
     }
-    coverLayout(plan.headers, tree, usedEnd);
-    const std::uint64_t end = plan.headers.sections()[tree.section].virtualEnd();
-    if (relocMoves && end > headers.sections()[next].virtualAddress) {
-        Section reloc = plan.headers.sections()[next];
-        reloc.virtualAddress = static_cast<std::uint32_t>(alignUp(end, headers.sectionAlignment()));
-        plan.headers.setSection(next, reloc);
-        plan.headers.setDirectory(Directory::BaseRelocation,
-                                  {reloc.virtualAddress,
-                                   headers.directory(Directory::BaseRelocation).size});
-    }
+    coverTree(plan.headers, tree, usedEnd);
     return plan;
 }
 
@@ -237,7 +209,7 @@ Result<EditPlan> planNewSection(const PeHeaders &headers, ResourceTree &tree)
         = static_cast<std::uint32_t>(alignUp(address, headers.sectionAlignment()));
     const std::uint64_t imageEnd = headers.imageEnd();
     const std::uint64_t offset = alignUp(imageEnd, headers.fileAlignment());
-    LayoutRoom room{section.virtualAddress, offset, {}, 0, 0, false};
+    LayoutRoom room{section.virtualAddress, offset, {}, 0, 0};
     room.maxLength = bytesBelow(addressLimit, section.virtualAddress);
     auto layout = layOut(tree, room);
     if (!layout) {
@@ -293,7 +265,7 @@ Result<Done> shiftDebugOffsets(const File &file, const PeHeaders &headers, EditP
             + debugDataPointer;
         Bytes moved(4);
         write32(moved, 0, static_cast<std::uint32_t>(pointer + plan.insertLength));
-        plan.content.push_back(
+        plan.patches.push_back(
             {position + (position >= plan.insertAt ? plan.insertLength : 0), std::move(moved)});
     }
     return Done{};
@@ -301,35 +273,18 @@ Result<Done> shiftDebugOffsets(const File &file, const PeHeaders &headers, EditP
 
 } // namespace
 
-OldPlace OldPlace::of(const ResourceTree &tree)
+Result<EditPlan> planEdit(const File &file, const PeHeaders &headers, ResourceTree &tree)
 {
-    OldPlace place;
-    place.rootSize = tree.root.tableSize();
-    place.live = dataRanges(tree, tree.rootRva, addressLimit);
-    if (!tree.tables.empty()) {
-        place.live.insert(place.live.end(), tree.tables.begin() + 1, tree.tables.end());
-    }
-    return place;
-}
-
-Result<EditPlan> planEdit(const File &file, const PeHeaders &headers, ResourceTree &tree,
-                          const OldPlace &old)
-{
-    std::optional<EditPlan> found;
-    if (tree.rootRva != 0) {
-        found = planInUnusedBytes(headers, tree, old);
-        if (!found) {
-            found = planInSection(headers, tree);
-        }
-    }
-    Result<EditPlan> plan = found ? Result(std::move(*found)) : planNewSection(headers, tree);
+    auto inSection = planInSection(headers, tree);
+    auto plan = inSection ? Result(std::move(*inSection)) : planNewSection(headers, tree);
     if (plan.hasError()) {
         return plan;
     }
+    plan.value().headers.clearCheckSum();
+    if (plan.value().insertAt + plan.value().insertLength > 0xffffffffU) {
+        return Error{ErrorKind::NoRoom, "the image would exceed 4 GiB"};
+    }
     if (plan.value().insertLength != 0) {
-        if (plan.value().insertAt + plan.value().insertLength > 0xffffffffU) {
-            return Error{ErrorKind::NoRoom, "the image would exceed 4 GiB"};
-        }
         if (auto shifted = shiftDebugOffsets(file, headers, plan.value()); shifted.hasError()) {
             return shifted.error();
         }

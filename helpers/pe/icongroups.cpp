@@ -33,15 +33,13 @@ void insertEntry(ResourceDirectory &directory, ResourceEntry entry)
                      [](const ResourceEntry &left, const ResourceEntry &right) {
                          return sortsBefore(left.key, right.key);
                      });
-    directory.changed = true;
 }
 
 void removeEntry(ResourceDirectory &directory, const ResourceKey &key)
 {
-    const auto removed = std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
+    std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
         return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);
     });
-    directory.changed = directory.changed || removed > 0;
 }
 
 ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key)
@@ -82,10 +80,9 @@ void removeImages(ResourceTree &tree, const IdSet &ids)
         return;
     }
     ResourceDirectory &directory = *images->directory;
-    const auto removed = std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
+    std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
         return !entry.key.name && ids.contains(entry.key.id);
     });
-    directory.changed = directory.changed || removed > 0;
     if (directory.entries.empty()) {
         removeEntry(tree.root, idKey(iconType));
     }

@@ -56,9 +56,8 @@ public:
     std::uint32_t sectionAlignment() const { return optional32(SectionAlignment); }
     std::uint32_t entryPoint() const { return optional32(AddressOfEntryPoint); }
     std::uint32_t sizeOfHeaders() const { return optional32(SizeOfHeaders); }
-    std::uint32_t checkSum() const { return optional32(CheckSum); }
-    std::uint64_t checkSumOffset() const { return m_optional + CheckSum; }
-    void setCheckSum(std::uint32_t value) { setOptional32(CheckSum, value); }
+    // 0 means that the file has no checksum.
+    void clearCheckSum() { setOptional32(CheckSum, 0); }
 
     const std::vector<Section> &sections() const { return m_sections; }
     std::size_t directoryCount() const { return m_directoryCount; }

@@ -11,29 +11,21 @@
 
 namespace pe {
 
-// How an edit reached the file.
 enum class EditOutcome {
-    Unchanged, // there was nothing to do; the file was not written to
-    InPlace,   // a few bytes of the file were written over
-    Rewritten, // a new file took the name
+    Unchanged, // there was nothing to change: the file keeps its bytes
+    Changed,   // a new file has taken the name
 };
 
-// Changes a program's resource tree; true when it did change something.
+// Changes a program's resource tree. Returns false if there was nothing to change.
 using TreeChange
     = std::function<Result<bool>(ResourceTree &tree, const File &file, const PeHeaders &headers)>;
 
-// Applies the change to the PE32 or PE32+ file `open` and gives the result the name `save`, which
-// may be `open` itself. What the change does not concern keeps its bytes, above all data appended
-// behind the image, of any length; memory use does not depend on the file's size.
+// Applies the change to the PE32 or PE32+ file `open` and gives the result the name `save`, which may
+// be `open` itself. Everything else in the file keeps its bytes, above all data appended to the
+// image, of any length. Memory use does not depend on the file's size. However the process ends, `save`
+// names the old file or the complete new one.
 //
-// However the process ends, `save` names the old file or the new one (see EditPlan::inPlace and
-// Replacement). After a kill in the middle of an edit in place the CheckSum field may not fit the
-// resources; only drivers are loaded by it.
-//
-// CheckSum: 0 means that the file has none, and stays. In a file of up to 64 MiB any other value
-// becomes the right one for the whole file, appended data included. A larger file is not read for
-// it: a value that can be right for the file's length is taken to be right and follows the changed
-// bytes; one that cannot (data were appended to a linked program) becomes 0.
+// The checksum in the header of a changed file becomes 0, "none": Windows checks it for drivers only.
 Result<EditOutcome> editResources(const std::filesystem::path &open,
                                   const std::filesystem::path &save, const TreeChange &change);
 

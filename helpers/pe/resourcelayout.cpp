@@ -60,120 +60,92 @@ public:
     {
     }
 
-    // Tables come first: they fit into small gaps, and the data need the large ones.
+    // Tables come first: they fit into small gaps, and content needs the large ones.
     std::optional<Layout> make(ResourceDirectory &root)
     {
-        if (!placeChildren(root) || !placeData(root)) {
+        if (!placeTables(root) || !placeContent(root)) {
             return std::nullopt;
         }
         root.position = 0;
-        emitChildren(root);
-        m_layout.root = {m_room.rootOffset, serialise(root)};
+        writeTables(root);
         m_layout.usedEnd = std::max(m_allocator.usedEnd(), root.tableSize());
         return std::move(m_layout);
     }
 
 private:
-    bool place(std::optional<std::uint32_t> &position, std::uint32_t size, std::uint32_t alignment,
-               bool keep)
+    bool place(std::uint32_t &position, std::uint32_t size, std::uint32_t alignment)
     {
-        if (!keep || !position) {
-            position = m_allocator.take(size, alignment);
-        }
-        return position.has_value();
+        const auto found = m_allocator.take(size, alignment);
+        position = found.value_or(0);
+        return found.has_value();
     }
 
-    bool placeChildren(ResourceDirectory &directory)
+    // Places everything but content below a directory; its own table has a place.
+    bool placeTables(ResourceDirectory &directory)
     {
-        for (ResourceEntry &entry : directory.entries) {
-            if (!placeEntry(entry)) {
-                return false;
-            }
-        }
-        return true;
+        return std::all_of(directory.entries.begin(), directory.entries.end(),
+                           [this](ResourceEntry &entry) { return placeEntry(entry); });
     }
 
     bool placeEntry(ResourceEntry &entry)
     {
-        if (entry.key.name) {
-            const auto size = static_cast<std::uint32_t>(2 + 2 * entry.key.name->size());
-            const bool hasPlace = m_room.keepTables && entry.namePosition;
-            if (!place(entry.namePosition, size, 2, hasPlace)) {
-                return false;
-            }
-            if (!hasPlace) {
-                emit(*entry.namePosition, serialise(*entry.key.name));
-            }
+        if (entry.key.name
+            && !place(entry.namePosition,
+                      static_cast<std::uint32_t>(2 + 2 * entry.key.name->size()), 2)) {
+            return false;
         }
         if (!entry.directory) {
-            return place(entry.dataEntryPosition, 16, 4, m_room.keepTables);
+            return place(entry.dataEntryPosition, 16, 4);
         }
         ResourceDirectory &child = *entry.directory;
-        if (!placeChildren(child)) {
-            return false;
-        }
-        // A table goes to a new place when any of what it points to did; only the root is
-        // written over.
-        const bool keep = m_room.keepTables && !child.changed && !childrenMoved(child);
-        if (!place(child.position, child.tableSize(), 4, keep)) {
-            return false;
-        }
-        child.changed = !keep;
-        return true;
+        return placeTables(child) && place(child.position, child.tableSize(), 4);
     }
 
-    // In a table that the file has, only a subtable can have moved: names and data
-    // entries have kept their places.
-    static bool childrenMoved(const ResourceDirectory &directory)
+    bool placeContent(ResourceDirectory &directory)
     {
-        return std::any_of(directory.entries.begin(), directory.entries.end(),
-                           [](const auto &entry) {
-                               return entry.directory && entry.directory->changed;
+        return std::all_of(directory.entries.begin(), directory.entries.end(),
+                           [this](ResourceEntry &entry) {
+                               return entry.directory ? placeContent(*entry.directory)
+                                                      : placeContent(entry.data);
                            });
     }
 
-    bool placeData(ResourceDirectory &directory)
+    bool placeContent(ResourceData &data)
     {
-        for (ResourceEntry &entry : directory.entries) {
-            if (entry.directory) {
-                if (!placeData(*entry.directory)) {
-                    return false;
-                }
-            } else if (entry.data.newContent) {
-                const auto position = m_allocator.take(entry.data.size, 8);
-                if (!position) {
-                    return false;
-                }
-                entry.data.rva = m_room.rootRva + *position;
-            }
+        if (!data.newContent) {
+            return true;
         }
-        return true;
+        std::uint32_t position = 0;
+        const bool placed = place(position, data.size, 8);
+        data.rva = m_room.rootRva + position;
+        return placed;
     }
 
-    void emitChildren(ResourceDirectory &directory)
+    void writeTables(ResourceDirectory &directory)
     {
+        write(directory.position, serialise(directory));
         for (ResourceEntry &entry : directory.entries) {
+            if (entry.key.name) {
+                write(entry.namePosition, serialise(*entry.key.name));
+            }
             if (entry.directory) {
-                emitChildren(*entry.directory);
-                if (entry.directory->changed) {
-                    emit(*entry.directory->position, serialise(*entry.directory));
-                }
-            } else if (entry.data.newContent || !m_room.keepTables) {
-                emitData(entry);
+                writeTables(*entry.directory);
+            } else {
+                writeData(entry);
             }
         }
     }
 
-    void emitData(ResourceEntry &entry)
+    void writeData(ResourceEntry &entry)
     {
         Bytes bytes(16);
         write32(bytes, 0, entry.data.rva);
         write32(bytes, 4, entry.data.size);
         write32(bytes, 8, entry.data.codePage);
         write32(bytes, 12, entry.data.reserved);
-        emit(*entry.dataEntryPosition, std::move(bytes));
+        write(entry.dataEntryPosition, std::move(bytes));
         if (entry.data.newContent) {
-            emit(entry.data.rva - m_room.rootRva, std::move(*entry.data.newContent));
+            write(entry.data.rva - m_room.rootRva, std::move(*entry.data.newContent));
             entry.data.newContent.reset();
         }
     }
@@ -197,19 +169,19 @@ private:
             const ResourceEntry &entry = directory.entries[i];
             names = static_cast<std::uint16_t>(names + (entry.key.name ? 1 : 0));
             write32(bytes, 16 + 8 * i,
-                    entry.key.name ? *entry.namePosition | highBit : entry.key.id);
+                    entry.key.name ? entry.namePosition | highBit : entry.key.id);
             write32(bytes, 20 + 8 * i,
-                    entry.directory ? *entry.directory->position | highBit
-                                    : *entry.dataEntryPosition);
+                    entry.directory ? entry.directory->position | highBit
+                                    : entry.dataEntryPosition);
         }
         write16(bytes, 12, names);
         write16(bytes, 14, static_cast<std::uint16_t>(directory.entries.size() - names));
         return bytes;
     }
 
-    void emit(std::uint32_t position, Bytes bytes)
+    void write(std::uint32_t position, Bytes bytes)
     {
-        m_layout.content.push_back({m_room.rootOffset + position, std::move(bytes)});
+        m_layout.patches.push_back({m_room.rootOffset + position, std::move(bytes)});
     }
 
     const LayoutRoom &m_room;

@@ -26,20 +26,18 @@ struct LayoutRoom
     std::vector<ResourceRange> taken; // what must not be written to
     std::uint32_t length = 0;         // bytes that are there
     std::uint32_t maxLength = 0; // bytes that there could be; more than `length` lets the room grow
-    bool keepTables = false;     // leave tables that did not change where they are
 };
 
-// Where the parts of a tree went.
+// Where the parts of a tree go.
 struct Layout
 {
-    std::vector<Patch> content; // everything new but the root
-    Patch root;
-    std::uint32_t usedEnd = 0; // the end of the last byte written
+    std::vector<Patch> patches;
+    std::uint32_t usedEnd = 0; // position after the last byte written
 };
 
-// Finds room for whatever the tree has that the file has not; resources with a place keep it. The
-// root stays at position 0. Nothing when the room is too small. The positions in the tree become
-// those of the layout, and new content moves out of it.
+// Finds room for all tables and for new content; content that the file has already stays where it is.
+// The root goes to position 0. Returns nothing if the room is too small. Sets the positions in the
+// tree and moves new content out of it.
 std::optional<Layout> layOut(ResourceTree &tree, const LayoutRoom &room);
 
 // The place of all data of the tree that lie inside [rva, rva + length), from rva on.

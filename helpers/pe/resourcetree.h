@@ -35,15 +35,15 @@ struct ResourceData
 
 struct ResourceDirectory;
 
-// A directory entry: a subdirectory, or else data. `position`s count from the root's first byte; an
-// object without one has no place in the file yet.
+// A directory entry: a subdirectory or data. layOut() sets the positions, which count from the root's
+// first byte.
 struct ResourceEntry
 {
     ResourceKey key;
-    std::optional<std::uint32_t> namePosition;
-    std::unique_ptr<ResourceDirectory> directory; // null: `data` counts
+    std::unique_ptr<ResourceDirectory> directory; // null: the entry is `data`
     ResourceData data;
-    std::optional<std::uint32_t> dataEntryPosition;
+    std::uint32_t namePosition = 0;
+    std::uint32_t dataEntryPosition = 0;
 };
 
 // One table: named entries first, in the order of their names, then ids in rising order.
@@ -51,8 +51,7 @@ struct ResourceDirectory
 {
     Bytes header; // the 12 bytes before the counts: characteristics, time stamp, version
     std::vector<ResourceEntry> entries;
-    std::optional<std::uint32_t> position;
-    bool changed = false; // entries came or went since the table was read
+    std::uint32_t position = 0; // set by layOut()
 
     std::uint32_t tableSize() const { return static_cast<std::uint32_t>(16 + 8 * entries.size()); }
 };
@@ -71,8 +70,6 @@ struct ResourceTree
     std::uint32_t rootRva = 0;
     std::uint64_t rootOffset = 0; // in the file
     std::size_t section = 0;      // index of the section that holds the tables
-    std::vector<ResourceRange>
-        tables; // where the file has tables, names and data entries; root first
 };
 
 // Reads the directory; nothing when the program has none. Loops, tables outside the section, more

@@ -26,9 +26,9 @@ Error damaged(const char *what)
 class TreeReader
 {
 public:
-    TreeReader(const File &file, ResourceTree &tree, std::uint64_t length)
+    TreeReader(const File &file, std::uint64_t rootOffset, std::uint64_t length)
         : m_file(file)
-        , m_tree(tree)
+        , m_rootOffset(rootOffset)
         , m_length(length)
     {
     }
@@ -57,8 +57,6 @@ public:
         }
         header.value().resize(12);
         directory.header = std::move(header.value());
-        directory.position = position;
-        note(position, 16 + 8 * count);
         directory.entries.resize(count);
         for (std::size_t i = 0; i < count; ++i) {
             const auto row = ByteView(table.value()).subspan(8 * i, 8);
@@ -85,8 +83,6 @@ private:
         if (bytes.hasError()) {
             return bytes.error();
         }
-        note(target, dataEntrySize);
-        entry.dataEntryPosition = target;
         entry.data.rva = read32(bytes.value(), 0);
         entry.data.size = read32(bytes.value(), 4);
         entry.data.codePage = read32(bytes.value(), 8);
@@ -114,8 +110,6 @@ private:
         if (text.hasError()) {
             return text.error();
         }
-        note(position, 2 + 2 * letters);
-        entry.namePosition = position;
         entry.key.name.emplace(letters, u'\0');
         for (std::size_t i = 0; i < letters; ++i) {
             (*entry.key.name)[i] = static_cast<char16_t>(read16(text.value(), 2 * i));
@@ -128,18 +122,13 @@ private:
         if (!fits(position, length, m_length)) {
             return damaged("the resource directory leads outside its section");
         }
-        return m_file.readAt(m_tree.rootOffset + position, length);
-    }
-
-    void note(std::uint32_t position, std::size_t length)
-    {
-        m_tree.tables.push_back({position, position + static_cast<std::uint32_t>(length)});
+        return m_file.readAt(m_rootOffset + position, length);
     }
 
     static constexpr std::size_t maxLetters = 2000000;
 
     const File &m_file;
-    ResourceTree &m_tree;
+    std::uint64_t m_rootOffset;
     std::uint64_t m_length;
     std::set<std::uint32_t> m_visited;
     std::size_t m_entryCount = 0;
@@ -164,7 +153,7 @@ Result<std::optional<ResourceTree>> readResourceTree(const File &file, const PeH
     tree.rootOffset = *offset;
     tree.section = *section;
     const std::uint64_t end = std::min(headers.sections()[*section].rawEnd(), file.size());
-    TreeReader reader(file, tree, end - *offset);
+    TreeReader reader(file, *offset, end - *offset);
     if (const auto read = reader.readDirectory(tree.root, 0, 1); read.hasError()) {
         return read.error();
     }

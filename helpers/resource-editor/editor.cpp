@@ -60,15 +60,7 @@ std::string textOf(const pe::Error &error)
 
 std::string textOf(pe::EditOutcome outcome)
 {
-    switch (outcome) {
-    case pe::EditOutcome::Unchanged:
-        return "nothing to do";
-    case pe::EditOutcome::InPlace:
-        return "done, in place";
-    case pe::EditOutcome::Rewritten:
-        return "done, file rewritten";
-    }
-    return {};
+    return outcome == pe::EditOutcome::Unchanged ? "nothing to do" : "done";
 }
 
 pe::Result<pe::Bytes> readIcon(const std::filesystem::path &path)

@@ -46,9 +46,6 @@ struct PeFacts
 };
 PeFacts lookAt(const QByteArray &program);
 
-// The checksum by the book: word by word, over the whole file.
-quint32 naiveCheckSum(const QByteArray &program);
-
 // What a made-up program is to contain.
 struct Recipe
 {
@@ -56,9 +53,9 @@ struct Recipe
     bool resources = true; // a version-like block, a string table and RCDATA in two languages
     bool icons = true;     // groups 1 and "OTHER", sharing one image, and an image of no group
     bool relocBehind = false;
-    bool foreignBehind = false; // a section that has to keep its address
-    bool headerRoom = true;     // for another row of the section table
-    bool checkSum = true;
+    bool foreignBehind = false;  // a section that has to keep its address
+    bool headerRoom = true;      // for another row of the section table
+    bool checkSum = true;        // some number that is not 0
     bool symbols = false;        // a COFF symbol table behind the sections
     bool debugDirectory = false; // one entry, whose 16 bytes of data lie after the sections
     int debugSize = 28;          // what the header says of that directory's size

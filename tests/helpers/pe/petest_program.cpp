@@ -294,7 +294,7 @@ QByteArray makeProgram(const Recipe &recipe)
     }
     bytes += overlayOf(recipe.overlay);
     if (recipe.checkSum) {
-        put32(bytes, 0x80 + 24 + 64, naiveCheckSum(bytes));
+        put32(bytes, 0x80 + 24 + 64, 0x12345);
     }
     return bytes;
 }

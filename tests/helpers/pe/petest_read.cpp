@@ -198,21 +198,4 @@ PeFacts lookAt(const QByteArray &program)
     return facts;
 }
 
-quint32 naiveCheckSum(const QByteArray &program)
-{
-    PeFacts facts;
-    Reader reader(program, facts);
-    const qint64 field = reader.u32(60) + 4 + 20 + 64;
-    quint32 sum = 0;
-    for (qint64 i = 0; i < program.size(); i += 2) {
-        const auto low = static_cast<quint8>(program[i]);
-        const auto high = i + 1 < program.size() ? static_cast<quint8>(program[i + 1]) : quint8(0);
-        if (i != field && i != field + 2) {
-            sum += quint32(low) + (quint32(high) << 8);
-            sum = (sum & 0xffff) + (sum >> 16);
-        }
-    }
-    return sum + static_cast<quint32>(program.size());
-}
-
 } // namespace petest
