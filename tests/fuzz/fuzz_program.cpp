@@ -6,6 +6,7 @@
 #include "helpers/pe/resourceedit.h"
 #include "tests/fuzz/programfile.h"
 #include "tests/fuzz/require.h"
+#include "tests/fuzz/untouchedbytes.h"
 
 #include <algorithm>
 
@@ -27,11 +28,13 @@ Bytes smallIcon()
     return icoFileOf(image);
 }
 
-// An edit of a file of unknown origin either leaves it alone or does what it says. Whether it did.
+// An edit of a file of unknown origin either leaves it alone or does what it says. Returns true if it
+// changed the file.
 bool checkEdit(ProgramFile &file, const TreeChange &change)
 {
     const Bytes before = file.content();
     const auto looksBefore = ProgramLooks::of(file);
+    const auto untouched = UntouchedBytes::of(File::open(file.path(), File::Access::Read).value());
     const auto outcome = editResources(file.path(), file.path(), change);
     const Bytes after = file.content();
     if (outcome.hasError()) {
@@ -46,6 +49,7 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
     const auto looksAfter = ProgramLooks::of(file);
     require(looksBefore && looksAfter, "an edited program can be read");
     require(looksAfter->appended == looksBefore->appended, "appended data are kept");
+    require(untouched && untouched->areIn(after), "no other bytes of the program change");
     // A section that grows may bring content within reach that was outside.
     for (const auto &[path, content] : looksBefore->others) {
         const auto kept = looksAfter->others.find(path);
