@@ -18,17 +18,21 @@ function(kestrelpack_link_whole target)
     endif()
 endfunction()
 
-# kestrelpack_windows_program(<target> FILE_NAME <name.exe> DESCRIPTION <text>): on Windows, gives
+# kestrelpack_windows_program(<target> FILE_NAME <name.exe> DESCRIPTION <text> [NO_ICON]): on Windows, gives
 # the program its icon, version information and manifest, and links it whole.
 function(kestrelpack_windows_program target)
     if(NOT WIN32)
         return()
     endif()
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE_NAME;DESCRIPTION" "")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "NO_ICON" "FILE_NAME;DESCRIPTION" "")
     string(REPLACE "." "," version_numbers "${Kestrelpack_VERSION}")
     set(file_name "${arg_FILE_NAME}")
     set(description "${arg_DESCRIPTION}")
     set(icon "${Kestrelpack_SOURCE_DIR}/resources/icons/logo.ico")
+    set(icon_line "IDI_ICON1 ICON \"${icon}\"")
+    if(arg_NO_ICON)
+        set(icon_line "// no icon")
+    endif()
     set(manifest "${CMAKE_CURRENT_BINARY_DIR}/${target}.manifest")
     set(resources "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
     configure_file("${KESTRELPACK_WINDOWS_TEMPLATES}/program.manifest.in" "${manifest}" @ONLY)

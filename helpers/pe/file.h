@@ -4,10 +4,10 @@
 #pragma once
 
 #include "helpers/pe/bytes.h"
+#include "helpers/pe/nativepath.h"
 #include "helpers/pe/result.h"
 
 #include <cstdint>
-#include <filesystem>
 
 namespace pe {
 
@@ -24,31 +24,34 @@ class File
 public:
     enum class Access {
         Read,
-        Edit, // read and write; waits for another editor of the same file to be done
+        Edit, // only if the file may be written; waits until no other editor has it open
     };
 
-    // Whatever fails, and what is no file, is CannotRead.
-    static Result<File> open(const std::filesystem::path &path, Access access);
+    // Any failure is CannotRead, also if the path names something other than a regular file.
+    static Result<File> open(const NativePath &path, Access access);
+
+    // Creates the file or empties it, for writing. Any failure is CannotWrite.
+    static Result<File> create(const NativePath &path);
 
     File() = default;
     File(File &&other) noexcept;
     File &operator=(File &&other) noexcept;
     ~File();
 
-    // Bytes at the time of opening (of a new file: as set by Replacement::resize).
+    // The size when the file was opened, or as AtomicFile::resize() has set it.
     std::uint64_t size() const { return m_size; }
 
-    // Reads exactly the buffer's size; a file that ends earlier is an error.
+    // Reads exactly as many bytes as asked for; fails if the file ends earlier.
     Result<Done> readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const;
     Result<Bytes> readAt(std::uint64_t offset, std::size_t length) const;
     Result<Done> writeAt(std::uint64_t offset, ByteView bytes);
 
-    // The next stretch at or after `from` that may hold other bytes than zero; empty at the end.
-    // Lets sparse files be summed and copied without visiting their holes.
+    // The next range at or after `from` that may hold other bytes than zero; empty at the end of the
+    // file. With it sparse files are copied without reading their holes.
     FileRange nextData(std::uint64_t from) const;
 
 private:
-    friend class Replacement;
+    friend class AtomicFile;
     void close();
 
     // A file descriptor, or a HANDLE.

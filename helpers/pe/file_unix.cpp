@@ -23,12 +23,12 @@ int descriptor(std::intptr_t handle)
     return static_cast<int>(handle);
 }
 
-// How often another editor may win the race for the lock; on file systems whose inode numbers are
-// not steady the check that follows never succeeds.
+// Each attempt can fail because another editor was first. The number is limited because on file systems
+// that change their inode numbers the check after the lock never succeeds.
 constexpr int openAttempts = 50;
 
-// An editor that finished while we waited for the lock may have put another file in place.
-bool isStillNamed(int fd, const std::filesystem::path &path)
+// False if the path names another file now: an editor that had the lock before us has replaced it.
+bool isStillNamed(int fd, const NativePath &path)
 {
     struct stat open = {};
     struct stat named = {};
@@ -38,12 +38,12 @@ bool isStillNamed(int fd, const std::filesystem::path &path)
 
 } // namespace
 
-Result<File> File::open(const std::filesystem::path &path, Access access)
+Result<File> File::open(const NativePath &path, Access access)
 {
     const bool edit = access == Access::Edit;
     for (int attempt = 1;; ++attempt) {
         File file;
-        // O_NONBLOCK: a named pipe is to be refused, not waited for.
+        // With O_NONBLOCK a named pipe is refused; without it the call would wait for a writer.
         file.m_handle = ::open(path.c_str(), (edit ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NONBLOCK);
         const int fd = descriptor(file.m_handle);
         struct stat status = {};
@@ -52,17 +52,28 @@ Result<File> File::open(const std::filesystem::path &path, Access access)
                                edit ? "cannot be opened for editing" : "cannot be opened");
         }
         if (!S_ISREG(status.st_mode)) {
-            return Error{ErrorKind::CannotRead, "is not a file"};
+            return Error{ErrorKind::CannotRead, "is not a regular file"};
         }
         if (edit && flock(fd, LOCK_EX) == 0 && !isStillNamed(fd, path) && attempt < openAttempts) {
             continue;
         }
         if (fstat(fd, &status) != 0) {
-            return systemError(ErrorKind::CannotRead, "cannot be measured");
+            return systemError(ErrorKind::CannotRead, "cannot be read: its size is unknown");
         }
         file.m_size = static_cast<std::uint64_t>(status.st_size);
         return file;
     }
+}
+
+Result<File> File::create(const NativePath &path)
+{
+    File file;
+    file.m_handle
+        = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (file.m_handle == noHandle) {
+        return systemError(ErrorKind::CannotWrite, "cannot be created");
+    }
+    return file;
 }
 
 void File::close()

@@ -14,7 +14,7 @@ namespace pe {
 
 namespace {
 
-// Virus scanners look into a program that has just been written, and close it again soon.
+// Virus scanners open a program that has just been written; they close it again soon.
 constexpr int openAttempts = 30;
 constexpr DWORD pauseBetweenAttempts = 100; // milliseconds
 
@@ -38,13 +38,14 @@ DWORD step(std::size_t size)
 
 } // namespace
 
-Result<File> File::open(const std::filesystem::path &path, Access access)
+Result<File> File::open(const NativePath &path, Access access)
 {
     const bool edit = access == Access::Edit;
+    const NativePath name = extendedPath(path);
     File file;
     for (int attempt = 0; attempt < openAttempts; ++attempt) {
         // No other writer while we have it open.
-        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U),
+        const HANDLE handle = CreateFileW(name.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U),
                                           FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);
         file.m_handle = reinterpret_cast<std::intptr_t>(handle);
@@ -60,6 +61,18 @@ Result<File> File::open(const std::filesystem::path &path, Access access)
                            edit ? "cannot be opened for editing" : "cannot be opened");
     }
     file.m_size = static_cast<std::uint64_t>(size.QuadPart);
+    return file;
+}
+
+Result<File> File::create(const NativePath &path)
+{
+    File file;
+    file.m_handle = reinterpret_cast<std::intptr_t>(
+        CreateFileW(extendedPath(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file.m_handle == noHandle) {
+        return systemError(ErrorKind::CannotWrite, "cannot be created");
+    }
     return file;
 }
 
@@ -103,7 +116,7 @@ Result<Done> File::writeAt(std::uint64_t offset, ByteView bytes)
     return Done{};
 }
 
-// Sparse files are rare on Windows; all bytes are taken to be data.
+// Sparse files are rare on Windows: all bytes count as data.
 FileRange File::nextData(std::uint64_t from) const
 {
     return {std::min(from, m_size), m_size};

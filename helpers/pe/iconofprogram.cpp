@@ -66,7 +66,7 @@ const ResourceData *bestImage(const ResourceTree &tree, const File &file, const 
 
 } // namespace
 
-Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program)
+Result<std::optional<Bytes>> iconOfProgram(const NativePath &program)
 {
     const auto file = File::open(program, File::Access::Read);
     if (file.hasError()) {

@@ -4,16 +4,17 @@
 #pragma once
 
 #include "helpers/pe/bytes.h"
+#include "helpers/pe/nativepath.h"
 #include "helpers/pe/result.h"
 
-#include <filesystem>
 #include <optional>
 
 namespace pe {
 
-// The icon of a program as an ICO file with one image: of the first icon group (in directory order,
-// its first language) the largest image, of several the one with the most bits a pixel. Nothing
-// when the program has no icon that can be read; an error when the file cannot be read or is no PE.
-Result<std::optional<Bytes>> iconOfProgram(const std::filesystem::path &program);
+// The icon of a program as an ICO file with one image: the largest image of the first icon group (in
+// the order of the directory, in its first language), and among images of that size the one with the most
+// bits per pixel. Returns nothing if the program has no readable icon; fails if the file cannot be
+// read or is not a PE file.
+Result<std::optional<Bytes>> iconOfProgram(const NativePath &program);
 
 } // namespace pe

@@ -3,8 +3,8 @@
 
 #include "helpers/pe/resourceedit.h"
 
+#include "helpers/pe/atomicfile.h"
 #include "helpers/pe/editplan.h"
-#include "helpers/pe/replacement.h"
 
 #include <optional>
 
@@ -13,7 +13,7 @@ namespace pe {
 namespace {
 
 // Copies the file, with the plan's zero bytes put in.
-Result<Done> copyWithGap(Replacement &made, const File &file, const EditPlan &plan)
+Result<Done> copyWithGap(AtomicFile &made, const File &file, const EditPlan &plan)
 {
     if (auto copied = made.copyFrom(file, {0, plan.insertAt}, 0); copied.hasError()) {
         return copied;
@@ -38,9 +38,9 @@ Result<Done> writePatches(File &file, const EditPlan &plan)
 }
 
 // Makes the new file beside `save` and then gives it that name. An empty plan makes a copy.
-Result<Done> writeNewFile(File file, const EditPlan &plan, const std::filesystem::path &save)
+Result<Done> writeNewFile(File file, const EditPlan &plan, const NativePath &save)
 {
-    auto made = Replacement::beside(save);
+    auto made = AtomicFile::beside(save);
     if (made.hasError()) {
         return made.error();
     }
@@ -51,12 +51,6 @@ Result<Done> writeNewFile(File file, const EditPlan &plan, const std::filesystem
         return written;
     }
     return made.value().commit(std::move(file));
-}
-
-bool isSameFile(const std::filesystem::path &left, const std::filesystem::path &right)
-{
-    std::error_code ignored;
-    return left == right || std::filesystem::equivalent(left, right, ignored);
 }
 
 Result<ResourceTree> readTree(const File &file, const PeHeaders &headers)
@@ -103,8 +97,8 @@ Result<std::optional<EditPlan>> planChange(const File &file, const TreeChange &c
 
 } // namespace
 
-Result<EditOutcome> editResources(const std::filesystem::path &open,
-                                  const std::filesystem::path &save, const TreeChange &change)
+Result<EditOutcome> editResources(const NativePath &open, const NativePath &save,
+                                  const TreeChange &change)
 {
     const bool sameFile = isSameFile(open, save);
     auto file = File::open(open, sameFile ? File::Access::Edit : File::Access::Read);

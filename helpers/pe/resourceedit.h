@@ -6,7 +6,6 @@
 #include "helpers/pe/icofile.h"
 #include "helpers/pe/resourcetree.h"
 
-#include <filesystem>
 #include <functional>
 
 namespace pe {
@@ -26,7 +25,7 @@ using TreeChange
 // names the old file or the complete new one.
 //
 // The checksum in the header of a changed file becomes 0, "none": Windows checks it for drivers only.
-Result<EditOutcome> editResources(const std::filesystem::path &open,
-                                  const std::filesystem::path &save, const TreeChange &change);
+Result<EditOutcome> editResources(const NativePath &open, const NativePath &save,
+                                  const TreeChange &change);
 
 } // namespace pe

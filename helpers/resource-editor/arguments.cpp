@@ -6,120 +6,89 @@
 #include "helpers/pe/resourcetree.h"
 
 #include <algorithm>
-#include <map>
-#include <system_error>
 
 namespace {
 
 // A resource name's length is stored in 16 bits.
 constexpr std::size_t maxNameLength = 0xffff;
 
-constexpr std::string_view knownSwitches[]
+const std::vector<std::string> deleteSwitches = {"-open", "-save", "-action", "-mask", "-log"};
+const std::vector<std::string> addSwitches
     = {"-open", "-save", "-action", "-resource", "-mask", "-log"};
 
-std::string lowerCased(std::string text)
+bool isLetter(char c)
 {
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
-    });
-    return text;
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-std::string utf8Of(const std::filesystem::path &argument)
+bool isGroupName(const std::string &name)
 {
-    const auto text = argument.u8string();
-    return std::string(text.begin(), text.end());
+    return !name.empty() && isLetter(name.front())
+        && std::all_of(name.begin(), name.end(),
+                       [](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; });
 }
 
-using Switches = std::map<std::string, std::filesystem::path>;
-
-bool collectSwitches(const Arguments &arguments, Switches &switches, std::string &problem)
+// Returns what is wrong; empty if each switch is in its place and has a value.
+std::string problemWith(const Arguments &arguments, const std::vector<std::string> &switches)
 {
-    for (std::size_t i = 0; i < arguments.size(); i += 2) {
-        const std::string name = lowerCased(utf8Of(arguments[i]));
-        if (std::find(std::begin(knownSwitches), std::end(knownSwitches), name)
-            == std::end(knownSwitches)) {
-            problem = "unknown argument " + utf8Of(arguments[i]);
-            return false;
+    for (std::size_t i = 0; i < switches.size(); ++i) {
+        if (2 * i >= arguments.size()) {
+            return switches[i] + " is missing";
         }
-        if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
-            problem = name + " needs a value";
-            return false;
+        if (const std::string found = pe::utf8Of(arguments[2 * i]); found != switches[i]) {
+            return "expected " + switches[i] + " instead of " + found;
         }
-        if (!switches.emplace(name, arguments[i + 1]).second) {
-            problem = name + " is given twice";
-            return false;
+        if (2 * i + 1 == arguments.size() || arguments[2 * i + 1].empty()) {
+            return switches[i] + " needs a value";
         }
     }
-    for (const char *needed : {"-open", "-save", "-action", "-mask"}) {
-        if (!switches.contains(needed)) {
-            problem = std::string(needed) + " is missing";
-            return false;
-        }
-    }
-    return true;
+    return arguments.size() == 2 * switches.size()
+        ? std::string()
+        : "unexpected argument " + pe::utf8Of(arguments[2 * switches.size()]);
 }
 
-// A mask's fields: type, name and language, divided by commas. Fields at its end may be left out.
-std::vector<std::string> fieldsOf(const std::string &mask)
+// The name in "ICONGROUP,NAME,"; empty if the mask has another form.
+std::u16string groupNameIn(const std::string &mask)
 {
-    std::vector<std::string> fields;
-    std::size_t begin = 0;
-    for (std::size_t comma = 0; comma != std::string::npos; begin = comma + 1) {
-        comma = mask.find(',', begin);
-        fields.push_back(mask.substr(begin, comma - begin));
+    constexpr std::string_view type = "ICONGROUP,";
+    if (!mask.starts_with(type) || !mask.ends_with(',') || mask.size() <= type.size()) {
+        return {};
     }
-    while (!fields.empty() && fields.back().empty()) {
-        fields.pop_back();
-    }
-    return fields;
-}
-
-std::optional<Request> parse(const Arguments &arguments, std::string &problem)
-{
-    Switches switches;
-    if (!collectSwitches(arguments, switches, problem)) {
-        return std::nullopt;
-    }
-    Request request;
-    request.open = switches["-open"];
-    request.save = switches["-save"];
-    if (switches.contains("-log") && lowerCased(utf8Of(switches["-log"])) != "nul") {
-        request.log = switches["-log"];
-    }
-    const auto fields = fieldsOf(utf8Of(switches["-mask"]));
-    if (fields.empty() || lowerCased(fields[0]) != "icongroup") {
-        problem = "-mask must begin with ICONGROUP";
-        return std::nullopt;
-    }
-    const std::string action = lowerCased(utf8Of(switches["-action"]));
-    if (action == "delete" && fields.size() == 1 && !switches.contains("-resource")) {
-        return request;
-    }
-    if (action == "addoverwrite" && fields.size() == 2 && switches.contains("-resource")) {
-        request.action = Request::Action::SetIconGroup;
-        request.icon = switches["-resource"];
-        const auto *name = reinterpret_cast<const char8_t *>(fields[1].c_str());
-        request.groupName = pe::upperCased(std::filesystem::path(name).u16string());
-        if (request.groupName.size() > maxNameLength) {
-            problem = "the name in -mask is too long";
-            return std::nullopt;
-        }
-        return request;
-    }
-    problem = "only \"-action delete -mask ICONGROUP,\" and \"-action addoverwrite -resource ICO "
-              "-mask ICONGROUP,NAME,\" are known";
-    return std::nullopt;
+    const std::string name = mask.substr(type.size(), mask.size() - type.size() - 1);
+    return isGroupName(name) ? pe::upperCased(std::u16string(name.begin(), name.end()))
+                             : std::u16string();
 }
 
 } // namespace
 
 std::optional<Request> parseArguments(const Arguments &arguments, std::string &problem)
 {
-    try {
-        return parse(arguments, problem);
-    } catch (const std::system_error &) { // of the conversions that std::filesystem::path does
-        problem = "an argument is not valid text";
+    const std::string action = arguments.size() > 5 ? pe::utf8Of(arguments[5]) : std::string();
+    const bool adds = action == "addoverwrite";
+    problem = problemWith(arguments, adds ? addSwitches : deleteSwitches);
+    if (!problem.empty()) {
         return std::nullopt;
     }
+    Request request;
+    request.open = arguments[1];
+    request.save = arguments[3];
+    const std::string mask = pe::utf8Of(arguments[adds ? 9 : 7]);
+    if (adds) {
+        request.action = Request::Action::SetIconGroup;
+        request.icon = arguments[7];
+        request.groupName = groupNameIn(mask);
+    }
+    if (!adds && action != "delete") {
+        problem = "-action must be delete or addoverwrite";
+    } else if (adds && request.groupName.empty()) {
+        problem = "-mask must be ICONGROUP,NAME, where NAME has only letters, digits and _";
+    } else if (request.groupName.size() > maxNameLength) {
+        problem = "the name in -mask is too long";
+    } else if (!adds && mask != "ICONGROUP,") {
+        problem = "-mask must be ICONGROUP, to delete";
+    }
+    if (pe::utf8Of(arguments.back()) != "NUL") {
+        request.log = arguments.back();
+    }
+    return problem.empty() ? std::optional(std::move(request)) : std::nullopt;
 }

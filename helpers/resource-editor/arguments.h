@@ -3,12 +3,13 @@
 
 #pragma once
 
-#include <filesystem>
+#include "helpers/pe/nativepath.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
-// What one run of the resource editor is to do.
+// What one run of the resource editor must do.
 struct Request
 {
     enum class Action {
@@ -17,19 +18,19 @@ struct Request
     };
 
     Action action = Action::DeleteIconGroups;
-    std::filesystem::path open;
-    std::filesystem::path save;
-    std::filesystem::path icon;               // SetIconGroup: the ICO file
-    std::u16string groupName;                 // SetIconGroup: in capitals
-    std::optional<std::filesystem::path> log; // nothing: no log is wanted
+    pe::NativePath open;
+    pe::NativePath save;
+    pe::NativePath icon;      // SetIconGroup: the ICO file
+    std::u16string groupName; // SetIconGroup: in capitals
+    pe::NativePath log;       // empty: no log is wanted
 };
 
-// Arguments without the program's name, each as the system gave it.
-using Arguments = std::vector<std::filesystem::path>;
+// The arguments without the program's name, each as the system gave it.
+using Arguments = std::vector<pe::NativePath>;
 
-// Reads the two command lines that there are:
+// Reads one of the two command lines that the editor knows:
 //   -open FILE -save FILE -action delete -mask ICONGROUP, -log LOG
 //   -open FILE -save FILE -action addoverwrite -resource ICO -mask ICONGROUP,NAME, -log LOG
-// Switches may come in any order and in small or capital letters; -log may be left out, and NUL as
-// LOG means none. Nothing, and a reason in `problem`, when the arguments are others.
+// NAME begins with a letter and consists of letters, digits and "_". The value NUL for LOG means no log.
+// For any other arguments it returns nothing and sets `problem`.
 std::optional<Request> parseArguments(const Arguments &arguments, std::string &problem);

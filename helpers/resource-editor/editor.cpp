@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <new>
 
 namespace {
@@ -19,7 +18,7 @@ constexpr std::uint64_t maxIconSize = 12U << 20;
 // A failure together with the file that it is about.
 struct Failure
 {
-    std::filesystem::path file;
+    pe::NativePath file;
     pe::Error error;
 };
 
@@ -42,12 +41,10 @@ ExitStatus statusOf(pe::ErrorKind kind)
     return ExitStatus::CannotWrite;
 }
 
-// One line, whatever a file's name may hold.
-std::string lineOf(const std::filesystem::path &file, const std::string &text)
+// Joins the two. Control characters in a file's name become "?", so that it stays one line.
+std::string lineOf(const std::string &subject, const std::string &text)
 {
-    const auto name = file.u8string();
-    std::string line(name.begin(), name.end());
-    line += ": " + text;
+    std::string line = subject + ": " + text;
     std::replace_if(
         line.begin(), line.end(), [](char letter) { return letter >= 0 && letter < ' '; }, '?');
     return line;
@@ -63,7 +60,7 @@ std::string textOf(pe::EditOutcome outcome)
     return outcome == pe::EditOutcome::Unchanged ? "nothing to do" : "done";
 }
 
-pe::Result<pe::Bytes> readIcon(const std::filesystem::path &path)
+pe::Result<pe::Bytes> readIcon(const pe::NativePath &path)
 {
     const auto file = pe::File::open(path, pe::File::Access::Read);
     if (file.hasError()) {
@@ -118,13 +115,13 @@ std::variant<pe::EditOutcome, Failure> edit(const Request &request)
     }
     const auto outcome = sets ? setIconGroup(request, images) : deleteIconGroups(request);
     if (outcome.hasError()) {
-        const bool writing = outcome.error().kind == pe::ErrorKind::CannotWrite;
-        return Failure{writing ? request.save : request.open, outcome.error()};
+        const bool isWriteError = outcome.error().kind == pe::ErrorKind::CannotWrite;
+        return Failure{isWriteError ? request.save : request.open, outcome.error()};
     }
     return outcome.value();
 }
 
-// Memory only runs out before anything is written.
+// Memory can only run out before anything is written.
 std::variant<pe::EditOutcome, Failure> editWithinMemory(const Request &request)
 {
     try {
@@ -134,51 +131,57 @@ std::variant<pe::EditOutcome, Failure> editWithinMemory(const Request &request)
     }
 }
 
-void writeLog(const Request &request, const std::string &line)
+// A log that cannot be written is no reason to fail: the exit status tells how the run ended.
+void writeLog(const Request &request, std::string line)
 {
-    if (request.log) {
-        std::ofstream(*request.log, std::ios::binary | std::ios::trunc) << line << '\n';
+    if (request.log.empty()) {
+        return;
+    }
+    line += '\n';
+    if (auto log = pe::File::create(request.log); !log.hasError()) {
+        const auto *bytes = reinterpret_cast<const std::uint8_t *>(line.data());
+        static_cast<void>(log.value().writeAt(0, {bytes, line.size()}));
     }
 }
 
-// A log that names one of the files at work would destroy it.
+// A log with the name of one of the files would destroy that file.
 bool logIsSafe(const Request &request)
 {
-    std::error_code ignored;
-    return !request.log
-        || (*request.log != request.save
-            && !std::filesystem::equivalent(*request.log, request.open, ignored)
-            && !std::filesystem::equivalent(*request.log, request.save, ignored)
-            && !std::filesystem::equivalent(*request.log, request.icon, ignored));
-}
-
-ExitStatus complain(const std::string &line, ExitStatus status)
-{
-    std::fprintf(stderr, "resource-editor: %s\n", line.c_str());
-    return status;
+    return request.log.empty()
+        || (!pe::isSameFile(request.log, request.save) && !pe::isSameFile(request.log, request.open)
+            && !pe::isSameFile(request.log, request.icon));
 }
 
 } // namespace
 
-ExitStatus runEditor(const Arguments &arguments)
+EditorResult runEditor(const Arguments &arguments)
 {
     std::string problem;
     const auto request = parseArguments(arguments, problem);
     if (!request) {
-        return complain(lineOf("arguments", problem), ExitStatus::WrongUsage);
+        return {ExitStatus::WrongUsage, lineOf("arguments", problem)};
     }
     if (!logIsSafe(*request)) {
-        return complain(lineOf(*request->log, "the log may not be one of the files at work"),
-                        ExitStatus::WrongUsage);
+        return {ExitStatus::WrongUsage,
+                lineOf(pe::utf8Of(request->log),
+                       "the log file must not be one of the files being edited")};
     }
     const auto result = editWithinMemory(*request);
     if (const auto *failure = std::get_if<Failure>(&result)) {
-        const std::string line = lineOf(failure->file, textOf(failure->error));
+        const std::string line = lineOf(pe::utf8Of(failure->file), textOf(failure->error));
         writeLog(*request, line);
-        return complain(line, statusOf(failure->error.kind));
+        return {statusOf(failure->error.kind), line};
     }
-    if (request->log) {
-        writeLog(*request, lineOf(request->save, textOf(std::get<pe::EditOutcome>(result))));
+    writeLog(*request,
+             lineOf(pe::utf8Of(request->save), textOf(std::get<pe::EditOutcome>(result))));
+    return {};
+}
+
+int runEditorProgram(const Arguments &arguments)
+{
+    const EditorResult result = runEditor(arguments);
+    if (result.status != ExitStatus::Done) {
+        std::fprintf(stderr, "resource-editor: %s\n", result.message.c_str());
     }
-    return ExitStatus::Done;
+    return static_cast<int>(result.status);
 }

@@ -7,7 +7,8 @@
 
 int main(int argc, char **argv)
 {
-    // A file that outgrows the user's limit is an error like any other, not the process's end.
+    // A file that grows beyond the user's limit is then an error like any other, and does not end the
+    // process.
     std::signal(SIGXFSZ, SIG_IGN);
-    return static_cast<int>(runEditor(Arguments(argv + (argc > 0 ? 1 : 0), argv + argc)));
+    return runEditorProgram(Arguments(argv + (argc > 0 ? 1 : 0), argv + argc));
 }

@@ -3,8 +3,8 @@
 
 #include "helpers/resource-editor/editor.h"
 
-// Wide arguments: the narrow ones lose every letter that the user's code page has not.
+// Takes wide arguments: the narrow ones lose letters that the code page does not have.
 int wmain(int argc, wchar_t **argv)
 {
-    return static_cast<int>(runEditor(Arguments(argv + (argc > 0 ? 1 : 0), argv + argc)));
+    return runEditorProgram(Arguments(argv + (argc > 0 ? 1 : 0), argv + argc));
 }

@@ -12,7 +12,7 @@ using namespace pe;
 
 namespace {
 
-/// One folder a process.
+// One folder a process.
 class Folder
 {
 public:
@@ -105,7 +105,7 @@ ProgramFile::~ProgramFile()
 
 Bytes ProgramFile::content() const
 {
-    const auto file = File::open(m_path, File::Access::Read);
+    const auto file = File::open(path(), File::Access::Read);
     require(!file.hasError(), "the file is there");
     return file.value().readAt(0, static_cast<std::size_t>(file.value().size())).value();
 }

@@ -9,8 +9,8 @@
 #include <map>
 #include <optional>
 
-/// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long
-/// as the object.
+// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long
+// as the object.
 class ProgramFile
 {
 public:
@@ -19,21 +19,21 @@ public:
     ProgramFile &operator=(const ProgramFile &) = delete;
     ~ProgramFile();
 
-    const std::filesystem::path &path() const { return m_path; }
+    const pe::NativePath &path() const { return m_path.native(); }
     pe::Bytes content() const;
 
 private:
     std::filesystem::path m_path;
 };
 
-/// What an edit of a program's icon must leave alone.
+// What an edit of a program's icon must leave alone.
 struct ProgramLooks
 {
-    pe::Bytes appended;                         // behind the image
+    pe::Bytes appended;                         // after the image
     std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by path
     bool hasGroup = false;                      // of icons
     bool isSound = false;                       // no two sections share bytes of the file
 
-    /// Nothing: it cannot be read.
+    // Nothing: it cannot be read.
     static std::optional<ProgramLooks> of(const ProgramFile &file);
 };

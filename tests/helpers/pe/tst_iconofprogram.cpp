@@ -6,9 +6,9 @@
 #include "helpers/pe/icongroups.h"
 #include "helpers/pe/resourceedit.h"
 #include "tests/fakes/testfiles.h"
+#include "tests/helpers/pe/nativepathof.h"
 #include "tests/helpers/pe/petest.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,7 +19,7 @@ class TestIconOfProgram : public QObject
 private:
     static QByteArray imageOfIcon(const QString &path)
     {
-        const auto icon = pe::iconOfProgram(path.toStdU16String());
+        const auto icon = pe::iconOfProgram(nativePathOf(path));
         if (icon.hasError() || !icon.value()) {
             return "none";
         }
@@ -44,7 +44,7 @@ private slots:
         QTemporaryDir dir;
         const QString path = dir.filePath("程序 a.exe");
         QVERIFY(writeFile(path, petest::makeProgram(recipe)));
-        const auto icon = pe::iconOfProgram(path.toStdU16String());
+        const auto icon = pe::iconOfProgram(nativePathOf(path));
         QVERIFY(!icon.hasError() && icon.value());
         const pe::Bytes &bytes = *icon.value();
         QVERIFY(bytes.size() > 22);
@@ -81,7 +81,7 @@ private slots:
         const auto images = pe::parseIcoFile({reinterpret_cast<const std::uint8_t *>(icon.data()),
                                               static_cast<std::size_t>(icon.size())});
         QVERIFY(!images.hasError());
-        const auto native = QFile::encodeName(path).toStdString();
+        const pe::NativePath native = nativePathOf(path);
         const auto outcome = pe::editResources(
             native, native,
             [&](pe::ResourceTree &tree, const pe::File &file, const pe::PeHeaders &headers) {
@@ -98,7 +98,7 @@ private slots:
         recipe.icons = false;
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("a.exe"), petest::makeProgram(recipe)));
-        const auto icon = pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString());
+        const auto icon = pe::iconOfProgram(nativePathOf(dir.filePath("a.exe")));
         QVERIFY(!icon.hasError() && !icon.value());
     }
 
@@ -106,10 +106,8 @@ private slots:
     {
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("a.exe"), "no program"));
-        QVERIFY(
-            pe::iconOfProgram(QFile::encodeName(dir.filePath("a.exe")).toStdString()).hasError());
-        QVERIFY(
-            pe::iconOfProgram(QFile::encodeName(dir.filePath("b.exe")).toStdString()).hasError());
+        QVERIFY(pe::iconOfProgram(nativePathOf(dir.filePath("a.exe"))).hasError());
+        QVERIFY(pe::iconOfProgram(nativePathOf(dir.filePath("b.exe"))).hasError());
     }
 
     // Whatever is damaged, the reader ends with an answer.
@@ -128,7 +126,7 @@ private slots:
                     = static_cast<char>(random >> 24);
             }
             QVERIFY(writeFile(path, damaged));
-            const auto icon = pe::iconOfProgram(path.toStdU16String());
+            const auto icon = pe::iconOfProgram(nativePathOf(path));
             answers += icon.hasError() || !icon.value() || icon.value()->size() >= 22 ? 1 : 0;
         }
         QCOMPARE(answers, 1500);

@@ -11,18 +11,19 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-// Runs the resource editor as the packaging engine does.
-struct EditorResult
+// How a run of the resource editor ended.
+struct EditorRun
 {
     int status = -1;
     QByteArray errors;
 };
 
-inline EditorResult runEditor(const QStringList &arguments)
+// Starts the resource editor as the packaging engine does.
+inline EditorRun startEditor(const QStringList &arguments)
 {
     QProcess process;
     process.start(KESTRELPACK_RESOURCE_EDITOR, arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+    if (!process.waitForFinished(300000) || process.exitStatus() != QProcess::NormalExit) {
         return {-1, "did not end by itself"};
     }
     return {process.exitCode(), process.readAllStandardError()};
@@ -41,7 +42,7 @@ inline QStringList addArguments(const QString &program, const QString &icon)
             "-log",         "NUL"};
 }
 
-// A program and an icon in a folder of their own, for the editor to work on.
+// A program and an icon for the editor, in a temporary folder.
 struct EditorFiles
 {
     explicit EditorFiles(const QByteArray &program, const QList<int> &iconSizes = {16, 32, 256})
@@ -54,13 +55,13 @@ struct EditorFiles
     QString program() const { return dir.filePath("程序 with blanks.exe"); }
     QString icon() const { return dir.filePath("icon.ico"); }
     QByteArray content() const { return readFile(program()); }
-    EditorResult remove() const { return runEditor(deleteArguments(program())); }
-    EditorResult add() const { return runEditor(addArguments(program(), icon())); }
+    EditorRun remove() const { return startEditor(deleteArguments(program())); }
+    EditorRun add() const { return startEditor(addArguments(program(), icon())); }
 
     QTemporaryDir dir;
 };
 
-// All resources but icon images and icon groups.
+// All resources except icon images and icon groups.
 inline petest::Resources otherResources(const QByteArray &program)
 {
     petest::Resources others = petest::lookAt(program).resources;

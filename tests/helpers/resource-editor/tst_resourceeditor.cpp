@@ -83,7 +83,7 @@ private slots:
         const QByteArray before = petest::makeProgram(recipe);
         QCOMPARE(petest::lookAt(before).fault, QString());
         const EditorFiles files(before);
-        const EditorResult result = files.remove();
+        const EditorRun result = files.remove();
         QVERIFY2(result.status == 0, result.errors.constData());
         const QByteArray after = files.content();
         compareWithBefore(recipe, before, after);
@@ -100,7 +100,7 @@ private slots:
         QFETCH(petest::Recipe, recipe);
         const QByteArray before = petest::makeProgram(recipe);
         const EditorFiles files(before);
-        const EditorResult result = files.add();
+        const EditorRun result = files.add();
         QVERIFY2(result.status == 0, result.errors.constData());
         const QByteArray after = files.content();
         compareWithBefore(recipe, before, after);

@@ -25,7 +25,7 @@ QByteArray wrestool(const QStringList &arguments)
 {
     QProcess process;
     process.start("wrestool", arguments);
-    return process.waitForFinished(30000) ? process.readAllStandardOutput() : QByteArray("failed");
+    return process.waitForFinished(300000) ? process.readAllStandardOutput() : QByteArray("failed");
 }
 
 QByteArray resourcesByWrestool(const QString &program)
@@ -123,10 +123,10 @@ private slots:
         const QByteArray listed = resourcesByWrestool(program);
 
         for (int round = 0; round < 2; ++round) {
-            EditorResult result = runEditor(deleteArguments(program));
+            EditorRun result = startEditor(deleteArguments(program));
             QVERIFY2(result.status == 0, result.errors.constData());
             QCOMPARE(iconGroups(readFile(program)), QStringList());
-            result = runEditor(addArguments(program, dir.filePath("icon.ico")));
+            result = startEditor(addArguments(program, dir.filePath("icon.ico")));
             QVERIFY2(result.status == 0, result.errors.constData());
 
             const QByteArray after = readFile(program);
@@ -164,9 +164,9 @@ private slots:
         timer.start();
         QCOMPARE(QProcess::execute("cp", {program, dir.filePath("copy.exe")}), 0);
         const qint64 copying = timer.restart();
-        QCOMPARE(runEditor(deleteArguments(program)).status, 0);
+        QCOMPARE(startEditor(deleteArguments(program)).status, 0);
         const qint64 deleting = timer.restart();
-        QCOMPARE(runEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
+        QCOMPARE(startEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
         const qint64 adding = timer.elapsed();
         qInfo("delete run %lld ms, add run %lld ms; cp takes %lld ms",
               static_cast<long long>(deleting), static_cast<long long>(adding),
@@ -208,7 +208,7 @@ private slots:
         const QStringList arguments = adds ? addArguments(program, dir.filePath("icon.ico"))
                                            : deleteArguments(program);
         QVERIFY(writeFile(program, before));
-        QCOMPARE(runEditor(arguments).status, 0);
+        QCOMPARE(startEditor(arguments).status, 0);
         const petest::Resources expected = petest::lookAt(readFile(program)).resources;
         const petest::Resources original = petest::lookAt(before).resources;
         QVERIFY(expected != original);
@@ -244,7 +244,7 @@ private slots:
         const QByteArray before = petest::makeProgram({.overlay = 2 << 20});
         const QString program = small + "/a.exe";
         const bool written = writeFile(program, before);
-        const EditorResult result = runEditor(addArguments(program, dir.filePath("icon.ico")));
+        const EditorRun result = startEditor(addArguments(program, dir.filePath("icon.ico")));
         const QByteArray after = readFile(program);
         const QStringList left
             = QDir(small).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -264,7 +264,7 @@ private slots:
         QVERIFY(writeFile(dir.filePath("a.exe"), before));
         QStringList arguments = addArguments(dir.filePath("a.exe"), dir.filePath("icon.ico"));
         arguments[3] = dir.filePath("b.exe");
-        QCOMPARE(runEditor(arguments).status, 0);
+        QCOMPARE(startEditor(arguments).status, 0);
         QCOMPARE(readFile(dir.filePath("a.exe")), before);
         QVERIFY(iconGroups(readFile(dir.filePath("b.exe"))).contains("14/\"MAINICON\"/0"));
     }

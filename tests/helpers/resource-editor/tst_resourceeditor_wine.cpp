@@ -22,7 +22,7 @@ private:
     {
         QProcess process;
         startWindowsProgram(process, arguments.constFirst(), arguments.sliced(1));
-        if (!process.waitForFinished(60000)) {
+        if (!process.waitForFinished(300000)) {
             return {-1, "timed out"};
         }
         return {process.exitCode(),
@@ -66,8 +66,8 @@ private slots:
 
         for (const QString &copy : std::as_const(copies)) {
             for (int round = 0; round < 2; ++round) {
-                QCOMPARE(runEditor(deleteArguments(copy)).status, 0);
-                QCOMPARE(runEditor(addArguments(copy, dir.filePath("icon.ico"))).status, 0);
+                QCOMPARE(startEditor(deleteArguments(copy)).status, 0);
+                QCOMPARE(startEditor(addArguments(copy, dir.filePath("icon.ico"))).status, 0);
             }
         }
         const Run after = run(QStringList{KESTRELPACK_LOADICONS} + copies);
@@ -86,8 +86,8 @@ private slots:
         QVERIFY(writeFile(dir.filePath("icon.ico"), petest::makeIcon({16, 32, 128, 200, 256})));
         const QString program = dir.filePath("程序.exe");
         QVERIFY(writeFile(program, readFile(KESTRELPACK_HELLO_EXE)));
-        QCOMPARE(runEditor(deleteArguments(program)).status, 0);
-        QCOMPARE(runEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
+        QCOMPARE(startEditor(deleteArguments(program)).status, 0);
+        QCOMPARE(startEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
         const Run ended = run({program, "--exit", "23"});
         QCOMPARE(ended.exitCode, 23);
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/pe/replacement.h"
+#include "helpers/pe/atomicfile.h"
 
 #include "helpers/pe/systemerror.h"
 
@@ -42,9 +42,10 @@ std::string temporaryName()
     return name;
 }
 
-// Names the target by exchange where that works. A plain rename over an existing file makes ext4
-// start writing the whole new file to the disk, which takes longer than all the rest.
-bool takeName(const std::filesystem::path &temporary, const std::filesystem::path &target)
+// Gives the new file the target's name, by an exchange of the two names if the file system can do that.
+// A plain rename over an existing file makes ext4 write the whole new file to the disk at once, which
+// takes longer than everything else.
+bool takeName(const NativePath &temporary, const NativePath &target)
 {
     if (renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) {
         unlink(temporary.c_str());
@@ -53,8 +54,8 @@ bool takeName(const std::filesystem::path &temporary, const std::filesystem::pat
     return rename(temporary.c_str(), target.c_str()) == 0;
 }
 
-// Copies inside the kernel. A return short of `length` without an error means that the
-// file systems cannot do it.
+// Copies inside the kernel. Returns how many bytes were copied; fewer than `length` if the file systems
+// cannot do it.
 Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std::uint64_t to,
                                    std::uint64_t length)
 {
@@ -62,8 +63,8 @@ Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std
     while (copied < length) {
         auto in = static_cast<off64_t>(from + copied);
         auto out = static_cast<off64_t>(to + copied);
-        // File systems that share blocks only do so for whole ones: bring a ragged start to
-        // a boundary first.
+        // File systems share whole blocks only, so the bytes before the first block border are
+        // copied in a step for themselves.
         const std::uint64_t ragged = (blockSize - (from + copied) % blockSize) % blockSize;
         const std::uint64_t left = length - copied;
         const auto step = ragged != 0 ? std::min(ragged, left)
@@ -85,46 +86,43 @@ Result<std::uint64_t> copyInKernel(int source, std::uint64_t from, int sink, std
 
 } // namespace
 
-Result<Replacement> Replacement::beside(const std::filesystem::path &target)
+Result<AtomicFile> AtomicFile::beside(const NativePath &target)
 {
-    Replacement made(target);
-    auto directory = made.m_target.parent_path();
-    if (directory.empty()) {
-        directory = ".";
-    }
-    // A file without a name vanishes with its process, however that ends.
-    int fd = ::open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    AtomicFile made(target);
+    const NativePath folder = folderOf(made.m_target);
+    // The system removes a file without a name when its process ends, however it ends.
+    int fd = ::open(folder.empty() ? "." : folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (fd < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)) {
-        made.m_temporary = directory / temporaryName();
+        made.m_temporary = folder + temporaryName();
         fd = ::open(made.m_temporary.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
         if (fd < 0) {
             made.m_temporary.clear();
         }
     }
     if (fd < 0) {
-        return cannotWrite("no new file can be made beside it");
+        return cannotWrite("no new file can be created beside it");
     }
     made.m_file.m_handle = fd;
     return made;
 }
 
-Replacement::~Replacement()
+AtomicFile::~AtomicFile()
 {
     if (!m_temporary.empty()) {
         unlink(m_temporary.c_str());
     }
 }
 
-Result<Done> Replacement::resize(std::uint64_t size)
+Result<Done> AtomicFile::resize(std::uint64_t size)
 {
     if (ftruncate(descriptor(m_file.m_handle), static_cast<off_t>(size)) != 0) {
-        return cannotWrite("the new file cannot be made large enough");
+        return cannotWrite("the new file cannot get its size");
     }
     m_file.m_size = size;
     return Done{};
 }
 
-Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
+Result<Done> AtomicFile::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
 {
     FileRange data = source.nextData(range.begin);
     while (data.begin < range.end && data.begin < data.end) {
@@ -145,7 +143,7 @@ Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, s
     return Done{};
 }
 
-Result<Done> Replacement::commit(File original)
+Result<Done> AtomicFile::commit(File original)
 {
     const int fd = descriptor(m_file.m_handle);
     struct stat status = {};
@@ -157,7 +155,7 @@ Result<Done> Replacement::commit(File original)
         return cannotWrite("the permissions cannot be kept");
     }
     if (m_temporary.empty()) {
-        const auto name = m_target.parent_path() / temporaryName();
+        const NativePath name = folderOf(m_target) + temporaryName();
         const std::string self = "/proc/self/fd/" + std::to_string(fd);
         if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
             return cannotWrite("the new file cannot be named");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/pe/replacement.h"
+#include "helpers/pe/atomicfile.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,26 +12,19 @@ namespace {
 
 constexpr std::size_t copiedAtOnce = 4U << 20;
 
-std::filesystem::path withoutLinks(const std::filesystem::path &path)
-{
-    std::error_code error;
-    auto resolved = std::filesystem::weakly_canonical(path, error);
-    return error || resolved.empty() ? path : resolved;
-}
-
 } // namespace
 
-Replacement::Replacement(const std::filesystem::path &target) : m_target(withoutLinks(target)) {}
+AtomicFile::AtomicFile(const NativePath &target) : m_target(withoutLink(target)) {}
 
-Replacement::Replacement(Replacement &&other) noexcept
+AtomicFile::AtomicFile(AtomicFile &&other) noexcept
     : m_file(std::move(other.m_file))
     , m_target(std::move(other.m_target))
     , m_temporary(std::exchange(other.m_temporary, {}))
 {
 }
 
-Result<Done> Replacement::copyThroughMemory(const File &source, const FileRange &range,
-                                            std::uint64_t to)
+Result<Done> AtomicFile::copyThroughMemory(const File &source, const FileRange &range,
+                                           std::uint64_t to)
 {
     Bytes buffer(std::min<std::uint64_t>(range.end - range.begin, copiedAtOnce));
     for (std::uint64_t from = range.begin; from < range.end;) {

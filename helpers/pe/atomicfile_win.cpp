@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/pe/replacement.h"
+#include "helpers/pe/atomicfile.h"
 
 #include "helpers/pe/systemerror.h"
-
-#include <random>
 
 #include <windows.h>
 
@@ -26,32 +24,32 @@ HANDLE handleOf(std::intptr_t handle)
     return reinterpret_cast<HANDLE>(handle);
 }
 
-std::wstring temporaryName()
+NativePath temporaryName()
 {
-    std::random_device random;
-    wchar_t name[40];
-    swprintf(name, std::size(name), L"kestrelpack-%08x%08x.tmp", random(), random());
-    return name;
+    LARGE_INTEGER ticks = {};
+    QueryPerformanceCounter(&ticks);
+    return L"kestrelpack-" + std::to_wstring(GetCurrentProcessId()) + L"-"
+        + std::to_wstring(ticks.QuadPart) + L".tmp";
 }
 
 } // namespace
 
-Result<Replacement> Replacement::beside(const std::filesystem::path &target)
+Result<AtomicFile> AtomicFile::beside(const NativePath &target)
 {
-    Replacement made(target);
-    made.m_temporary = made.m_target.parent_path() / temporaryName();
+    AtomicFile made(target);
+    made.m_temporary = folderOf(made.m_target) + temporaryName();
     const HANDLE handle = CreateFileW(made.m_temporary.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                       nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     made.m_file.m_handle = reinterpret_cast<std::intptr_t>(handle);
     if (made.m_file.m_handle == File::noHandle) {
-        const Error error = cannotWrite("no new file can be made beside it");
+        const Error error = cannotWrite("no new file can be created beside it");
         made.m_temporary.clear();
         return error;
     }
     return made;
 }
 
-Replacement::~Replacement()
+AtomicFile::~AtomicFile()
 {
     if (!m_temporary.empty()) {
         m_file.close();
@@ -59,26 +57,26 @@ Replacement::~Replacement()
     }
 }
 
-Result<Done> Replacement::resize(std::uint64_t size)
+Result<Done> AtomicFile::resize(std::uint64_t size)
 {
     LARGE_INTEGER end = {};
     end.QuadPart = static_cast<LONGLONG>(size);
     const HANDLE handle = handleOf(m_file.m_handle);
     if (SetFilePointerEx(handle, end, nullptr, FILE_BEGIN) == 0 || SetEndOfFile(handle) == 0) {
-        return cannotWrite("the new file cannot be made large enough");
+        return cannotWrite("the new file cannot get its size");
     }
     m_file.m_size = size;
     return Done{};
 }
 
-Result<Done> Replacement::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
+Result<Done> AtomicFile::copyFrom(const File &source, const FileRange &range, std::uint64_t to)
 {
     return copyThroughMemory(source, range, to);
 }
 
-// Access rights come from the folder, as those of the file that is replaced did; its attributes
-// (hidden, read-only ...) are taken over.
-Result<Done> Replacement::commit(File original)
+// The access rights come from the folder, as those of the original did. Its attributes (hidden and
+// others) are set on the new file.
+Result<Done> AtomicFile::commit(File original)
 {
     BY_HANDLE_FILE_INFORMATION information = {};
     const bool known = GetFileInformationByHandle(handleOf(original.m_handle), &information) != 0;
