@@ -199,6 +199,27 @@ private slots:
         QCOMPARE(left.size(), 1);
     }
 
+    // Programs of Windows' older functions know no path of more than 259 units.
+    void aLongPath()
+    {
+        EditorFiles files(petest::makeProgram({}));
+        QString folder = files.dir.path();
+        for (int i = 0; i < 6; ++i) {
+            folder += u'/' + QString(60, QChar('a' + i));
+        }
+        QVERIFY(QDir().mkpath(folder));
+        const QString program = folder + "/长.exe";
+        const QString icon = folder + "/a.ico";
+        QVERIFY(program.size() > 259);
+        QVERIFY(QFile::copy(files.program(), program) && QFile::copy(files.icon(), icon));
+        QCOMPARE(startEditor(deleteArguments(program)).status, 0);
+        QCOMPARE(iconGroups(readFile(program)), QStringList());
+        const EditorRun run = startEditor(addArguments(program, icon));
+        QVERIFY2(run.status == 0, run.errors.constData());
+        QCOMPARE(iconGroups(readFile(program)), QStringList("14/\"MAINICON\"/0"));
+        QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
+    }
+
     void anEditThatFitsIntoTheSectionMovesNothing()
     {
         const EditorFiles files(petest::makeProgram({.slack = 300000, .overlay = 5000}));
