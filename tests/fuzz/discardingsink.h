@@ -32,8 +32,6 @@ public:
     {
         return sfx::makeOwned<DiscardingSink>(m_written, m_outputLimit);
     }
-    sfx::Status pauseFile() override { return sfx::Status::Ok; }
-    sfx::Status resumeFile(const sfx::Entry &, std::uint64_t) override { return sfx::Status::Ok; }
 
 private:
     std::atomic<std::uint64_t> &m_written;

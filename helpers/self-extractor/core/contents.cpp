@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/core/unpacker.h"
 
-#include "helpers/self-extractor/core/foldercheck.h"
+#include "helpers/self-extractor/core/folderplan.h"
 #include "helpers/self-extractor/core/lzmastream.h"
 
 #include <cstring>

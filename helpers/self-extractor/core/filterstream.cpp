@@ -81,22 +81,13 @@ Status FilterStream::open(std::uint32_t method, const std::uint8_t *properties, 
     return Status::Unsupported;
 }
 
-void FilterStream::startAt(std::uint64_t pc, std::uint32_t state, const std::uint8_t *bytes,
-                           std::size_t size)
-{
-    m_state.pc = static_cast<std::uint32_t>(pc);
-    m_state.x86 = state;
-    std::memcpy(m_buffer.data(), bytes, size);
-    m_end = size;
-}
-
-// Moves what has not been given out to the front, fills up behind it, and converts what it can.
-Status FilterStream::fetch()
+// Moves the unconverted tail to the front, fills up after it, and converts what it can.
+Status FilterStream::refill()
 {
     std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
-    m_converted -= m_begin;
     m_end -= m_begin;
     m_begin = 0;
+    m_converted = 0;
     std::size_t got = 0;
     const Status status
         = readFully(*m_input, m_buffer.data() + m_end, m_buffer.size() - m_end, got);
@@ -104,39 +95,13 @@ Status FilterStream::fetch()
         return status;
     }
     m_end += got;
-    if (m_end != m_converted) {
-        const std::size_t count
-            = m_convert(m_state, m_buffer.data() + m_converted, m_end - m_converted);
-        m_converted += count;
-        m_state.pc += static_cast<std::uint32_t>(count);
+    if (m_end != 0) {
+        m_converted = m_convert(m_state, m_buffer.data(), m_end);
+        m_state.pc += static_cast<std::uint32_t>(m_converted);
     }
-    return Status::Ok;
-}
-
-Status FilterStream::refill()
-{
-    const Status status = fetch();
     if (m_converted == 0) {
         m_converted = m_end; // the tail that is too short for an instruction stays as it is
     }
-    return status;
-}
-
-Status FilterStream::readUnfinished(std::uint8_t *data, std::size_t size, std::size_t &filtered,
-                                    std::uint32_t &state)
-{
-    if (m_end - m_begin < size) {
-        const Status status = fetch();
-        if (status != Status::Ok) {
-            return status;
-        }
-    }
-    if (m_end - m_begin != size) {
-        return Status::Damaged;
-    }
-    std::memcpy(data, m_buffer.data() + m_begin, size);
-    filtered = m_converted - m_begin;
-    state = m_state.x86;
     return Status::Ok;
 }
 

@@ -27,20 +27,9 @@ public:
 
     /// Chooses the filter by 7-Zip's method number. To be called once, before next().
     Status open(std::uint32_t method, const std::uint8_t *properties, std::size_t size);
-    /// Begins in the middle of the filtered bytes, at `pc`, with what the filter for x86 remembers
-    /// there, and with `size` bytes (32 KiB at most) that come before those of the input. To be called
-    /// after open().
-    void startAt(std::uint64_t pc, std::uint32_t state, const std::uint8_t *bytes,
-                 std::size_t size);
     Status next(std::size_t limit, Bytes &bytes) override;
-    /// The last bytes before the end of the input, when all before them has been read: the first
-    /// `filtered` are filtered, and the filter for x86 remembers `state` there; something may follow
-    /// that decides on the others. Damaged: the input ends too early.
-    Status readUnfinished(std::uint8_t *data, std::size_t size, std::size_t &filtered,
-                          std::uint32_t &state);
 
 private:
-    Status fetch();
     Status refill();
 
     Owned<Stream> m_input;

@@ -144,32 +144,13 @@ unsigned chooseAheadCoder(const Wiring &plan)
 
 } // namespace
 
-Status openFolder(const FolderPlan &plan, Owned<Stream> &result)
+Status openFolder(const FolderPlan &plan, bool readsAhead, Owned<Stream> &result)
 {
-    return openCoder(Wiring{plan, noCoder}, plan.folder.UnpackStream, result);
-}
-
-Status openPart(const Archive &archive, const Part &part, bool readsAhead, Owned<Stream> &result)
-{
-    Wiring plan{};
-    const Status status = readFolderPlan(archive.tables().db, part.folder, archive.source(),
-                                         archive.packBase(), plan);
-    if (status != Status::Ok) {
-        return status;
+    Wiring wiring{plan, noCoder};
+    if (readsAhead) {
+        wiring.aheadCoder = chooseAheadCoder(wiring);
     }
-    plan.aheadCoder = readsAhead ? chooseAheadCoder(plan) : noCoder;
-    if (part.kind == Part::Kind::Folder) {
-        return openCoder(plan, plan.folder.UnpackStream, result);
-    }
-    Owned<Stream> input;
-    const Status opened
-        = openStage(makeOwned<RangeStream>(*plan.source,
-                                           plan.packBase + plan.packPositions[0] + part.packBegin,
-                                           part.packSize),
-                    input);
-    return opened == Status::Ok
-        ? openDecoder<Lzma2Stream>(plan, part.decoder, std::move(input), part.unpackSize, result)
-        : opened;
+    return openCoder(wiring, plan.folder.UnpackStream, result);
 }
 
 } // namespace sfx

@@ -28,10 +28,15 @@ struct FolderPlan
 Status readFolderPlan(const CSzAr &streams, std::uint32_t folder, ByteSource &source,
                       std::uint64_t packBase, FolderPlan &plan);
 
-/// What the decoder of a coder needs as its window, in bytes, if its output has this size; 0 for
-/// coders without one, or with properties that they cannot have. Not checked against any limit.
-std::uint64_t windowSize(const FolderPlan &plan, unsigned coder, std::uint64_t unpackSize);
+/// What the decoder of a coder needs as its window, in bytes; 0 for coders without one, or with
+/// properties that they cannot have. Not checked against any limit.
+std::uint64_t windowSize(const FolderPlan &plan, unsigned coder);
 /// The windows of all coders together.
 std::uint64_t windowSize(const FolderPlan &plan);
+
+/// Looks at how a folder is packed, before memory is taken for it or anything is read. Unsupported:
+/// a method that this module does not have, or dictionaries that need more than `memory` bytes
+/// together. Damaged: coders that feed each other in a circle.
+Status checkFolder(const FolderPlan &plan, std::uint64_t memory);
 
 } // namespace sfx

@@ -7,7 +7,6 @@
 
 #include "helpers/self-extractor/core/archive.h"
 #include "helpers/self-extractor/core/folderchain.h"
-#include "helpers/self-extractor/core/foldercheck.h"
 #include "helpers/self-extractor/core/lookstream.h"
 
 #include "7zCrc.h"
@@ -27,7 +26,7 @@ extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex, ILoo
         status = checkFolder(plan, Archive::headerBudget);
     }
     if (status == Status::Ok) {
-        status = openFolder(plan, chain);
+        status = openFolder(plan, false, chain);
     }
     if (status == Status::Ok) {
         status = readFully(*chain, outBuffer, outSize, got);

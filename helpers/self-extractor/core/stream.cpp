@@ -52,11 +52,4 @@ Status RangeStream::next(std::size_t limit, Bytes &bytes)
     return Status::Ok;
 }
 
-Status MemoryStream::next(std::size_t limit, Bytes &bytes)
-{
-    bytes = {m_left.data, std::min(limit, m_left.size)};
-    m_left = {m_left.data + bytes.size, m_left.size - bytes.size};
-    return Status::Ok;
-}
-
 } // namespace sfx

@@ -57,16 +57,4 @@ private:
     Array<std::uint8_t> m_buffer;
 };
 
-/// Bytes that belong to somebody else as a stream.
-class MemoryStream final : public Stream
-{
-public:
-    MemoryStream(const std::uint8_t *data, std::size_t size) : m_left{data, size} {}
-
-    Status next(std::size_t limit, Bytes &bytes) override;
-
-private:
-    Bytes m_left;
-};
-
 } // namespace sfx

@@ -9,8 +9,7 @@ namespace sfx {
 
 /// Where unpacked entries go. The order of calls: begin(), then for each entry makeFolder(), or
 /// beginFile(), write() as often as needed and endFile(); at the end finishFolder() for each
-/// folder, the last one first. Between the beginFile() and the endFile() of a file there may be other
-/// entries: pauseFile() leaves it, resumeFile() comes back. A status other than Ok ends the run.
+/// folder, the last one first. A status other than Ok ends the run.
 class UnpackSink
 {
 public:
@@ -26,19 +25,9 @@ public:
     /// Nothing more is going to be made in this folder: time and attributes can be set.
     virtual Status finishFolder(const Entry &folder) = 0;
 
-    /// A second sink for the same place, for another thread, which has files of its own and pieces of
-    /// common ones that do not overlap. This one outlives it. Empty: there is only one.
+    /// A sink for another thread, writing to the same folder; each file is written by one sink. This
+    /// one outlives it. Empty: there is only one.
     virtual Owned<UnpackSink> another() { return Owned<UnpackSink>(); }
-    /// Only where there are several sinks.
-    virtual Status pauseFile() { return Status::WriteFailed; }
-    /// `offset`: where the next write() goes, in bytes from the start of the file; bytes that were
-    /// left out may come later. Only where there are several sinks; of any of them.
-    virtual Status resumeFile(const Entry &file, std::uint64_t offset);
 };
-
-inline Status UnpackSink::resumeFile(const Entry &, std::uint64_t)
-{
-    return Status::WriteFailed;
-}
 
 } // namespace sfx

@@ -82,16 +82,6 @@ bool FileSink::createFile()
     return static_cast<bool>(m_file);
 }
 
-// For one of the pieces that a file is written in; other sinks may be at other ones.
-bool FileSink::openFile(std::uint64_t offset)
-{
-    m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_WRITE, FILE_SHARE_WRITE, nullptr,
-                             OPEN_EXISTING, 0, nullptr));
-    LARGE_INTEGER place = {};
-    place.QuadPart = static_cast<LONGLONG>(offset);
-    return m_file && SetFilePointerEx(m_file.get(), place, nullptr, FILE_BEGIN);
-}
-
 bool FileSink::createFolder()
 {
     return CreateDirectoryW(wide(m_path.data()), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
@@ -187,23 +177,6 @@ Status FileSink::endFile(const Entry &file)
 Owned<UnpackSink> FileSink::another()
 {
     return makeOwned<FileSink>(m_folder, m_common);
-}
-
-Status FileSink::pauseFile()
-{
-    m_file.reset();
-    return Status::Ok;
-}
-
-Status FileSink::resumeFile(const Entry &file, std::uint64_t offset)
-{
-    if (isInterrupted()) {
-        return Status::Interrupted;
-    }
-    if (!locate(file)) {
-        return Status::NoMemory;
-    }
-    return openFile(offset) ? Status::Ok : fail();
 }
 
 Status FileSink::finishFolder(const Entry &folder)

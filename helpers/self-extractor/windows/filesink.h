@@ -34,8 +34,6 @@ public:
     Status endFile(const Entry &file) override;
     Status finishFolder(const Entry &folder) override;
     Owned<UnpackSink> another() override;
-    Status pauseFile() override;
-    Status resumeFile(const Entry &file, std::uint64_t offset) override;
 
 private:
     /// What all sinks for one place share.
@@ -53,7 +51,6 @@ private:
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
     bool createFile();
-    bool openFile(std::uint64_t offset);
     bool createFolder();
     bool makeParents();
 

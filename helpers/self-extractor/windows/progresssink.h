@@ -44,11 +44,6 @@ public:
         Owned<UnpackSink> sink = m_sink.another();
         return sink ? makeOwned<ProgressSink>(std::move(sink), m_window) : Owned<ProgressSink>();
     }
-    Status pauseFile() override { return m_sink.pauseFile(); }
-    Status resumeFile(const Entry &file, std::uint64_t offset) override
-    {
-        return m_window.isCancelled() ? Status::Cancelled : m_sink.resumeFile(file, offset);
-    }
 
 private:
     Owned<UnpackSink> m_own;

@@ -24,13 +24,12 @@ public:
     Status beginFile(const Entry &file) override
     {
         const QMutexLocker lock(&m_shared.m_mutex);
-        const QString path = pathOf(file);
-        m_shared.expect(m_path.isNull(), "one file at a time");
-        m_shared.expect(!m_shared.m_open.contains(path) && !m_shared.m_done.contains(path),
-                        "no file is begun twice");
-        m_path = path;
-        m_place = 0;
-        m_shared.m_open.insert(path, QByteArray(static_cast<qsizetype>(file.size), '?'));
+        m_shared.expect(m_path.isNull() && !m_shared.m_isFinishing,
+                        "one file at a time, and none after the folders");
+        m_path = pathOf(file);
+        m_shared.expect(!m_shared.m_begun.contains(m_path), "no file is begun twice");
+        m_shared.m_begun.insert(m_path);
+        m_content = QByteArray("");
         return Status::Ok;
     }
     Status write(const std::uint8_t *data, std::size_t size) override
@@ -41,53 +40,34 @@ public:
             return Status::DiskFull;
         }
         --m_shared.m_writesLeft;
-        m_shared.expect(m_shared.m_open.contains(m_path), "only open files are written");
-        QByteArray &content = m_shared.m_open[m_path];
-        m_shared.expect(m_place + static_cast<qsizetype>(size) <= content.size(),
-                        "nothing is written behind the end");
-        content.replace(m_place, static_cast<qsizetype>(size), reinterpret_cast<const char *>(data),
-                        static_cast<qsizetype>(size));
-        m_place += static_cast<qsizetype>(size);
+        m_shared.expect(!m_path.isNull(), "only an open file is written");
+        m_content.append(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
         return Status::Ok;
     }
     Status endFile(const Entry &file) override
     {
         const QMutexLocker lock(&m_shared.m_mutex);
         m_shared.expect(m_path == pathOf(file), "the file that ends is the open one");
-        m_shared.expect(static_cast<std::uint64_t>(m_place) == file.size, "a file ends at its end");
-        m_shared.m_done.insert(m_path, m_shared.m_open.take(m_path));
+        m_shared.expect(static_cast<std::uint64_t>(m_content.size()) == file.size,
+                        "a file has its size when it ends");
+        m_shared.m_done.insert(m_path, m_content);
         m_path = QString();
         return Status::Ok;
     }
     Status finishFolder(const Entry &folder) override
     {
         const QMutexLocker lock(&m_shared.m_mutex);
-        m_shared.expect(m_shared.m_open.isEmpty(), "folders are finished when all files are");
+        m_shared.expect(m_path.isNull(), "folders are finished when all files are");
+        m_shared.m_isFinishing = true;
         m_shared.m_done.insert(pathOf(folder) + u'/', QByteArray());
         return Status::Ok;
     }
     Owned<UnpackSink> another() override { return makeOwned<Sink>(m_shared); }
-    Status pauseFile() override
-    {
-        const QMutexLocker lock(&m_shared.m_mutex);
-        m_shared.expect(!m_path.isNull(), "an open file is left");
-        m_path = QString();
-        return Status::Ok;
-    }
-    Status resumeFile(const Entry &file, std::uint64_t offset) override
-    {
-        const QMutexLocker lock(&m_shared.m_mutex);
-        m_shared.expect(m_path.isNull() && m_shared.m_open.contains(pathOf(file)),
-                        "a file that has been begun is gone on with");
-        m_path = pathOf(file);
-        m_place = static_cast<qsizetype>(offset);
-        return Status::Ok;
-    }
 
 private:
     SharedTree &m_shared;
-    QString m_path;
-    qsizetype m_place = 0;
+    QString m_path; // of the open file; null: none
+    QByteArray m_content;
 };
 
 Owned<UnpackSink> SharedTree::sink()

@@ -6,8 +6,9 @@
 #include "tests/helpers/self-extractor/sfxtest.h"
 
 #include <QMutex>
+#include <QSet>
 
-/// Files and folders that several sinks write to at a time, as the file system is for the module's.
+/// Files and folders that several sinks write at the same time, like the file system for the module's.
 class SharedTree
 {
 public:
@@ -29,7 +30,8 @@ private:
     void expect(bool isRight, const char *rule);
 
     QMutex m_mutex; // for all that follows
-    Tree m_open;
+    QSet<QString> m_begun;
+    bool m_isFinishing = false;
     Tree m_done;
     QString m_mistake;
     int m_sinks = 0;

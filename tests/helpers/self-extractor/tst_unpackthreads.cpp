@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/helpers/self-extractor/sharedtree.h"
+
+#include <QTest>
+
+using namespace sfx;
+
+namespace {
+
+constexpr qsizetype mebibyte = 1024 * 1024;
+
+// Quick to pack and to unpack, and different everywhere.
+QByteArray stutter(qsizetype size, quint32 seed)
+{
+    QByteArray bytes;
+    bytes.reserve(size + 192);
+    const QByteArray random = noise(size / 12 + 16, seed);
+    for (qsizetype i = 0; bytes.size() < size; i += 16) {
+        bytes += random.mid(i, 16).repeated(12);
+    }
+    bytes.truncate(size);
+    return bytes;
+}
+
+// Small files, and some that are larger than a 7-Zip folder of the tests.
+Tree makeLargeTree()
+{
+    Tree tree;
+    tree[QStringLiteral("main.exe")] = "not a program";
+    tree[QStringLiteral("data/")] = QByteArray();
+    tree[QStringLiteral("data/empty.bin")] = QByteArray("");
+    for (int i = 0; i < 20; ++i) {
+        tree[QStringLiteral("data/%1.bin").arg(i)]
+            = stutter(100000 + 7919 * i, static_cast<quint32>(i));
+    }
+    tree[QStringLiteral("data/large.bin")] = stutter(9 * mebibyte + 5, 1000);
+    tree[QStringLiteral("data/round.bin")] = stutter(4 * mebibyte, 1001);
+    return tree;
+}
+
+const Tree &largeTree()
+{
+    static const Tree tree = makeLargeTree();
+    return tree;
+}
+
+// Packed once for each set of switches.
+const QByteArray &packed(const QStringList &switches)
+{
+    static QMap<QStringList, QByteArray> archives;
+    QByteArray &archive = archives[switches];
+    if (archive.isEmpty()) {
+        archive = packTree(largeTree(), switches);
+    }
+    return archive;
+}
+
+// 7-Zip's folders, with dictionaries of 1 MiB.
+const QStringList inFolders{"-mx=1", "-mf=off", "-m0=LZMA:d=1m", "-ms=3m"};
+// One folder, in which the dictionary is emptied again and again.
+const QStringList inChunks{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
+
+int folderCount(const QByteArray &bytes)
+{
+    MemorySource source(bytes);
+    Archive archive(source);
+    return archive.open(0) == Status::Ok ? static_cast<int>(archive.tables().db.NumFolders) : 0;
+}
+
+} // namespace
+
+class TestUnpackThreads : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void unpacksTheSame_data();
+    void unpacksTheSame();
+    void keepsToTheMemoryGiven();
+    void worksWithOneSinkOnly();
+    void findsDamageInEveryFolder();
+    void stopsAtTheFirstFailure();
+};
+
+void TestUnpackThreads::unpacksTheSame_data()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::addColumn<int>("leastFolders");
+    QTest::addColumn<int>("mostFolders");
+    QTest::newRow("LZMA in folders") << inFolders << 4 << 23;
+    QTest::newRow("LZMA2 in folders")
+        << QStringList{"-mx=1", "-mf=off", "-ms=9m", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"} << 2 << 23;
+    QTest::newRow("a folder for each file")
+        << QStringList{"-mx=1", "-mf=off", "-ms=off", "-m0=LZMA2"} << 22 << 23;
+    QTest::newRow("one folder of LZMA") << QStringList{"-mx=1", "-mf=off", "-m0=LZMA"} << 1 << 1;
+    QTest::newRow("one folder of LZMA2 in chunks") << inChunks << 1 << 1;
+    QTest::newRow("only stored") << QStringList{"-mx=0", "-ms=5m"} << 3 << 23;
+}
+
+// Each folder is decoded by one thread, whatever is in it.
+void TestUnpackThreads::unpacksTheSame()
+{
+    QFETCH(QStringList, switches);
+    QFETCH(int, leastFolders);
+    QFETCH(int, mostFolders);
+    const QByteArray &archive = packed(switches);
+    const int folders = folderCount(archive);
+    QVERIFY2(folders >= leastFolders && folders <= mostFolders,
+             qPrintable(QString::number(folders)));
+    for (unsigned threads : {1u, 2u, 3u, 100u}) {
+        SharedTree shared;
+        QCOMPARE(unpackShared(archive, shared, {threads}), Status::Ok);
+        QVERIFY2(shared.mistake().isEmpty(), qPrintable(shared.mistake()));
+        QVERIFY(shared.tree() == largeTree());
+        QCOMPARE(shared.sinks(), std::min({static_cast<int>(threads), folders, 8}));
+    }
+}
+
+// A window of 1 MiB and the buffers come to 7 MiB.
+void TestUnpackThreads::keepsToTheMemoryGiven()
+{
+    const QByteArray &archive = packed(inFolders);
+    for (unsigned mebibytes : {0u, 7u, 20u, 21u}) {
+        SharedTree shared;
+        QCOMPARE(unpackShared(archive, shared, {8, std::uint64_t(mebibytes) << 20}), Status::Ok);
+        QVERIFY(shared.tree() == largeTree());
+        QCOMPARE(shared.sinks(), std::max(1, static_cast<int>(mebibytes / 7)));
+    }
+}
+
+void TestUnpackThreads::worksWithOneSinkOnly()
+{
+    MemorySource source(packed(inFolders));
+    Archive archive(source);
+    QCOMPARE(archive.open(0), Status::Ok);
+    TreeSink sink;
+    QCOMPARE(unpack(archive, sink, 1 << 30, {8}), Status::Ok);
+    QVERIFY(sink.isConsistent);
+    QVERIFY(sink.tree == largeTree());
+}
+
+// Single bits, all over the packed data.
+void TestUnpackThreads::findsDamageInEveryFolder()
+{
+    const QByteArray &whole = packed(inFolders);
+    int refused = 0;
+    for (qsizetype at = 32; at < whole.size(); at += whole.size() / 25) {
+        QByteArray bytes = whole;
+        bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
+        SharedTree shared;
+        const Status status = unpackShared(bytes, shared, {4});
+        refused += status != Status::Ok;
+        QVERIFY2(shared.mistake().isEmpty(), qPrintable(shared.mistake()));
+        QVERIFY(status != Status::Ok || shared.tree() == largeTree());
+    }
+    QVERIFY2(refused > 23, qPrintable(QString::number(refused)));
+}
+
+void TestUnpackThreads::stopsAtTheFirstFailure()
+{
+    const QByteArray &archive = packed(inFolders);
+    for (int writes : {0, 1, 7, 20}) {
+        SharedTree shared;
+        shared.failAfter(writes);
+        QCOMPARE(unpackShared(archive, shared, {4}), Status::DiskFull);
+        // The others end the write that they are at, or about to begin.
+        QVERIFY2(shared.writes() <= writes + 1 + 2 * 3,
+                 qPrintable(QString::number(shared.writes())));
+    }
+}
+
+QTEST_APPLESS_MAIN(TestUnpackThreads)
+#include "tst_unpackthreads.moc"
