@@ -3,8 +3,9 @@
 
 #include "bench/start/decoding.h"
 
-#include "helpers/self-extractor/core/configblock.h"
-#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/archive/contents.h"
+#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/unpacking/unpacker.h"
 
 #include <cinttypes>
 #include <cstdio>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "helpers/self-extractor/archive/contents.h"
 #include "tests/fuzz/checkingsink.h"
 #include "tests/fuzz/discardingsink.h"
 #include "tests/fuzz/inputsource.h"

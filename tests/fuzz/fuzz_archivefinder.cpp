@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/archive.h"
-#include "helpers/self-extractor/core/configblock.h"
-#include "helpers/self-extractor/core/peimage.h"
+#include "helpers/self-extractor/archive/archive.h"
+#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/peimage.h"
 #include "tests/fuzz/inputsource.h"
 #include "tests/fuzz/require.h"
 #include "tests/helpers/self-extractor/countedmemory.h"

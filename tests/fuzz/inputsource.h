@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/bytesource.h"
+#include "helpers/self-extractor/base/bytesource.h"
 
 #include <cstring>
 

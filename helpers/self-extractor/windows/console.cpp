@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/console.h"
 
-#include "helpers/self-extractor/core/thread.h"
+#include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/windows/job.h"
 
 namespace sfx {

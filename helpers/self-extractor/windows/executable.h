@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/bytesource.h"
-#include "helpers/self-extractor/core/text.h"
+#include "helpers/self-extractor/base/bytesource.h"
+#include "helpers/self-extractor/base/text.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {

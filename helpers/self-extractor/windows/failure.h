@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/status.h"
-#include "helpers/self-extractor/core/text.h"
+#include "helpers/self-extractor/base/status.h"
+#include "helpers/self-extractor/base/text.h"
 #include "helpers/self-extractor/exitcodes.h"
 
 #include <cstdint>

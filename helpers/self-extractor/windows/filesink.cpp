@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/filesink.h"
 
-#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/thread.h"
-#include "helpers/self-extractor/core/unpacksink.h"
+#include "helpers/self-extractor/base/thread.h"
+#include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/text.h"
+#include "helpers/self-extractor/base/text.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {

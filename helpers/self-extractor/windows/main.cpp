@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/configblock.h"
-#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/archive/contents.h"
+#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/unpacking/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
 #include "helpers/self-extractor/windows/executable.h"

@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/messagetexts.h"
 
-#include "helpers/self-extractor/core/amount.h"
+#include "helpers/self-extractor/start/amount.h"
 
 namespace sfx {
 

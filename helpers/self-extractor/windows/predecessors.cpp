@@ -3,8 +3,8 @@
 
 #include "helpers/self-extractor/windows/predecessors.h"
 
-#include "helpers/self-extractor/core/privatename.h"
-#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/start/privatename.h"
+#include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/lockfile.h"
 #include "helpers/self-extractor/windows/owner.h"
 #include "helpers/self-extractor/windows/removal.h"

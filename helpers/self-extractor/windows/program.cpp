@@ -3,8 +3,8 @@
 
 #include "helpers/self-extractor/windows/program.h"
 
-#include "helpers/self-extractor/core/commandline.h"
-#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/start/commandline.h"
+#include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/job.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/unpacksink.h"
+#include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/progresswindow.h"
 
 namespace sfx {

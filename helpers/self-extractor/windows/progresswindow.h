@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/memory.h"
-#include "helpers/self-extractor/core/text.h"
-#include "helpers/self-extractor/core/thread.h"
+#include "helpers/self-extractor/base/memory.h"
+#include "helpers/self-extractor/base/text.h"
+#include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {

@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/surroundings.h"
 
-#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/text.h"
+#include "helpers/self-extractor/base/text.h"
 
 namespace sfx {
 

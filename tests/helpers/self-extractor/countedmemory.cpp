@@ -3,7 +3,7 @@
 
 #include "tests/helpers/self-extractor/countedmemory.h"
 
-#include "helpers/self-extractor/core/memory.h"
+#include "helpers/self-extractor/base/memory.h"
 
 #include <cstdlib>
 #include <malloc.h>

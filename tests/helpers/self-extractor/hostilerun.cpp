@@ -3,6 +3,7 @@
 
 #include "tests/helpers/self-extractor/hostilerun.h"
 
+#include "helpers/self-extractor/archive/contents.h"
 #include "tests/helpers/self-extractor/countedmemory.h"
 #include "tests/helpers/self-extractor/sfxtest.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/status.h"
+#include "helpers/self-extractor/base/status.h"
 #include "tests/helpers/self-extractor/archivewriter.h"
 
 #include <QMetaType>

@@ -3,6 +3,8 @@
 
 #include "tests/helpers/self-extractor/sfxtest.h"
 
+#include "helpers/self-extractor/archive/contents.h"
+
 #include "7zCrc.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/core/unpacker.h"
+#include "helpers/self-extractor/unpacking/unpacker.h"
 
 #include <QByteArray>
 #include <QMap>

@@ -3,6 +3,8 @@
 
 #include "tests/helpers/self-extractor/sharedtree.h"
 
+#include "helpers/self-extractor/archive/contents.h"
+
 using namespace sfx;
 
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/amount.h"
+#include "helpers/self-extractor/start/amount.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/commandline.h"
+#include "helpers/self-extractor/start/commandline.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/configblock.h"
-#include "helpers/self-extractor/core/peimage.h"
+#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/peimage.h"
 
 #include <QTest>
 #include <QtEndian>

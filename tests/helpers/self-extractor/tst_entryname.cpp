@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/entryname.h"
-#include "helpers/self-extractor/core/pathset.h"
+#include "helpers/self-extractor/archive/entryname.h"
+#include "helpers/self-extractor/archive/pathset.h"
 
 #include <QStringList>
 #include <QTest>

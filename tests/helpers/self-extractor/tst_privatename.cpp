@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/privatename.h"
+#include "helpers/self-extractor/start/privatename.h"
 
 #include <QTest>
 

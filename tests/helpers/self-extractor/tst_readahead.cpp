@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/readahead.h"
+#include "helpers/self-extractor/decoding/readahead.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/core/winpath.h"
+#include "helpers/self-extractor/start/winpath.h"
 
 #include <QTest>
 

@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/archive/contents.h"
+
+#include "helpers/self-extractor/decoding/folderplan.h"
+#include "helpers/self-extractor/decoding/lzmastream.h"
+
+#include <cstring>
+
+namespace sfx {
+
+namespace {
+
+// Compares as the file system does.
+Status sameName(const char16_t *name, std::size_t size, const Text &wanted, UpperCase upperCase,
+                bool &same)
+{
+    same = false;
+    if (size != wanted.size()) {
+        return Status::Ok;
+    }
+    Array<char16_t> units;
+    if (!units.allocate(2 * size)) {
+        return Status::NoMemory;
+    }
+    std::memcpy(units.data(), name, size * sizeof(char16_t));
+    std::memcpy(units.data() + size, wanted.data(), size * sizeof(char16_t));
+    upperCase(units.data(), size);
+    upperCase(units.data() + size, size);
+    same = std::memcmp(units.data(), units.data() + size, size * sizeof(char16_t)) == 0;
+    return Status::Ok;
+}
+
+Status measure(Archive &archive, std::uint64_t &totalBytes, std::size_t &totalUnits)
+{
+    totalBytes = 0;
+    totalUnits = 0;
+    for (std::uint32_t i = 0; i < archive.entryCount(); ++i) {
+        Entry entry;
+        const Status status = archive.entry(i, entry);
+        if (status != Status::Ok) {
+            return status;
+        }
+        totalUnits += entry.pathSize;
+        totalBytes += entry.size;
+        if (totalBytes < entry.size) {
+            return Status::Damaged;
+        }
+    }
+    return Status::Ok;
+}
+
+Status checkFolders(const Archive &archive)
+{
+    Status status = Status::Ok;
+    for (std::uint32_t i = 0; status == Status::Ok && i < archive.tables().db.NumFolders; ++i) {
+        FolderPlan plan;
+        status = archive.folderPlan(i, plan);
+        if (status == Status::Ok) {
+            status = checkFolder(plan, maxDictionarySize);
+        }
+    }
+    return status;
+}
+
+} // namespace
+
+Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
+                     std::uint64_t &totalBytes)
+{
+    std::size_t totalUnits = 0;
+    Status status = measure(archive, totalBytes, totalUnits);
+    if (status == Status::Ok) {
+        status = checkFolders(archive);
+    }
+    if (status != Status::Ok) {
+        return status;
+    }
+    PathSet paths(upperCase);
+    if (!paths.allocate(archive.entryCount(), totalUnits)) {
+        return Status::NoMemory;
+    }
+    bool programFound = false;
+    for (std::uint32_t i = 0; i < archive.entryCount(); ++i) {
+        Entry entry;
+        status = archive.entry(i, entry);
+        bool same = false;
+        if (status == Status::Ok && !entry.isFolder) {
+            status = sameName(entry.path, entry.pathSize, program, upperCase, same);
+        }
+        if (status != Status::Ok) {
+            return status;
+        }
+        programFound = programFound || same;
+        paths.add(entry.path, entry.pathSize, entry.isFolder);
+    }
+    if (paths.collides()) {
+        return Status::UnsafeName;
+    }
+    return programFound ? Status::Ok : Status::ProgramMissing;
+}
+
+} // namespace sfx

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/archive/archive.h"
+#include "helpers/self-extractor/archive/pathset.h"
+
+namespace sfx {
+
+/// Looks at every entry before anything is written: names, kinds, collisions, and that `program` is
+/// a file at the top level. `totalBytes` becomes the size of all files together.
+Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
+                     std::uint64_t &totalBytes);
+
+} // namespace sfx

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/archive/entryname.h"
+
+#include <initializer_list>
+
+namespace sfx {
+
+namespace {
+
+char16_t asciiUpper(char16_t unit)
+{
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
+}
+
+bool equalsIgnoringCase(const char16_t *name, std::size_t size, const char16_t *upper)
+{
+    for (std::size_t i = 0; i < size; ++i) {
+        if (upper[i] == 0 || asciiUpper(name[i]) != upper[i]) {
+            return false;
+        }
+    }
+    return upper[size] == 0;
+}
+
+// Windows takes the superscript digits of Latin-1 for digits here.
+bool isPortDigit(char16_t unit)
+{
+    return (unit >= u'0' && unit <= u'9') || unit == 0xb9 || unit == 0xb2 || unit == 0xb3;
+}
+
+// What counts is the name up to its first dot, without the blanks before it.
+bool isDevice(const char16_t *name, std::size_t size)
+{
+    std::size_t base = 0;
+    while (base < size && name[base] != u'.') {
+        ++base;
+    }
+    while (base > 0 && name[base - 1] == u' ') {
+        --base;
+    }
+    for (const char16_t *device : {u"CON", u"PRN", u"AUX", u"NUL", u"CONIN$", u"CONOUT$"}) {
+        if (equalsIgnoringCase(name, base, device)) {
+            return true;
+        }
+    }
+    return base == 4 && isPortDigit(name[3])
+        && (equalsIgnoringCase(name, 3, u"COM") || equalsIgnoringCase(name, 3, u"LPT"));
+}
+
+bool isForbidden(char16_t unit)
+{
+    if (unit < 0x20) {
+        return true;
+    }
+    for (const char16_t forbidden : {u'<', u'>', u':', u'"', u'/', u'\\', u'|', u'?', u'*'}) {
+        if (unit == forbidden) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool isSafeComponent(const char16_t *name, std::size_t size)
+{
+    if (size == 0 || size > 255) {
+        return false;
+    }
+    for (std::size_t i = 0; i < size; ++i) {
+        if (isForbidden(name[i])) {
+            return false;
+        }
+    }
+    // This covers "." and ".." too.
+    if (name[size - 1] == u'.' || name[size - 1] == u' ') {
+        return false;
+    }
+    return !isDevice(name, size);
+}
+
+bool isSafePath(const char16_t *path, std::size_t size)
+{
+    if (size > maxPathSize) {
+        return false;
+    }
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= size; ++i) {
+        if (i == size || path[i] == u'/') {
+            if (!isSafeComponent(path + start, i - start)) {
+                return false;
+            }
+            start = i + 1;
+        }
+    }
+    return true;
+}
+
+} // namespace sfx

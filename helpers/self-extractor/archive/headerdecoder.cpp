@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// 7-Zip's header parser calls SzAr_DecodeFolder() for packed headers. Its own decoder works on
+// whole blocks in memory and knows fewer combinations; ours is the one that unpacks the files
+// anyway.
+
+#include "helpers/self-extractor/archive/archive.h"
+#include "helpers/self-extractor/archive/lookstream.h"
+#include "helpers/self-extractor/decoding/folderchain.h"
+
+#include "7zCrc.h"
+
+using namespace sfx;
+
+extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex, ILookInStreamPtr stream,
+                                  UInt64 startPos, Byte *outBuffer, size_t outSize, ISzAllocPtr)
+{
+    LookStream &look = LookStream::of(stream);
+    Owned<Stream> chain;
+    std::size_t got = 0;
+    FolderPlan plan;
+    Status status
+        = readFolderPlan(*streams, folderIndex, look.source(), look.offset() + startPos, plan);
+    if (status == Status::Ok) {
+        status = checkFolder(plan, Archive::headerBudget);
+    }
+    if (status == Status::Ok) {
+        status = openFolder(plan, false, chain);
+    }
+    if (status == Status::Ok) {
+        status = readFully(*chain, outBuffer, outSize, got);
+    }
+    switch (status) {
+    case Status::Ok:
+        break;
+    case Status::Unsupported:
+        return SZ_ERROR_UNSUPPORTED;
+    case Status::NoMemory:
+        return SZ_ERROR_MEM;
+    case Status::ReadFailed:
+        return SZ_ERROR_READ;
+    default:
+        return SZ_ERROR_DATA;
+    }
+    if (got != outSize) {
+        return SZ_ERROR_DATA;
+    }
+    // Archives always have this one; without it the header would be taken unchecked.
+    return SzBitWithVals_Check(&streams->FolderCRCs, folderIndex)
+            && CrcCalc(outBuffer, outSize) == streams->FolderCRCs.Vals[folderIndex]
+        ? SZ_OK
+        : SZ_ERROR_CRC;
+}

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/unpacking/unpackthreads.h"
+
+namespace sfx {
+
+/// Unpacks everything and checks each file's CRC. The files come in no particular order if there
+/// are several threads. Damaged: a CRC is wrong or missing, or the data ends too early.
+Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+              const UnpackLimits &limits = UnpackLimits());
+
+} // namespace sfx

@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/unpacking/unpackthreads.h"
+
+#include "helpers/self-extractor/base/thread.h"
+#include "helpers/self-extractor/decoding/folderchain.h"
+
+#include "7zCrc.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace sfx {
+
+namespace {
+
+// Memory of one decoder besides its dictionary: the rest of the window, and the buffers of decoder
+// and filters.
+constexpr std::uint64_t decoderBuffers = 6 * 1024 * 1024;
+// A thread for less than this costs more than it gains.
+constexpr std::uint64_t leastWork = 1024 * 1024;
+// What is decoded and written at a time.
+constexpr std::size_t pieceSize = 256 * 1024;
+
+/// The threads and what they share: the number of the next folder, and the first failure.
+class UnpackThreads
+{
+public:
+    UnpackThreads(const Archive &archive, UnpackSink &sink) : m_archive(archive), m_sink(sink) {}
+
+    Status run(std::uint64_t totalBytes, const UnpackLimits &limits);
+
+private:
+    struct Helper
+    {
+        UnpackThreads *threads = nullptr;
+        Owned<UnpackSink> sink;
+        Thread thread;
+    };
+
+    bool hasContent(std::uint32_t folder) const;
+    Status measure();
+    unsigned countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const;
+    static void runHelper(void *helper);
+    void unpackNextFolders(UnpackSink &sink);
+    Status unpackFolder(std::uint32_t folder, UnpackSink &sink) const;
+    Status unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
+                      UnpackSink &sink) const;
+    void fail(Status status);
+
+    const Archive &m_archive;
+    UnpackSink &m_sink;
+    std::uint32_t m_folders = 0;           // that have content
+    std::uint64_t m_largestWindow = 0;     // that one of them needs
+    std::uint64_t m_leastReadAhead = 0;    // folders of this size have a processor to spare
+    std::atomic<std::uint32_t> m_next = 0; // the next folder that no thread has begun
+    std::atomic<bool> m_stops = false;
+    Monitor m_monitor; // for the status
+    Status m_status = Status::Ok;
+};
+
+bool UnpackThreads::hasContent(std::uint32_t folder) const
+{
+    const CSzArEx &tables = m_archive.tables();
+    const std::uint32_t first = tables.FolderToFile[folder];
+    const std::uint32_t end = tables.FolderToFile[folder + 1];
+    return tables.UnpackPositions[first] != tables.UnpackPositions[end];
+}
+
+Status UnpackThreads::measure()
+{
+    for (std::uint32_t i = 0; i < m_archive.tables().db.NumFolders; ++i) {
+        if (!hasContent(i)) {
+            continue;
+        }
+        FolderPlan plan;
+        const Status status = m_archive.folderPlan(i, plan);
+        if (status != Status::Ok) {
+            return status;
+        }
+        ++m_folders;
+        m_largestWindow = std::max(m_largestWindow, windowSize(plan));
+    }
+    return Status::Ok;
+}
+
+unsigned UnpackThreads::countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const
+{
+    const std::uint64_t affordable = limits.memory / (m_largestWindow + decoderBuffers);
+    const std::uint64_t useful = std::min<std::uint64_t>(
+        {limits.threads, maxUnpackThreads, m_folders, 1 + totalBytes / leastWork});
+    return static_cast<unsigned>(std::max<std::uint64_t>(1, std::min(affordable, useful)));
+}
+
+Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
+{
+    if (m_archive.tables().FolderToFile == nullptr) {
+        return Status::Ok; // packed streams, but no files listed
+    }
+    const Status measured = measure();
+    if (measured != Status::Ok) {
+        return measured;
+    }
+    const unsigned threads = countThreads(totalBytes, limits);
+    // Otherwise only a large folder reads ahead: its decoder is still busy when the others are done.
+    const bool hasSpare = threads == 1 || 2 * threads <= limits.threads;
+    m_leastReadAhead = hasSpare ? 0 : totalBytes / limits.threads;
+    Helper helpers[maxUnpackThreads - 1];
+    for (unsigned i = 0; i + 1 < threads; ++i) {
+        helpers[i].threads = this;
+        helpers[i].sink = m_sink.another();
+        if (!helpers[i].sink || !helpers[i].thread.start(runHelper, &helpers[i])) {
+            break; // continue with the threads we have
+        }
+    }
+    unpackNextFolders(m_sink);
+    for (Helper &helper : helpers) {
+        helper.thread.join();
+    }
+    return m_status;
+}
+
+void UnpackThreads::runHelper(void *helper)
+{
+    auto *self = static_cast<Helper *>(helper);
+    self->threads->unpackNextFolders(*self->sink);
+}
+
+void UnpackThreads::unpackNextFolders(UnpackSink &sink)
+{
+    while (!m_stops) {
+        const std::uint32_t folder = m_next++;
+        if (folder >= m_archive.tables().db.NumFolders) {
+            return;
+        }
+        const Status status = hasContent(folder) ? unpackFolder(folder, sink) : Status::Ok;
+        if (status != Status::Ok) {
+            fail(status);
+        }
+    }
+}
+
+void UnpackThreads::fail(Status status)
+{
+    const Locked lock(m_monitor);
+    if (m_status == Status::Ok) {
+        m_status = status;
+    }
+    m_stops = true;
+}
+
+Status UnpackThreads::unpackFolder(std::uint32_t folder, UnpackSink &sink) const
+{
+    const CSzArEx &tables = m_archive.tables();
+    FolderPlan plan;
+    Owned<Stream> decoder;
+    Array<char16_t> path;
+    Status status = m_archive.folderPlan(folder, plan);
+    if (status == Status::Ok) {
+        const std::uint64_t size = plan.unpackSizes[plan.folder.UnpackStream];
+        status = openFolder(plan, size >= m_leastReadAhead, decoder);
+    }
+    const std::uint32_t end = tables.FolderToFile[folder + 1];
+    for (std::uint32_t i = tables.FolderToFile[folder]; status == Status::Ok && i < end; ++i) {
+        Entry file;
+        status = m_archive.entry(i, file, path);
+        if (status == Status::Ok && file.size != 0) {
+            status = unpackFile(file, tables.CRCs.Vals[i], *decoder, sink);
+        }
+    }
+    return status;
+}
+
+Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
+                                 UnpackSink &sink) const
+{
+    Status status = sink.beginFile(file);
+    std::uint32_t sum = CRC_INIT_VAL;
+    std::uint64_t left = file.size;
+    while (status == Status::Ok && left != 0) {
+        Bytes piece;
+        status = m_stops
+            ? Status::Cancelled
+            : decoder.next(static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize)),
+                           piece);
+        if (status == Status::Ok && piece.size == 0) {
+            status = Status::Damaged;
+        }
+        if (status == Status::Ok) {
+            sum = CrcUpdate(sum, piece.data, piece.size);
+            status = sink.write(piece.data, piece.size);
+            left -= piece.size;
+        }
+    }
+    if (status == Status::Ok && CRC_GET_DIGEST(sum) != crc) {
+        status = Status::Damaged;
+    }
+    return status == Status::Ok ? sink.endFile(file) : status;
+}
+
+} // namespace
+
+Status unpackFolders(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                     const UnpackLimits &limits)
+{
+    return UnpackThreads(archive, sink).run(totalBytes, limits);
+}
+
+} // namespace sfx

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helpers/self-extractor/unpacking/unpacksink.h"
+
+namespace sfx {
+
+/// What unpacking may take from the machine.
+struct UnpackLimits
+{
+    unsigned threads = 1;                ///< maximum number of threads
+    std::uint64_t memory = 256ull << 20; ///< for all decoders and their buffers, in bytes
+};
+
+/// More threads gain nothing: the disk is the limit then.
+constexpr unsigned maxUnpackThreads = 8;
+
+/// Unpacks all files that have content and checks each file's CRC. Every 7-Zip folder is decoded by
+/// one thread; several folders are decoded at the same time, as far as the limits and the sink
+/// allow. The first failure stops all threads and is returned. One decoder always runs, even if it
+/// needs more memory than `limits.memory`.
+Status unpackFolders(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                     const UnpackLimits &limits);
+
+} // namespace sfx
