@@ -4,7 +4,7 @@
 #include "bench/start/decoding.h"
 
 #include "helpers/self-extractor/archive/contents.h"
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/unpacking/unpacker.h"
 
 #include <cinttypes>

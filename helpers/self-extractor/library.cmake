@@ -11,10 +11,10 @@ add_library(kestrelpack_sfx_core STATIC
     base/text.cpp
     $<IF:$<BOOL:${WIN32}>,base/thread_win.cpp,base/thread_posix.cpp>
     decoding/bcj2stream.cpp
+    decoding/codergraph.cpp
+    decoding/decoderchain.cpp
     decoding/decodermemory.cpp
     decoding/filterstream.cpp
-    decoding/folderchain.cpp
-    decoding/folderplan.cpp
     decoding/lzmastream.cpp
     decoding/readahead.cpp
     decoding/stream.cpp
@@ -27,11 +27,12 @@ add_library(kestrelpack_sfx_core STATIC
     archive/pathset.cpp
     unpacking/unpacker.cpp
     unpacking/unpackthreads.cpp
-    start/amount.cpp
+    start/applicationfolder.cpp
+    start/blockreader.cpp
     start/commandline.cpp
-    start/configblock.cpp
     start/peimage.cpp
     start/privatename.cpp
+    start/sizetext.cpp
     start/winpath.cpp
     $<TARGET_OBJECTS:kestrelpack_sevenzip_decoder>
     $<TARGET_PROPERTY:kestrelpack_sevenzip_decoder,KESTRELPACK_ASSEMBLED>)

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/archive.h"
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/start/peimage.h"
 #include "tests/fuzz/inputsource.h"
 #include "tests/fuzz/require.h"

@@ -127,9 +127,9 @@ Status Archive::entry(std::uint32_t index, Entry &entry, Array<char16_t> &path) 
     return Status::Ok;
 }
 
-Status Archive::folderPlan(std::uint32_t folder, FolderPlan &plan) const
+Status Archive::coderGraph(std::uint32_t solidBlock, CoderGraph &graph) const
 {
-    return readFolderPlan(m_tables.db, folder, m_source, packBase(), plan);
+    return readCoderGraph(m_tables.db, solidBlock, m_source, packBase(), graph);
 }
 
 } // namespace sfx

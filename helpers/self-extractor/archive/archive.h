@@ -7,7 +7,7 @@
 #include "helpers/self-extractor/base/bytesource.h"
 #include "helpers/self-extractor/base/status.h"
 #include "helpers/self-extractor/base/text.h"
-#include "helpers/self-extractor/decoding/folderplan.h"
+#include "helpers/self-extractor/decoding/codergraph.h"
 
 #include "7z.h"
 
@@ -51,8 +51,8 @@ public:
     /// As before, with a path that belongs to the caller; several threads may call it at a time.
     Status entry(std::uint32_t index, Entry &entry, Array<char16_t> &path) const;
 
-    /// How a 7-Zip folder is decoded. Damaged, Unsupported: as readFolderPlan().
-    Status folderPlan(std::uint32_t folder, FolderPlan &plan) const;
+    /// How a solid block is decoded. Damaged, Unsupported: as readCoderGraph().
+    Status coderGraph(std::uint32_t solidBlock, CoderGraph &graph) const;
     /// 7-Zip's own tables.
     const CSzArEx &tables() const { return m_tables; }
     /// Offset in the source that the positions of packed streams are counted from.

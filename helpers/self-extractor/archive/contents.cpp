@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/archive/contents.h"
 
-#include "helpers/self-extractor/decoding/folderplan.h"
+#include "helpers/self-extractor/decoding/codergraph.h"
 #include "helpers/self-extractor/decoding/lzmastream.h"
 
 #include <cstring>
@@ -51,14 +51,14 @@ Status measure(Archive &archive, std::uint64_t &totalBytes, std::size_t &totalUn
     return Status::Ok;
 }
 
-Status checkFolders(const Archive &archive)
+Status checkCoderGraphs(const Archive &archive)
 {
     Status status = Status::Ok;
     for (std::uint32_t i = 0; status == Status::Ok && i < archive.tables().db.NumFolders; ++i) {
-        FolderPlan plan;
-        status = archive.folderPlan(i, plan);
+        CoderGraph graph;
+        status = archive.coderGraph(i, graph);
         if (status == Status::Ok) {
-            status = checkFolder(plan, maxDictionarySize);
+            status = checkCoderGraph(graph, maxDictionarySize);
         }
     }
     return status;
@@ -72,7 +72,7 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
     std::size_t totalUnits = 0;
     Status status = measure(archive, totalBytes, totalUnits);
     if (status == Status::Ok) {
-        status = checkFolders(archive);
+        status = checkCoderGraphs(archive);
     }
     if (status != Status::Ok) {
         return status;

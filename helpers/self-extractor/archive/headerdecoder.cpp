@@ -7,7 +7,7 @@
 
 #include "helpers/self-extractor/archive/archive.h"
 #include "helpers/self-extractor/archive/lookstream.h"
-#include "helpers/self-extractor/decoding/folderchain.h"
+#include "helpers/self-extractor/decoding/decoderchain.h"
 
 #include "7zCrc.h"
 
@@ -19,14 +19,14 @@ extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex, ILoo
     LookStream &look = LookStream::of(stream);
     Owned<Stream> chain;
     std::size_t got = 0;
-    FolderPlan plan;
+    CoderGraph graph;
     Status status
-        = readFolderPlan(*streams, folderIndex, look.source(), look.offset() + startPos, plan);
+        = readCoderGraph(*streams, folderIndex, look.source(), look.offset() + startPos, graph);
     if (status == Status::Ok) {
-        status = checkFolder(plan, Archive::headerBudget);
+        status = checkCoderGraph(graph, Archive::headerBudget);
     }
     if (status == Status::Ok) {
-        status = openFolder(plan, false, chain);
+        status = openDecoderChain(graph, false, chain);
     }
     if (status == Status::Ok) {
         status = readFully(*chain, outBuffer, outSize, got);

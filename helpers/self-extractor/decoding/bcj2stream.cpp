@@ -44,7 +44,7 @@ Status Bcj2Stream::open()
 Status Bcj2Stream::refill(unsigned index)
 {
     Input &input = m_inputs[index];
-    Bytes bytes;
+    ByteView bytes;
     Status status = Status::Ok;
     if (BCJ2_IS_32BIT_STREAM(index)) {
         bytes.data = input.addresses.data();
@@ -62,9 +62,9 @@ Status Bcj2Stream::refill(unsigned index)
     return bytes.size == 0 ? Status::Damaged : Status::Ok;
 }
 
-Status Bcj2Stream::next(std::size_t limit, Bytes &bytes)
+Status Bcj2Stream::next(std::size_t limit, ByteView &bytes)
 {
-    bytes = Bytes();
+    bytes = ByteView();
     const std::size_t wanted
         = static_cast<std::size_t>(std::min<std::uint64_t>({limit, m_left, m_buffer.size()}));
     m_decoder.dest = m_buffer.data();

@@ -20,7 +20,7 @@ public:
 
     /// To be called once, before next().
     Status open();
-    Status next(std::size_t limit, Bytes &bytes) override;
+    Status next(std::size_t limit, ByteView &bytes) override;
 
 private:
     Status refill(unsigned index);

@@ -105,9 +105,9 @@ Status FilterStream::refill()
     return Status::Ok;
 }
 
-Status FilterStream::next(std::size_t limit, Bytes &bytes)
+Status FilterStream::next(std::size_t limit, ByteView &bytes)
 {
-    bytes = Bytes();
+    bytes = ByteView();
     if (m_begin == m_converted) {
         const Status status = refill();
         if (status != Status::Ok) {

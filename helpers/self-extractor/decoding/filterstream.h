@@ -27,7 +27,7 @@ public:
 
     /// Chooses the filter by 7-Zip's method number. To be called once, before next().
     Status open(std::uint32_t method, const std::uint8_t *properties, std::size_t size);
-    Status next(std::size_t limit, Bytes &bytes) override;
+    Status next(std::size_t limit, ByteView &bytes) override;
 
 private:
     Status refill();

@@ -35,9 +35,9 @@ Status LzmaWindowStream::allocateWindow(std::uint64_t dictionary, std::uint64_t 
     return Status::Ok;
 }
 
-Status LzmaWindowStream::next(std::size_t limit, Bytes &bytes)
+Status LzmaWindowStream::next(std::size_t limit, ByteView &bytes)
 {
-    bytes = Bytes();
+    bytes = ByteView();
     if (m_decoder.dicPos == m_window.size()) {
         m_decoder.dicPos = 0;
     }

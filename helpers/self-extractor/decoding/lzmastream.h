@@ -24,7 +24,7 @@ constexpr std::uint64_t lzma2DictionarySize(std::uint8_t property)
 class LzmaWindowStream : public WindowStream
 {
 public:
-    Status next(std::size_t limit, Bytes &bytes) final;
+    Status next(std::size_t limit, ByteView &bytes) final;
 
 protected:
     LzmaWindowStream(Owned<Stream> input, std::uint64_t unpackSize, CLzmaDec &decoder)
@@ -43,7 +43,7 @@ protected:
 private:
     Owned<Stream> m_input;
     CLzmaDec &m_decoder;
-    Bytes m_packed; // the input's, not yet decoded
+    ByteView m_packed; // the input's, not yet decoded
 };
 
 /// Decodes LZMA.

@@ -56,7 +56,7 @@ bool ReadAhead::decodePiece()
         }
         limit = std::min(freeSpace(), pieceSize);
     }
-    Bytes piece;
+    ByteView piece;
     const Status status = m_input->next(limit, piece);
     const Locked lock(m_monitor);
     m_decoded += piece.size;
@@ -66,12 +66,12 @@ bool ReadAhead::decodePiece()
     return !m_hasEnded;
 }
 
-Status ReadAhead::next(std::size_t limit, Bytes &bytes)
+Status ReadAhead::next(std::size_t limit, ByteView &bytes)
 {
     if (!m_thread.isStarted()) {
         return m_input->next(limit, bytes);
     }
-    bytes = Bytes();
+    bytes = ByteView();
     if (limit == 0) {
         return Status::Ok;
     }

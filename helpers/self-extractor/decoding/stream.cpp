@@ -18,7 +18,7 @@ Status readFully(Stream &stream, std::uint8_t *data, std::size_t size, std::size
 {
     got = 0;
     while (got < size) {
-        Bytes bytes;
+        ByteView bytes;
         const Status status = stream.next(size - got, bytes);
         if (status != Status::Ok) {
             return status;
@@ -38,11 +38,11 @@ Status RangeStream::open()
     return m_buffer.allocate(static_cast<std::size_t>(size)) ? Status::Ok : Status::NoMemory;
 }
 
-Status RangeStream::next(std::size_t limit, Bytes &bytes)
+Status RangeStream::next(std::size_t limit, ByteView &bytes)
 {
     const std::size_t wanted
         = static_cast<std::size_t>(std::min<std::uint64_t>({limit, m_left, m_buffer.size()}));
-    bytes = Bytes();
+    bytes = ByteView();
     if (wanted != 0 && !m_source.readAt(m_offset, m_buffer.data(), wanted)) {
         return Status::ReadFailed;
     }

@@ -13,7 +13,7 @@
 namespace sfx {
 
 /// Some bytes that belong to somebody else.
-struct Bytes
+struct ByteView
 {
     const std::uint8_t *data = nullptr;
     std::size_t size = 0;
@@ -29,7 +29,7 @@ public:
 
     /// The next bytes, at most `limit`; none only at the end of the stream (or for a limit of 0). They
     /// are the stream's, and stay as they are until the next call.
-    [[nodiscard]] virtual Status next(std::size_t limit, Bytes &bytes) = 0;
+    [[nodiscard]] virtual Status next(std::size_t limit, ByteView &bytes) = 0;
 };
 
 /// Copies until `data` is full or the stream has ended.
@@ -48,7 +48,7 @@ public:
 
     /// To be called once, before next().
     Status open();
-    Status next(std::size_t limit, Bytes &bytes) override;
+    Status next(std::size_t limit, ByteView &bytes) override;
 
 private:
     ByteSource &m_source;

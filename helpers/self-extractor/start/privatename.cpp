@@ -8,7 +8,6 @@ namespace sfx {
 namespace {
 
 constexpr const char16_t *digits = u"0123456789abcdef";
-constexpr std::size_t longestPath = 259;
 
 bool isDigit(char16_t unit)
 {
@@ -43,12 +42,6 @@ bool isLockName(const char16_t *name)
     for (; *suffix != 0 && *name == *suffix; ++suffix, ++name) {
     }
     return *suffix == 0 && *name == 0;
-}
-
-const char16_t *applicationFolderName(std::size_t rootSize, const Text &wished, const Text &program)
-{
-    const std::size_t size = rootSize + 1 + wished.size() + 1 + program.size();
-    return size <= longestPath ? wished.data() : u"app";
 }
 
 } // namespace sfx

@@ -21,10 +21,4 @@ constexpr const char16_t *lockPattern = u"kp-*.lock";
 /// Whether a file's name is exactly that of a private folder's lock file.
 bool isLockName(const char16_t *name);
 
-/// The name of the application's folder in a private folder whose path has `rootSize` units: the
-/// one that is wished for, or a short one where the path of the program in it would be longer than
-/// programs can bear (Microsoft, MAX_PATH: 259 units and the terminator).
-const char16_t *applicationFolderName(std::size_t rootSize, const Text &wished,
-                                      const Text &program);
-
 } // namespace sfx

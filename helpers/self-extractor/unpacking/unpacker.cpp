@@ -58,7 +58,7 @@ Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
         status = makeEmptyEntries(archive, sink);
     }
     if (status == Status::Ok) {
-        status = unpackFolders(archive, sink, totalBytes, limits);
+        status = unpackSolidBlocks(archive, sink, totalBytes, limits);
     }
     return status == Status::Ok ? finishFolders(archive, sink) : status;
 }

@@ -4,7 +4,7 @@
 #include "helpers/self-extractor/unpacking/unpackthreads.h"
 
 #include "helpers/self-extractor/base/thread.h"
-#include "helpers/self-extractor/decoding/folderchain.h"
+#include "helpers/self-extractor/decoding/decoderchain.h"
 
 #include "7zCrc.h"
 
@@ -23,7 +23,7 @@ constexpr std::uint64_t leastWork = 1024 * 1024;
 // What is decoded and written at a time.
 constexpr std::size_t pieceSize = 256 * 1024;
 
-/// The threads and what they share: the number of the next folder, and the first failure.
+/// The threads and what they share: the number of the next solid block, and the first failure.
 class UnpackThreads
 {
 public:
@@ -39,32 +39,32 @@ private:
         Thread thread;
     };
 
-    bool hasContent(std::uint32_t folder) const;
+    bool hasContent(std::uint32_t solidBlock) const;
     Status measure();
     unsigned countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const;
     static void runHelper(void *helper);
-    void unpackNextFolders(UnpackSink &sink);
-    Status unpackFolder(std::uint32_t folder, UnpackSink &sink) const;
+    void unpackNextBlocks(UnpackSink &sink);
+    Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink) const;
     Status unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
                       UnpackSink &sink) const;
     void fail(Status status);
 
     const Archive &m_archive;
     UnpackSink &m_sink;
-    std::uint32_t m_folders = 0;           // that have content
+    std::uint32_t m_solidBlocks = 0;       // that have content
     std::uint64_t m_largestWindow = 0;     // that one of them needs
-    std::uint64_t m_leastReadAhead = 0;    // folders of this size have a processor to spare
-    std::atomic<std::uint32_t> m_next = 0; // the next folder that no thread has begun
+    std::uint64_t m_leastReadAhead = 0;    // solid blocks of this size have a processor to spare
+    std::atomic<std::uint32_t> m_next = 0; // the next solid block that no thread has begun
     std::atomic<bool> m_stops = false;
     Monitor m_monitor; // for the status
     Status m_status = Status::Ok;
 };
 
-bool UnpackThreads::hasContent(std::uint32_t folder) const
+bool UnpackThreads::hasContent(std::uint32_t solidBlock) const
 {
     const CSzArEx &tables = m_archive.tables();
-    const std::uint32_t first = tables.FolderToFile[folder];
-    const std::uint32_t end = tables.FolderToFile[folder + 1];
+    const std::uint32_t first = tables.FolderToFile[solidBlock];
+    const std::uint32_t end = tables.FolderToFile[solidBlock + 1];
     return tables.UnpackPositions[first] != tables.UnpackPositions[end];
 }
 
@@ -74,13 +74,13 @@ Status UnpackThreads::measure()
         if (!hasContent(i)) {
             continue;
         }
-        FolderPlan plan;
-        const Status status = m_archive.folderPlan(i, plan);
+        CoderGraph graph;
+        const Status status = m_archive.coderGraph(i, graph);
         if (status != Status::Ok) {
             return status;
         }
-        ++m_folders;
-        m_largestWindow = std::max(m_largestWindow, windowSize(plan));
+        ++m_solidBlocks;
+        m_largestWindow = std::max(m_largestWindow, windowSize(graph));
     }
     return Status::Ok;
 }
@@ -89,7 +89,7 @@ unsigned UnpackThreads::countThreads(std::uint64_t totalBytes, const UnpackLimit
 {
     const std::uint64_t affordable = limits.memory / (m_largestWindow + decoderBuffers);
     const std::uint64_t useful = std::min<std::uint64_t>(
-        {limits.threads, maxUnpackThreads, m_folders, 1 + totalBytes / leastWork});
+        {limits.threads, maxUnpackThreads, m_solidBlocks, 1 + totalBytes / leastWork});
     return static_cast<unsigned>(std::max<std::uint64_t>(1, std::min(affordable, useful)));
 }
 
@@ -103,7 +103,7 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
         return measured;
     }
     const unsigned threads = countThreads(totalBytes, limits);
-    // Otherwise only a large folder reads ahead: its decoder is still busy when the others are done.
+    // Otherwise only a large solid block reads ahead: its decoder is still busy when the others are done.
     const bool hasSpare = threads == 1 || 2 * threads <= limits.threads;
     m_leastReadAhead = hasSpare ? 0 : totalBytes / limits.threads;
     Helper helpers[maxUnpackThreads - 1];
@@ -114,7 +114,7 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
             break; // continue with the threads we have
         }
     }
-    unpackNextFolders(m_sink);
+    unpackNextBlocks(m_sink);
     for (Helper &helper : helpers) {
         helper.thread.join();
     }
@@ -124,17 +124,18 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
 void UnpackThreads::runHelper(void *helper)
 {
     auto *self = static_cast<Helper *>(helper);
-    self->threads->unpackNextFolders(*self->sink);
+    self->threads->unpackNextBlocks(*self->sink);
 }
 
-void UnpackThreads::unpackNextFolders(UnpackSink &sink)
+void UnpackThreads::unpackNextBlocks(UnpackSink &sink)
 {
     while (!m_stops) {
-        const std::uint32_t folder = m_next++;
-        if (folder >= m_archive.tables().db.NumFolders) {
+        const std::uint32_t solidBlock = m_next++;
+        if (solidBlock >= m_archive.tables().db.NumFolders) {
             return;
         }
-        const Status status = hasContent(folder) ? unpackFolder(folder, sink) : Status::Ok;
+        const Status status = hasContent(solidBlock) ? unpackSolidBlock(solidBlock, sink)
+                                                     : Status::Ok;
         if (status != Status::Ok) {
             fail(status);
         }
@@ -150,19 +151,19 @@ void UnpackThreads::fail(Status status)
     m_stops = true;
 }
 
-Status UnpackThreads::unpackFolder(std::uint32_t folder, UnpackSink &sink) const
+Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink) const
 {
     const CSzArEx &tables = m_archive.tables();
-    FolderPlan plan;
+    CoderGraph graph;
     Owned<Stream> decoder;
     Array<char16_t> path;
-    Status status = m_archive.folderPlan(folder, plan);
+    Status status = m_archive.coderGraph(solidBlock, graph);
     if (status == Status::Ok) {
-        const std::uint64_t size = plan.unpackSizes[plan.folder.UnpackStream];
-        status = openFolder(plan, size >= m_leastReadAhead, decoder);
+        const std::uint64_t size = graph.unpackSizes[graph.wiring.UnpackStream];
+        status = openDecoderChain(graph, size >= m_leastReadAhead, decoder);
     }
-    const std::uint32_t end = tables.FolderToFile[folder + 1];
-    for (std::uint32_t i = tables.FolderToFile[folder]; status == Status::Ok && i < end; ++i) {
+    const std::uint32_t end = tables.FolderToFile[solidBlock + 1];
+    for (std::uint32_t i = tables.FolderToFile[solidBlock]; status == Status::Ok && i < end; ++i) {
         Entry file;
         status = m_archive.entry(i, file, path);
         if (status == Status::Ok && file.size != 0) {
@@ -179,7 +180,7 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t crc, Stream &d
     std::uint32_t sum = CRC_INIT_VAL;
     std::uint64_t left = file.size;
     while (status == Status::Ok && left != 0) {
-        Bytes piece;
+        ByteView piece;
         status = m_stops
             ? Status::Cancelled
             : decoder.next(static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize)),
@@ -201,8 +202,8 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t crc, Stream &d
 
 } // namespace
 
-Status unpackFolders(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const UnpackLimits &limits)
+Status unpackSolidBlocks(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                         const UnpackLimits &limits)
 {
     return UnpackThreads(archive, sink).run(totalBytes, limits);
 }

@@ -17,11 +17,11 @@ struct UnpackLimits
 /// More threads gain nothing: the disk is the limit then.
 constexpr unsigned maxUnpackThreads = 8;
 
-/// Unpacks all files that have content and checks each file's CRC. Every 7-Zip folder is decoded by
-/// one thread; several folders are decoded at the same time, as far as the limits and the sink
+/// Unpacks all files that have content and checks each file's CRC. Every solid block is decoded by
+/// one thread; several solid blocks are decoded at the same time, as far as the limits and the sink
 /// allow. The first failure stops all threads and is returned. One decoder always runs, even if it
 /// needs more memory than `limits.memory`.
-Status unpackFolders(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const UnpackLimits &limits);
+Status unpackSolidBlocks(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                         const UnpackLimits &limits);
 
 } // namespace sfx

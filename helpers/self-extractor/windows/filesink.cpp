@@ -4,8 +4,8 @@
 #include "helpers/self-extractor/windows/filesink.h"
 
 #include "helpers/self-extractor/start/winpath.h"
-#include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
+#include "helpers/self-extractor/windows/interrupt.h"
 
 namespace sfx {
 

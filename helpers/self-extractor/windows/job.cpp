@@ -30,7 +30,7 @@ bool Job::create()
     return m_job && setLimits(JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_BREAKAWAY_OK);
 }
 
-void Job::letGo()
+void Job::detachProcesses()
 {
     setLimits(JOB_OBJECT_LIMIT_BREAKAWAY_OK);
 }

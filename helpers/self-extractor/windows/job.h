@@ -21,7 +21,7 @@ public:
     /// Waits until no process is left in the job; returns at once if there was none.
     void waitUntilEmpty();
     /// The processes no longer end with this one. From any thread.
-    void letGo();
+    void detachProcesses();
     HANDLE handle() const { return m_job.get(); }
 
 private:

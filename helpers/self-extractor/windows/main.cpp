@@ -2,18 +2,19 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/contents.h"
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/unpacking/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
+#include "helpers/self-extractor/windows/environment.h"
 #include "helpers/self-extractor/windows/executable.h"
 #include "helpers/self-extractor/windows/filesink.h"
+#include "helpers/self-extractor/windows/interrupt.h"
 #include "helpers/self-extractor/windows/messages.h"
-#include "helpers/self-extractor/windows/predecessors.h"
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
 #include "helpers/self-extractor/windows/progresssink.h"
-#include "helpers/self-extractor/windows/surroundings.h"
+#include "helpers/self-extractor/windows/stalefolders.h"
 #include "helpers/self-extractor/windows/temporaryfolder.h"
 
 namespace sfx {
@@ -88,7 +89,7 @@ bool makeFolder(const ConfigBlock &block, std::uint64_t totalBytes, PrivateFolde
     Text temporary;
     if (findTemporaryFolder(temporary)
         && folder.create(temporary, block.folderName, block.runProgram)) {
-        removeDeadPredecessors(temporary, folder.lock());
+        removeStaleFolders(temporary, folder.lock());
         return true;
     }
     failure.code = ExitCode::NoFolder;
@@ -139,7 +140,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!unpackInto(folder, archive, totalBytes, block, failure)) {
             return false;
         }
-        if (!describeSurroundings(executable.path(), folder.application())) {
+        if (!setProgramEnvironment(executable.path(), folder.application())) {
             failure.code = ExitCode::StartFailed;
             failure.systemError = GetLastError();
             return false;
@@ -159,8 +160,8 @@ unsigned runModule()
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
     // At a log-off after the program, which this process' end would take with it.
     SetProcessShutdownParameters(lastOfApplications, 0);
-    joinCallersConsole();
-    outliveConsoleEvents();
+    attachCallersConsole();
+    handleConsoleEvents();
     ConfigBlock block;
     Failure failure;
     unsigned long exitCode = 0;

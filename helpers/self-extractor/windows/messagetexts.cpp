@@ -3,7 +3,7 @@
 
 #include "helpers/self-extractor/windows/messagetexts.h"
 
-#include "helpers/self-extractor/start/amount.h"
+#include "helpers/self-extractor/start/sizetext.h"
 
 namespace sfx {
 
@@ -56,9 +56,9 @@ const char16_t *messageText(ExitCode code, Language language)
 bool appendMissing(Text &text, std::uint64_t bytes, Language language)
 {
     if (language == Language::Chinese) {
-        return text.append(u"至少还需要 ") && appendAmount(text, bytes) && text.append(u"。");
+        return text.append(u"至少还需要 ") && appendSize(text, bytes) && text.append(u"。");
     }
-    return text.append(u" At least ") && appendAmount(text, bytes)
+    return text.append(u" At least ") && appendSize(text, bytes)
         && text.append(u" more is needed.");
 }
 

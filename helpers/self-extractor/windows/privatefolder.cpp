@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/windows/privatefolder.h"
 
+#include "helpers/self-extractor/start/applicationfolder.h"
 #include "helpers/self-extractor/start/privatename.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/removal.h"

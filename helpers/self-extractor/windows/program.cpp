@@ -5,7 +5,7 @@
 
 #include "helpers/self-extractor/start/commandline.h"
 #include "helpers/self-extractor/start/winpath.h"
-#include "helpers/self-extractor/windows/console.h"
+#include "helpers/self-extractor/windows/detachonclose.h"
 #include "helpers/self-extractor/windows/job.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
 
@@ -46,7 +46,7 @@ const char16_t *ownCommandLine()
 }
 
 // True if there is such a handle; it can then be inherited.
-bool passOn(DWORD which, HANDLE &handle)
+bool makeInheritable(DWORD which, HANDLE &handle)
 {
     const HANDLE own = GetStdHandle(which);
     if (own == nullptr || own == INVALID_HANDLE_VALUE) {
@@ -67,9 +67,9 @@ STARTUPINFOEXW startupInfo()
     startup.cb = sizeof extended;
     startup.dwFlags = own.dwFlags & STARTF_USESHOWWINDOW;
     startup.wShowWindow = own.wShowWindow;
-    const bool input = passOn(STD_INPUT_HANDLE, startup.hStdInput);
-    const bool output = passOn(STD_OUTPUT_HANDLE, startup.hStdOutput);
-    const bool error = passOn(STD_ERROR_HANDLE, startup.hStdError);
+    const bool input = makeInheritable(STD_INPUT_HANDLE, startup.hStdInput);
+    const bool output = makeInheritable(STD_OUTPUT_HANDLE, startup.hStdOutput);
+    const bool error = makeInheritable(STD_ERROR_HANDLE, startup.hStdError);
     if (input || output || error) {
         startup.dwFlags |= STARTF_USESTDHANDLES;
     }
@@ -156,7 +156,7 @@ bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, F
         failure.subject = std::move(launch.program);
         return false;
     }
-    const JobOutlivesConsole whileItRuns(job);
+    const DetachJobOnClose whileItRuns(job);
     WaitForSingleObject(process.get(), INFINITE);
     GetExitCodeProcess(process.get(), &exitCode);
     job.waitUntilEmpty();

@@ -3,8 +3,8 @@
 
 #include "helpers/self-extractor/windows/removal.h"
 
+#include "helpers/self-extractor/windows/fileowner.h"
 #include "helpers/self-extractor/windows/folderlisting.h"
-#include "helpers/self-extractor/windows/owner.h"
 
 namespace sfx {
 

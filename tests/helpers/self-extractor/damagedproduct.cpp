@@ -3,7 +3,7 @@
 
 #include "tests/helpers/self-extractor/damagedproduct.h"
 
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 
 using namespace sfx;
 

@@ -24,8 +24,6 @@ private slots:
     void spellsAllBytes();
     void knowsLockFiles_data();
     void knowsLockFiles();
-    void keepsProgramPathsShort_data();
-    void keepsProgramPathsShort();
 };
 
 void TestPrivateName::spellsAllBytes()
@@ -57,27 +55,6 @@ void TestPrivateName::knowsLockFiles()
 {
     QFETCH(QString, name);
     QTEST(isLockName(units(name)), "isOurs");
-}
-
-void TestPrivateName::keepsProgramPathsShort_data()
-{
-    QTest::addColumn<int>("rootSize");
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("plenty of room") << 50 << "wished for";
-    QTest::newRow("just room enough") << 259 - 18 << "wished for"; // 10 + 6 and two separators
-    QTest::newRow("one unit too many") << 259 - 17 << "app";
-    QTest::newRow("no room at all") << 300 << "app";
-}
-
-void TestPrivateName::keepsProgramPathsShort()
-{
-    QFETCH(int, rootSize);
-    Text wished;
-    Text program;
-    QVERIFY(wished.append(u"wished for") && program.append(u"my.exe"));
-    QTEST(QString::fromUtf16(
-              applicationFolderName(static_cast<std::size_t>(rootSize), wished, program)),
-          "folder");
 }
 
 QTEST_APPLESS_MAIN(TestPrivateName)

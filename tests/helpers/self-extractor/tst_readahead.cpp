@@ -17,7 +17,7 @@ constexpr quint64 mebibyte = 1024 * 1024;
 constexpr quint64 pieceSize = mebibyte / 4;
 constexpr quint64 mostAhead = 4 * mebibyte;
 
-/// Bytes that tell their place, in pieces of changing size, with an end of a chosen kind.
+/// ByteView that tell their place, in pieces of changing size, with an end of a chosen kind.
 class CountingStream final : public WindowStream
 {
 public:
@@ -35,7 +35,7 @@ public:
         return static_cast<std::uint8_t>(place ^ (place >> 8) ^ (place >> 17));
     }
 
-    Status next(std::size_t limit, Bytes &bytes) override
+    Status next(std::size_t limit, ByteView &bytes) override
     {
         if (!m_hasWindow) {
             return Status::NoMemory;
@@ -60,7 +60,7 @@ private:
     QRandomGenerator m_random{7};
 };
 
-bool isRight(const Bytes &bytes, std::uint64_t place)
+bool isRight(const ByteView &bytes, std::uint64_t place)
 {
     return std::all_of(bytes.data, bytes.data + bytes.size, [&place](std::uint8_t byte) {
         return byte == CountingStream::byteAt(place++);
@@ -109,7 +109,7 @@ void TestReadAhead::givesTheSameBytes()
     QCOMPARE(stream.open(), Status::Ok);
     QRandomGenerator random(9);
     quint64 total = 0;
-    Bytes bytes;
+    ByteView bytes;
     do {
         QCOMPARE(stream.next(1 + random.bounded(most), bytes), Status::Ok);
         QVERIFY(bytes.size <= most);
@@ -133,7 +133,7 @@ void TestReadAhead::givesErrorsBehindTheGoodBytes()
         QCOMPARE(readFully(stream, data, 8 * mebibyte, got), Status::Damaged);
         QCOMPARE(quint64(got), size);
         QVERIFY(isRight({data, got}, 0));
-        Bytes bytes;
+        ByteView bytes;
         QCOMPARE(stream.next(1, bytes), Status::Damaged);
         QCOMPARE(bytes.size, std::size_t(0));
     }
@@ -147,7 +147,7 @@ void TestReadAhead::keepsToItsWindow()
     QCOMPARE(stream.open(), Status::Ok);
     quint64 total = 0;
     for (int i = 0; i < 40; ++i) {
-        Bytes bytes;
+        ByteView bytes;
         QCOMPARE(stream.next(pieceSize, bytes), Status::Ok);
         QTRY_VERIFY(served > total + mostAhead - pieceSize);
         if (i % 10 == 0) {

@@ -24,7 +24,7 @@ QByteArray stutter(qsizetype size, quint32 seed)
     return bytes;
 }
 
-// Small files, and some that are larger than a 7-Zip folder of the tests.
+// Small files, and some that are larger than a solid block of the tests.
 Tree makeLargeTree()
 {
     Tree tree;
@@ -57,12 +57,12 @@ const QByteArray &packed(const QStringList &switches)
     return archive;
 }
 
-// 7-Zip's folders, with dictionaries of 1 MiB.
-const QStringList inFolders{"-mx=1", "-mf=off", "-m0=LZMA:d=1m", "-ms=3m"};
-// One folder, in which the dictionary is emptied again and again.
+// Several solid blocks, with dictionaries of 1 MiB.
+const QStringList inBlocks{"-mx=1", "-mf=off", "-m0=LZMA:d=1m", "-ms=3m"};
+// One solid block, in which the dictionary is emptied again and again.
 const QStringList inChunks{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
 
-int folderCount(const QByteArray &bytes)
+int blockCount(const QByteArray &bytes)
 {
     MemorySource source(bytes);
     Archive archive(source);
@@ -80,48 +80,47 @@ private slots:
     void unpacksTheSame();
     void keepsToTheMemoryGiven();
     void worksWithOneSinkOnly();
-    void findsDamageInEveryFolder();
+    void findsDamageInEveryBlock();
     void stopsAtTheFirstFailure();
 };
 
 void TestUnpackThreads::unpacksTheSame_data()
 {
     QTest::addColumn<QStringList>("switches");
-    QTest::addColumn<int>("leastFolders");
-    QTest::addColumn<int>("mostFolders");
-    QTest::newRow("LZMA in folders") << inFolders << 4 << 23;
-    QTest::newRow("LZMA2 in folders")
+    QTest::addColumn<int>("leastBlocks");
+    QTest::addColumn<int>("mostBlocks");
+    QTest::newRow("LZMA in several blocks") << inBlocks << 4 << 23;
+    QTest::newRow("LZMA2 in several blocks")
         << QStringList{"-mx=1", "-mf=off", "-ms=9m", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"} << 2 << 23;
-    QTest::newRow("a folder for each file")
+    QTest::newRow("a block for each file")
         << QStringList{"-mx=1", "-mf=off", "-ms=off", "-m0=LZMA2"} << 22 << 23;
-    QTest::newRow("one folder of LZMA") << QStringList{"-mx=1", "-mf=off", "-m0=LZMA"} << 1 << 1;
-    QTest::newRow("one folder of LZMA2 in chunks") << inChunks << 1 << 1;
+    QTest::newRow("one block of LZMA") << QStringList{"-mx=1", "-mf=off", "-m0=LZMA"} << 1 << 1;
+    QTest::newRow("one block of LZMA2 in chunks") << inChunks << 1 << 1;
     QTest::newRow("only stored") << QStringList{"-mx=0", "-ms=5m"} << 3 << 23;
 }
 
-// Each folder is decoded by one thread, whatever is in it.
+// Each solid block is decoded by one thread, whatever is in it.
 void TestUnpackThreads::unpacksTheSame()
 {
     QFETCH(QStringList, switches);
-    QFETCH(int, leastFolders);
-    QFETCH(int, mostFolders);
+    QFETCH(int, leastBlocks);
+    QFETCH(int, mostBlocks);
     const QByteArray &archive = packed(switches);
-    const int folders = folderCount(archive);
-    QVERIFY2(folders >= leastFolders && folders <= mostFolders,
-             qPrintable(QString::number(folders)));
+    const int blocks = blockCount(archive);
+    QVERIFY2(blocks >= leastBlocks && blocks <= mostBlocks, qPrintable(QString::number(blocks)));
     for (unsigned threads : {1u, 2u, 3u, 100u}) {
         SharedTree shared;
         QCOMPARE(unpackShared(archive, shared, {threads}), Status::Ok);
         QVERIFY2(shared.mistake().isEmpty(), qPrintable(shared.mistake()));
         QVERIFY(shared.tree() == largeTree());
-        QCOMPARE(shared.sinks(), std::min({static_cast<int>(threads), folders, 8}));
+        QCOMPARE(shared.sinks(), std::min({static_cast<int>(threads), blocks, 8}));
     }
 }
 
 // A window of 1 MiB and the buffers come to 7 MiB.
 void TestUnpackThreads::keepsToTheMemoryGiven()
 {
-    const QByteArray &archive = packed(inFolders);
+    const QByteArray &archive = packed(inBlocks);
     for (unsigned mebibytes : {0u, 7u, 20u, 21u}) {
         SharedTree shared;
         QCOMPARE(unpackShared(archive, shared, {8, std::uint64_t(mebibytes) << 20}), Status::Ok);
@@ -132,7 +131,7 @@ void TestUnpackThreads::keepsToTheMemoryGiven()
 
 void TestUnpackThreads::worksWithOneSinkOnly()
 {
-    MemorySource source(packed(inFolders));
+    MemorySource source(packed(inBlocks));
     Archive archive(source);
     QCOMPARE(archive.open(0), Status::Ok);
     TreeSink sink;
@@ -142,9 +141,9 @@ void TestUnpackThreads::worksWithOneSinkOnly()
 }
 
 // Single bits, all over the packed data.
-void TestUnpackThreads::findsDamageInEveryFolder()
+void TestUnpackThreads::findsDamageInEveryBlock()
 {
-    const QByteArray &whole = packed(inFolders);
+    const QByteArray &whole = packed(inBlocks);
     int refused = 0;
     for (qsizetype at = 32; at < whole.size(); at += whole.size() / 25) {
         QByteArray bytes = whole;
@@ -160,7 +159,7 @@ void TestUnpackThreads::findsDamageInEveryFolder()
 
 void TestUnpackThreads::stopsAtTheFirstFailure()
 {
-    const QByteArray &archive = packed(inFolders);
+    const QByteArray &archive = packed(inBlocks);
     for (int writes : {0, 1, 7, 20}) {
         SharedTree shared;
         shared.failAfter(writes);

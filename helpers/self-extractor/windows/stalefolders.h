@@ -13,6 +13,6 @@ namespace sfx {
 /// by nobody. `mine` is a file that this process has made in there: others may write to the folder
 /// too, and only what has the same owner is ours. Takes half a second and removes 16 of them at
 /// most; the next start goes on.
-void removeDeadPredecessors(const Text &temporaryFolder, HANDLE mine);
+void removeStaleFolders(const Text &temporaryFolder, HANDLE mine);
 
 } // namespace sfx

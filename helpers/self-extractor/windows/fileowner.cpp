@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/windows/owner.h"
+#include "helpers/self-extractor/windows/fileowner.h"
 
 namespace sfx {
 

@@ -3,13 +3,13 @@
 
 #pragma once
 
-#include "helpers/self-extractor/decoding/folderplan.h"
+#include "helpers/self-extractor/decoding/codergraph.h"
 #include "helpers/self-extractor/decoding/stream.h"
 
 namespace sfx {
 
-/// Builds the stages that decode one folder. `readsAhead`: the costliest stage runs in another
+/// Builds the stages that decode one solid block. `readsAhead`: the costliest stage runs in another
 /// thread. Unsupported: a method or a wiring that this module does not have.
-Status openFolder(const FolderPlan &plan, bool readsAhead, Owned<Stream> &result);
+Status openDecoderChain(const CoderGraph &graph, bool readsAhead, Owned<Stream> &result);
 
 } // namespace sfx

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 
 #include "helpers/self-extractor/archive/entryname.h"
 #include "helpers/self-extractor/start/peimage.h"
@@ -106,7 +106,7 @@ bool readValues(Slice &rest, Slice (&values)[KeyCount])
 
 // `%%T\name`. A name that leads elsewhere is an attack; one that Windows merely cannot hold comes
 // from an oddly named program, which deserves to run.
-bool folderOf(const Slice &installPath, Text &folder)
+bool readFolderName(const Slice &installPath, Text &folder)
 {
     constexpr char prefix[] = "%%T\\";
     constexpr std::size_t prefixSize = sizeof prefix - 1;
@@ -147,7 +147,7 @@ Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
     if (program.data == nullptr || values[InstallPath].data == nullptr
         || !decodeUtf8(program.data, program.size, block.runProgram)
         || !isSafeComponent(block.runProgram.data(), block.runProgram.size())
-        || !folderOf(values[InstallPath], block.folderName)
+        || !readFolderName(values[InstallPath], block.folderName)
         || (title.data != nullptr && !decodeUtf8(title.data, title.size, block.title))) {
         return Status::Damaged;
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/start/peimage.h"
 
 #include <QTest>
@@ -62,7 +62,7 @@ QByteArray smallImage()
 
 } // namespace
 
-class TestConfigBlock : public QObject
+class TestBlockReader : public QObject
 {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ private slots:
     void readsBehindTheImage();
 };
 
-void TestConfigBlock::readsTheBlockOfThePacker()
+void TestBlockReader::readsTheBlockOfThePacker()
 {
     const QByteArray bytes = blockOf("Title=\"my \xe7\xa8\x8b Portable\"\n"
                                      "BeginPrompt=\"\xe7\xa1\xae\xe5\xae\x9a?\"\n"
@@ -98,7 +98,7 @@ void TestConfigBlock::readsTheBlockOfThePacker()
     QVERIFY(block.progress);
 }
 
-void TestConfigBlock::showsProgressOnlyWhenAsked()
+void TestBlockReader::showsProgressOnlyWhenAsked()
 {
     for (const char *line : {"", "Progress=\"no\"\n", "Progress=\"\"\n"}) {
         const QByteArray bytes
@@ -112,7 +112,7 @@ void TestConfigBlock::showsProgressOnlyWhenAsked()
     }
 }
 
-void TestConfigBlock::acceptsAndRefuses_data()
+void TestBlockReader::acceptsAndRefuses_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("accepted");
@@ -162,7 +162,7 @@ void TestConfigBlock::acceptsAndRefuses_data()
     row("nothing", QByteArray());
 }
 
-void TestConfigBlock::acceptsAndRefuses()
+void TestBlockReader::acceptsAndRefuses()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(bool, accepted);
@@ -177,7 +177,7 @@ void TestConfigBlock::acceptsAndRefuses()
     }
 }
 
-void TestConfigBlock::stopsAtItsLimit()
+void TestBlockReader::stopsAtItsLimit()
 {
     const QByteArray rest = blockOf("Pad=\"\"\nRunProgram=\"a.exe\"\nInstallPath=\"%%T\\a\"\n");
     const auto parse = [&rest](std::size_t blockSize) {
@@ -193,7 +193,7 @@ void TestConfigBlock::stopsAtItsLimit()
     QCOMPARE(parse(maxBlockSize + 1), Status::Damaged);
 }
 
-void TestConfigBlock::findsTheEndOfTheImage_data()
+void TestBlockReader::findsTheEndOfTheImage_data()
 {
     QTest::addColumn<QByteArray>("image");
     QTest::addColumn<qint64>("end");
@@ -218,7 +218,7 @@ void TestConfigBlock::findsTheEndOfTheImage_data()
     QTest::newRow("a section that wraps around") << huge << qint64(-1);
 }
 
-void TestConfigBlock::findsTheEndOfTheImage()
+void TestBlockReader::findsTheEndOfTheImage()
 {
     QFETCH(QByteArray, image);
     QFETCH(qint64, end);
@@ -231,7 +231,7 @@ void TestConfigBlock::findsTheEndOfTheImage()
     }
 }
 
-void TestConfigBlock::readsBehindTheImage()
+void TestBlockReader::readsBehindTheImage()
 {
     const QByteArray bytes = blockFor("a.exe", "%%T\\a");
     Bytes source(smallImage() + bytes + "7z");
@@ -243,5 +243,5 @@ void TestConfigBlock::readsBehindTheImage()
     QCOMPARE(readConfigBlock(bare, block, offset), Status::Damaged);
 }
 
-QTEST_APPLESS_MAIN(TestConfigBlock)
-#include "tst_configblock.moc"
+QTEST_APPLESS_MAIN(TestBlockReader)
+#include "tst_blockreader.moc"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/decoding/folderchain.h"
+#include "helpers/self-extractor/decoding/decoderchain.h"
 
 #include "helpers/self-extractor/decoding/bcj2stream.h"
 #include "helpers/self-extractor/decoding/filterstream.h"
@@ -17,13 +17,13 @@ namespace {
 constexpr std::uint64_t leastReadAhead = 512 * 1024;
 constexpr unsigned noCoder = 0xffffffff;
 
-/// A folder's plan, and the coder that runs in a thread of its own.
-struct Wiring : FolderPlan
+/// A coder graph, and the coder that runs in another thread.
+struct AheadGraph : CoderGraph
 {
     unsigned aheadCoder = noCoder;
 };
 
-Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result);
+Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &result);
 
 // Some take the coder's property bytes.
 template <typename Stage, typename... Arguments>
@@ -38,18 +38,18 @@ Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... argumen
 }
 
 // An input is fed by another coder or by a packed stream.
-Status openInput(const Wiring &plan, unsigned inputIndex, Owned<Stream> &result)
+Status openInput(const AheadGraph &graph, unsigned inputIndex, Owned<Stream> &result)
 {
-    for (unsigned i = 0; i < plan.folder.NumBonds; ++i) {
-        if (plan.folder.Bonds[i].InIndex == inputIndex) {
-            return openCoder(plan, plan.folder.Bonds[i].OutIndex, result);
+    for (unsigned i = 0; i < graph.wiring.NumBonds; ++i) {
+        if (graph.wiring.Bonds[i].InIndex == inputIndex) {
+            return openCoder(graph, graph.wiring.Bonds[i].OutIndex, result);
         }
     }
-    for (unsigned i = 0; i < plan.folder.NumPackStreams; ++i) {
-        if (plan.folder.PackStreams[i] == inputIndex) {
-            const std::uint64_t begin = plan.packPositions[i];
-            return openStage(makeOwned<RangeStream>(*plan.source, plan.packBase + begin,
-                                                    plan.packPositions[i + 1] - begin),
+    for (unsigned i = 0; i < graph.wiring.NumPackStreams; ++i) {
+        if (graph.wiring.PackStreams[i] == inputIndex) {
+            const std::uint64_t begin = graph.packPositions[i];
+            return openStage(makeOwned<RangeStream>(*graph.source, graph.packBase + begin,
+                                                    graph.packPositions[i + 1] - begin),
                              result);
         }
     }
@@ -57,16 +57,16 @@ Status openInput(const Wiring &plan, unsigned inputIndex, Owned<Stream> &result)
 }
 
 template <typename Decoder>
-Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
+Status openDecoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> input,
                    std::uint64_t unpackSize, Owned<Stream> &result)
 {
-    const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
+    const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
     Owned<Decoder> decoder = makeOwned<Decoder>(std::move(input), unpackSize);
     if (!decoder) {
         return Status::NoMemory;
     }
-    const bool runsAhead = coderIndex == plan.aheadCoder;
-    const Status status = decoder->open(plan.properties + coder.PropsOffset, coder.PropsSize,
+    const bool runsAhead = coderIndex == graph.aheadCoder;
+    const Status status = decoder->open(graph.properties + coder.PropsOffset, coder.PropsSize,
                                         runsAhead ? ReadAhead::usefulWindow : 0);
     if (status == Status::Ok && runsAhead) {
         return openStage(makeOwned<ReadAhead>(std::move(decoder)), result);
@@ -75,12 +75,12 @@ Status openDecoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> input,
     return status;
 }
 
-Status openBcj2(const Wiring &plan, unsigned firstInput, std::uint64_t unpackSize,
+Status openBcj2(const AheadGraph &graph, unsigned firstInput, std::uint64_t unpackSize,
                 Owned<Stream> &result)
 {
     Owned<Stream> inputs[Bcj2Stream::inputCount];
     for (unsigned i = 0; i < Bcj2Stream::inputCount; ++i) {
-        const Status status = openInput(plan, firstInput + i, inputs[i]);
+        const Status status = openInput(graph, firstInput + i, inputs[i]);
         if (status != Status::Ok) {
             return status;
         }
@@ -89,27 +89,27 @@ Status openBcj2(const Wiring &plan, unsigned firstInput, std::uint64_t unpackSiz
 }
 
 // The recursion ends: a coder's output is used once at most, and the main coder's never (checked
-// where the folder is parsed), so the wiring seen from the main coder is a tree of four at most.
-Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result)
+// when the graph is read), so the wiring seen from the main coder is a tree of four at most.
+Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &result)
 {
-    const CSzCoderInfo &coder = plan.folder.Coders[coderIndex];
-    const std::uint64_t unpackSize = plan.unpackSizes[coderIndex];
-    const std::uint8_t *properties = plan.properties + coder.PropsOffset;
+    const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
+    const std::uint64_t unpackSize = graph.unpackSizes[coderIndex];
+    const std::uint8_t *properties = graph.properties + coder.PropsOffset;
     const std::size_t size = coder.PropsSize;
     unsigned firstInput = 0;
     for (unsigned i = 0; i < coderIndex; ++i) {
-        firstInput += plan.folder.Coders[i].NumStreams;
+        firstInput += graph.wiring.Coders[i].NumStreams;
     }
     if (coder.MethodID == method::Bcj2) {
         return coder.NumStreams == Bcj2Stream::inputCount && size == 0
-            ? openBcj2(plan, firstInput, unpackSize, result)
+            ? openBcj2(graph, firstInput, unpackSize, result)
             : Status::Unsupported;
     }
     Owned<Stream> input;
     if (coder.NumStreams != 1) {
         return Status::Unsupported;
     }
-    const Status status = openInput(plan, firstInput, input);
+    const Status status = openInput(graph, firstInput, input);
     if (status != Status::Ok) {
         return status;
     }
@@ -118,9 +118,9 @@ Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result)
         result = std::move(input);
         return Status::Ok;
     case method::Lzma:
-        return openDecoder<LzmaStream>(plan, coderIndex, std::move(input), unpackSize, result);
+        return openDecoder<LzmaStream>(graph, coderIndex, std::move(input), unpackSize, result);
     case method::Lzma2:
-        return openDecoder<Lzma2Stream>(plan, coderIndex, std::move(input), unpackSize, result);
+        return openDecoder<Lzma2Stream>(graph, coderIndex, std::move(input), unpackSize, result);
     default:
         return openStage(makeOwned<FilterStream>(std::move(input)), result, coder.MethodID,
                          properties, size);
@@ -128,14 +128,14 @@ Status openCoder(const Wiring &plan, unsigned coderIndex, Owned<Stream> &result)
 }
 
 // The one that costs the most time: the others go well beside the writing of files.
-unsigned chooseAheadCoder(const Wiring &plan)
+unsigned chooseAheadCoder(const AheadGraph &graph)
 {
     unsigned chosen = noCoder;
     std::uint64_t most = leastReadAhead - 1;
-    for (unsigned i = 0; i < plan.folder.NumCoders; ++i) {
-        const std::uint32_t coder = plan.folder.Coders[i].MethodID;
-        if ((coder == method::Lzma || coder == method::Lzma2) && plan.unpackSizes[i] > most) {
-            most = plan.unpackSizes[i];
+    for (unsigned i = 0; i < graph.wiring.NumCoders; ++i) {
+        const std::uint32_t coder = graph.wiring.Coders[i].MethodID;
+        if ((coder == method::Lzma || coder == method::Lzma2) && graph.unpackSizes[i] > most) {
+            most = graph.unpackSizes[i];
             chosen = i;
         }
     }
@@ -144,13 +144,13 @@ unsigned chooseAheadCoder(const Wiring &plan)
 
 } // namespace
 
-Status openFolder(const FolderPlan &plan, bool readsAhead, Owned<Stream> &result)
+Status openDecoderChain(const CoderGraph &graph, bool readsAhead, Owned<Stream> &result)
 {
-    Wiring wiring{plan, noCoder};
+    AheadGraph aheadGraph{graph, noCoder};
     if (readsAhead) {
-        wiring.aheadCoder = chooseAheadCoder(wiring);
+        aheadGraph.aheadCoder = chooseAheadCoder(aheadGraph);
     }
-    return openCoder(wiring, plan.folder.UnpackStream, result);
+    return openCoder(aheadGraph, graph.wiring.UnpackStream, result);
 }
 
 } // namespace sfx

@@ -11,6 +11,6 @@ namespace sfx {
 /// KESTRELPACK_EXE (the outer file), KESTRELPACK_EXE_DIR (its folder), KESTRELPACK_DIR (the folder
 /// that the application was unpacked into) and KESTRELPACK_CWD (the caller's working folder). All
 /// are absolute. False: GetLastError() tells why.
-[[nodiscard]] bool describeSurroundings(const Text &executable, const Text &application);
+[[nodiscard]] bool setProgramEnvironment(const Text &executable, const Text &application);
 
 } // namespace sfx

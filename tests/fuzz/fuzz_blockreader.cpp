@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/configblock.h"
+#include "helpers/self-extractor/start/blockreader.h"
 #include "tests/fuzz/require.h"
 #include "tests/fuzz/windowsnames.h"
 

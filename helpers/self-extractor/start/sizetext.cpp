@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/amount.h"
+#include "helpers/self-extractor/start/sizetext.h"
 
 namespace sfx {
 
@@ -28,7 +28,7 @@ constexpr std::uint64_t dividedUp(std::uint64_t value, std::uint64_t by)
 
 } // namespace
 
-bool appendAmount(Text &text, std::uint64_t bytes)
+bool appendSize(Text &text, std::uint64_t bytes)
 {
     const std::uint64_t megas = dividedUp(bytes, mega);
     if (megas < 1024) {

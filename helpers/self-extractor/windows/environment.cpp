@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/windows/surroundings.h"
+#include "helpers/self-extractor/windows/environment.h"
 
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/win32.h"
@@ -28,7 +28,7 @@ bool set(const wchar_t *name, const Text &value)
 
 } // namespace
 
-bool describeSurroundings(const Text &executable, const Text &application)
+bool setProgramEnvironment(const Text &executable, const Text &application)
 {
     Text executableFolder;
     Text callersFolder;

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/amount.h"
+#include "helpers/self-extractor/start/sizetext.h"
 
 #include <QTest>
 
 /// Numbers of bytes, as messages say them.
-class TestAmount : public QObject
+class TestSizeText : public QObject
 {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ private slots:
     void isRoundedUp();
 };
 
-void TestAmount::isRoundedUp_data()
+void TestSizeText::isRoundedUp_data()
 {
     QTest::addColumn<quint64>("bytes");
     QTest::addColumn<QString>("shown");
@@ -33,13 +33,13 @@ void TestAmount::isRoundedUp_data()
     QTest::newRow("more than any disk has") << ~quint64(0) << "17179869184.0 GB";
 }
 
-void TestAmount::isRoundedUp()
+void TestSizeText::isRoundedUp()
 {
     QFETCH(quint64, bytes);
     sfx::Text text;
-    QVERIFY(sfx::appendAmount(text, bytes));
+    QVERIFY(sfx::appendSize(text, bytes));
     QTEST(QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())), "shown");
 }
 
-QTEST_APPLESS_MAIN(TestAmount)
-#include "tst_amount.moc"
+QTEST_APPLESS_MAIN(TestSizeText)
+#include "tst_sizetext.moc"

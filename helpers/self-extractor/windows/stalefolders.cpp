@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/windows/predecessors.h"
+#include "helpers/self-extractor/windows/stalefolders.h"
 
 #include "helpers/self-extractor/start/privatename.h"
 #include "helpers/self-extractor/start/winpath.h"
+#include "helpers/self-extractor/windows/fileowner.h"
 #include "helpers/self-extractor/windows/lockfile.h"
-#include "helpers/self-extractor/windows/owner.h"
 #include "helpers/self-extractor/windows/removal.h"
 
 namespace sfx {
@@ -49,7 +49,7 @@ bool isPlainFile(const WIN32_FIND_DATAW &found)
 }
 
 // True: it is gone.
-bool removePredecessor(const Text &lockPath, HANDLE mine, std::uint64_t deadline)
+bool removeStaleFolder(const Text &lockPath, HANDLE mine, std::uint64_t deadline)
 {
     LockFile lock;
     Text folder;
@@ -64,7 +64,7 @@ bool removePredecessor(const Text &lockPath, HANDLE mine, std::uint64_t deadline
 
 } // namespace
 
-void removeDeadPredecessors(const Text &temporaryFolder, HANDLE mine)
+void removeStaleFolders(const Text &temporaryFolder, HANDLE mine)
 {
     const std::uint64_t deadline = GetTickCount64() + mostMilliseconds;
     Text path;
@@ -81,7 +81,7 @@ void removeDeadPredecessors(const Text &temporaryFolder, HANDLE mine)
         const auto *name = reinterpret_cast<const char16_t *>(search.found.cFileName);
         path.truncate(base);
         if (isLockName(name) && isPlainFile(search.found) && path.append(name)
-            && removePredecessor(path, mine, deadline)) {
+            && removeStaleFolder(path, mine, deadline)) {
             ++folders;
         }
         if (folders == mostFolders || GetTickCount64() > deadline) {
