@@ -8,7 +8,6 @@
 
 #include <QByteArray>
 
-#include <algorithm>
 #include <cstring>
 
 #include <shellapi.h>
@@ -81,7 +80,7 @@ QImage maskImage(HBITMAP bitmap)
     for (int y = 0; y < mask.height();
          ++y) { // rows of whole words there, of whole double words here
         std::memcpy(mask.scanLine(y), bits.constData() + y * rowSize,
-                    static_cast<size_t>(std::min(rowSize, mask.bytesPerLine())));
+                    static_cast<size_t>(qMin(rowSize, mask.bytesPerLine())));
     }
     return mask;
 }
