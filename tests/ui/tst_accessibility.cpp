@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 
@@ -87,7 +88,7 @@ private slots:
         WindowFixture fixture;
         MainWindow &window = fixture.open();
         window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(QTest::qWaitForWindowActive(&window, patience));
         fixture.click(tab.constData());
         fixture.find<QWidget>(qPrintable(order[0]))->setFocus();
         QStringList seen;
@@ -104,7 +105,7 @@ private slots:
         WindowFixture fixture;
         MainWindow &window = fixture.open();
         window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(QTest::qWaitForWindowActive(&window, patience));
         QCOMPARE(QApplication::focusWidget()->objectName(), "basicTabButton");
     }
 

@@ -94,7 +94,7 @@ private slots:
         QTextEdit pane;
         pane.resize(200, 100);
         pane.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&pane));
+        QVERIFY(QTest::qWaitForWindowExposed(&pane, patience));
         LogAppender log(&pane);
         for (int number = 0; number < 50; ++number) {
             log.append(lineOf(number));
