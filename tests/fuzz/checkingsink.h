@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-/// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order
-/// of calls, names, sizes, check sums.
+// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order
+// of calls, names, sizes, check sums.
 class CheckingSink final : public sfx::UnpackSink
 {
 public:
-    /// After `outputLimit` bytes the disk is full.
+    // After `outputLimit` bytes the disk is full.
     CheckingSink(const sfx::Archive &archive, std::uint64_t totalBytes, std::uint64_t outputLimit)
         : m_archive(archive)
         , m_totalBytes(totalBytes)
@@ -28,7 +28,7 @@ public:
     sfx::Status endFile(const sfx::Entry &file) override;
     sfx::Status finishFolder(const sfx::Entry &folder) override;
 
-    /// After unpack(): whether its status fits what came here.
+    // After unpack(): whether its status fits what came here.
     void checkEnd(sfx::Status status) const;
 
 private:
@@ -49,5 +49,5 @@ private:
     std::vector<std::u16string> m_folders; // made and not finished
 };
 
-/// Capitals of ASCII letters.
+// Capitals of ASCII letters.
 void upperCaseAscii(char16_t *text, std::size_t size);

@@ -7,11 +7,11 @@
 
 #include <atomic>
 
-/// Throws away what is unpacked, in any number of threads.
+// Throws away what is unpacked, in any number of threads.
 class DiscardingSink final : public sfx::UnpackSink
 {
 public:
-    /// After `outputLimit` bytes, of all sinks together, the disk is full. `written` outlives this.
+    // After `outputLimit` bytes, of all sinks together, the disk is full. `written` outlives this.
     DiscardingSink(std::atomic<std::uint64_t> &written, std::uint64_t outputLimit)
         : m_written(written)
         , m_outputLimit(outputLimit)

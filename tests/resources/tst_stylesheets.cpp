@@ -29,7 +29,7 @@ QByteArray sheet(const QString &theme)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// What Qt says while it applies \a text to the whole program and draws a widget with it.
+// What Qt says while it applies \a text to the whole program and draws a widget with it.
 QStringList messagesOfApplying(const QString &text)
 {
     messages.clear();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t startHeaderSize = k7zStartHeaderSize;
 
-// Windows' attribute bits, and 7-Zip's sign that the upper half holds a Unix file mode.
+// Windows' attribute bits, and 7-Zip's mark that the upper half contains a Unix file mode.
 constexpr std::uint32_t keptAttributes = 0x01 | 0x02 | 0x04 | 0x20;
 constexpr std::uint32_t reparsePoint = 0x400;
 constexpr std::uint32_t unixExtension = 0x8000;
@@ -74,7 +74,7 @@ Status Archive::open(std::uint64_t offset)
     }
     const std::uint64_t headerOffset = readU64(start + 12);
     const std::uint64_t headerSize = readU64(start + 20);
-    // An archive that its packer did not finish has no header; one that is truncated lost it.
+    // An unfinished archive has no header; a truncated one has lost it.
     if (headerSize == 0 || headerOffset > left - sizeof start
         || headerSize > left - sizeof start - headerOffset) {
         return Status::Damaged;

@@ -12,7 +12,7 @@ namespace sfx {
 
 namespace {
 
-// Compares as the file system does.
+// Compares names as the file system does.
 Status sameName(const char16_t *name, std::size_t size, const Text &wanted, UpperCase upperCase,
                 bool &same)
 {

@@ -8,8 +8,9 @@
 
 namespace sfx {
 
-/// Looks at every entry before anything is written: names, kinds, collisions, and that `program` is
-/// a file at the top level. `totalBytes` becomes the size of all files together.
+// Checks every entry before anything is written: names, kinds and collisions. Checks how all solid
+// blocks are packed, and that `program` is a file at the top level. `totalBytes` becomes the size
+// of all files together.
 Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
                      std::uint64_t &totalBytes);
 

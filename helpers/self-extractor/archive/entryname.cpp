@@ -24,13 +24,13 @@ bool equalsIgnoringCase(const char16_t *name, std::size_t size, const char16_t *
     return upper[size] == 0;
 }
 
-// Windows takes the superscript digits of Latin-1 for digits here.
+// Windows treats the superscript digits of Latin-1 as digits here.
 bool isPortDigit(char16_t unit)
 {
     return (unit >= u'0' && unit <= u'9') || unit == 0xb9 || unit == 0xb2 || unit == 0xb3;
 }
 
-// What counts is the name up to its first dot, without the blanks before it.
+// Only the part before the first dot counts, without spaces at its end.
 bool isDevice(const char16_t *name, std::size_t size)
 {
     std::size_t base = 0;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// 7-Zip's header parser calls SzAr_DecodeFolder() for packed headers. Its own decoder works on
-// whole blocks in memory and knows fewer combinations; ours is the one that unpacks the files
-// anyway.
+// 7-Zip's header parser calls SzAr_DecodeFolder() for packed headers. 7-Zip's own function decodes
+// whole solid blocks in memory and supports fewer combinations of methods. This one uses the
+// decoders that unpack the files.
 
 #include "helpers/self-extractor/archive/archive.h"
 #include "helpers/self-extractor/archive/lookstream.h"
@@ -46,7 +46,7 @@ extern "C" SRes SzAr_DecodeFolder(const CSzAr *streams, UInt32 folderIndex, ILoo
     if (got != outSize) {
         return SZ_ERROR_DATA;
     }
-    // Archives always have this one; without it the header would be taken unchecked.
+    // Archives always contain this CRC; without it the header would not be checked.
     return SzBitWithVals_Check(&streams->FolderCRCs, folderIndex)
             && CrcCalc(outBuffer, outSize) == streams->FolderCRCs.Vals[folderIndex]
         ? SZ_OK

@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// In front of each block of HeaderMemory, so that it can be credited when it comes back.
+// Stored before each block of HeaderMemory, so that release() knows the block's size.
 struct alignas(16) Prefix
 {
     std::size_t size;

@@ -9,8 +9,8 @@
 
 namespace sfx {
 
-/// The heap for the tables of an archive's header, up to a budget: the sizes in a header are read
-/// before they can be checked, so a forged one may ask for anything.
+// The heap for the tables of an archive's header, with a maximum. 7-Zip allocates by the sizes in
+// the header before they can be checked, so a forged header may request any amount.
 class HeaderMemory
 {
 public:
@@ -18,13 +18,13 @@ public:
     HeaderMemory(const HeaderMemory &) = delete;
     HeaderMemory &operator=(const HeaderMemory &) = delete;
 
-    /// Valid as long as this object.
+    // Valid while this object exists.
     ISzAllocPtr interface() const { return &m_entry.functions; }
 
 private:
     struct Entry
     {
-        ISzAlloc functions; // first: 7-Zip hands back a pointer to it
+        ISzAlloc functions; // must be first: 7-Zip passes a pointer to it
         HeaderMemory *owner;
     };
 

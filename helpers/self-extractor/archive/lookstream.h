@@ -10,8 +10,8 @@
 
 namespace sfx {
 
-/// A part of a ByteSource in the form that 7-Zip's header parser reads from. Positions count from
-/// the start of the part.
+// A part of a ByteSource, as 7-Zip's header parser needs it. Positions are relative to the start of
+// the part.
 class LookStream
 {
 public:
@@ -19,20 +19,21 @@ public:
     LookStream(const LookStream &) = delete;
     LookStream &operator=(const LookStream &) = delete;
 
-    /// Gets the buffer; false: no memory.
+    // Allocates the buffer. Returns false if there is not enough memory.
     [[nodiscard]] bool allocate();
-    /// Valid as long as this object.
+    // Valid while this object exists.
     ILookInStreamPtr interface() const { return &m_entry.functions; }
 
-    /// The stream behind an interface pointer, and where its position 0 lies in the source.
+    // The stream that an interface pointer belongs to.
     static LookStream &of(ILookInStreamPtr stream);
     ByteSource &source() const { return m_source; }
+    // The offset of position 0 in the source.
     std::uint64_t offset() const { return m_offset; }
 
 private:
     struct Entry
     {
-        ILookInStream functions; // first: 7-Zip hands back a pointer to it
+        ILookInStream functions; // must be first: 7-Zip passes a pointer to it
         LookStream *owner;
     };
 

@@ -17,8 +17,8 @@ void PathSet::add(const char16_t *path, std::size_t size, bool isFolder)
     char16_t *own = m_units.data() + m_used;
     std::memcpy(own, path, size * sizeof(char16_t));
     m_upperCase(own, size);
-    // A separator that sorts before every allowed character puts a folder's content right behind
-    // it.
+    // With a separator that sorts before every allowed character, a folder is directly followed by
+    // its content.
     for (std::size_t i = 0; i < size; ++i) {
         if (own[i] == u'/') {
             own[i] = 1;
@@ -57,7 +57,7 @@ void PathSet::siftDown(std::size_t root, std::size_t end)
     }
 }
 
-// Heap sort: no recursion and no bad case that a forged archive could aim at.
+// Heap sort: it has no recursion, and no bad case that a forged archive could cause.
 void PathSet::sort()
 {
     for (std::size_t root = m_count / 2; root-- > 0;) {

@@ -11,22 +11,22 @@
 
 namespace sfx {
 
-/// Turns a text to upper case in place, the way the file system that is unpacked to does it when it
-/// compares names.
+// Converts a text to upper case in place, as the file system does when it compares names.
 using UpperCase = void (*)(char16_t *text, std::size_t size);
 
-/// All paths of an archive, to find those that would meet in one file: names that differ in case
-/// only, names that come twice, and files that are folders to other entries.
+// All paths of an archive. Finds those that would be the same file on Windows: names that differ
+// only in case, names that occur twice, and files that are folders of other entries.
 class PathSet
 {
 public:
     explicit PathSet(UpperCase upperCase) : m_upperCase(upperCase) {}
 
-    /// Makes room; `totalUnits` counts all paths' UTF-16 units.
+    // Allocates memory for `count` paths with `totalUnits` UTF-16 units together. Returns false if
+    // there is not enough.
     [[nodiscard]] bool allocate(std::size_t count, std::size_t totalUnits);
-    /// Adds a path with `/` between its components. No more than were announced.
+    // Adds a path with `/` between its components. Not more than allocate() was called for.
     void add(const char16_t *path, std::size_t size, bool isFolder);
-    /// Whether any two paths collide. To be called once, after the last add().
+    // Whether any two paths collide. Call it once, after the last add().
     bool collides();
 
 private:

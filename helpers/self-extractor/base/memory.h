@@ -10,12 +10,12 @@
 
 namespace sfx {
 
-/// Memory from the process heap, not initialised; nullptr when there is none.
+// Uninitialised memory from the process heap; nullptr if there is not enough.
 void *allocateMemory(std::size_t size);
-/// Gives memory of allocateMemory() back; nullptr is allowed.
+// Frees memory of allocateMemory(); nullptr is allowed.
 void releaseMemory(void *memory);
 
-/// A fixed-size array on the heap for plain types. Empty until allocate() succeeded.
+// A fixed-size array on the heap for plain types. Empty until allocate() has succeeded.
 template <typename T>
 class Array
 {
@@ -36,7 +36,8 @@ public:
     }
     ~Array() { releaseMemory(m_data); }
 
-    /// Replaces the content by `size` elements of undefined value. False: no memory, now empty.
+    // Replaces the content by `size` elements of undefined value. Returns false if there is not
+    // enough memory; the array is then empty.
     [[nodiscard]] bool allocate(std::size_t size)
     {
         releaseMemory(m_data);
@@ -56,7 +57,7 @@ public:
     T *data() { return m_data; }
     const T *data() const { return m_data; }
     std::size_t size() const { return m_size; }
-    /// Makes the array look shorter; the memory stays.
+    // Reduces the size; the memory stays allocated.
     void shrink(std::size_t size) { m_size = size < m_size ? size : m_size; }
     T &operator[](std::size_t index) { return m_data[index]; }
     const T &operator[](std::size_t index) const { return m_data[index]; }
@@ -66,7 +67,7 @@ private:
     std::size_t m_size = 0;
 };
 
-/// Sole owner of a heap object. As std::unique_ptr, without needing an operator new that throws.
+// Sole owner of a heap object, like std::unique_ptr, but without an operator new that throws.
 template <typename T>
 class Owned
 {
@@ -101,7 +102,7 @@ private:
     T *m_object = nullptr;
 };
 
-/// A new T, or an empty Owned when there is no memory.
+// A new T, or an empty Owned if there is not enough memory.
 template <typename T, typename... Arguments>
 Owned<T> makeOwned(Arguments &&...arguments)
 {

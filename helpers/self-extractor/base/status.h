@@ -7,19 +7,20 @@
 
 namespace sfx {
 
-/// How a step of the self-extractor ended. Everything but Ok means: start nothing, leave nothing.
+// How a step of the self-extractor ended. After anything but Ok, nothing is started and nothing is
+// left behind.
 enum class Status : std::uint8_t {
     Ok,
-    ReadFailed,  ///< the system could not read the executable's own file
-    Damaged,     ///< image, block or archive are not what was packed: truncated, altered
-    Unsupported, ///< a well-formed archive that needs something this module does not have
-    UnsafeName,  ///< an entry's name leads out of the folder, or cannot exist on Windows
+    ReadFailed,  // the system could not read the executable's own file
+    Damaged,     // image, block or archive are not what was packed, but truncated or altered
+    Unsupported, // a well-formed archive that needs something this module does not have
+    UnsafeName,  // an entry's name leads out of the folder, or cannot exist on Windows
     NoMemory,
-    WriteFailed, ///< a file or folder could not be made; the sink knows what the system said
+    WriteFailed, // a file or folder could not be created; the sink knows the error
     DiskFull,
-    Interrupted,    ///< by Ctrl+C, or because the console was closed
-    ProgramMissing, ///< the archive has no file of RunProgram's name at its top level
-    Cancelled,      ///< in the progress window
+    Interrupted,    // by Ctrl+C, or because the console was closed
+    ProgramMissing, // the archive has no file of RunProgram's name at its top level
+    Cancelled,      // by the user, in the progress window
 };
 
 } // namespace sfx

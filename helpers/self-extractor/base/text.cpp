@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// Decodes one character; returns the bytes it took, or 0.
+// Decodes one character. Returns the number of its bytes, or 0 if they are not valid.
 std::size_t decodeOne(const unsigned char *bytes, std::size_t size, char32_t &character)
 {
     static constexpr char32_t least[] = {0, 1, 0x80, 0x800, 0x10000};

@@ -9,21 +9,21 @@
 
 namespace sfx {
 
-/// A zero-terminated UTF-16 text on the heap; the empty text needs no memory.
+// A zero-terminated UTF-16 text on the heap; an empty text needs no memory.
 class Text
 {
 public:
     const char16_t *data() const { return m_size == 0 ? u"" : m_units.data(); }
-    /// Length in UTF-16 units, without the terminator.
+    // Length in UTF-16 units, without the terminator.
     std::size_t size() const { return m_size; }
     bool isEmpty() const { return m_size == 0; }
 
-    /// False: no memory; the text is then empty.
+    // Return false if there is not enough memory; the text is then empty.
     [[nodiscard]] bool assign(const char16_t *units, std::size_t size);
     [[nodiscard]] bool append(const char16_t *units, std::size_t size);
     [[nodiscard]] bool append(const Text &other) { return append(other.data(), other.size()); }
     [[nodiscard]] bool append(const char16_t *zeroTerminated);
-    /// Cuts the text to `size` units; does nothing if it is not longer.
+    // Shortens the text to `size` units; does nothing if it is not longer.
     void truncate(std::size_t size)
     {
         if (size < m_size) {
@@ -37,11 +37,11 @@ private:
     std::size_t m_size = 0;
 };
 
-/// Length of a zero-terminated UTF-16 text in units.
+// Length of a zero-terminated UTF-16 text, in units.
 std::size_t textLength(const char16_t *text);
 
-/// Decodes strict UTF-8: no overlong forms, no surrogates, no zero byte. False: not valid UTF-8, or
-/// no memory.
+// Decodes strict UTF-8: no overlong forms, no surrogates, no zero byte. Returns false if the bytes
+// are not valid UTF-8 or if there is not enough memory.
 [[nodiscard]] bool decodeUtf8(const char *bytes, std::size_t size, Text &text);
 
 } // namespace sfx

@@ -9,8 +9,8 @@
 
 namespace sfx {
 
-/// A lock and the one condition that goes with it, on what the system has: the module has no
-/// runtime library, and the C++ one would bring it.
+// A lock with one condition variable. It uses the system's functions directly, because the module
+// has no runtime library and the C++ ones would need one.
 class Monitor
 {
 public:
@@ -20,13 +20,13 @@ public:
 
     void enter();
     void leave();
-    /// Within the lock: gives it back until somebody calls wake(), or for no reason at all.
+    // Releases the lock and blocks until wake(); may wake spuriously. Call it with the lock held.
     void wait();
     void wake();
 
 private:
 #ifdef _WIN32
-    // SRWLOCK and CONDITION_VARIABLE, which are a pointer each and begin as null.
+    // SRWLOCK and CONDITION_VARIABLE: each is a pointer that is null at first.
     void *m_lock = nullptr;
     void *m_condition = nullptr;
 #else
@@ -35,7 +35,7 @@ private:
 #endif
 };
 
-/// Holds a Monitor's lock as long as it lives.
+// Holds a Monitor's lock while this object exists.
 class Locked
 {
 public:
@@ -48,7 +48,7 @@ private:
     Monitor &m_monitor;
 };
 
-/// A thread that runs one function. To be joined before it goes.
+// A thread that runs one function. Call join() before this object is destroyed.
 class Thread
 {
 public:
@@ -56,13 +56,13 @@ public:
     Thread(const Thread &) = delete;
     Thread &operator=(const Thread &) = delete;
 
-    /// To be called once. False: the system gives no thread.
+    // Call it once. Returns false if the system cannot create a thread.
     [[nodiscard]] bool start(void (*function)(void *), void *argument);
     bool isStarted() const { return m_isStarted; }
     void join();
 
 private:
-    struct Entry; // what the system calls
+    struct Entry; // the function that the system calls
 
     void (*m_function)(void *) = nullptr;
     void *m_argument = nullptr;

@@ -10,7 +10,7 @@ namespace sfx {
 namespace {
 
 constexpr std::size_t bufferSize = 256 * 1024;
-constexpr std::size_t addressBuffer = 64 * 1024; // a multiple of an address
+constexpr std::size_t addressBuffer = 64 * 1024; // a multiple of an address's size
 
 } // namespace
 
@@ -33,14 +33,14 @@ Status Bcj2Stream::open()
     if (!m_buffer.allocate(bufferSize)) {
         return Status::NoMemory;
     }
-    for (unsigned i = 0; i < inputCount; ++i) { // empty, but somewhere: the decoder adds to them
+    for (unsigned i = 0; i < inputCount; ++i) { // empty, but not null: the decoder adds to them
         m_decoder.bufs[i] = m_buffer.data();
         m_decoder.lims[i] = m_buffer.data();
     }
     return Status::Ok;
 }
 
-// Called when the decoder has used up what it got from an input.
+// Called when the decoder has used up an input.
 Status Bcj2Stream::refill(unsigned index)
 {
     Input &input = m_inputs[index];

@@ -9,16 +9,16 @@
 
 namespace sfx {
 
-/// Joins the four streams that the BCJ2 filter splits x86 code into, which are read side by side.
+// Joins the four streams that the BCJ2 filter splits x86 code into.
 class Bcj2Stream final : public Stream
 {
 public:
     static constexpr unsigned inputCount = BCJ2_NUM_STREAMS;
 
-    /// `inputs`: main, calls, jumps, range coder, in this order.
+    // `inputs`: main, calls, jumps, range coder, in this order.
     Bcj2Stream(Owned<Stream> (&inputs)[inputCount], std::uint64_t unpackSize);
 
-    /// To be called once, before next().
+    // Call it once, before next().
     Status open();
     Status next(std::size_t limit, ByteView &bytes) override;
 
@@ -28,7 +28,7 @@ private:
     struct Input
     {
         Owned<Stream> stream;
-        Array<std::uint8_t> addresses; // of the streams of calls and jumps, whole ones
+        Array<std::uint8_t> addresses; // of calls or jumps, whole addresses only
     };
 
     Input m_inputs[inputCount];

@@ -40,7 +40,7 @@ bool isSupported(const CSzCoderInfo &coder, const std::uint8_t *properties)
     }
 }
 
-// The coder that reads this one's output; NumCoders if none does.
+// The coder that reads the output of `coder`; NumCoders if none does.
 unsigned readerOf(const CSzFolder &wiring, unsigned coder)
 {
     for (unsigned i = 0; i < wiring.NumBonds; ++i) {
@@ -57,7 +57,8 @@ unsigned readerOf(const CSzFolder &wiring, unsigned coder)
     return wiring.NumCoders;
 }
 
-// From every coder the way leads to the main one, whose output nobody reads.
+// If there is no circle, the way from every coder leads to the main coder, whose output no coder
+// reads.
 bool hasCircle(const CSzFolder &wiring)
 {
     for (unsigned i = 0; i < wiring.NumCoders; ++i) {

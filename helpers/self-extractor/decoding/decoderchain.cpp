@@ -13,11 +13,11 @@ namespace sfx {
 
 namespace {
 
-// Below, in bytes, a thread gains nothing.
+// A thread for fewer bytes gains nothing.
 constexpr std::uint64_t leastReadAhead = 512 * 1024;
 constexpr unsigned noCoder = 0xffffffff;
 
-/// A coder graph, and the coder that runs in another thread.
+// A coder graph, and the coder that runs in another thread.
 struct AheadGraph : CoderGraph
 {
     unsigned aheadCoder = noCoder;
@@ -25,7 +25,7 @@ struct AheadGraph : CoderGraph
 
 Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &result);
 
-// Some take the coder's property bytes.
+// Opens a new stream, with the coder's property bytes if it takes any.
 template <typename Stage, typename... Arguments>
 Status openStage(Owned<Stage> stage, Owned<Stream> &result, Arguments... arguments)
 {
@@ -88,8 +88,8 @@ Status openBcj2(const AheadGraph &graph, unsigned firstInput, std::uint64_t unpa
     return openStage(makeOwned<Bcj2Stream>(inputs, unpackSize), result);
 }
 
-// The recursion ends: a coder's output is used once at most, and the main coder's never (checked
-// when the graph is read), so the wiring seen from the main coder is a tree of four at most.
+// The recursion ends: a coder's output is used at most once, and the main coder's never (checked
+// when the graph is read). Seen from the main coder, the graph is a tree of at most four coders.
 Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &result)
 {
     const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
@@ -127,7 +127,8 @@ Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &re
     }
 }
 
-// The one that costs the most time: the others go well beside the writing of files.
+// The decoder with the most output takes the most time. The others are fast enough beside the
+// writing of files.
 unsigned chooseAheadCoder(const AheadGraph &graph)
 {
     unsigned chosen = noCoder;

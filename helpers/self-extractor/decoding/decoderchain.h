@@ -8,8 +8,9 @@
 
 namespace sfx {
 
-/// Builds the stages that decode one solid block. `readsAhead`: the costliest stage runs in another
-/// thread. Unsupported: a method or a wiring that this module does not have.
+// Builds the chain of streams that decodes one solid block. If `readsAhead`, its most expensive
+// decoder runs in another thread. Unsupported: this module does not have a method or cannot connect
+// the coders in this way.
 Status openDecoderChain(const CoderGraph &graph, bool readsAhead, Owned<Stream> &result);
 
 } // namespace sfx

@@ -7,7 +7,7 @@
 
 namespace sfx {
 
-/// The process heap in the form that 7-Zip's decoders take.
+// The process heap, as 7-Zip's decoders need it.
 extern const ISzAlloc decoderMemory;
 
 } // namespace sfx

@@ -42,7 +42,7 @@ struct Filter
 {
     std::uint32_t method;
     FilterStream::Convert convert;
-    std::uint32_t pcMask; // bits that a start address may not have; ~0: no start address is taken
+    std::uint32_t pcMask; // bits that must be 0 in a start address; ~0: it takes no start address
 };
 
 constexpr Filter filters[] = {
@@ -81,7 +81,7 @@ Status FilterStream::open(std::uint32_t method, const std::uint8_t *properties, 
     return Status::Unsupported;
 }
 
-// Moves the unconverted tail to the front, fills up after it, and converts what it can.
+// Moves the unconverted rest to the front, appends more input, and converts as much as possible.
 Status FilterStream::refill()
 {
     std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
@@ -100,7 +100,7 @@ Status FilterStream::refill()
         m_state.pc += static_cast<std::uint32_t>(m_converted);
     }
     if (m_converted == 0) {
-        m_converted = m_end; // the tail that is too short for an instruction stays as it is
+        m_converted = m_end; // a rest too short for an instruction stays unchanged
     }
     return Status::Ok;
 }

@@ -7,13 +7,13 @@
 
 namespace sfx {
 
-/// Undoes one of the reversible filters that a packer applies before LZMA: the branch converters of
-/// the processor families, and Delta.
+// Undoes one of the reversible filters that a packer applies before LZMA: Delta, and the branch
+// converters for various processors.
 class FilterStream final : public Stream
 {
 public:
-    /// Undoes the filter in place for as many bytes as it can, at most `size`; returns how many.
-    /// `pc` counts the bytes since the start of the stream, `state` is zero at first.
+    // Undoes the filter in place for as many of the `size` bytes as possible; returns their number.
+    // `pc` counts the bytes since the start of the stream; the other members are zero at first.
     struct State
     {
         std::uint32_t pc = 0;
@@ -25,7 +25,7 @@ public:
 
     explicit FilterStream(Owned<Stream> input) : m_input(std::move(input)) {}
 
-    /// Chooses the filter by 7-Zip's method number. To be called once, before next().
+    // Chooses the filter by 7-Zip's method number. Call it once, before next().
     Status open(std::uint32_t method, const std::uint8_t *properties, std::size_t size);
     Status next(std::size_t limit, ByteView &bytes) override;
 
@@ -36,9 +36,9 @@ private:
     Convert m_convert = nullptr;
     State m_state;
     Array<std::uint8_t> m_buffer;
-    std::size_t m_begin = 0; // converted and not yet given out: begin to converted
+    std::size_t m_begin = 0; // begin to converted: converted, but not yet handed out
     std::size_t m_converted = 0;
-    std::size_t m_end = 0; // read and not yet convertible: converted to end
+    std::size_t m_end = 0; // converted to end: read, but not yet convertible
 };
 
 } // namespace sfx

@@ -54,7 +54,7 @@ Status LzmaWindowStream::next(std::size_t limit, ByteView &bytes)
         std::size_t consumed = m_packed.size;
         const SRes result = decode(begin + wanted, m_packed.data, consumed);
         m_packed = {m_packed.data + consumed, m_packed.size - consumed};
-        // Without progress the packed data has ended too early, or has an end mark too early.
+        // No progress: the packed data ends too early, or contains an end mark too early.
         if (result != SZ_OK || (m_decoder.dicPos == begin && consumed == 0)) {
             return Status::Damaged;
         }
@@ -80,7 +80,7 @@ Status LzmaStream::open(const std::uint8_t *properties, std::size_t size, std::u
     if (size != LZMA_PROPS_SIZE) {
         return Status::Unsupported;
     }
-    // Nothing refers to what is before the stream, so a window for all of it is enough.
+    // Matches never refer to bytes before the stream, so a window for the whole stream is enough.
     const std::uint64_t dictionary
         = std::max(std::min<std::uint64_t>(readU32(properties + 1), m_left), leastDictionary);
     if (dictionary > maxDictionarySize) {

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-/// 7-Zip's numbers for what a stage does (7-Zip, DOC/Methods.txt).
+// 7-Zip's numbers of the methods (7-Zip, DOC/Methods.txt).
 namespace sfx::method {
 
 constexpr std::uint32_t Copy = 0;

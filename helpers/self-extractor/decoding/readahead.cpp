@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// Small enough to be in the processor's cache still when they are read.
+// Small enough to be still in the processor's cache when it is read.
 constexpr std::size_t pieceSize = 256 * 1024;
 
 } // namespace
@@ -36,13 +36,13 @@ void ReadAhead::run(void *self)
     }
 }
 
-// Of the window, in bytes.
+// Free bytes in the window.
 std::size_t ReadAhead::freeSpace() const
 {
     return m_input->windowSize() - static_cast<std::size_t>(m_decoded - m_read);
 }
 
-// In the thread. False: nothing more is to be done.
+// Runs in the thread. Returns false if there is nothing more to do.
 bool ReadAhead::decodePiece()
 {
     std::size_t limit = 0;

@@ -8,22 +8,21 @@
 
 namespace sfx {
 
-/// Lets a decoder run in a thread of its own, ahead of whoever reads, who filters, checks and writes
-/// meanwhile. Nothing is copied: the decoder may be ahead by as much as its window holds. What is
-/// read is the same, errors included; they come behind the bytes that were good. Where there is no
-/// thread to be had, it just passes calls on.
+// Runs a decoder on its own thread while the caller filters, checks and writes. Nothing is copied:
+// the decoder may be ahead by as much as its window holds. Errors are reported after all good
+// bytes. Without a thread it calls the decoder directly.
 class ReadAhead final : public Stream
 {
 public:
-    /// A window that holds less, in bytes, makes the two wait for each other.
+    // With a smaller window, in bytes, the two threads would often wait for each other.
     static constexpr std::uint64_t usefulWindow = 4 * 1024 * 1024;
 
-    /// `input` has been opened.
+    // `input` has been opened before.
     explicit ReadAhead(Owned<WindowStream> input) : m_input(std::move(input)) {}
-    /// Waits for the thread, which ends after the call of the decoder that it is in.
+    // Waits for the thread, which ends after its current call of the decoder.
     ~ReadAhead() override;
 
-    /// To be called once, before next().
+    // Call it once, before next().
     Status open();
     Status next(std::size_t limit, ByteView &bytes) override;
 
@@ -32,17 +31,17 @@ private:
     bool decodePiece();
     std::size_t freeSpace() const;
 
-    Owned<WindowStream> m_input; // the thread's, once it runs
+    Owned<WindowStream> m_input; // used by the thread only, once it runs
     Thread m_thread;
 
-    Monitor m_monitor;           // for all that follows, but for m_given
-    std::uint64_t m_decoded = 0; // bytes, since the beginning
-    std::uint64_t m_read = 0;    // those of them that nobody looks at any more
+    Monitor m_monitor;           // protects the members below, except m_given
+    std::uint64_t m_decoded = 0; // bytes decoded since the beginning
+    std::uint64_t m_read = 0;    // bytes that the reader has finished with
     bool m_isCancelled = false;
     bool m_hasEnded = false;
-    Status m_status = Status::Ok; // how it has ended
+    Status m_status = Status::Ok; // the status at the end
 
-    std::size_t m_given = 0; // bytes that the reader still looks at
+    std::size_t m_given = 0; // bytes that the reader may still be using
 };
 
 } // namespace sfx

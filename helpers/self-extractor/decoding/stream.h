@@ -12,30 +12,30 @@
 
 namespace sfx {
 
-/// Some bytes that belong to somebody else.
+// Bytes that belong to another object.
 struct ByteView
 {
     const std::uint8_t *data = nullptr;
     std::size_t size = 0;
 };
 
-/// One stage of decoding, read from its far end: whoever wants bytes pulls them, and the stage
-/// pulls what it needs from the stages that it owns. Each hands out its own memory, so that nothing
-/// is copied which no stage changes; that memory bounds what a chain of stages takes.
+// One stage of decoding. The reader asks a stage for bytes, and the stage asks the stages that it
+// owns. Each stage hands out its own memory, so bytes are copied only where a stage changes them. A
+// chain never takes more than the memory of its stages.
 class Stream
 {
 public:
     virtual ~Stream() = default;
 
-    /// The next bytes, at most `limit`; none only at the end of the stream (or for a limit of 0). They
-    /// are the stream's, and stay as they are until the next call.
+    // Returns the next bytes, at most `limit`. There are none only at the end of the stream, or if
+    // `limit` is 0. They belong to the stream and stay valid until the next call.
     [[nodiscard]] virtual Status next(std::size_t limit, ByteView &bytes) = 0;
 };
 
-/// Copies until `data` is full or the stream has ended.
+// Copies bytes until `data` is full or the stream has ended. `got` becomes their number.
 Status readFully(Stream &stream, std::uint8_t *data, std::size_t size, std::size_t &got);
 
-/// A range of the executable as a stream.
+// A range of the executable, as a stream.
 class RangeStream final : public Stream
 {
 public:
@@ -46,7 +46,7 @@ public:
     {
     }
 
-    /// To be called once, before next().
+    // Call it once, before next().
     Status open();
     Status next(std::size_t limit, ByteView &bytes) override;
 

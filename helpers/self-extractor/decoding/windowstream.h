@@ -7,11 +7,11 @@
 
 namespace sfx {
 
-/// A decoder that writes into a window, round and round, and hands out what it has written there.
-///
-/// What next() has handed out stays as it is until so many bytes were handed out from its beginning
-/// on as the window holds, and may be read meanwhile by another thread. Its place in the window is
-/// the number of bytes that were handed out before it, modulo the size of the window.
+// A decoder that writes into a circular window and hands out what it has written there.
+//
+// Bytes stay valid until a whole window more has been handed out; another thread may read them.
+// Their position in the window is the number of bytes that were handed out before them, modulo the
+// size of the window.
 class WindowStream : public Stream
 {
 public:

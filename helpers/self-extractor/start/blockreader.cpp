@@ -12,7 +12,7 @@ namespace sfx {
 
 namespace {
 
-/// A piece of the block's bytes; borrowed.
+// A part of the block's bytes, which belong to the caller.
 struct Slice
 {
     const char *data = nullptr;
@@ -24,7 +24,8 @@ struct Slice
     }
 };
 
-// The keys that the packer writes. Those without a member here are read for their form only.
+// The keys that the packer writes. Those without a member in ConfigBlock are only checked for their
+// form.
 enum Key {
     Title,
     BeginPrompt,
@@ -40,7 +41,7 @@ enum Key {
 constexpr const char *keyNames[KeyCount] = {"Title",       "BeginPrompt", "Progress", "RunProgram",
                                             "InstallPath", "GUIMode",     "Silent",   "Overwrite"};
 
-// Takes the next line off `rest`; false when no line end is left.
+// Removes the next line from `rest`. Returns false if there is no further line end.
 bool takeLine(Slice &rest, Slice &line)
 {
     const void *found = rest.size == 0 ? nullptr : std::memchr(rest.data, '\n', rest.size);
@@ -104,8 +105,8 @@ bool readValues(Slice &rest, Slice (&values)[KeyCount])
     return false;
 }
 
-// `%%T\name`. A name that leads elsewhere is an attack; one that Windows merely cannot hold comes
-// from an oddly named program, which deserves to run.
+// Reads `%%T\name`. A name that leads out of the private folder is an attack. A name that Windows
+// merely does not allow comes from a program with an unusual name, which should run.
 bool readFolderName(const Slice &installPath, Text &folder)
 {
     constexpr char prefix[] = "%%T\\";

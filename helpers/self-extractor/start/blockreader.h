@@ -9,30 +9,31 @@
 
 namespace sfx {
 
-/// What the configuration block between the module and the archive says.
-///
-/// The block is UTF-8 text: the line `;!@Install@!UTF-8!`, lines `Key="value"`, and the line
-/// `;!@InstallEnd@!`. Nothing is escaped: a value runs from the first to the last quote of its
-/// line. Unknown keys are passed over, a known key may come once.
+// The content of the configuration block between the module and the archive.
+//
+// The block is UTF-8 text: the line `;!@Install@!UTF-8!`, lines `Key="value"`, and the line
+// `;!@InstallEnd@!`. There is no escaping: a value is everything between the first and the last
+// quote of its line. Unknown keys are ignored; a known key may occur once.
 struct ConfigBlock
 {
-    Text title;            ///< Title: heads the message boxes; may be empty
-    Text runProgram;       ///< RunProgram: a file name, never empty
-    Text folderName;       ///< the folder behind `%%T\` of InstallPath: one safe name
-    bool silent = false;   ///< Silent="1": show no box, whatever happens
-    bool progress = false; ///< Progress="yes": show how far unpacking is, if it takes a while
+    Text title;            // Title: title of the message boxes; may be empty
+    Text runProgram;       // RunProgram: a file name, never empty
+    Text folderName;       // InstallPath: the part after `%%T\`, one safe name
+    bool silent = false;   // Silent="1": never show a message box
+    bool progress = false; // Progress="yes": show progress if unpacking takes a while
 };
 
-/// Longest block that is read, both marker lines included, in bytes.
+// Longest block that is read, including both marker lines, in bytes.
 constexpr std::size_t maxBlockSize = 64 * 1024;
 
-/// Reads a block that starts at `data`. `size` may reach beyond it; `blockSize` becomes the length
-/// including the line end behind the end marker. Damaged: no block, or one that is not as above.
+// Reads the block that starts at `data`. There may be other bytes after it. `blockSize` becomes its
+// length, including the line end after the end marker. Damaged: there is no block, or it is not as
+// described above.
 Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
                         std::size_t &blockSize);
 
-/// Finds and reads the block behind the executable image. `archiveOffset` becomes the offset of the
-/// first byte behind it.
+// Finds and reads the block after the executable image. `archiveOffset` becomes the offset of the
+// first byte after the block.
 Status readConfigBlock(ByteSource &source, ConfigBlock &block, std::uint64_t &archiveOffset);
 
 } // namespace sfx

@@ -8,9 +8,9 @@
 
 namespace sfx {
 
-/// Finds where the executable image ends in its file: behind the last byte that a section has on
-/// disk, by the section table (Microsoft PE/COFF specification, "Section Table"). What was appended
-/// to the image begins there, whatever a resource editor has done to the image meanwhile.
+// Finds the end of the executable image in its file: the end of the last section on disk, by the
+// section table (Microsoft PE/COFF specification, "Section Table"). Appended data begins there,
+// even if a resource editor has changed the image.
 Status findImageEnd(ByteSource &source, std::uint64_t &end);
 
 } // namespace sfx

@@ -7,18 +7,19 @@
 
 namespace sfx {
 
-/// What a private folder's name is made of, so that two of them are never the same.
+// Number of random bytes in a private folder's name; they make each name unique.
 constexpr std::size_t privateNameBytes = 10;
 
-/// Behind the folder's name: the name of the lock file beside it.
+// The lock file has the folder's name with this suffix and lies beside the folder.
 constexpr const char16_t *lockSuffix = u".lock";
-/// Every lock file's name matches this; so may others.
+// Matches the name of every lock file, and maybe others.
 constexpr const char16_t *lockPattern = u"kp-*.lock";
 
-/// "kp-" and the bytes in hexadecimal digits. False: no memory.
+// Sets `name` to "kp-" and the bytes in hexadecimal digits. Returns false if there is not enough
+// memory.
 [[nodiscard]] bool makePrivateName(const unsigned char (&random)[privateNameBytes], Text &name);
 
-/// Whether a file's name is exactly that of a private folder's lock file.
+// Whether this is the name of a private folder's lock file.
 bool isLockName(const char16_t *name);
 
 } // namespace sfx

@@ -34,7 +34,7 @@ bool appendSize(Text &text, std::uint64_t bytes)
     if (megas < 1024) {
         return appendNumber(text, megas == 0 ? 1 : megas) && text.append(u" MB");
     }
-    // The rest alone is multiplied, which cannot overflow.
+    // Only the remainder is multiplied, which cannot overflow.
     const std::uint64_t tenths = bytes / giga * 10 + dividedUp(bytes % giga * 10, giga);
     return appendNumber(text, tenths / 10) && text.append(u".") && appendNumber(text, tenths % 10)
         && text.append(u" GB");

@@ -22,7 +22,7 @@ bool folderOf(const Text &path, Text &folder)
     while (size > 0 && path.data()[size - 1] != u'\\') {
         --size;
     }
-    // "C:" alone would be the drive's current folder.
+    // "C:" without the backslash would be the drive's current folder.
     const bool isRoot = size >= 2 && path.data()[size - 2] == u':';
     return folder.assign(path.data(), size == 0 || isRoot ? size : size - 1);
 }

@@ -7,12 +7,12 @@
 
 namespace sfx {
 
-/// The form of an absolute path that has no length limit: `\\?\C:\...` or `\\?\UNC\...`. False: no
-/// memory.
+// Converts an absolute path to the form without a length limit: `\\?\C:\...` or `\\?\UNC\...`.
+// Returns false if there is not enough memory.
 [[nodiscard]] bool toExtendedPath(const Text &path, Text &extended);
 
-/// The folder that an absolute path's file is in; without a separator at its end, unless it is a
-/// drive's root (`C:\`). False: no memory.
+// The folder that contains the file of an absolute path, without a separator at its end, except for
+// a drive's root (`C:\`). Returns false if there is not enough memory.
 [[nodiscard]] bool folderOf(const Text &path, Text &folder);
 
 } // namespace sfx

@@ -23,7 +23,7 @@ constexpr std::uint64_t leastWork = 1024 * 1024;
 // What is decoded and written at a time.
 constexpr std::size_t pieceSize = 256 * 1024;
 
-/// The threads and what they share: the number of the next solid block, and the first failure.
+// The threads and their common data: the number of the next solid block, and the first failure.
 class UnpackThreads
 {
 public:
@@ -51,12 +51,12 @@ private:
 
     const Archive &m_archive;
     UnpackSink &m_sink;
-    std::uint32_t m_solidBlocks = 0;       // that have content
-    std::uint64_t m_largestWindow = 0;     // that one of them needs
-    std::uint64_t m_leastReadAhead = 0;    // solid blocks of this size have a processor to spare
-    std::atomic<std::uint32_t> m_next = 0; // the next solid block that no thread has begun
+    std::uint32_t m_solidBlocks = 0;       // number of those with content
+    std::uint64_t m_largestWindow = 0;     // of all solid blocks, in bytes
+    std::uint64_t m_leastReadAhead = 0;    // smaller solid blocks do not read ahead
+    std::atomic<std::uint32_t> m_next = 0; // the next solid block to be unpacked
     std::atomic<bool> m_stops = false;
-    Monitor m_monitor; // for the status
+    Monitor m_monitor; // protects the status
     Status m_status = Status::Ok;
 };
 
@@ -103,7 +103,8 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
         return measured;
     }
     const unsigned threads = countThreads(totalBytes, limits);
-    // Otherwise only a large solid block reads ahead: its decoder is still busy when the others are done.
+    // Without a processor to spare, only a large solid block reads ahead: its decoder is still busy
+    // when the others have finished.
     const bool hasSpare = threads == 1 || 2 * threads <= limits.threads;
     m_leastReadAhead = hasSpare ? 0 : totalBytes / limits.threads;
     Helper helpers[maxUnpackThreads - 1];

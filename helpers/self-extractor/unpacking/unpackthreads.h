@@ -7,20 +7,20 @@
 
 namespace sfx {
 
-/// What unpacking may take from the machine.
+// Limits of unpacking.
 struct UnpackLimits
 {
-    unsigned threads = 1;                ///< maximum number of threads
-    std::uint64_t memory = 256ull << 20; ///< for all decoders and their buffers, in bytes
+    unsigned threads = 1;                // maximum number of threads
+    std::uint64_t memory = 256ull << 20; // for all decoders and their buffers, in bytes
 };
 
-/// More threads gain nothing: the disk is the limit then.
+// With more threads nothing is gained: by then the disk is the limit.
 constexpr unsigned maxUnpackThreads = 8;
 
-/// Unpacks all files that have content and checks each file's CRC. Every solid block is decoded by
-/// one thread; several solid blocks are decoded at the same time, as far as the limits and the sink
-/// allow. The first failure stops all threads and is returned. One decoder always runs, even if it
-/// needs more memory than `limits.memory`.
+// Unpacks all files that have content and checks each file's CRC. Every solid block is decoded by
+// one thread; several solid blocks are decoded at the same time, as far as the limits and the sink
+// allow. The first failure stops all threads and is returned. One decoder always runs, even if it
+// needs more memory than `limits.memory`.
 Status unpackSolidBlocks(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
                          const UnpackLimits &limits);
 

@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// Redirected handles stay as they are; the others become the console's.
+// Redirected handles stay unchanged; missing ones become the console's.
 void fillStandardHandle(DWORD which, const wchar_t *device)
 {
     const HANDLE present = GetStdHandle(which);

@@ -8,8 +8,9 @@ namespace sfx {
 class Job;
 
 // Windows kills a console process five seconds after its console closes. While this object exists,
-// closing the console first detaches the processes of `job` from this one, so GUI programs keep
-// running, as they would without the module. Windows itself ends the programs in the console.
+// the processes of `job` are detached from this process when the console closes, so GUI programs
+// keep running, as they would without the module. Programs in the console are ended by Windows
+// itself.
 class DetachJobOnClose
 {
 public:
@@ -19,7 +20,7 @@ public:
     ~DetachJobOnClose();
 };
 
-// Detaches the processes of the job for which a DetachJobOnClose exists. May be called by any thread.
+// Detaches the processes of the job that a DetachJobOnClose exists for. Any thread may call it.
 void detachRunningJob();
 
 } // namespace sfx

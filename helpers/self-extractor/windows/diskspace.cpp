@@ -9,7 +9,7 @@ namespace sfx {
 
 namespace {
 
-// winerror.h: the user's share of the disk is used up. MinGW's headers do not have it.
+// winerror.h: the user's share of the disk is used up. MinGW's headers do not define it.
 constexpr DWORD quotaExceeded = 1295;
 
 } // namespace

@@ -10,11 +10,11 @@
 
 namespace sfx {
 
-/// Whether this is what the system says when a disk, or the user's share of it, is full.
+// Whether this error means that the disk, or the user's share of it, is full.
 bool isDiskFull(DWORD error);
 
-/// How many of the bytes that are needed on the folder's disk are not free there for the user; 0
-/// too where the system does not tell, as for some network drives.
+// How many of the `needed` bytes are not available to the user on the folder's disk. Also 0 if the
+// system does not know, as for some network drives.
 std::uint64_t missingSpace(const Text &folder, std::uint64_t needed);
 
 } // namespace sfx

@@ -7,10 +7,11 @@
 
 namespace sfx {
 
-/// Puts into this process' environment, for the program to inherit, where it comes from:
-/// KESTRELPACK_EXE (the outer file), KESTRELPACK_EXE_DIR (its folder), KESTRELPACK_DIR (the folder
-/// that the application was unpacked into) and KESTRELPACK_CWD (the caller's working folder). All
-/// are absolute. False: GetLastError() tells why.
+// Sets environment variables that tell the program where it comes from: KESTRELPACK_EXE (the
+// produced file), KESTRELPACK_EXE_DIR (its folder), KESTRELPACK_DIR (the folder that the
+// application was unpacked into) and KESTRELPACK_CWD (the caller's working folder). All paths are
+// absolute. The program inherits them from this process. Returns false on failure, with the reason
+// in GetLastError().
 [[nodiscard]] bool setProgramEnvironment(const Text &executable, const Text &application);
 
 } // namespace sfx

@@ -9,13 +9,13 @@
 
 namespace sfx {
 
-/// The running executable's own file.
+// The file of the running executable.
 class Executable final : public ByteSource
 {
 public:
-    /// False: it cannot be opened; GetLastError() tells why.
+    // Returns false if it cannot be opened, with the reason in GetLastError().
     [[nodiscard]] bool open();
-    /// The file's full path; empty before open().
+    // The file's full path; empty before open().
     const Text &path() const { return m_path; }
 
     bool readAt(std::uint64_t offset, void *data, std::size_t size) override;

@@ -11,16 +11,16 @@
 
 namespace sfx {
 
-/// Why nothing was started: what was being done, and what the system said to it, read at once.
+// Why no program was started: the step that failed, and the system's error, read immediately.
 struct Failure
 {
     ExitCode code = ExitCode::Damaged;
-    unsigned long systemError = 0;  ///< of GetLastError(); 0: the system was not asked
-    std::uint64_t missingBytes = 0; ///< room that is missing on the disk; 0: not known
-    Text subject;                   ///< the file it is about; may be empty
+    unsigned long systemError = 0;  // from GetLastError(); 0: it was not a system call
+    std::uint64_t missingBytes = 0; // missing space on the disk; 0: not known
+    Text subject;                   // the file or folder concerned; may be empty
 };
 
-/// The exit code that stands for a status; not for Ok.
+// The exit code for a status other than Ok.
 ExitCode exitCodeOf(Status status);
 
 } // namespace sfx

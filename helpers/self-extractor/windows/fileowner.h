@@ -7,10 +7,9 @@
 
 namespace sfx {
 
-/// Whether two files or folders have one owner; the handles need READ_CONTROL. Compared with a file
-/// that this process has just made, it tells what a process with the same rights has made: with an
-/// administrator's rights the owner is the group of these, so such a process does not take for its
-/// own what one with fewer rights has prepared. File systems without owners say "everyone".
+// True if both have the same owner SID; the handles need READ_CONTROL. An elevated process owns its
+// files as Administrators, so it does not trust files that an unelevated one created. File systems
+// without owners report "everyone".
 bool haveSameOwner(HANDLE one, HANDLE other);
 
 } // namespace sfx

@@ -14,7 +14,7 @@ namespace {
 // Smaller files are written in one piece anyway.
 constexpr std::uint64_t leastPreallocated = 1024 * 1024;
 
-// Neither is worth failing for: the program runs without them.
+// Failures are ignored: the program runs without them.
 void setTimeAndAttributes(HANDLE file, const Entry &entry)
 {
     FILE_BASIC_INFO info = {};
@@ -25,8 +25,8 @@ void setTimeAndAttributes(HANDLE file, const Entry &entry)
     SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
 }
 
-// Gives the file its final length, which keeps it in one piece and finds a full disk early. Not all
-// file systems can do it.
+// Gives the file its final length, which avoids fragments and finds a full disk early. Not all file
+// systems support it.
 bool preallocate(HANDLE file, std::uint64_t size)
 {
     FILE_END_OF_FILE_INFO info = {};
@@ -43,7 +43,8 @@ Status FileSink::fail()
     const Locked lock(m_common.monitor);
     if (m_common.error == 0) {
         m_common.error = error;
-        // What follows the folder, the separator included; without it the message says less.
+        // The part after the folder, with the separator. Without memory for it the message says
+        // less.
         static_cast<void>(
             m_common.failedPath.append(m_folder)
             && m_common.failedPath.append(m_path.data() + m_base - 1, m_path.size() - m_base + 1));
@@ -87,7 +88,7 @@ bool FileSink::createFolder()
     return CreateDirectoryW(wide(m_path.data()), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
-// Makes the folders above the current path, from the application's folder down.
+// Creates the folders above the current path, starting inside the application's folder.
 bool FileSink::makeParents()
 {
     char16_t *path = const_cast<char16_t *>(m_path.data());
@@ -156,7 +157,7 @@ Status FileSink::write(const std::uint8_t *data, std::size_t size)
         if (!WriteFile(m_file.get(), data, piece, &written, nullptr)) {
             return fail();
         }
-        if (written == 0) { // some file systems say it this way
+        if (written == 0) { // some file systems report a full disk like this
             SetLastError(ERROR_DISK_FULL);
             return fail();
         }

@@ -11,20 +11,20 @@
 
 namespace sfx {
 
-/// Writes what is unpacked below a folder. Every file must be new.
+// Writes unpacked entries into a folder. Every file must be new.
 class FileSink final : public UnpackSink
 {
 public:
-    /// `folder` is an existing folder, without a separator at its end.
+    // `folder` is an existing folder, without a separator at its end.
     explicit FileSink(const Text &folder) : m_folder(folder), m_common(m_own) {}
 
-    /// What the system said to the step that failed first, here or in another sink for the same place;
-    /// 0 if it was not the system. This and the next ones are to be asked of the first sink, when all
-    /// have come to an end.
+    // The system's error in the step that failed first, in this sink or another one for the same
+    // folder; 0 if no system call failed. Ask this and the next two of the first sink, after all
+    // sinks have finished.
     unsigned long systemError() const { return m_common.error; }
-    /// Room that the disk lacked for all that was still to be written; 0: not known.
+    // Disk space that was missing for everything that was still to be written; 0: not known.
     std::uint64_t missingBytes() const { return m_common.missing; }
-    /// The path of what it is about, as people know it; may be empty.
+    // The file or folder that failed, as users know it; may be empty.
     const Text &failedPath() const { return m_common.failedPath; }
 
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
@@ -36,11 +36,11 @@ public:
     Owned<UnpackSink> another() override;
 
 private:
-    /// What all sinks for one place share.
+    // What all sinks for one folder share.
     struct Common
     {
         std::atomic<std::uint64_t> left = 0; // bytes that are still to be written
-        Monitor monitor;                     // for the rest
+        Monitor monitor;                     // protects the members below
         std::uint64_t missing = 0;
         unsigned long error = 0;
         Text failedPath;
@@ -56,7 +56,7 @@ private:
 
     const Text &m_folder;
     Text m_path;            // of the current entry, in extended form
-    std::size_t m_base = 0; // where the entry's own path begins in it
+    std::size_t m_base = 0; // where the entry's path begins in it
     Handle m_file;
     Common m_own;
     Common &m_common; // the first sink's

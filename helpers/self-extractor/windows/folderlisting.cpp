@@ -7,7 +7,7 @@ namespace sfx {
 
 bool FolderListing::open(const Text &path)
 {
-    // Not shared for deleting, which renaming is to Windows.
+    // Not shared for deleting, so that nobody can rename the folder.
     m_folder.reset(CreateFileW(wide(path.data()), FILE_LIST_DIRECTORY | READ_CONTROL,
                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));

@@ -8,21 +8,22 @@
 
 namespace sfx {
 
-/// What is in a folder, one entry after the other. As long as it is open, the folder can neither be
-/// renamed nor replaced by a link.
+// Lists the entries of a folder. While it is open, the folder can neither be renamed nor replaced
+// by a link.
 class FolderListing
 {
 public:
-    /// `path` is in extended form. False: it cannot be opened, or is a link and no folder.
+    // `path` is in extended form. Returns false if it cannot be opened, or is a link, or is not a
+    // folder.
     [[nodiscard]] bool open(const Text &path);
-    /// False: nothing more. `name` is valid until the next call.
+    // Returns false if there are no more entries. `name` is valid until the next call.
     bool next();
     void close() { m_folder.reset(); }
-    /// With READ_CONTROL.
+    // The folder's handle, with READ_CONTROL.
     HANDLE handle() const { return m_folder.get(); }
 
     const char16_t *name() const { return reinterpret_cast<const char16_t *>(m_entry->FileName); }
-    /// In UTF-16 units; the name is not zero-terminated.
+    // In UTF-16 units; the name is not zero-terminated.
     std::size_t nameSize() const { return m_entry->FileNameLength / sizeof(char16_t); }
     DWORD attributes() const { return m_entry->FileAttributes; }
 

@@ -7,11 +7,11 @@ namespace sfx {
 
 namespace {
 
-// Messages of a job may get lost (Microsoft, JOBOBJECT_ASSOCIATE_COMPLETION_PORT): the processes
-// are counted this often without one, in milliseconds.
+// A job's messages may get lost (Microsoft, JOBOBJECT_ASSOCIATE_COMPLETION_PORT). Without one, the
+// processes are counted at this interval, in milliseconds.
 constexpr DWORD countInterval = 1000;
 
-// winbase.h has it for Windows 10 only, and the module runs on earlier ones too.
+// winbase.h defines it for Windows 10 only, and the module also runs on earlier versions.
 constexpr DWORD_PTR jobListAttribute = 0x2000d;
 
 } // namespace
@@ -56,7 +56,7 @@ void Job::waitUntilEmpty()
     if (activeProcesses() == 0) {
         return;
     }
-    // Only now, so that the messages of the hours before have not piled up.
+    // Only now, so that no messages have accumulated while the program ran.
     const Handle port(CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 1));
     JOBOBJECT_ASSOCIATE_COMPLETION_PORT association = {};
     association.CompletionPort = port.get();

@@ -7,20 +7,20 @@
 
 namespace sfx {
 
-/// The program and all that it starts. When this object goes, or the process that holds it is
-/// ended, every process in the job ends too. A process that is started with
-/// CREATE_BREAKAWAY_FROM_JOB leaves it, as its maker wants.
+// A job object for the program and all processes that it starts. When this object is destroyed, or
+// this process ends, every process in the job ends. A process started with
+// CREATE_BREAKAWAY_FROM_JOB is not in the job, as its creator wants.
 class Job
 {
 public:
-    /// False: the system gives no job.
+    // Returns false if the system cannot create a job.
     [[nodiscard]] bool create();
-    /// Puts a process into the job, best before its first instruction. False: it cannot be put
-    /// there, since it is in another job that allows no further one.
+    // Puts a process into the job, if possible before its first instruction. Returns false if it is
+    // already in another job that does not allow this.
     bool add(HANDLE process);
-    /// Waits until no process is left in the job; returns at once if there was none.
+    // Waits until no process is left in the job. Returns at once if there is none.
     void waitUntilEmpty();
-    /// The processes no longer end with this one. From any thread.
+    // From now on the processes do not end when this one does. Any thread may call it.
     void detachProcesses();
     HANDLE handle() const { return m_job.get(); }
 
@@ -31,12 +31,12 @@ private:
     Handle m_job;
 };
 
-/// For CreateProcessW: the process is in the job from its making on, so that there is no moment at
-/// which the end of this process would leave it behind. Windows 10 and later know it.
+// An attribute for CreateProcessW: the process starts inside the job, so there is no moment at
+// which the end of this process would leave it running.
 class JobAttribute
 {
 public:
-    /// The job is to stay. False: this Windows cannot do it.
+    // `job` must outlive this object. Returns false before Windows 10.
     [[nodiscard]] bool create(const Job &job);
     LPPROC_THREAD_ATTRIBUTE_LIST list() { return m_list; }
 

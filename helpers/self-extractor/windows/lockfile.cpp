@@ -29,7 +29,7 @@ bool LockFile::take(const Text &path)
 
 void LockFile::discard()
 {
-    // Through the handle: by name it could be another's by then.
+    // By handle: by then, another process may own a file of that name.
     FILE_DISPOSITION_INFO removal = {TRUE};
     SetFileInformationByHandle(m_file.get(), FileDispositionInfo, &removal, sizeof removal);
     m_file.reset();

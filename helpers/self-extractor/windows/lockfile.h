@@ -8,20 +8,24 @@
 
 namespace sfx {
 
-/// An empty file beside a private folder that one process at a time can have open. As long as one
-/// has, the folder is its own; the system closes the file when the process ends, in whatever way.
-/// The programs that it starts inherit the open file: who outlives it keeps the folder.
-/// The file is there before the folder and goes after it, so that no folder is ever without one.
+// An empty file beside a private folder; one process at a time can have it open. While it is open,
+// the folder is in use. The system closes the file when the process ends, for whatever reason.
+// Programs that the process starts inherit the handle and keep the folder alive, too.
+//
+// The file is created before the folder and removed after it, so there is never a folder without a
+// lock file.
 class LockFile
 {
 public:
-    /// Makes the file, which must be new. False: GetLastError() tells why.
+    // Creates the file, which must be new. Returns false on failure, with the reason in
+    // GetLastError().
     [[nodiscard]] bool create(const Text &path, SECURITY_ATTRIBUTES *security);
-    /// Takes over a dead process' file. False: its maker lives, or it is not to be had.
+    // Opens the file of a process that has ended. Returns false if the owner is still running or
+    // the file cannot be opened.
     [[nodiscard]] bool take(const Text &path);
-    /// Removes the file; the folder is gone.
+    // Removes the file. Call it when the folder has been removed.
     void discard();
-    /// Leaves the file for another process to take.
+    // Closes the file, for another process to take.
     void release() { m_file.reset(); }
 
     HANDLE handle() const { return m_file.get(); }

@@ -21,10 +21,10 @@ namespace sfx {
 
 namespace {
 
-// SetProcessShutdownParameters: programs have 0x280, the higher ones end first.
+// SetProcessShutdownParameters: programs have 0x280, and higher levels are ended first.
 constexpr DWORD lastOfApplications = 0x100;
 
-// The file system's upper case: no locale, no change of length.
+// Upper case as in the file system: without a locale, and without a change of length.
 void upperCaseAsFileSystem(char16_t *text, std::size_t size)
 {
     LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, wide(text), static_cast<int>(size),
@@ -38,7 +38,7 @@ bool failWith(Failure &failure, Status status, unsigned long systemError = 0)
     return false;
 }
 
-// Everything that can be found wrong before a byte is written.
+// Finds everything that can be wrong before a byte is written.
 bool inspect(Executable &executable, ConfigBlock &block, Archive &archive,
              std::uint64_t &totalBytes, std::uint64_t &archiveOffset, Failure &failure)
 {
@@ -55,7 +55,7 @@ bool inspect(Executable &executable, ConfigBlock &block, Archive &archive,
     return status == Status::Ok || failWith(failure, status);
 }
 
-// One decoder for each processor, and no more memory for them than half of what is free.
+// As many threads as processors, and at most half of the free memory.
 UnpackLimits limitsOfMachine()
 {
     UnpackLimits limits;
@@ -122,8 +122,8 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
 {
     PrivateFolder folder;
     {
-        // The archive's tables and the file are given back before the program runs, for hours
-        // maybe.
+        // The archive's tables and the file are released before the program runs, which may take
+        // hours.
         Executable executable;
         if (!executable.open()) {
             return failWith(failure, Status::ReadFailed, GetLastError());
@@ -151,14 +151,14 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
 
 } // namespace
 
-/// The module's life; returns the process' exit code.
+// Runs the module; returns the process' exit code.
 unsigned runModule()
 {
-    // Before anything else is loaded: libraries come from the system folder only, never from the
-    // folder that a browser saved this file to.
+    // Before anything else is loaded: libraries come only from the system folder, never from the
+    // folder that this file was downloaded to.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
-    // At a log-off after the program, which this process' end would take with it.
+    // At log-off, end after the program: it would end together with this process.
     SetProcessShutdownParameters(lastOfApplications, 0);
     attachCallersConsole();
     handleConsoleEvents();

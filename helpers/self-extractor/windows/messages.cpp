@@ -62,7 +62,7 @@ void writeLine(HANDLE out, const Text &line)
 
 void showBox(const Text &text, const char16_t *title)
 {
-    // Loaded here only: the library costs every start a few milliseconds otherwise.
+    // Loaded only here: otherwise the library would cost every start a few milliseconds.
     using MessageBoxFunction = int(WINAPI *)(HWND, LPCWSTR, LPCWSTR, UINT);
     SystemLibrary user32(L"user32.dll");
     if (const auto messageBox = user32.function<MessageBoxFunction>("MessageBoxW")) {

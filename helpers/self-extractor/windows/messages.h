@@ -7,11 +7,11 @@
 
 namespace sfx {
 
-/// Tells the user about a failure, in Chinese on a Chinese Windows, else in English.
-///
-/// If the process has a standard error (a console, a pipe, a file), one line goes there and no box
-/// is shown, so that scripts never hang. A program that was double-clicked has none: then it is a
-/// message box, unless the block says Silent="1" or it was the user who wanted no more.
+// Tells the user about a failure, in Chinese on a Chinese Windows, otherwise in English.
+//
+// If the process has a standard error (a console, a pipe or a file), it gets one line and no
+// message box is shown, so scripts never hang. Without a standard error, as after a double-click, a
+// message box is shown, unless the block contains Silent="1" or the user cancelled.
 void showFailure(const Failure &failure, const Text &title, bool silent);
 
 } // namespace sfx

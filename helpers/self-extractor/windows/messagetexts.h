@@ -12,13 +12,14 @@ namespace sfx {
 
 enum class Language { English, Chinese };
 
-/// The sentence for a failure; never nullptr.
+// The message for a failure; never nullptr.
 const char16_t *messageText(ExitCode code, Language language);
 
-/// Appends the sentence that says how much room is missing. False: no memory.
+// Appends the sentence that says how much space is missing. Returns false if there is not enough
+// memory.
 [[nodiscard]] bool appendMissing(Text &text, std::uint64_t bytes, Language language);
 
-/// Title of the box when the block gives none.
+// Title of the message box if the block contains none.
 constexpr const char16_t *defaultTitle = u"Kestrelpack";
 
 } // namespace sfx

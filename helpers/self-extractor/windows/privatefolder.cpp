@@ -36,7 +36,7 @@ constexpr unsigned attempts = 16;
 
 } // namespace
 
-// Both calls fail when the name exists: nobody can have prepared the folder for us.
+// Both calls fail if the name exists, so no other user can have prepared the folder.
 bool PrivateFolder::createRoot(const Text &temporaryFolder)
 {
     UserOnly security;

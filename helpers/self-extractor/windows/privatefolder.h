@@ -8,10 +8,10 @@
 
 namespace sfx {
 
-/// A newly made folder `kp-<random>` in the user's temporary folder that only this user, the system
-/// and administrators can enter, and in it the folder for the application. Both and everything in
-/// them go when the object goes; what is locked then is left to the next start, together with the
-/// lock file beside the folder that says whose it is.
+// A new folder `kp-<random>` in the user's temporary folder that only this user, the system and
+// administrators can access, and the application's folder inside it. The destructor removes both
+// with everything in them. If something is still locked, the folder and the lock file beside it
+// stay, and a later start removes them.
 class PrivateFolder
 {
 public:
@@ -20,17 +20,17 @@ public:
     PrivateFolder &operator=(const PrivateFolder &) = delete;
     ~PrivateFolder() { remove(); }
 
-    /// Makes both folders in `temporaryFolder`, which ends with a separator. The application's gets
-    /// the name, or a short one where `program`'s path would grow too long. False: it cannot be
-    /// made; GetLastError() tells why and nothing is left behind.
+    // Creates both folders in `temporaryFolder`, which ends with a separator. The application's
+    // folder gets `applicationName`, or a short name if `program`'s path would be too long. Returns
+    // false on failure, with the reason in GetLastError(); nothing is left behind.
     [[nodiscard]] bool create(const Text &temporaryFolder, const Text &applicationName,
                               const Text &program);
-    /// Removes everything. Does nothing when there is nothing.
+    // Removes everything. Does nothing if nothing has been created.
     void remove();
 
-    /// The application's folder without a separator at its end, as programs know it.
+    // The application's folder without a separator at its end, as programs know it.
     const Text &application() const { return m_application; }
-    /// The lock file.
+    // The lock file's handle.
     HANDLE lock() const { return m_lock.handle(); }
 
 private:

@@ -15,14 +15,14 @@ namespace sfx {
 
 namespace {
 
-// winerror.h: the program's manifest asks for more rights. MinGW's headers do not have it.
+// winerror.h: the program's manifest asks for more rights. MinGW's headers do not define it.
 constexpr DWORD elevationRequired = 740;
 
-/// What a start needs, put together beforehand.
+// Everything that is needed to start the program.
 struct Launch
 {
     Text program;     // full path
-    Text application; // the same in the form for CreateProcessW
+    Text application; // the same, as CreateProcessW needs it
     Text commandLine;
     const Text *folder = nullptr;
 };
@@ -39,13 +39,13 @@ const char16_t *ownCommandLine()
     if (!program.append(folder) || !program.append(u"\\") || !program.append(name)) {
         return false;
     }
-    // The plain path as long as it can be, since the program is told it.
+    // The plain path if it is short enough, because the program is told it.
     const bool prepared = program.size() < MAX_PATH ? launch.application.append(program)
                                                     : toExtendedPath(program, launch.application);
     return prepared && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
 }
 
-// True if there is such a handle; it can then be inherited.
+// Makes a standard handle inheritable. Returns false if there is none.
 bool makeInheritable(DWORD which, HANDLE &handle)
 {
     const HANDLE own = GetStdHandle(which);
@@ -93,8 +93,8 @@ bool create(Launch &launch, DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes
     return true;
 }
 
-// In the job from its making on; where Windows cannot do that, before its first instruction; and
-// where it cannot be in the job at all, it runs without.
+// The process starts inside the job. If Windows does not support that, it is put into the job
+// before its first instruction. If it cannot be in the job at all, it runs without one.
 bool startDirectly(Launch &launch, Job &job, Handle &process)
 {
     Handle thread;
@@ -113,8 +113,8 @@ bool startDirectly(Launch &launch, Job &job, Handle &process)
     return true;
 }
 
-// The shell puts the question to the user and has the program started by a service: it is in no
-// job of ours and inherits neither handles nor environment.
+// The shell asks the user and lets a service start the program: it is not in our job and inherits
+// neither handles nor environment.
 bool startThroughShell(const Launch &launch, Handle &process)
 {
     using ShellExecuteFunction = BOOL(WINAPI *)(SHELLEXECUTEINFOW *);

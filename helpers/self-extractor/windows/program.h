@@ -7,13 +7,13 @@
 
 namespace sfx {
 
-/// Starts `folder`\`name` with `folder` as its working directory and waits for its end and for the
-/// end of all that it started. If this process is ended meanwhile, all of them end with it.
-///
-/// It gets the arguments of this process as they stand behind its own quoted path, the standard
-/// handles, and the way its window is to be shown. A program that asks for more rights is
-/// started through the shell, which puts the question to the user. True: `exitCode` is the
-/// program's own; false: `failure` says why it did not start.
+// Starts `folder`\`name` with `folder` as its working directory. Waits until the program and
+// everything that it started have ended. If this process is ended first, all of them end with it.
+//
+// The program gets its quoted path and the unchanged arguments of this process, the standard
+// handles, and the way its window is to be shown. A program that asks for more rights is started
+// through the shell, which asks the user. Returns true if it was started; `exitCode` is then the
+// program's. Otherwise `failure` says why.
 bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, Failure &failure);
 
 } // namespace sfx

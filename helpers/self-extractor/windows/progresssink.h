@@ -8,7 +8,8 @@
 
 namespace sfx {
 
-/// Hands on what is unpacked, tells a window of it, and stops when that says so.
+// Passes unpacked entries on to another sink, reports them to a window, and stops when the user
+// cancels there.
 class ProgressSink final : public UnpackSink
 {
 public:

@@ -10,14 +10,14 @@ namespace sfx {
 
 namespace {
 
-constexpr DWORD patience = 300;     // ms; what is over by then needs no window
+constexpr DWORD patience = 300;     // ms; shorter unpacking needs no window
 constexpr UINT redrawInterval = 50; // ms
 constexpr COLORREF barColour = RGB(0x00, 0xb6, 0x88);
 constexpr COLORREF groundColour = RGB(0xe8, 0xe8, 0xe8);
 
 } // namespace
 
-// Loaded for the window only: the libraries cost every start a few milliseconds otherwise.
+// Loaded for the window only: otherwise the libraries would cost every start a few milliseconds.
 struct ProgressWindow::Desktop
 {
     SystemLibrary user32{L"user32.dll"};
@@ -47,7 +47,7 @@ struct ProgressWindow::Desktop
             && SetWindowTextW && CreateSolidBrush && DeleteObject;
     }
 
-    // That of the program, where the packer has set one.
+    // The program's icon, if the packer has set one.
     void giveIcon(HWND dialog) const
     {
         const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), L"MAINICON", IMAGE_ICON, 0, 0,
@@ -77,7 +77,7 @@ ProgressWindow::ProgressWindow(const Text &title, std::uint64_t totalBytes)
 ProgressWindow::~ProgressWindow()
 {
     SetEvent(m_end.get());
-    // Without it the window would only look at the event when it is time to draw again.
+    // Without the message the window would notice the event only when it draws the next time.
     if (const HWND dialog = __atomic_load_n(&m_dialog, __ATOMIC_ACQUIRE)) {
         m_desktop->PostMessageW(dialog, WM_TIMER, 0, 0);
     }
@@ -103,8 +103,8 @@ void ProgressWindow::show()
 
 INT_PTR ProgressWindow::dialogProcedure(HWND dialog, UINT message, WPARAM first, LPARAM second)
 {
-    // Messages come before the first that brings the object; they are left to the system.
-    static ProgressWindow *window = nullptr; // there is one at most
+    // The messages before WM_INITDIALOG, which brings the object, are left to the system.
+    static ProgressWindow *window = nullptr; // there is at most one
     if (message == WM_INITDIALOG) {
         window = reinterpret_cast<ProgressWindow *>(second);
     }
@@ -133,7 +133,7 @@ bool ProgressWindow::handle(HWND dialog, UINT message, WPARAM first, LPARAM seco
     case WM_DRAWITEM:
         drawBar(reinterpret_cast<const void *>(second));
         return true;
-    case WM_COMMAND: // the button, Escape, or the window's own
+    case WM_COMMAND: // the button, Escape, or the close button
         if (LOWORD(first) == IDCANCEL) {
             __atomic_store_n(&m_isCancelled, true, __ATOMIC_RELAXED);
             m_desktop->EndDialog(dialog, 0);

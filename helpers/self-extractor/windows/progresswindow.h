@@ -10,20 +10,21 @@
 
 namespace sfx {
 
-/// A small window that says how far unpacking is and lets the user cancel it. It appears only when
-/// that takes a while, runs in a thread of its own, and goes with this object. Without a desktop
-/// there is no window, and nothing else is different.
+// A small window that shows the progress of unpacking and lets the user cancel it. It appears only
+// if unpacking takes a while. It runs in another thread and disappears when this object is
+// destroyed. Without a desktop there is no window, and everything else is the same.
 class ProgressWindow
 {
 public:
-    /// `title` heads the window and outlives this object; `totalBytes` is what add() counts up to.
+    // `title` is the window's title and must outlive this object. `totalBytes` is the final sum of
+    // all add().
     ProgressWindow(const Text &title, std::uint64_t totalBytes);
     ~ProgressWindow();
     ProgressWindow(const ProgressWindow &) = delete;
     ProgressWindow &operator=(const ProgressWindow &) = delete;
 
     void add(std::size_t bytes) { __atomic_fetch_add(&m_done, bytes, __ATOMIC_RELAXED); }
-    /// The user does not want to go on.
+    // The user has cancelled.
     bool isCancelled() const { return __atomic_load_n(&m_isCancelled, __ATOMIC_RELAXED); }
 
 private:
@@ -38,9 +39,9 @@ private:
     const std::uint64_t m_total;
     std::uint64_t m_done = 0;
     bool m_isCancelled = false;
-    Owned<Desktop> m_desktop; // the thread's until m_dialog is set
+    Owned<Desktop> m_desktop; // used by the thread only until m_dialog is set
     HWND m_dialog = nullptr;
-    Handle m_end; // signalled when the window is to go
+    Handle m_end; // signalled when the window is to close
     Thread m_thread;
 };
 

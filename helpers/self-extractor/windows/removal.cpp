@@ -10,11 +10,11 @@ namespace sfx {
 
 namespace {
 
-// Between ten tries; 4.5 s together. In milliseconds.
+// Pauses between ten tries, in milliseconds; 4.5 s together.
 constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280, 2000};
 constexpr std::uint64_t noDeadline = UINT64_MAX;
 
-// A read-only file or folder cannot be removed. Of a link its own attributes are meant.
+// A read-only file or folder cannot be removed. For a link, this changes the link itself.
 void makeWritable(const Text &path, DWORD attributes)
 {
     if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) {
@@ -24,13 +24,13 @@ void makeWritable(const Text &path, DWORD attributes)
         CreateFileW(wide(path.data()), FILE_WRITE_ATTRIBUTES,
                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                     FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    FILE_BASIC_INFO info = {}; // zeros: leave as it is
+    FILE_BASIC_INFO info = {}; // zeros: leave unchanged
     info.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     SetFileInformationByHandle(item.get(), FileBasicInfo, &info, sizeof info);
 }
 
-/// A walk through a tree, files first, each folder after its content. On the heap: a tree may be
-/// thousands of folders deep.
+// Walks through a tree and removes files first, and each folder after its content. The current path
+// of folders is on the heap, since a tree may be thousands of folders deep.
 class Removal
 {
 public:
@@ -44,8 +44,8 @@ public:
         }
     }
 
-    /// True: the folder is gone. Nothing is done if it has not the same owner as `mine`, where that
-    /// is given.
+    // Returns true if the folder has been removed. Does nothing if `mine` is given and the folder
+    // has another owner.
     bool remove(const Text &root, HANDLE mine = nullptr);
 
 private:
@@ -66,7 +66,7 @@ private:
     std::uint64_t m_deadline;
 };
 
-// The folder at m_path becomes the current one.
+// Makes the folder at m_path the current one.
 bool Removal::enter(std::size_t sizeAbove)
 {
     auto level = makeOwned<Level>();
@@ -86,7 +86,7 @@ void Removal::leave()
     m_level = std::move(above);
 }
 
-// The current folder, which is empty if all went well.
+// Removes the current folder, which is empty if everything in it could be removed.
 bool Removal::removeCurrent()
 {
     m_level->listing.close();
@@ -114,7 +114,7 @@ void Removal::removeEntry()
     m_path.truncate(sizeAbove);
 }
 
-// Windows tells it through the handle too, in enter(); Wine opens the target.
+// On Windows, enter() notices a link by its handle, too; Wine opens the target.
 bool isLink(const Text &path)
 {
     const DWORD attributes = GetFileAttributesW(wide(path.data()));
@@ -122,7 +122,7 @@ bool isLink(const Text &path)
         && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-// Goes on after a failure, so that as little as possible is left.
+// Continues after a failure, so that as little as possible is left.
 bool Removal::remove(const Text &root, HANDLE mine)
 {
     if (isLink(root) || !m_path.append(root) || !enter(root.size())

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// What the compiler and 7-Zip's sources take for granted, on nothing but the system's own
-// functions: the module starts without a C runtime, which saves size and start-up time.
+// The functions that the compiler and 7-Zip's sources need, implemented with the system's functions
+// only. The module starts without a C runtime, which saves size and start-up time.
 
 #include "helpers/self-extractor/windows/win32.h"
 
@@ -97,14 +97,14 @@ void free(void *memory)
     }
 }
 
-// A call of a pure virtual function; there is no way to come here.
+// Called for a pure virtual function, which cannot happen.
 [[noreturn]] void __cxa_pure_virtual()
 {
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_FATAL_APP_EXIT));
     __builtin_unreachable();
 }
 
-// The process starts here. The guard is changed before the first function that looks at it.
+// The process starts here. The guard is changed before the first function that checks it.
 [[noreturn]] __attribute__((optimize("no-stack-protector"))) void moduleEntry()
 {
     RtlGenRandom(&__stack_chk_guard, sizeof __stack_chk_guard);
@@ -113,7 +113,7 @@ void free(void *memory)
 
 } // extern "C"
 
-// Virtual destructors name it; objects of this module are given back by their owners.
+// Virtual destructors refer to these; the objects of this module are freed by their owners.
 void operator delete(void *memory) noexcept
 {
     free(memory);

@@ -16,7 +16,7 @@ namespace {
 constexpr unsigned mostFolders = 16;
 constexpr std::uint64_t mostMilliseconds = 500;
 
-/// The temporary folder's entries that may be lock files.
+// The entries of the temporary folder that may be lock files.
 class LockSearch
 {
 public:
@@ -48,7 +48,7 @@ bool isPlainFile(const WIN32_FIND_DATAW &found)
     return (found.dwFileAttributes & others) == 0;
 }
 
-// True: it is gone.
+// Returns true if the folder has been removed.
 bool removeStaleFolder(const Text &lockPath, HANDLE mine, std::uint64_t deadline)
 {
     LockFile lock;

@@ -8,11 +8,12 @@
 
 namespace sfx {
 
-/// Removes what starts of this user left in the temporary folder when they were killed, or what was
-/// locked when they ended: folders with a private folder's name whose lock file is there and held
-/// by nobody. `mine` is a file that this process has made in there: others may write to the folder
-/// too, and only what has the same owner is ours. Takes half a second and removes 16 of them at
-/// most; the next start goes on.
+// Removes private folders that earlier starts of this user left in the temporary folder, because
+// they were killed or because something was locked. These are folders with a private folder's name
+// whose lock file exists and is not open. Only folders with the same owner as the file `mine` are
+// removed, because other users may write to the temporary folder, too; this process has created
+// that file there. Takes at most half a second and removes at most 16 folders; the next start
+// continues.
 void removeStaleFolders(const Text &temporaryFolder, HANDLE mine);
 
 } // namespace sfx

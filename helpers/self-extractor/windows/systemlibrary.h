@@ -9,7 +9,7 @@
 
 namespace sfx {
 
-/// A library of the system folder that is loaded when it is needed and stays loaded.
+// A library of the system folder. It is loaded here and stays loaded.
 class SystemLibrary
 {
 public:
@@ -18,7 +18,7 @@ public:
     {
     }
 
-    /// nullptr: this Windows has no such function.
+    // Returns nullptr if this Windows has no such function.
     template <typename Function>
     Function function(const char *name) const
     {

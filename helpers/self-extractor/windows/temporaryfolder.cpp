@@ -22,7 +22,7 @@ bool findTemporaryFolder(Text &folder)
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return false;
     }
-    // Newer Windows gives services a folder of their own through the newer function.
+    // The newer function, if Windows has it, gives services a separate folder.
     auto getTempPath
         = SystemLibrary(L"kernel32.dll").function<GetTempPathFunction>("GetTempPath2W");
     if (getTempPath == nullptr) {

@@ -7,8 +7,8 @@
 
 namespace sfx {
 
-/// The user's temporary folder, absolute, with a separator at its end; it need not exist. False:
-/// GetLastError() tells why.
+// Gets the user's temporary folder as an absolute path with a separator at its end; the folder may
+// not exist. Returns false on failure, with the reason in GetLastError().
 [[nodiscard]] bool findTemporaryFolder(Text &folder);
 
 } // namespace sfx

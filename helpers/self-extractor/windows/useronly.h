@@ -7,15 +7,15 @@
 
 namespace sfx {
 
-/// Security attributes for a folder that the user of this process, the system and administrators
-/// have all rights in, and nobody else has any; what is made inside inherits them.
+// Security attributes for a folder: the user of this process, the system and administrators have
+// all rights, and nobody else has any. Everything created in the folder inherits them.
 class UserOnly
 {
 public:
     UserOnly();
 
-    /// Valid as long as this object; nullptr when they could not be built, which leaves the rights
-    /// of the parent folder (the user's own temporary folder) in force.
+    // Valid while this object exists. nullptr if they could not be created; then the folder gets
+    // the rights of its parent, the user's own temporary folder.
     SECURITY_ATTRIBUTES *attributes() { return m_complete ? &m_attributes : nullptr; }
 
 private:

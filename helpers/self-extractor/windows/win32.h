@@ -13,7 +13,7 @@
 
 namespace sfx {
 
-// On Windows wchar_t is a UTF-16 unit by another name.
+// On Windows wchar_t is another name for a UTF-16 unit.
 inline const wchar_t *wide(const char16_t *text)
 {
     return reinterpret_cast<const wchar_t *>(text);
@@ -24,7 +24,7 @@ inline wchar_t *wide(char16_t *text)
     return reinterpret_cast<wchar_t *>(text);
 }
 
-/// Owner of a kernel handle; null and INVALID_HANDLE_VALUE both mean none.
+// Owns a kernel handle; null and INVALID_HANDLE_VALUE both mean none.
 class Handle
 {
 public:

@@ -10,8 +10,8 @@
 #include <optional>
 #include <utility>
 
-/// Writes 7z archives (7-Zip, DOC/7zFormat.txt) whose every field can be forged, while the check
-/// sums are right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
+// Writes 7z archives (7-Zip, DOC/7zFormat.txt) whose every field can be forged, while the check
+// sums are right. An ArchivePlan is honest when it is made; a test then changes what it wants to.
 namespace forge {
 
 struct File
@@ -58,19 +58,19 @@ struct ArchivePlan
     QByteArray furtherProperties; // of the files, as they stand
 };
 
-/// 7-Zip's form of a number: the first byte's leading ones count the bytes that follow.
+// 7-Zip's form of a number: the first byte's leading ones count the bytes that follow.
 QByteArray number(quint64 value);
-/// A property: its id, its length, its content.
+// A property: its id, its length, its content.
 QByteArray property(int id, const QByteArray &content);
 
 QByteArray headerOf(const ArchivePlan &plan);
-/// The start header, the packed streams and the header; check sums right.
+// The start header, the packed streams and the header; check sums right.
 QByteArray archiveOf(const QByteArray &packed, const QByteArray &header);
 QByteArray archiveOf(const ArchivePlan &plan);
-/// An archive with this start header alone, its check sum right; `rest` lies behind it.
+// An archive with this start header alone, its check sum right; `rest` lies behind it.
 QByteArray startHeader(quint64 headerOffset, quint64 headerSize, quint32 headerSum,
                        const QByteArray &rest);
-/// A header that says: the real one is the stream at `offset`, packed by this folder.
+// A header that says: the real one is the stream at `offset`, packed by this folder.
 QByteArray encodedHeader(const Folder &folder, quint64 offset, quint64 packSize, quint32 checkSum);
 
 quint32 checkSum(const QByteArray &bytes);

@@ -6,18 +6,18 @@
 #include <QByteArray>
 #include <QMap>
 
-/// A file of many gigabytes that mostly consists of zeros, and archives with it that are small and
-/// made in an instant: packed zeros are packed once and repeated, as LZMA2's chunks allow.
+// A file of many gigabytes that mostly consists of zeros, and archives with it that are small and
+// made in an instant: packed zeros are packed once and repeated, as LZMA2's chunks allow.
 class LargeFile
 {
 public:
-    void appendZeros(int times);                ///< of 2 MiB each
-    void appendSample(const QByteArray &bytes); ///< at most 64 KiB
+    void appendZeros(int times);                // of 2 MiB each
+    void appendSample(const QByteArray &bytes); // at most 64 KiB
 
     quint64 size() const { return m_size; }
-    /// By offset.
+    // By offset.
     const QMap<quint64, QByteArray> &samples() const { return m_samples; }
-    /// An archive of two files, the program beside this one; empty: it failed.
+    // An archive of two files, the program beside this one; empty: it failed.
     QByteArray archiveWith(const QByteArray &program, const QString &programName,
                            const QString &name) const;
 

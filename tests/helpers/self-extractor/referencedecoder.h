@@ -5,7 +5,7 @@
 
 #include "LzmaDec.h"
 
-/// 7-Zip's LZMA decoder, twice.
+// 7-Zip's LZMA decoder, twice.
 struct LzmaFunctions
 {
     decltype(&LzmaDec_AllocateProbs) allocateProbs;
@@ -14,9 +14,9 @@ struct LzmaFunctions
     decltype(&LzmaDec_DecodeToDic) decodeToDic;
 };
 
-/// As the self-extractor core has it.
+// As the self-extractor core has it.
 extern const LzmaFunctions ownDecoder;
-/// All of it in C.
+// All of it in C.
 extern const LzmaFunctions referenceDecoder;
 
 extern const ISzAlloc testMemory;

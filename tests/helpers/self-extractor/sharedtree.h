@@ -8,20 +8,20 @@
 #include <QMutex>
 #include <QSet>
 
-/// Files and folders that several sinks write at the same time, like the file system for the module's.
+// Files and folders that several sinks write at the same time, like the file system for the module's.
 class SharedTree
 {
 public:
-    /// The sink that stands for itself; it makes the others.
+    // The sink that stands for itself; it makes the others.
     sfx::Owned<sfx::UnpackSink> sink();
 
-    /// Files that were ended, and folders that were finished.
+    // Files that were ended, and folders that were finished.
     const Tree &tree() const { return m_done; }
-    /// What was done against the rules, in words; empty: nothing.
+    // What was done against the rules, in words; empty: nothing.
     QString mistake() const { return m_mistake; }
     int sinks() const { return m_sinks; }
     int writes() const { return m_writes; }
-    /// After so many writes the disk is full.
+    // After so many writes the disk is full.
     void failAfter(int writes) { m_writesLeft = writes; }
 
 private:
@@ -39,6 +39,6 @@ private:
     int m_writesLeft = -1;
 };
 
-/// Opens, checks and unpacks the archive that `bytes` is.
+// Opens, checks and unpacks the archive that `bytes` is.
 sfx::Status unpackShared(const QByteArray &bytes, SharedTree &tree,
                          const sfx::UnpackLimits &limits);

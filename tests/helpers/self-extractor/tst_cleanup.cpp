@@ -10,8 +10,8 @@
 
 #include <vector>
 
-/// What a run leaves in the temporary folder when it ends by itself: nothing, whatever the program
-/// did to its folder.
+// What a run leaves in the temporary folder when it ends by itself: nothing, whatever the program
+// did to its folder.
 class TestCleanup : public ModuleTest
 {
     Q_OBJECT

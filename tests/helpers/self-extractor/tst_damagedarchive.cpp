@@ -9,7 +9,7 @@
 
 using namespace sfx;
 
-/// Whatever happens to an archive, it is unpacked right or refused.
+// Whatever happens to an archive, it is unpacked right or refused.
 class TestDamagedArchive : public QObject
 {
     Q_OBJECT

@@ -8,8 +8,8 @@
 
 using namespace sfx;
 
-/// A whole produced file that was cut or altered on its way: the module as it is, block and
-/// archive. No program is started here; tst_selfextractor does.
+// A whole produced file that was cut or altered on its way: the module as it is, block and
+// archive. No program is started here; tst_selfextractor does.
 class TestDamagedProduct : public QObject
 {
     Q_OBJECT

@@ -10,8 +10,8 @@
 using namespace Qt::StringLiterals;
 using sfx::ExitCode;
 
-/// A disk that is full at one point or another: the message says of what, and how much is missing,
-/// and nothing stays behind.
+// A disk that is full at one point or another: the message says of what, and how much is missing,
+// and nothing stays behind.
 class TestFullDisk : public QObject
 {
     Q_OBJECT

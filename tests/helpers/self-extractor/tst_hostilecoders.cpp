@@ -58,8 +58,8 @@ forge::ArchivePlan planOf(const forge::Folder &folder)
 
 } // namespace
 
-/// Methods that the module does not have, wirings that make no sense, and dictionaries that nobody
-/// can hold.
+// Methods that the module does not have, wirings that make no sense, and dictionaries that nobody
+// can hold.
 class TestHostileCoders : public QObject
 {
     Q_OBJECT

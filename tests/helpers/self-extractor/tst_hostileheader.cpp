@@ -34,8 +34,8 @@ QByteArray packedHeaders(int depth)
 
 } // namespace
 
-/// An archive's header as a whole: where it is said to lie, how it is packed, and what it takes to
-/// read it.
+// An archive's header as a whole: where it is said to lie, how it is packed, and what it takes to
+// read it.
 class TestHostileHeader : public QObject
 {
     Q_OBJECT

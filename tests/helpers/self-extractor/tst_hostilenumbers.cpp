@@ -28,7 +28,7 @@ void row(const char *name, const Forgery &forgery, Status status,
 Q_DECLARE_METATYPE(Forgery)
 Q_DECLARE_METATYPE(Refused)
 
-/// Numbers in an archive's header that contradict each other, the file, or reason.
+// Numbers in an archive's header that contradict each other, the file, or reason.
 class TestHostileNumbers : public QObject
 {
     Q_OBJECT

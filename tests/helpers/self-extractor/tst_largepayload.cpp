@@ -76,7 +76,7 @@ LargeFile fileAboveFourGibibytes()
 
 } // namespace
 
-/// Applications of many files, and with files that are longer than 32 bits can say.
+// Applications of many files, and with files that are longer than 32 bits can say.
 class TestLargePayload : public ModuleTest
 {
     Q_OBJECT

@@ -20,7 +20,7 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::size_t windowSize = 16 * pageSize;
 constexpr std::size_t inputSize = 2 * pageSize;
 
-/// Memory between two pages that nobody may touch. `size` is a multiple of the page size.
+// Memory between two pages that nobody may touch. `size` is a multiple of the page size.
 class GuardedMemory
 {
 public:
@@ -43,7 +43,7 @@ private:
     std::size_t m_size;
 };
 
-/// A decoder of one kind over its own window, fed from memory that ends where the input ends.
+// A decoder of one kind over its own window, fed from memory that ends where the input ends.
 class Feeder
 {
 public:
@@ -64,7 +64,7 @@ public:
     }
     ~Feeder() { m_functions.freeProbs(&m_decoder, &testMemory); }
 
-    /// One call; what it did, for comparison.
+    // One call; what it did, for comparison.
     struct Step
     {
         SRes result;
@@ -103,7 +103,7 @@ private:
     GuardedMemory m_input;
 };
 
-/// Five bytes as the 7z coder has them, with a dictionary as large as the window.
+// Five bytes as the 7z coder has them, with a dictionary as large as the window.
 QByteArray propertiesOf(int literalContext, int literalPosition, int position)
 {
     QByteArray bytes(LZMA_PROPS_SIZE, 0);
@@ -112,7 +112,7 @@ QByteArray propertiesOf(int literalContext, int literalPosition, int position)
     return bytes;
 }
 
-/// The packed stream alone: it lies between the start header and the end header.
+// The packed stream alone: it lies between the start header and the end header.
 QByteArray packedStream(const QByteArray &content, const QString &method)
 {
     const QByteArray archive
@@ -122,7 +122,7 @@ QByteArray packedStream(const QByteArray &content, const QString &method)
     return archive.mid(32, static_cast<qsizetype>(qFromLittleEndian<quint64>(archive.data() + 12)));
 }
 
-/// Text, machine code and noise: literals, matches of every distance, repeats.
+// Text, machine code and noise: literals, matches of every distance, repeats.
 QByteArray mixedContent()
 {
     QByteArray content;
@@ -132,8 +132,8 @@ QByteArray mixedContent()
     return content + noise(5000, 3) + QByteArray(20000, 'r') + content.left(30000);
 }
 
-/// Runs both over the same input in the same random pieces; false: they differ. `output` gets what
-/// came out, `result` how it ended.
+// Runs both over the same input in the same random pieces; false: they differ. `output` gets what
+// came out, `result` how it ended.
 bool agree(const QByteArray &stream, const QByteArray &properties, quint32 seed, SizeT limit,
            QByteArray &output, SRes &result)
 {
@@ -168,7 +168,7 @@ bool agree(const QByteArray &stream, const QByteArray &properties, quint32 seed,
 
 } // namespace
 
-/// The decoder that this system's self-extractor core uses, against the one in C.
+// The decoder that this system's self-extractor core uses, against the one in C.
 class TestLzmaDecoder : public QObject
 {
     Q_OBJECT

@@ -9,7 +9,7 @@
 using sfx::ExitCode;
 using sfx::Language;
 
-/// The module's sentences, in both languages.
+// The module's sentences, in both languages.
 class TestMessageTexts : public QObject
 {
     Q_OBJECT

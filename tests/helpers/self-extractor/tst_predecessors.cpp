@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// What a start removes of earlier starts that were killed, and what it leaves alone.
+// What a start removes of earlier starts that were killed, and what it leaves alone.
 class TestPredecessors : public QObject
 {
     Q_OBJECT

@@ -8,7 +8,7 @@
 
 #include <csignal>
 
-/// The program, what it starts, and the module around them end together.
+// The program, what it starts, and the module around them end together.
 class TestProcessTree : public ModuleTest
 {
     Q_OBJECT

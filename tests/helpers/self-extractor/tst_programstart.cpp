@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-/// What the packed program is given when it starts, and what of it comes back to the caller.
+// What the packed program is given when it starts, and what of it comes back to the caller.
 class TestProgramStart : public ModuleTest
 {
     Q_OBJECT

@@ -17,7 +17,7 @@ constexpr quint64 mebibyte = 1024 * 1024;
 constexpr quint64 pieceSize = mebibyte / 4;
 constexpr quint64 mostAhead = 4 * mebibyte;
 
-/// ByteView that tell their place, in pieces of changing size, with an end of a chosen kind.
+// ByteView that tell their place, in pieces of changing size, with an end of a chosen kind.
 class CountingStream final : public WindowStream
 {
 public:

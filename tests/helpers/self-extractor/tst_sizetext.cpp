@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-/// Numbers of bytes, as messages say them.
+// Numbers of bytes, as messages say them.
 class TestSizeText : public QObject
 {
     Q_OBJECT

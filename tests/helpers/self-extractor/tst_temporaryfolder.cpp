@@ -14,7 +14,7 @@
 using namespace Qt::StringLiterals;
 using sfx::ExitCode;
 
-/// Temporary folders of all kinds: the program runs from there, or a message says why it cannot.
+// Temporary folders of all kinds: the program runs from there, or a message says why it cannot.
 class TestTemporaryFolder : public ModuleTest
 {
     Q_OBJECT

@@ -27,7 +27,7 @@ namespace {
 
 constexpr qsizetype mebibyte = 1024 * 1024;
 
-/// One line for each file and folder: name, size, time of change, whether it can be written.
+// One line for each file and folder: name, size, time of change, whether it can be written.
 QStringList listing(const QString &folder)
 {
     QStringList lines;
