@@ -8,13 +8,13 @@
 #include <span>
 #include <vector>
 
-// Little-endian numbers in byte buffers, as PE and ICO files hold them.
+// Little-endian numbers in byte buffers, the way PE and ICO files store them.
 namespace pe {
 
-using Bytes = std::vector<std::uint8_t>;
-using ByteView = std::span<const std::uint8_t>;
+using Bytes = std::vector<std::uint8_t>;        // owns its bytes
+using ByteView = std::span<const std::uint8_t>; // does not
 
-// The readers ask for data that was checked to be there: position + width <= bytes.size().
+// The caller has checked that the number lies inside: position + width <= bytes.size().
 inline std::uint16_t read16(ByteView bytes, std::size_t position)
 {
     return static_cast<std::uint16_t>(bytes[position] | (bytes[position + 1] << 8));
@@ -38,13 +38,13 @@ inline void write32(std::span<std::uint8_t> bytes, std::size_t position, std::ui
     write16(bytes, position + 2, static_cast<std::uint16_t>(value >> 16));
 }
 
-// Rounds up to a multiple of a power of two. The caller keeps value far from the type's end.
+// Rounds up to a multiple of a power of two. `value` must be far below the type's largest value.
 inline std::uint64_t alignUp(std::uint64_t value, std::uint64_t alignment)
 {
     return (value + alignment - 1) & ~(alignment - 1);
 }
 
-// Whether [offset, offset + length) lies inside [0, total), without overflow.
+// True if [offset, offset + length) lies inside [0, total). Does not overflow.
 inline bool fits(std::uint64_t offset, std::uint64_t length, std::uint64_t total)
 {
     return offset <= total && length <= total - offset;

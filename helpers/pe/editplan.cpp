@@ -87,7 +87,7 @@ EditPlan makePlan(Layout &&layout, const PeHeaders &headers)
     return plan;
 }
 
-// Inserting in the middle of another section's bytes would tear it.
+// False in the middle of a section: to insert there would tear its bytes apart.
 bool canInsertAt(const PeHeaders &headers, std::uint64_t at)
 {
     return std::none_of(headers.sections().begin(), headers.sections().end(),
@@ -228,7 +228,7 @@ Result<EditPlan> planNewSection(const PeHeaders &headers, ResourceTree &tree)
     return plan;
 }
 
-// The debug directory, if its size is right: whole entries, all of them in one section's bytes.
+// The debug directory; empty if its size is wrong: it must have whole entries and lie in one section.
 Result<Bytes> readDebugDirectory(const File &file, const PeHeaders &headers)
 {
     const DataDirectory debug = headers.directory(Directory::Debug);
@@ -245,8 +245,8 @@ Result<Bytes> readDebugDirectory(const File &file, const PeHeaders &headers)
     return file.readAt(*offset, std::size_t{debug.size});
 }
 
-// Debug entries name file offsets, too. An entry whose data do not lie in the file is left alone: what
-// it names is not known.
+// Debug entries contain file offsets, too. An entry is not changed if its data do not lie in the file:
+// then the number may be something else.
 Result<Done> shiftDebugOffsets(const File &file, const PeHeaders &headers, EditPlan &plan)
 {
     auto directory = readDebugDirectory(file, headers);

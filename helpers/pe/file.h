@@ -18,7 +18,7 @@ struct FileRange
     std::uint64_t end = 0;
 };
 
-// An open file, read and written at explicit 64-bit offsets; closes itself.
+// An open file. Reads and writes at explicit 64-bit offsets. The destructor closes it.
 class File
 {
 public:

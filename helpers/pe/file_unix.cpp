@@ -127,7 +127,7 @@ FileRange File::nextData(std::uint64_t from) const
     }
     const off_t begin = lseek(descriptor(m_handle), static_cast<off_t>(from), SEEK_DATA);
     if (begin < 0) {
-        // ENXIO: only a hole is left. Anything else: the file system cannot tell.
+        // ENXIO: only a hole follows. Any other error: the file system does not know its holes.
         return errno == ENXIO ? FileRange{m_size, m_size} : FileRange{from, m_size};
     }
     const off_t end = lseek(descriptor(m_handle), begin, SEEK_HOLE);

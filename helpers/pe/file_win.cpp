@@ -44,7 +44,7 @@ Result<File> File::open(const NativePath &path, Access access)
     const NativePath name = extendedPath(path);
     File file;
     for (int attempt = 0; attempt < openAttempts; ++attempt) {
-        // No other writer while we have it open.
+        // FILE_SHARE_READ: nobody else can write while we have it open.
         const HANDLE handle = CreateFileW(name.c_str(), GENERIC_READ | (edit ? GENERIC_WRITE : 0U),
                                           FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);

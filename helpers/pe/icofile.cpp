@@ -33,7 +33,7 @@ bool isPng(ByteView data)
     return data.size() >= 33 && std::equal(pngSignature.begin(), pngSignature.end(), data.begin());
 }
 
-// Bits a pixel of a PNG, from the bit depth and colour type of its IHDR chunk.
+// Bits per pixel of a PNG, from the bit depth and colour type of its IHDR chunk.
 std::uint16_t pngBitCount(std::uint8_t depth, std::uint8_t colorType)
 {
     switch (colorType) {
@@ -104,7 +104,7 @@ Result<IconImage> describeIconImage(ByteView data)
         return badIcon("an image is neither a PNG nor a bitmap");
     }
     if (image.width == 0 || image.height == 0 || image.width > 0x7fff || image.height > 0x7fff) {
-        return badIcon("an image has no usable size");
+        return badIcon("an image has an invalid width or height");
     }
     return image;
 }
@@ -116,10 +116,10 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
     }
     const std::size_t count = read16(file, 4);
     if (count == 0) {
-        return badIcon("the icon file holds no image");
+        return badIcon("the icon file has no image");
     }
     if (count > maxIconImages) {
-        return badIcon("the icon file holds too many images");
+        return badIcon("the icon file has too many images");
     }
     const std::size_t imagesBegin = directorySize + fileEntrySize * count;
     if (imagesBegin > file.size()) {
@@ -135,7 +135,7 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
             return badIcon("image " + std::to_string(i + 1) + " lies outside the icon file");
         }
         if (size > left) {
-            return badIcon("the images together are longer than the icon file");
+            return badIcon("images in the icon file overlap");
         }
         left -= size;
         auto image = describeIconImage(file.subspan(offset, size));

@@ -53,7 +53,7 @@ ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key
     return *entry->directory;
 }
 
-// A group that cannot be read, as in some packed programs, refers to nothing that we could know of.
+// A group that cannot be read, as in some packed programs, counts as empty.
 void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeaders &headers,
                      IdSet &ids)
 {
@@ -103,7 +103,7 @@ Result<std::vector<std::uint16_t>> freeImageIds(const ResourceTree &tree, IdSet 
         }
     }
     if (free.size() < count) {
-        return Error{ErrorKind::NoRoom, "there are no free icon numbers"};
+        return Error{ErrorKind::NoRoom, "the program has no free icon ids"};
     }
     return free;
 }
@@ -155,7 +155,7 @@ Result<Done> setIconGroup(ResourceTree &tree, const File &file, const PeHeaders 
         return ids.error();
     }
     Bytes group = iconGroupOf(images, ids.value());
-    // Looked up again: the root's entries moved when the image type went.
+    // Look the directory up again: removing the image type has moved the root's entries.
     addNeutral(directoryOf(tree.root, idKey(groupIconType)), key, std::move(group));
     for (std::size_t i = 0; i < images.size(); ++i) {
         const ByteView data = images[i].data;

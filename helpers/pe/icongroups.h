@@ -10,13 +10,13 @@
 
 namespace pe {
 
-// Takes every icon group out of the tree, with the images that the groups refer to. Images that no
-// group refers to stay. False when there was no group; the tree is then as it was.
+// Removes every icon group and the images that the groups refer to. Other images stay. Returns false, and
+// changes nothing, if there is no group.
 bool removeIconGroups(ResourceTree &tree, const File &file, const PeHeaders &headers);
 
-// Puts one icon group of neutral language over these images under `key`, in place of all languages
-// that were there, and takes out the images that only the replaced ones used. New images get the
-// lowest ids that nothing uses. Fails when the ids run out.
+// Adds an icon group with these images under `key`, in the neutral language. It replaces a group of that
+// key in all its languages; images that only the replaced group used are removed. New images get the
+// lowest free ids. Fails if there are not enough free ids.
 Result<Done> setIconGroup(ResourceTree &tree, const File &file, const PeHeaders &headers,
                           const ResourceKey &key, const std::vector<IconImage> &images);
 

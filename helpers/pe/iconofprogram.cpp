@@ -13,7 +13,7 @@ namespace pe {
 namespace {
 
 constexpr std::uint32_t maxImageSize = 16U << 20;
-constexpr std::uint32_t imageHeaderSize = 40; // all that describeIconImage() looks at
+constexpr std::uint32_t imageHeaderSize = 40; // as much as describeIconImage() reads
 
 const ResourceData *resourceOf(const ResourceTree &tree, std::uint32_t type)
 {
@@ -39,8 +39,8 @@ bool isBetter(const IconImage &image, const IconImage &than)
     return rank(image) > rank(than);
 }
 
-// The best image of a group, judged by the first bytes of each: in a hostile file all images can be
-// one long stretch of bytes. Null when there is none that can be read.
+// The best image of a group, or null if none can be read. Reads only the first bytes of each: in a
+// hostile file all images can be the same long range of bytes.
 const ResourceData *bestImage(const ResourceTree &tree, const File &file, const PeHeaders &headers,
                               ByteView group)
 {

@@ -10,7 +10,7 @@ namespace pe {
 namespace {
 
 constexpr std::size_t coffHeaderSize = 20;
-// Windows maps no headers larger than this; a larger e_lfanew is an accident or an attack.
+// Windows does not load programs with larger headers, so a larger e_lfanew is an error or an attack.
 constexpr std::uint64_t maxHeaderOffset = 1U << 20;
 
 Error notPe(const char *what)
@@ -41,9 +41,8 @@ Section parseSection(ByteView row)
     return section;
 }
 
-} // namespace
-
-Result<PeHeaders> PeHeaders::read(const File &file)
+// The offset of the COFF header, which follows the PE signature.
+Result<std::size_t> findCoffHeader(const File &file)
 {
     if (file.size() < 64) {
         return notPe("not a Windows program: too short");
@@ -55,23 +54,38 @@ Result<PeHeaders> PeHeaders::read(const File &file)
     if (dos.value()[0] != 'M' || dos.value()[1] != 'Z') {
         return notPe("not a Windows program: no MZ signature");
     }
-    const std::uint64_t signature = read32(dos.value(), 60);
-    if (signature % 4 != 0 || signature > maxHeaderOffset
-        || !fits(signature, 4 + coffHeaderSize, file.size())) {
+    const std::uint32_t offset = read32(dos.value(), 60);
+    if (offset % 4 != 0 || offset > maxHeaderOffset
+        || !fits(offset, 4 + coffHeaderSize, file.size())) {
         return notPe("not a Windows program: no PE header where the DOS header points");
     }
+    const auto signature = file.readAt(offset, std::size_t{4});
+    if (signature.hasError()) {
+        return signature.error();
+    }
+    if (read32(signature.value(), 0) != 0x00004550) {
+        return notPe("not a Windows program: no PE signature");
+    }
+    return std::size_t{offset} + 4;
+}
+
+} // namespace
+
+Result<PeHeaders> PeHeaders::read(const File &file)
+{
+    const auto coffOffset = findCoffHeader(file);
+    if (coffOffset.hasError()) {
+        return coffOffset.error();
+    }
     PeHeaders headers;
-    headers.m_coff = signature + 4;
+    headers.m_coff = coffOffset.value();
     headers.m_optional = headers.m_coff + coffHeaderSize;
-    const auto coff = file.readAt(signature, 4 + coffHeaderSize);
+    const auto coff = file.readAt(headers.m_coff, coffHeaderSize);
     if (coff.hasError()) {
         return coff.error();
     }
-    if (read32(coff.value(), 0) != 0x00004550) {
-        return notPe("not a Windows program: no PE signature");
-    }
-    const std::size_t sectionCount = read16(coff.value(), 6);
-    const std::size_t optionalSize = read16(coff.value(), 20);
+    const std::size_t sectionCount = read16(coff.value(), 2);
+    const std::size_t optionalSize = read16(coff.value(), 16);
     headers.m_table = headers.m_optional + optionalSize;
     const std::size_t tableEnd = headers.m_table + sectionRowSize * sectionCount;
     if (sectionCount > maxSections) {
@@ -90,7 +104,7 @@ Result<PeHeaders> PeHeaders::read(const File &file)
         return read.error();
     }
     headers.readSections(sectionCount);
-    // What lies behind the headers may be a section's data, which are not ours to write.
+    // Bytes after the headers may belong to a section: they must not be written with the headers.
     headers.m_bytes.resize(std::clamp<std::size_t>(headers.sizeOfHeaders(), tableEnd, wanted));
     return headers;
 }
@@ -123,10 +137,10 @@ Result<Done> PeHeaders::checkForEditing(std::uint64_t fileSize) const
     if (!isPowerOfTwo(fileAlignment()) || !isPowerOfTwo(sectionAlignment())
         || fileAlignment() > 0x10000 || sectionAlignment() < fileAlignment()
         || sectionAlignment() > 0x1000000) {
-        return damaged("the alignments in the header are no alignments");
+        return damaged("the section or file alignment in the header is invalid");
     }
     if (sizeOfHeaders() > fileSize || sizeOfHeaders() < rowOffset(m_sections.size())) {
-        return damaged("the size of the headers is wrong");
+        return damaged("SizeOfHeaders in the header is invalid");
     }
     std::uint64_t next = sizeOfHeaders();
     for (const Section &section : m_sections) {

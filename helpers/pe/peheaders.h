@@ -12,7 +12,7 @@
 
 namespace pe {
 
-// One row of the section table. The numbers are the file's and need not make sense.
+// One row of the section table. The numbers are as in the file: they may be nonsense.
 struct Section
 {
     std::string name; // as stored, without the padding
@@ -24,13 +24,13 @@ struct Section
 
     bool hasRawData() const { return rawSize != 0 && rawPointer != 0; }
     std::uint64_t rawEnd() const { return std::uint64_t{rawPointer} + rawSize; }
-    // Bytes of address space: linkers of old leave VirtualSize 0.
+    // The number of bytes in memory. Old linkers leave VirtualSize 0.
     std::uint32_t extent() const { return virtualSize != 0 ? virtualSize : rawSize; }
     std::uint64_t virtualEnd() const { return std::uint64_t{virtualAddress} + extent(); }
     bool holdsRva(std::uint32_t rva) const { return rva >= virtualAddress && rva < virtualEnd(); }
 };
 
-// The numbers of the data directories that matter here (PE format, "Optional Header Data
+// The data directories that are used here, by their index (PE format, "Optional Header Data
 // Directories").
 enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6 };
 
@@ -40,16 +40,16 @@ struct DataDirectory
     std::uint32_t size = 0;
 };
 
-// The headers of a PE32 or PE32+ file, from the first byte to the end of the section table and the
-// room for one more row behind it. Changes stay in memory; bytes() is what is to be written.
+// The headers of a PE32 or PE32+ file: from the first byte to the end of the section table, with the
+// room for one more row after it. Changes stay in memory; the caller writes bytes() to the file.
 // Layout: Microsoft's "PE Format" document.
 class PeHeaders
 {
 public:
-    // NotPe when it is no program, Damaged when its headers do not fit the file.
+    // Fails with NotPe if the file is not a program, with Damaged if its headers do not fit the file.
     static Result<PeHeaders> read(const File &file);
 
-    // Whether the section table fits the file well enough to move things by it; else Damaged.
+    // Fails with Damaged if the section table is not consistent enough to edit the file by it.
     Result<Done> checkForEditing(std::uint64_t fileSize) const;
 
     std::uint32_t fileAlignment() const { return optional32(FileAlignment); }
@@ -65,24 +65,24 @@ public:
     DataDirectory directory(Directory which) const;
     void setDirectory(Directory which, DataDirectory value); // index below directoryCount()
 
-    // Where in the file an RVA's bytes lie, if the file holds them.
+    // The file offset of the bytes at an RVA; nothing if the file does not contain them.
     std::optional<std::uint64_t> offsetOf(std::uint32_t rva) const;
-    // The section that an RVA falls into.
+    // The index of the section that contains an RVA.
     std::optional<std::size_t> sectionOf(std::uint32_t rva) const;
-    // Where the image ends and data appended to it begin.
+    // The offset after the image, where appended data begin.
     std::uint64_t imageEnd() const;
 
-    // Takes over a row's numbers; SizeOfImage and SizeOfInitializedData follow.
+    // Replaces a row of the section table and adjusts SizeOfImage and SizeOfInitializedData.
     void setSection(std::size_t index, const Section &section);
     bool hasRoomForSection() const;
     void appendSection(const Section &section); // needs hasRoomForSection()
-    // Adjusts every file offset in the headers to `length` bytes put in at `at`.
+    // Adjusts every file offset in the headers after `length` bytes were inserted at `at`.
     void shiftFileOffsets(std::uint64_t at, std::uint64_t length);
 
     const Bytes &bytes() const { return m_bytes; }
 
 private:
-    // Offsets in the optional header, by the names of the document; PE32 and PE32+ have them alike.
+    // Offsets in the optional header, with the names of the document. They are the same in PE32 and PE32+.
     enum OptionalField : std::size_t {
         SizeOfInitializedData = 8,
         AddressOfEntryPoint = 16,

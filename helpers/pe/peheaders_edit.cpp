@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint32_t initializedData = 0x40; // IMAGE_SCN_CNT_INITIALIZED_DATA
 
-// File offsets below this many bytes are 32-bit numbers; 0 means "none".
+// An offset of 0 means "none" and stays.
 std::uint32_t shifted(std::uint32_t offset, std::uint64_t at, std::uint64_t length)
 {
     return offset != 0 && offset >= at ? static_cast<std::uint32_t>(offset + length) : offset;
@@ -51,7 +51,7 @@ void PeHeaders::setSection(std::size_t index, const Section &section)
     const Section old = m_sections[index];
     m_sections[index] = section;
     storeSection(index);
-    // By difference: what exactly the linker counted is its own affair.
+    // Add the difference, do not count anew: linkers count differently.
     if ((old.characteristics & initializedData) != 0 && section.rawSize != old.rawSize) {
         setOptional32(SizeOfInitializedData,
                       optional32(SizeOfInitializedData) + section.rawSize - old.rawSize);
@@ -70,7 +70,7 @@ bool PeHeaders::hasRoomForSection() const
             limit = std::min<std::uint64_t>(limit, section.rawPointer);
         }
     }
-    // Some linkers keep bound imports or notes of their own behind the table.
+    // Some linkers write bound imports or notes after the table.
     return end <= limit && m_sections.size() < maxSections
         && std::all_of(m_bytes.begin() + static_cast<std::ptrdiff_t>(end - sectionRowSize),
                        m_bytes.begin() + static_cast<std::ptrdiff_t>(end),

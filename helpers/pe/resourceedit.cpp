@@ -23,7 +23,7 @@ Result<Done> copyWithGap(AtomicFile &made, const File &file, const EditPlan &pla
     if (copied.hasError()) {
         return copied;
     }
-    // Not before: a file that grows as it is written is filled faster than one that has its size.
+    // Last: writing is faster while the file grows than after it has its full size.
     return made.resize(file.size() + plan.insertLength);
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t highBit = 0x80000000U;
 
-// Hands out free ranges, the lowest that is large enough first.
+// Gives out free ranges: always the lowest one that is large enough.
 class Allocator
 {
 public:
@@ -80,7 +80,7 @@ private:
         return found.has_value();
     }
 
-    // Places everything but content below a directory; its own table has a place.
+    // Places all tables, names and data entries below a directory, but not its own table.
     bool placeTables(ResourceDirectory &directory)
     {
         return std::all_of(directory.entries.begin(), directory.entries.end(),

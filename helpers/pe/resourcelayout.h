@@ -10,7 +10,7 @@
 
 namespace pe {
 
-// Bytes that belong at an offset of the file.
+// Bytes to write at an offset of the file.
 struct Patch
 {
     std::uint64_t offset = 0;
@@ -23,9 +23,9 @@ struct LayoutRoom
 {
     std::uint32_t rootRva = 0;
     std::uint64_t rootOffset = 0;
-    std::vector<ResourceRange> taken; // what must not be written to
-    std::uint32_t length = 0;         // bytes that are there
-    std::uint32_t maxLength = 0; // bytes that there could be; more than `length` lets the room grow
+    std::vector<ResourceRange> taken; // must not be written to
+    std::uint32_t length = 0;         // bytes that exist now
+    std::uint32_t maxLength = 0;      // bytes that the room may grow to
 };
 
 // Where the parts of a tree go.
@@ -40,7 +40,7 @@ struct Layout
 // tree and moves new content out of it.
 std::optional<Layout> layOut(ResourceTree &tree, const LayoutRoom &room);
 
-// The place of all data of the tree that lie inside [rva, rva + length), from rva on.
+// Where the content of the tree's resources lies inside [rva, rva + length); positions count from rva.
 std::vector<ResourceRange> dataRanges(const ResourceTree &tree, std::uint32_t rva,
                                       std::uint32_t length);
 

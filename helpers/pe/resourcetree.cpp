@@ -57,7 +57,7 @@ bool sortsBefore(const ResourceKey &left, const ResourceKey &right)
 
 const ResourceEntry *findEntry(const ResourceDirectory &directory, const ResourceKey &key)
 {
-    // Not a binary search: files in the wild are not always sorted.
+    // Not a binary search: real files are not always sorted.
     const auto found
         = std::find_if(directory.entries.begin(), directory.entries.end(), [&](const auto &entry) {
               return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);

@@ -16,10 +16,10 @@ namespace pe {
 constexpr std::uint16_t iconType = 3;
 constexpr std::uint16_t groupIconType = 14;
 
-// How a directory entry is looked up: by a 16-bit id, or by a name in capitals.
+// The key of a directory entry: a 16-bit id, or a name in capitals.
 struct ResourceKey
 {
-    std::optional<std::u16string> name; // nothing: the id counts
+    std::optional<std::u16string> name; // nothing: the key is the id
     std::uint32_t id = 0;
 };
 
@@ -30,7 +30,7 @@ struct ResourceData
     std::uint32_t size = 0;
     std::uint32_t codePage = 0;
     std::uint32_t reserved = 0;
-    std::optional<Bytes> newContent; // bytes that the file does not hold yet
+    std::optional<Bytes> newContent; // content that is not in the file yet
 };
 
 struct ResourceDirectory;
@@ -46,7 +46,7 @@ struct ResourceEntry
     std::uint32_t dataEntryPosition = 0;
 };
 
-// One table: named entries first, in the order of their names, then ids in rising order.
+// One table: first the named entries, sorted by name, then the entries with ids, sorted by id.
 struct ResourceDirectory
 {
     Bytes header; // the 12 bytes before the counts: characteristics, time stamp, version
@@ -63,7 +63,7 @@ struct ResourceRange
     std::uint32_t end = 0;
 };
 
-// The resource directory of a program, with nothing of the resources' content.
+// The resource directory of a program, without the resources' content.
 struct ResourceTree
 {
     ResourceDirectory root;
@@ -72,31 +72,31 @@ struct ResourceTree
     std::size_t section = 0;      // index of the section that holds the tables
 };
 
-// Reads the directory; nothing when the program has none. Loops, tables outside the section, more
-// than three levels and absurd counts are errors. Where data lie is not checked: packed programs
-// have resources that exist only in memory.
+// Reads the directory. Returns nothing if the program has none. Fails on loops, on tables outside the
+// section, on more than three levels and on absurdly many entries. Does not check where the content
+// lies: in packed programs it exists only in memory.
 Result<std::optional<ResourceTree>> readResourceTree(const File &file, const PeHeaders &headers);
 
-// The content of one resource; an error when the file does not hold all of it or it exceeds
+// The content of one resource. Fails if the file does not contain all of it or if it is larger than
 // `maxSize`.
 Result<Bytes> readResource(const File &file, const PeHeaders &headers, const ResourceData &data,
                            std::uint32_t maxSize);
-// The same, but reads no more than the first `length` bytes.
+// The same, but reads only the first `length` bytes.
 Result<Bytes> readResourceStart(const File &file, const PeHeaders &headers,
                                 const ResourceData &data, std::uint32_t maxSize,
                                 std::uint32_t length);
 
-// The order that the loader's binary search needs.
+// True if `left` comes first in the order that the loader's binary search needs.
 bool sortsBefore(const ResourceKey &left, const ResourceKey &right);
 
-// The entry of this key; null when there is none.
+// The entry with this key, or null.
 ResourceEntry *findEntry(ResourceDirectory &directory, const ResourceKey &key);
 const ResourceEntry *findEntry(const ResourceDirectory &directory, const ResourceKey &key);
 
-// The first data below an entry: of its first language where there are several. Null when empty.
+// The data of an entry, in its first language if there are several. Null if it has none.
 const ResourceData *firstData(const ResourceEntry &entry);
 
-// Capitals as Windows makes them for resource names: Latin, Greek and Cyrillic letters.
+// The name in capitals, as Windows changes resource names. Knows Latin, Greek and Cyrillic letters.
 std::u16string upperCased(std::u16string_view name);
 
 } // namespace pe

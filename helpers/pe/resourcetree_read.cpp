@@ -11,9 +11,9 @@ namespace pe {
 namespace {
 
 constexpr std::uint32_t highBit = 0x80000000U;
-// Type, name, language: the loader looks no deeper.
+// Type, name and language. The loader knows no more levels.
 constexpr int maxLevels = 3;
-// Far above any program; keeps the tree of a hostile file within a few megabytes.
+// Real programs have far fewer. The limit keeps the tree of a hostile file within a few megabytes.
 constexpr std::size_t maxEntries = 50000;
 constexpr std::uint32_t dataEntrySize = 16;
 
@@ -22,7 +22,7 @@ Error damaged(const char *what)
     return {ErrorKind::Damaged, what};
 }
 
-// Reads the tables of one tree. `m_length` bytes from the root on belong to the section.
+// Reads the tables of one tree. The section ends `m_length` bytes after the root's first byte.
 class TreeReader
 {
 public:
@@ -120,7 +120,7 @@ private:
     Result<Bytes> bytesAt(std::uint64_t position, std::size_t length) const
     {
         if (!fits(position, length, m_length)) {
-            return damaged("the resource directory leads outside its section");
+            return damaged("the resource directory points outside its section");
         }
         return m_file.readAt(m_rootOffset + position, length);
     }

@@ -10,16 +10,16 @@
 namespace pe {
 
 enum class ErrorKind {
-    NotPe,       // no MZ/PE signatures, or an optional header that is neither PE32 nor PE32+
+    NotPe,       // no MZ or PE signature, or neither PE32 nor PE32+
     Damaged,     // a PE whose tables contradict each other or the file's size
     BadIcon,     // the ICO data are not usable
-    NoRoom,      // the PE leaves no room for what was asked
-    CannotRead,  // the system refused to open or read
-    CannotWrite, // the system refused to create, write or rename
+    NoRoom,      // the PE file has no room for what is added
+    CannotRead,  // opening or reading failed
+    CannotWrite, // creating, writing or renaming failed
 };
 
-// A failure in two halves: what was being done, and what the system said (empty when the
-// system had no part in it).
+// A failure in two parts: what went wrong, and the system's message for it (empty if no call of the
+// system failed).
 struct Error
 {
     ErrorKind kind = ErrorKind::Damaged;
@@ -27,11 +27,11 @@ struct Error
     std::string system = {};
 };
 
-// The value of an operation without a result.
+// For operations that return no value.
 struct Done
 {};
 
-// Either a value or an Error. Ask hasError() before value().
+// Either a value or an Error. Call hasError() before value().
 template <typename T>
 class [[nodiscard]] Result
 {

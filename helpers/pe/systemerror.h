@@ -7,8 +7,8 @@
 
 namespace pe {
 
-// An Error with what the system says of the call that has just failed, in its own words. To be asked
-// at once, before any other call changes it.
+// Makes an Error with the system's message for the call that has just failed. Call it at once: any other
+// call may change the system's error code.
 Error systemError(ErrorKind kind, const char *what);
 
 } // namespace pe

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Real icons have at most a few megabytes; this keeps memory use small.
+// Real icons are smaller. The limit keeps memory use small.
 constexpr std::uint64_t maxIconSize = 12U << 20;
 
 // A failure together with the file that it is about.

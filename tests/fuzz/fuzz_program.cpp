@@ -50,7 +50,7 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
     require(looksBefore && looksAfter, "an edited program can be read");
     require(looksAfter->appended == looksBefore->appended, "appended data are kept");
     require(untouched && untouched->areIn(after), "no other bytes of the program change");
-    // A section that grows may bring content within reach that was outside.
+    // In a damaged file a growing section can make content readable that was not.
     for (const auto &[path, content] : looksBefore->others) {
         const auto kept = looksAfter->others.find(path);
         require(!looksBefore->isSound
@@ -62,7 +62,7 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
 
 } // namespace
 
-// Programs: any bytes. Their icon is read, taken out and set.
+// The input is a program, or any bytes. The icon is read, removed and set.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     ProgramFile file({data, size});

@@ -12,7 +12,7 @@ using namespace pe;
 
 namespace {
 
-// One folder a process.
+// A folder for this process.
 class Folder
 {
 public:

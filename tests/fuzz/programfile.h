@@ -9,8 +9,7 @@
 #include <map>
 #include <optional>
 
-// A fuzzer's input as a file, in memory where the system has a folder for that. It lasts as long
-// as the object.
+// A fuzzer's input as a file, in a memory file system if there is one. The destructor removes the file.
 class ProgramFile
 {
 public:
@@ -34,6 +33,6 @@ struct ProgramLooks
     bool hasGroup = false;                      // of icons
     bool isSound = false;                       // no two sections share bytes of the file
 
-    // Nothing: it cannot be read.
+    // Returns nothing if the file cannot be read.
     static std::optional<ProgramLooks> of(const ProgramFile &file);
 };

@@ -8,12 +8,11 @@
 #include <QMap>
 #include <QString>
 
-// Small Windows programs and icons made up in memory, and a reader of programs that shares no
-// code with the one under test.
+// Makes small Windows programs and icons in memory. Also reads programs, without any code of the reader
+// under test.
 namespace petest {
 
-// One resource as the reader finds it. The map's key is "type/name/language"; names stand in
-// quotes.
+// One resource as the reader finds it. The map's key is "type/name/language", with names in quotes.
 struct Resource
 {
     QByteArray content;
@@ -31,8 +30,8 @@ struct SectionRow
     quint32 rawPointer = 0;
 };
 
-// A program's bytes, looked at. `fault` tells the first thing that the loader would stumble over, a
-// directory that is not sorted included; it is empty for a sound file.
+// What the reader finds in a program. `fault` is the first thing that the loader would refuse or
+// misread, also a directory that is not sorted; it is empty if there is none.
 struct PeFacts
 {
     QString fault;
@@ -46,7 +45,7 @@ struct PeFacts
 };
 PeFacts lookAt(const QByteArray &program);
 
-// What a made-up program is to contain.
+// What makeProgram() puts into a program.
 struct Recipe
 {
     bool pe32Plus = true;
@@ -56,7 +55,7 @@ struct Recipe
     bool foreignBehind = false;  // a section that has to keep its address
     bool headerRoom = true;      // for another row of the section table
     bool checkSum = true;        // some number that is not 0
-    bool symbols = false;        // a COFF symbol table behind the sections
+    bool symbols = false;        // a COFF symbol table after the sections
     bool debugDirectory = false; // one entry, whose 16 bytes of data lie after the sections
     int debugSize = 28;          // what the header says of that directory's size
     bool certificate = false;    // a security directory in the appended data

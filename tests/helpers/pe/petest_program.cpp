@@ -34,7 +34,7 @@ void put32(QByteArray &bytes, qsizetype offset, quint32 value)
     qToLittleEndian(value, bytes.data() + offset);
 }
 
-// QByteArray::resize() leaves new bytes as they happen to be.
+// QByteArray::resize() does not initialise new bytes.
 void growTo(QByteArray &bytes, qsizetype size)
 {
     bytes.append(size - bytes.size(), '\0');
@@ -57,7 +57,7 @@ quint32 rounded(qsizetype value, quint32 unit)
     return (static_cast<quint32>(value) + unit - 1) / unit * unit;
 }
 
-// A tree of two levels of keys over data; a key that is no number is a name.
+// One resource. `name` is an id if it is a number.
 struct Leaf
 {
     quint32 type;
@@ -105,7 +105,7 @@ QList<Leaf> leavesOf(const Recipe &recipe)
     return leaves;
 }
 
-// Lays tables, names, data entries and data out one behind the other, as linkers do.
+// Writes tables, names, data entries and data one after the other, as linkers do.
 class SectionWriter
 {
 public:
@@ -188,7 +188,7 @@ private:
     QList<QPair<qsizetype, QByteArray>> m_data;
 };
 
-// Puts sections one behind the other into file and memory.
+// Writes sections one after the other, in the file and in memory.
 class ProgramWriter
 {
 public:
@@ -242,7 +242,7 @@ public:
         put32(m_out, optional + 60, 0x400);
         put32(m_out, optional + (m_recipe.pe32Plus ? 108 : 92), 16);
         if (!m_recipe.headerRoom) {
-            // As some linkers do, notes right behind the section table.
+            // Notes directly after the section table, as some linkers write them.
             m_out.replace(m_table + 40 * m_count, 20, random(20, 8));
         }
     }

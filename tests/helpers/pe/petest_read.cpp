@@ -9,7 +9,7 @@ namespace petest {
 
 namespace {
 
-// Reads numbers at any offset; outside the buffer they are 0 and the fault is noted.
+// Reads numbers at any offset. Outside the buffer it returns 0 and notes a fault.
 class Reader
 {
 public:

@@ -54,7 +54,7 @@ private slots:
         QCOMPARE(pe::read32(bytes, 14), bytes.size() - 22);
     }
 
-    // Names come before numbers: of the groups "OTHER" and 1 the first is "OTHER", of one image.
+    // Names come before ids: the first group is "OTHER", which has one image, not 1.
     void theFirstGroupCounts()
     {
         QTemporaryDir dir;
@@ -110,7 +110,7 @@ private slots:
         QVERIFY(pe::iconOfProgram(nativePathOf(dir.filePath("b.exe"))).hasError());
     }
 
-    // Whatever is damaged, the reader ends with an answer.
+    // The reader returns an icon, nothing or an error for any damaged program.
     void aDamagedProgramIsNoDanger()
     {
         const QByteArray program = petest::makeProgram({});
@@ -120,7 +120,7 @@ private slots:
         for (int i = 0; i < 1500; ++i) {
             QByteArray damaged = program;
             for (int j = 0; j < 1 + i % 4; ++j) {
-                // A generator of the test's own, so that every run damages the same places.
+                // Not random: every run damages the same places.
                 const quint32 random = static_cast<quint32>(i * 4 + j) * 2654435761U;
                 damaged[random % static_cast<quint32>(damaged.size())]
                     = static_cast<char>(random >> 24);
