@@ -8,11 +8,15 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 
 #include <optional>
 
 namespace {
+
+// The engine reads an icon file whole. A large real one has less than one mebibyte.
+constexpr qint64 largestIconFile = 64 * 1048576;
 
 QStringList programsIn(const QDir &folder)
 {
@@ -41,6 +45,14 @@ bool isSameOrInside(const QString &path, const QString &folder)
     return inner == outer || inner.startsWith(outer.endsWith('/') ? outer : outer + '/');
 }
 
+// The archiver takes the path for a pattern, and would pack other folders as well. A name on Windows cannot
+// hold these characters; only there does a path begin with "//?/".
+bool isPattern(const QString &path)
+{
+    const QString name = path.startsWith(QLatin1String("//?/")) ? path.mid(4) : path;
+    return name.contains('*') || name.contains('?');
+}
+
 std::optional<Refusal> checkFolder(const QString &folder)
 {
     const QFileInfo info(folder);
@@ -52,6 +64,13 @@ std::optional<Refusal> checkFolder(const QString &folder)
     }
     if (!info.isReadable() || !info.isExecutable()) {
         return Refusal{QStringLiteral("the folder %1 cannot be read").arg(folder)};
+    }
+    if (isPattern(resolvedPath(folder))) {
+        return Refusal{
+            QStringLiteral(
+                "the path of the folder %1 has a * or ? in it, which the archiver takes for a "
+                "pattern")
+                .arg(resolvedPath(folder))};
     }
     if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt gives an empty path for one that is missing
         return Refusal{QStringLiteral("the temporary directory of this user does not exist")};
@@ -101,11 +120,37 @@ std::variant<QString, Refusal> namedProgram(const QString &folder, const QString
     return fileName;
 }
 
+// Whether a produced file could start a program of that name. Its configuration holds the name between
+// quotes on a line, and is filled in at places called %1 to %3; the rest are characters that Windows has not.
+bool canBeStarted(const QString &fileName)
+{
+    static const QRegularExpression unusable(R"([\x00-\x1f"*:<>?\\|]|%L?\d)");
+    return !unusable.match(fileName).hasMatch();
+}
+
+std::optional<Refusal> checkProgramName(const QString &fileName)
+{
+    if (canBeStarted(fileName)) {
+        return std::nullopt;
+    }
+    return Refusal{
+        QStringLiteral("the produced file could not start %1: the main program's name must not "
+                       "have control characters, any of \" * : < > ? \\ |, or a % before "
+                       "a digit")
+            .arg(fileName)};
+}
+
 std::optional<Refusal> checkIcon(const QString &icon)
 {
     const QFileInfo info(icon);
-    if (icon.isEmpty() || (info.isFile() && info.isReadable())) {
+    if (icon.isEmpty()) {
         return std::nullopt;
+    }
+    if (info.isFile() && info.isReadable()) {
+        return info.size() <= largestIconFile
+            ? std::nullopt
+            : std::optional(
+                Refusal{QStringLiteral("the icon file %1 is larger than 64 MiB").arg(icon)});
     }
     return Refusal{(info.exists() ? QStringLiteral("the icon file %1 cannot be read")
                                   : QStringLiteral("the icon file %1 does not exist"))
@@ -149,6 +194,9 @@ std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line)
         return *refusal;
     }
     const QString mainProgram = std::get<QString>(program);
+    if (const auto refusal = checkProgramName(mainProgram)) {
+        return *refusal;
+    }
     if (const auto refusal = checkIcon(line.iconPath)) {
         return *refusal;
     }

@@ -183,6 +183,87 @@ private slots:
         QVERIFY2(!QDir(here("@/out/new")).exists(), "a refusal left the output directory behind");
     }
 
+    void aFolderThatTheArchiverTakesForAPatternIsRefused_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("a star") << "a*b" << true;
+        QTest::newRow("a question mark") << "a?b" << true;
+        QTest::newRow("a star in a folder above") << "a*b/app" << true;
+        QTest::newRow("brackets") << "a[b]" << false;
+        QTest::newRow("the archiver's sign of a list") << "@a" << false;
+        QTest::newRow("a dash in front") << "-a" << false;
+    }
+    void aFolderThatTheArchiverTakesForAPatternIsRefused()
+    {
+        QFETCH(QString, folder);
+        QFETCH(bool, refused);
+        if (onWindows && refused) {
+            QSKIP("there are no such names here");
+        }
+        const QString path = here("@/patterns/" + folder);
+        QVERIFY(QDir().mkpath(path) && writeFile(path + "/a.exe", "content"));
+        CommandLine line = usualLine();
+        line.folder = path;
+        const QString message = QString("the path of the folder %1 has a * or ? in it, which the "
+                                        "archiver takes for a pattern");
+        QCOMPARE(messageOf(checkInputs(line)), refused ? message.arg(path) : QString());
+        if (refused) { // by a path that has none in it, too
+            const QString link = here("@/patterns/link");
+            QFile::remove(link);
+            QVERIFY(QFile::link(path, link));
+            line.folder = link;
+            QCOMPARE(messageOf(checkInputs(line)), message.arg(path));
+        }
+    }
+
+    void aProgramThatAProducedFileCannotStartIsRefused_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("refused");
+        for (const char *name :
+             {"a%0.exe", "%1.exe", "a%2b.exe", "a.%3.exe", "a%9.exe", "a%10.exe", "%L1.exe"}) {
+            QTest::newRow(name) << QString(name) << true;
+        }
+        for (const char *name :
+             {"a\"b.exe", "a*.exe", "a?.exe", "a\nb.exe", "a:b.exe", "a<b.exe"}) {
+            if (!onWindows) { // which has no such names
+                QTest::newRow(name) << QString(name) << true;
+            }
+        }
+        for (const char *name :
+             {"100%.exe", "a%b.exe", "a%%T.exe", "a'b.exe", "a;b.exe", "文件.exe"}) {
+            QTest::newRow(name) << QString(name) << false;
+        }
+    }
+    void aProgramThatAProducedFileCannotStartIsRefused()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, refused);
+        QTemporaryDir folder;
+        QVERIFY(writeFile(folder.filePath(name), "content"));
+        CommandLine line = usualLine();
+        line.folder = folder.path();
+        line.mainProgram = name;
+        const QString message = messageOf(checkInputs(line));
+        QCOMPARE(message.startsWith("the produced file could not start " + name + ": "), refused);
+        QCOMPARE(message.isEmpty(), !refused);
+        line.mainProgram.clear(); // it is found
+        QCOMPARE(messageOf(checkInputs(line)), message);
+    }
+
+    void anIconFileMayHave64MiB()
+    {
+        CommandLine line = usualLine();
+        line.iconPath = here("@/large.ico");
+        QFile icon(line.iconPath);
+        QVERIFY(icon.open(QIODevice::WriteOnly) && icon.resize(64 * 1048576));
+        QCOMPARE(messageOf(checkInputs(line)), QString());
+        QVERIFY(icon.resize(64 * 1048576 + 1));
+        QCOMPARE(messageOf(checkInputs(line)),
+                 here("the icon file @/large.ico is larger than 64 MiB"));
+    }
+
     void aFolderWithTheTemporaryDirectoryInItIsRefused()
     {
         const PrivateTemp temp;
