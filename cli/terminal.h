@@ -15,5 +15,5 @@ bool isTerminal(Stream stream);
 // silently.
 void writeText(Stream stream, const QString &text);
 
-// To be called once, before anything is written.
+// To be called once, before anything is opened or written.
 void prepareTerminal();

@@ -16,6 +16,8 @@ HANDLE handleOf(Stream stream)
 
 } // namespace
 
+// A stream that the caller did not give has no handle here, and no other file can be taken for it: writing to it
+// fails, and is of no further consequence.
 void prepareTerminal() {}
 
 bool isTerminal(Stream stream)
