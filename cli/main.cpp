@@ -6,8 +6,10 @@
 #include "cli/exitstatus.h"
 #include "cli/inputcheck.h"
 #include "cli/interrupt.h"
+#include "cli/outputguard.h"
 #include "cli/terminal.h"
 #include "cli/terminaljob.h"
+#include "packaging/outputname.h"
 
 #include <QCoreApplication>
 
@@ -21,7 +23,13 @@ int pack(const CommandLine &line, Console &console)
         return ExitWrongUsage;
     }
     InterruptWatcher watcher; // from here on nothing ends the program before it has cleared up
-    TerminalJob job(std::get<PackagingJob>(checked), console);
+    const auto &inputs = std::get<PackagingJob>(checked);
+    OutputGuard guard(outputPath(inputs.outputDir, inputs.mainExeName));
+    if (const QString reason = guard.hold(); !reason.isEmpty()) {
+        console.showMessage(reason);
+        return ExitWrongUsage;
+    }
+    TerminalJob job(inputs, guard, console);
     QObject::connect(&watcher, &InterruptWatcher::interrupted, &job, &TerminalJob::interrupt);
     QObject::connect(&job, &TerminalJob::ended, qApp, &QCoreApplication::exit,
                      Qt::QueuedConnection);

@@ -3,105 +3,112 @@
 
 #include "cli/outputguard.h"
 
-#include "icons/iconreplacement.h"
+#include "cli/replacefile.h"
 
+#include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 
 namespace {
 
-constexpr qint64 comparedSize = 4096;
+constexpr int attempts = 100;
+constexpr int keptOfHash = 8;
 
-// Whether `output` ends with the content of `archive`, told by the first and the last few bytes of it:
-// a write that was cut short leaves no room for both.
-bool endsWithArchive(QFile &output, QFile &archive)
+// One for each output, and short however long the output's name is. Two spellings of one name are one
+// output where the file system does not tell capitals apart.
+QString prefixFor(const QString &output)
 {
-    const qint64 start = output.size() - archive.size();
-    const qint64 size = qMin(comparedSize, archive.size());
-    if (start < 0 || !output.seek(start) || output.read(size) != archive.read(size)) {
-        return false;
-    }
-    return output.seek(output.size() - size) && archive.seek(archive.size() - size)
-        && output.read(size) == archive.read(size);
-}
-
-// A name beside `output` that no file has; an earlier one may still hold what was rescued from a job
-// that was killed.
-QString freeNameBeside(const QString &output)
-{
-    QString name = output + ".previous";
-    for (int number = 2; QFile::exists(name); ++number) {
-        name = QStringLiteral("%1.previous-%2").arg(output).arg(number);
-    }
-    return name;
+    const QFileInfo info(output);
+    const QByteArray hash
+        = QCryptographicHash::hash(info.fileName().toLower().toUtf8(), QCryptographicHash::Sha1);
+    return info.dir().filePath(".kestrelpack-"
+                               + QString::fromLatin1(hash.toHex().left(keptOfHash)));
 }
 
 } // namespace
 
 OutputGuard::OutputGuard(const QString &output)
     : m_output(output)
-    , m_backupIsOurs(!QFile::exists(iconBackupPath(output)))
-    , m_directory(QDir::temp().filePath("kestrelpack-cli-XXXXXX"))
+    , m_prefix(prefixFor(output))
+    , m_lock(m_prefix + ".lock")
 {
 }
 
-bool OutputGuard::isValid() const
+OutputGuard::~OutputGuard()
 {
-    return m_directory.isValid();
+    release();
 }
 
-QString OutputGuard::errorString() const
+QString OutputGuard::hold()
 {
-    return m_directory.errorString();
-}
-
-QString OutputGuard::archivePath() const
-{
-    return m_directory.filePath("temp.7z");
-}
-
-void OutputGuard::setOldOutputAside()
-{
-    if (!QFile::exists(m_output)) {
-        return;
+    switch (m_lock.tryHold()) {
+    case FileLock::Result::Held:
+        removeThoseOfKilledJobs();
+        break;
+    case FileLock::Result::HeldByAnother:
+        return QStringLiteral("another job is making %1").arg(m_output);
+    case FileLock::Result::NoLocksHere:
+        // The directory has to do as a lock. That of a killed job cannot be told from one in use.
+        if (QFileInfo::exists(directoryName(1))) {
+            return QStringLiteral("another job is making %1; if there is none, remove %2")
+                .arg(m_output, directoryName(1));
+        }
+        break;
+    case FileLock::Result::Failed:
+        return QStringLiteral("the output %1 cannot be locked: %2")
+            .arg(m_output, m_lock.errorString());
     }
-    const QString name = freeNameBeside(m_output);
-    if (QFile::rename(m_output, name)) {
-        m_oldOutput = name;
-    } else {
-        m_outputIsOurs = false;
+    return makeDirectory();
+}
+
+QString OutputGuard::madeFile() const
+{
+    return QDir(m_directory).filePath(QFileInfo(m_output).fileName());
+}
+
+QString OutputGuard::putInPlace() const
+{
+    return replaceFile(madeFile(), m_output);
+}
+
+void OutputGuard::release()
+{
+    if (!m_directory.isEmpty()) {
+        QDir(m_directory).removeRecursively();
+        m_directory.clear();
+    }
+    m_lock.release();
+}
+
+QString OutputGuard::directoryName(int number) const
+{
+    return number == 1 ? m_prefix + ".tmp" : QStringLiteral("%1-%2.tmp").arg(m_prefix).arg(number);
+}
+
+void OutputGuard::removeThoseOfKilledJobs() const
+{
+    const QFileInfo prefix(m_prefix);
+    const auto entries = prefix.dir().entryInfoList({prefix.fileName() + "*.tmp"},
+                                                    QDir::Dirs | QDir::Hidden | QDir::System
+                                                        | QDir::NoDotAndDotDot);
+    for (const QFileInfo &entry : entries) {
+        if (!entry.isSymLink()) { // which could lead anywhere
+            QDir(entry.filePath()).removeRecursively();
+        }
     }
 }
 
-bool OutputGuard::outputIsWhole() const
+// What a killed job left cannot always be removed: on Windows its helper may still hold a file there.
+QString OutputGuard::makeDirectory()
 {
-    QFile output(m_output);
-    QFile archive(archivePath());
-    return output.open(QIODevice::ReadOnly) && archive.open(QIODevice::ReadOnly)
-        && endsWithArchive(output, archive);
-}
-
-void OutputGuard::keepOutput()
-{
-    if (!m_oldOutput.isEmpty()) {
-        QFile::remove(m_oldOutput);
+    for (int number = 1; number <= attempts; ++number) {
+        // With the permissions that are usual there: on Windows a file that is moved keeps those of the
+        // directory that it was made in.
+        if (QDir().mkdir(directoryName(number))) {
+            m_directory = directoryName(number);
+            return {};
+        }
     }
-}
-
-void OutputGuard::undoOutput()
-{
-    if (m_outputIsOurs) {
-        QFile::remove(m_output);
-    }
-    if (m_backupIsOurs) {
-        QFile::remove(iconBackupPath(m_output));
-    }
-    if (!m_oldOutput.isEmpty()) {
-        QFile::rename(m_oldOutput, m_output);
-    }
-}
-
-void OutputGuard::removeArchive()
-{
-    m_directory.remove();
+    m_lock.release();
+    return QStringLiteral("the directory %1 cannot be made").arg(directoryName(1));
 }

@@ -3,46 +3,52 @@
 
 #pragma once
 
-#include <QString>
-#include <QTemporaryDir>
+#include "cli/filelock.h"
 
-// Keeps the disk in order around one job of the terminal program: it owns the private directory for the
-// job's archive, sets an older output file aside, and after a failure puts things back as they were.
-// What the system does not let it remove or rename stays where it is. Used on one thread.
+#include <QString>
+
+// Keeps one output file, and all that lies beside it, in order around a job: the job writes into a private
+// directory beside the output, and only a whole executable is moved into place. Until then an older output
+// stays as it is, and after a job that failed or was killed it is still there. One job at a time can hold an
+// output. Used on one thread.
 class OutputGuard
 {
 public:
-    // `output` is the path of the executable to be made.
+    // `output` is the absolute path of the executable to be made; its directory exists.
     explicit OutputGuard(const QString &output);
+    // Calls release().
+    ~OutputGuard();
+    OutputGuard(const OutputGuard &) = delete;
+    OutputGuard &operator=(const OutputGuard &) = delete;
 
-    // False when the private directory could not be made; errorString() then tells why.
-    bool isValid() const;
-    QString errorString() const;
+    // Holds the output, removes what a killed job left there, and makes the private directory. Returns nothing
+    // when that is done, otherwise one English sentence that says why not. To be called once.
+    QString hold();
 
-    // Where the job's archive goes.
-    QString archivePath() const;
+    // The output's path.
+    QString output() const { return m_output; }
 
-    // Moves an existing output file out of the way, beside itself. One that cannot be moved stays, and
-    // is then for the engine to write over.
-    void setOldOutputAside();
+    // The private directory. The job makes there a file of the output's name.
+    QString directory() const { return m_directory; }
 
-    // Whether the output ends in the whole archive: the engine does not notice a disk that is full.
-    bool outputIsWhole() const;
+    // The path of that file.
+    QString madeFile() const;
 
-    // After a success: the older output is no longer needed.
-    void keepOutput();
+    // Moves the made file into place; an older output is replaced. Returns what the system said when it
+    // failed (the older output is then still there), and nothing when it is done.
+    QString putInPlace() const;
 
-    // After a failure: removes what the job made, and brings the older output back. An older output that
-    // could not be set aside is left alone.
-    void undoOutput();
-
-    // Removes the private directory.
-    void removeArchive();
+    // Removes the private directory with all that is in it, and lets the output go.
+    void release();
 
 private:
+    QString directoryName(int number) const;
+    void removeThoseOfKilledJobs() const;
+    QString makeDirectory();
+
     const QString m_output;
-    const bool m_backupIsOurs;  // the engine's backup copy beside the output
-    bool m_outputIsOurs = true; // nothing of the user's lies under the output's name
-    QString m_oldOutput;        // where the older output lies; empty when there is none
-    QTemporaryDir m_directory;
+    const QString
+        m_prefix; // of the names of the lock and of the private directory, with their path
+    FileLock m_lock;
+    QString m_directory; // empty: it is not there
 };

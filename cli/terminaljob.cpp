@@ -3,10 +3,10 @@
 
 #include "cli/terminaljob.h"
 
+#include "cli/archivecheck.h"
 #include "cli/exitstatus.h"
 #include "cli/interrupt.h"
 #include "icons/iconreplacement.h"
-#include "packaging/outputname.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -23,14 +23,15 @@ constexpr auto stopLimit = 5s;
 
 } // namespace
 
-TerminalJob::TerminalJob(const PackagingJob &job, Console &console)
+TerminalJob::TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &console)
     : m_job(job)
+    , m_outputDir(job.outputDir)
+    , m_guard(guard)
     , m_console(console)
-    , m_output(outputPath(job.outputDir, job.mainExeName))
-    , m_guard(m_output)
     , m_platform(m_gate)
 {
-    m_job.archivePath = m_guard.archivePath();
+    m_job.archivePath = m_archive.archivePath();
+    m_job.outputDir = m_guard.directory();
     setPlatform(&m_platform);
     m_worker.moveToThread(&m_thread);
 
@@ -40,8 +41,7 @@ TerminalJob::TerminalJob(const PackagingJob &job, Console &console)
     connect(
         &m_worker, &Worker::progressChanged, &m_worker, [this] { m_gate.pass(); },
         Qt::DirectConnection);
-    connect(&m_worker, &Worker::logMessage, this,
-            [this](const QString &line) { m_console.showLogLine(line); });
+    connect(&m_worker, &Worker::logMessage, this, &TerminalJob::show);
     connect(&m_worker, &Worker::progressChanged, this,
             [this](int percentage) { m_console.showProgress(percentage); });
     connect(&m_worker, &Worker::finished, this, &TerminalJob::finish);
@@ -56,13 +56,15 @@ TerminalJob::~TerminalJob()
 
 void TerminalJob::start()
 {
-    if (!m_guard.isValid()) {
-        m_console.showMessage(QStringLiteral("no directory for the archive could be made: %1")
-                                  .arg(m_guard.errorString()));
+    if (!m_archive.isValid()) {
+        m_console.showMessage(
+            QStringLiteral("cannot create a temporary directory for the archive: %1")
+                .arg(m_archive.errorString()));
+        m_hasEnded = true;
+        m_guard.release();
         emit ended(ExitJobFailed);
         return;
     }
-    m_guard.setOldOutputAside();
     m_thread.start();
     QMetaObject::invokeMethod(&m_worker, [this] {
         m_worker.createPortableApp(m_job.folderPath, m_job.archivePath, m_job.outputDir,
@@ -71,45 +73,76 @@ void TerminalJob::start()
     });
 }
 
-void TerminalJob::finish(bool success)
+// The user is not to read of the private directory.
+void TerminalJob::show(QString line)
 {
-    m_console.clearProgress();
-    const bool done = concludeOutput(success);
-    m_guard.removeArchive();
-    emit ended(done ? ExitDone : ExitJobFailed);
+    m_console.showLogLine(line.replace(m_job.outputDir, m_outputDir));
 }
 
-bool TerminalJob::concludeOutput(bool success)
+void TerminalJob::finish(bool success)
 {
-    const bool isWhole = success && m_guard.outputIsWhole();
-    if (!isWhole) {
-        m_guard.undoOutput();
-        m_console.showMessage(
-            success
-                ? QStringLiteral("%1 could not be written in full; is the disk full?").arg(m_output)
-                : QStringLiteral("the job failed; see the lines above"));
-        return false;
+    m_hasEnded = true;
+    m_console.clearProgress();
+    const QString reason = problem(success);
+    if (reason.isEmpty()) {
+        tellSuccess();
+    } else {
+        m_console.showMessage(reason);
     }
-    m_guard.keepOutput();
-    const qint64 size = QFileInfo(m_output).size();
+    m_archive.remove();
+    m_guard.release();
+    emit ended(reason.isEmpty() ? ExitDone : ExitJobFailed);
+}
+
+// The engine takes an archiver that is silent for long for one that has ended, and does not see that a disk
+// is full: both show in the files.
+QString TerminalJob::problem(bool success) const
+{
+    if (!success) {
+        return QStringLiteral("the job failed; see the lines above");
+    }
+    QFile archive(m_archive.archivePath());
+    if (!archive.open(QIODevice::ReadOnly) || !isWholeArchive(archive)) {
+        return QStringLiteral(
+                   "the archiver did not finish: the archive is incomplete, and %1 was not "
+                   "made; did the computer sleep, or was the archiver stopped?")
+            .arg(m_guard.output());
+    }
+    QFile made(m_guard.madeFile());
+    if (!made.open(QIODevice::ReadOnly) || !endsWithArchive(made, archive)) {
+        return QStringLiteral("%1 could not be written in full; is the disk full?")
+            .arg(m_guard.output());
+    }
+    made.close();
+    const QString error = m_guard.putInPlace();
+    return error.isEmpty()
+        ? QString()
+        : QStringLiteral("%1 could not be put in its place: %2").arg(m_guard.output(), error);
+}
+
+void TerminalJob::tellSuccess()
+{
+    const qint64 size = QFileInfo(m_guard.output()).size();
     if (size > largestProgramSize) {
         m_console.showMessage(
             QStringLiteral("warning: %1 has %2 bytes; Windows starts no program file "
                            "of 4 GiB or more")
-                .arg(m_output)
+                .arg(m_guard.output())
                 .arg(size));
     }
-    m_console.showInformation(m_output);
-    return true;
+    m_console.showInformation(m_guard.output());
 }
 
 void TerminalJob::interrupt(int cause)
 {
+    if (m_hasEnded) {
+        return; // it came too late; the exit status tells what the job came to
+    }
     m_platform.killHelper();
     m_gate.close(stopLimit);
-    m_guard.undoOutput();
-    m_guard.removeArchive();
+    m_archive.remove();
+    m_guard.release();
     QFile::remove(temporaryIconPath()); // the engine had no time to
-    m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_output));
+    m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_guard.output()));
     endAsInterrupted(cause);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "cli/archivedirectory.h"
 #include "cli/console.h"
 #include "cli/jobgate.h"
 #include "cli/outputguard.h"
@@ -20,29 +21,35 @@ class TerminalJob : public QObject
     Q_OBJECT
 
 public:
-    // The job's archivePath is set here. `console` is borrowed, and outlives this object.
-    TerminalJob(const PackagingJob &job, Console &console);
+    // The job's archivePath and outputDir are set here. `guard` holds the output; it and `console` are borrowed,
+    // and outlive this object.
+    TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &console);
     ~TerminalJob() override;
 
     // Starts the job; ended() tells its end.
     void start();
 
     // Stops the job, removes what it left, and ends the process as `cause` would have; see
-    // InterruptWatcher. Blocks for five seconds at most.
-    [[noreturn]] void interrupt(int cause);
+    // InterruptWatcher. Blocks for five seconds at most. Returns, and does nothing, when the job has ended.
+    void interrupt(int cause);
 
 signals:
     // Comes once; `exitStatus` is ExitDone or ExitJobFailed.
     void ended(int exitStatus);
 
 private:
+    void show(QString line);
     void finish(bool success);
-    bool concludeOutput(bool success);
+    // What speaks against the job's result as one English sentence; empty when it is good.
+    QString problem(bool success) const;
+    void tellSuccess();
 
     PackagingJob m_job;
+    const QString m_outputDir; // as the user knows it
+    OutputGuard &m_guard;
     Console &m_console;
-    const QString m_output;
-    OutputGuard m_guard;
+    bool m_hasEnded = false;
+    ArchiveDirectory m_archive;
     JobGate m_gate;
     StoppablePlatform m_platform;
     QThread m_thread;

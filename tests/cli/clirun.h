@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "tests/cli/testarchive.h"
 #include "tests/fakes/privatetemp.h"
 
 #include <QDateTime>
@@ -33,8 +34,17 @@ public:
         write("source/my.tool.exe", "program without an icon");
         write("source/data/文件.txt", "data");
         temp.plantModule("module");
-        temp.plantArchiver("print  40%\nwrite @3 3000000\n");
+        write("archive.7z", archiveOf(3000000));
+        useArchiver("print  40%\n");
         temp.plantEditor("");
+    }
+
+    // `script` runs first; then a whole archive is made.
+    void useArchiver(const QByteArray &script) { useArchiver(script, "archive.7z"); }
+    // The same, with the archive in the file `name`.
+    void useArchiver(const QByteArray &script, const QString &name)
+    {
+        temp.plantArchiver(script + "\ncopy " + path(name).toUtf8() + " @3\n");
     }
 
     QString path(const QString &name) const { return root.filePath(name); }
@@ -78,7 +88,7 @@ public:
 
     static CliResult resultOf(QProcess &process)
     {
-        if (!process.waitForFinished(60000)) {
+        if (!process.waitForFinished(300000)) {
             process.kill();
             return {};
         }

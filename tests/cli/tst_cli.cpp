@@ -30,6 +30,7 @@ private slots:
         QCOMPARE(s.sourceState(), before);
         QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
         QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+        QVERIFY(result.outputLines().contains("输出目录: " + s.path("output")));
         // A program without an icon is worth warnings, and nothing else is.
         QCOMPARE(result.errors.split('\n', Qt::SkipEmptyParts),
                  QStringList({"警告：无法从EXE提取图标", "图标数据太小，至少需要6字节",
@@ -49,7 +50,7 @@ private slots:
     void optionsReachTheArchiver()
     {
         CliSurroundings s;
-        s.temp.plantArchiver("record " + s.path("arguments").toUtf8() + "\nwrite @3 10\n");
+        s.useArchiver("record " + s.path("arguments").toUtf8());
         QCOMPARE(s.run(QStringList{"-l", "ultra", "-c", "lzma2"} + s.arguments()).exitStatus, 0);
         const QStringList arguments = QString::fromUtf8(s.read("arguments")).split('\n');
         QCOMPARE(arguments.at(5), "-mx=9");
@@ -167,6 +168,35 @@ private slots:
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 1);
         QVERIFY(result.errors.contains("错误：无法读取压缩包文件\n"));
+        QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+    }
+
+    void anArchiveThatIsNotWholeIsAFailure_data()
+    {
+        QTest::addColumn<QByteArray>("archive");
+        const QByteArray archive = archiveOf(100000);
+        QTest::newRow("cut off") << archive.left(28000);
+        QTest::newRow("its start header is not written yet")
+            << archive.left(8) + QByteArray(24, '\0') + archive.mid(32);
+        QTest::newRow("nothing but the place of its start header")
+            << archive.left(8) + QByteArray(24, '\0');
+        QTest::newRow("empty") << QByteArray();
+    }
+    // Such is left by an archiver that was stopped, or that waits for a file, when its time is up.
+    void anArchiveThatIsNotWholeIsAFailure()
+    {
+        QFETCH(QByteArray, archive);
+        CliSurroundings s;
+        s.write("output/my.exe", "the older one");
+        s.write("part.7z", archive);
+        s.useArchiver("print 100%\n", "part.7z");
+        const CliResult result = s.run(s.arguments());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(result.errors.contains(
+                     "kestrelpack-cli: the archiver did not finish: the archive is incomplete, and "
+                     + s.product() + " was not made"),
+                 qPrintable(result.errors));
         QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
         QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
     }

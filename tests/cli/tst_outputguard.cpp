@@ -8,86 +8,142 @@
 
 #include <QTest>
 
+#include <optional>
+
 class TestOutputGuard : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void wholeOutput_data()
-    {
-        QTest::addColumn<QByteArray>("archive");
-        QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<bool>("whole");
-        QByteArray archive(20000, '\0');
-        for (qsizetype i = 0; i < archive.size(); ++i) {
-            archive[i] = static_cast<char>(i % 251);
-        }
-        QTest::newRow("module, block, archive") << archive << "module" + archive << true;
-        QTest::newRow("a short archive") << QByteArray("7z") << QByteArray("module7z") << true;
-        QTest::newRow("an empty archive") << QByteArray() << QByteArray("module") << true;
-        QTest::newRow("the last byte is missing")
-            << archive << ("module" + archive).chopped(1) << false;
-        QTest::newRow("a chunk in the middle is missing")
-            << archive << "module" + archive.left(8000) + archive.mid(12000) << false;
-        QTest::newRow("shorter than the archive") << archive << archive.left(10) << false;
-        QTest::newRow("empty") << archive << QByteArray() << false;
-    }
-    void wholeOutput()
-    {
-        QFETCH(QByteArray, archive);
-        QFETCH(QByteArray, output);
-        PrivateTemp temp;
-        const OutputGuard guard(temp.filePath("a.exe"));
-        QVERIFY(guard.isValid());
-        QVERIFY(writeFile(guard.archivePath(), archive));
-        QVERIFY(writeFile(temp.filePath("a.exe"), output));
-        QTEST(guard.outputIsWhole(), "whole");
-    }
-
-    void undoingBringsTheOlderOutputBackAndKeepsWhatIsNotOurs()
+    void theOlderOutputStaysUntilTheNewOneIsPutInPlace()
     {
         PrivateTemp temp;
         const QString output = temp.filePath("a.exe");
         QVERIFY(writeFile(output, "older"));
-        QVERIFY(writeFile(output + ".bak", "the user's own"));
-        QVERIFY(writeFile(output + ".previous", "rescued from a killed job"));
         OutputGuard guard(output);
-        guard.setOldOutputAside();
-        QVERIFY(!QFile::exists(output));
-        QVERIFY(writeFile(output, "half made"));
-        guard.undoOutput();
-        guard.removeArchive();
-        QCOMPARE(temp.names(), QStringList({"a.exe", "a.exe.bak", "a.exe.previous"}));
+        QCOMPARE(guard.hold(), QString());
+        QVERIFY(writeFile(guard.madeFile(), "new"));
         QCOMPARE(readFile(output), QByteArray("older"));
-        QCOMPARE(readFile(output + ".bak"), QByteArray("the user's own"));
-        QCOMPARE(readFile(output + ".previous"), QByteArray("rescued from a killed job"));
-    }
-
-    void undoingWithoutAnOlderOutputLeavesNothing()
-    {
-        PrivateTemp temp;
-        const QString output = temp.filePath("a.exe");
-        OutputGuard guard(output);
-        guard.setOldOutputAside();
-        QVERIFY(writeFile(output, "half made"));
-        QVERIFY(writeFile(output + ".bak", "the engine's backup"));
-        guard.undoOutput();
-        guard.removeArchive();
-        QCOMPARE(temp.names(), QStringList());
-    }
-
-    void keepingRemovesTheOlderOutput()
-    {
-        PrivateTemp temp;
-        const QString output = temp.filePath("a.exe");
-        QVERIFY(writeFile(output, "older"));
-        OutputGuard guard(output);
-        guard.setOldOutputAside();
-        QVERIFY(writeFile(output, "new"));
-        guard.keepOutput();
-        guard.removeArchive();
-        QCOMPARE(temp.names(), QStringList("a.exe"));
+        QCOMPARE(guard.putInPlace(), QString());
         QCOMPARE(readFile(output), QByteArray("new"));
+        guard.release();
+        QCOMPARE(temp.names(), QStringList("a.exe"));
+    }
+
+    void releasingKeepsTheOlderOutputAndWhatIsNotOurs()
+    {
+        PrivateTemp temp;
+        const QString output = temp.filePath("a.exe");
+        const QStringList names{"a.exe", "a.exe.bak", "a.exe.previous"};
+        for (const QString &name : names) {
+            QVERIFY(writeFile(temp.filePath(name), "the user's " + name.toUtf8()));
+        }
+        OutputGuard guard(output);
+        QCOMPARE(guard.hold(), QString());
+        QVERIFY(writeFile(guard.madeFile(), "half made"));
+        QVERIFY(writeFile(guard.madeFile() + ".bak", "the engine's backup"));
+        guard.release();
+        QCOMPARE(temp.names(), names);
+        for (const QString &name : names) {
+            QCOMPARE(readFile(temp.filePath(name)), "the user's " + name.toUtf8());
+        }
+    }
+
+    void anOutputThatCannotBeReplacedIsAnError()
+    {
+        PrivateTemp temp;
+        const QString output = temp.filePath("a.exe");
+        OutputGuard guard(output);
+        QCOMPARE(guard.hold(), QString());
+        QVERIFY(writeFile(guard.madeFile(), "new"));
+        QVERIFY(QDir(temp.path()).mkpath("a.exe/a folder with that name"));
+        if (onWindows) {
+            QSKIP("a folder is renamed like a running program here");
+        }
+        QVERIFY(!guard.putInPlace().isEmpty());
+        guard.release();
+        QCOMPARE(temp.names(), QStringList("a.exe"));
+        QVERIFY(QDir(output).exists("a folder with that name"));
+    }
+
+    void oneAtATimeHoldsAnOutput_data()
+    {
+        QTest::addColumn<QString>("second");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("the same") << "a.exe" << true;
+        QTest::newRow("the same in capitals") << "A.exe" << true;
+        QTest::newRow("another in the same directory") << "b.exe" << false;
+        QTest::newRow("one of the same name elsewhere") << "elsewhere/a.exe" << false;
+    }
+    void oneAtATimeHoldsAnOutput()
+    {
+        QFETCH(QString, second);
+        QFETCH(bool, refused);
+        PrivateTemp temp;
+        QVERIFY(QDir(temp.path()).mkpath("elsewhere"));
+        std::optional<OutputGuard> first(temp.filePath("a.exe"));
+        QCOMPARE(first->hold(), QString());
+        QVERIFY(writeFile(first->madeFile(), "new"));
+        {
+            OutputGuard other(temp.filePath(second));
+            QCOMPARE(other.hold(),
+                     refused ? "another job is making " + temp.filePath(second) : QString());
+        }
+        QCOMPARE(readFile(first->madeFile()), QByteArray("new"));
+        first.reset();
+        OutputGuard again(temp.filePath(second));
+        QCOMPARE(again.hold(), QString());
+        again.release();
+        QCOMPARE(temp.names(), QStringList("elsewhere"));
+    }
+
+    void whatAKilledJobLeftIsRemoved()
+    {
+        PrivateTemp temp;
+        const QString output = temp.filePath("a.exe");
+        QString directory;
+        QString otherDirectory;
+        {
+            OutputGuard guard(output);
+            OutputGuard other(temp.filePath("b.exe"));
+            QVERIFY(guard.hold().isEmpty() && other.hold().isEmpty());
+            directory = guard.directory();
+            otherDirectory = other.directory();
+        }
+        QVERIFY(QDir().mkpath(directory) && QDir().mkpath(otherDirectory));
+        QVERIFY(writeFile(directory + "/a.exe", "half made"));
+        if (!onWindows) { // where it goes with the process
+            QVERIFY(writeFile(QString(directory).replace(".tmp", ".lock"), ""));
+        }
+        OutputGuard guard(output);
+        QCOMPARE(guard.hold(), QString());
+        QCOMPARE(guard.directory(), directory);
+        QVERIFY(!QFile::exists(guard.madeFile()));
+        guard.release();
+        QCOMPARE(temp.names(), QStringList(QFileInfo(otherDirectory).fileName()));
+    }
+
+    void aLinkInThePlaceOfTheDirectoryIsNotFollowed()
+    {
+        if (onWindows) {
+            QSKIP("a link to a folder is a shortcut file here");
+        }
+        PrivateTemp temp;
+        const QString output = temp.filePath("a.exe");
+        QVERIFY(QDir(temp.path()).mkpath("precious"));
+        QVERIFY(writeFile(temp.filePath("precious/file"), "content"));
+        QString directory;
+        {
+            OutputGuard guard(output);
+            QCOMPARE(guard.hold(), QString());
+            directory = guard.directory();
+        }
+        QVERIFY(QFile::link(temp.filePath("precious"), directory));
+        OutputGuard guard(output);
+        QCOMPARE(guard.hold(), QString());
+        QVERIFY(guard.directory() != directory);
+        guard.release();
+        QCOMPARE(readFile(temp.filePath("precious/file")), QByteArray("content"));
     }
 };
 

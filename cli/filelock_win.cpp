@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/filelock.h"
+
+#include "cli/nativepath_win.h"
+
+#include <windows.h>
+
+FileLock::FileLock(const QString &path) : m_path(path) {}
+
+FileLock::~FileLock()
+{
+    release();
+}
+
+// Nobody else can open the file while it is open here, and it goes when it is closed: also when the process
+// is ended, and also on a network drive.
+FileLock::Result FileLock::tryHold()
+{
+    const HANDLE file = CreateFileW(unlimitedPath(m_path).c_str(),
+                                    GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        m_handle = reinterpret_cast<qintptr>(file);
+        return Result::Held;
+    }
+    const DWORD error = GetLastError();
+    m_error = qt_error_string(static_cast<int>(error));
+    // A file that is just being removed denies access.
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ? Result::HeldByAnother
+                                                                            : Result::Failed;
+}
+
+void FileLock::release()
+{
+    if (m_handle != -1) {
+        CloseHandle(reinterpret_cast<HANDLE>(m_handle));
+        m_handle = -1;
+    }
+}
