@@ -14,7 +14,9 @@ set(KESTRELPACK_SEVENZIP_DIR "" CACHE PATH
 function(kestrelpack_sevenzip_source output)
     set(folder "${KESTRELPACK_SEVENZIP_DIR}")
     if(NOT folder)
-        kestrelpack_fetch_debian_source(PACKAGE 7zip OUTPUT folder)
+        kestrelpack_fetch_debian_source(PACKAGE 7zip OUTPUT folder
+            HINT "-DKESTRELPACK_SEVENZIP_DIR=FOLDER names a folder that has it (C/, CPP/, Asm/). Without it \
+and without tests, -DKESTRELPACK_ARCHIVER=FILE and -DKESTRELPACK_SFX_MODULE=FILE bring finished programs.")
     endif()
     if(NOT EXISTS "${folder}/C/7zArcIn.c")
         message(FATAL_ERROR "No 7-Zip sources in ${folder}")

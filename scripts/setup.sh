@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Sourced by run.sh and test.sh, from the top folder: installs what is missing, configures and builds.
 
-build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6svg6 fonts-noto-cjk p7zip dpkg-dev
+build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6svg6 fonts-noto-cjk dpkg-dev
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
 # A display without a screen, for what needs more of one than the offscreen platform has.
 display_packages='xvfb'

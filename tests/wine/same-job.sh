@@ -4,7 +4,7 @@
 #
 # same-job.sh NATIVE-PROGRAM WINDOWS-PROGRAM HELLO-FOLDER ICON: one job done by the terminal program on Linux and
 # by the one for Windows gives the same module with the same icon, the same block, and archives with
-# the same content.
+# the same content. NATIVE-PROGRAM lies in a build, whose archiver reads them.
 set -euo pipefail
 native=$1
 windows=$2
@@ -14,6 +14,7 @@ icon=$4
     echo "Skipped: there is no $native; the preset dev builds it."
     exit 77
 }
+archiver=$(dirname "$native")/../helpers/archiver/native/7zr
 work=$(mktemp -d /tmp/samejob.XXXXXX)
 trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
 source="$work/我的 应用 🦅"
@@ -47,7 +48,7 @@ for system in linux windows; do
     [ "$(tail -c +$((offset + 1)) "$product" | head -c 2)" = 7z ]
     head -c "$offset" "$product" >"$work/$system.front"
     tail -c +$((offset + 1)) "$product" >"$work/$system.7z"
-    7zr x -bso0 -bsp0 -o"$work/$system.tree" "$work/$system.7z"
+    "$archiver" x -bso0 -bsp0 -o"$work/$system.tree" "$work/$system.7z"
     (cd "$work/$system.tree" && find . -printf '%P %y %s %T+\n' | sed 's/ \(d\) .*/ \1/' | sort) >"$work/$system.list"
 done
 # All but the checksum of the whole file, four bytes in the optional header: archives tell on which system they
