@@ -17,7 +17,7 @@ void StoppablePlatform::killHelper()
 
 void StoppablePlatform::prepareStart(QProcess &process)
 {
-    ForwardingPlatform::prepareStart(process);
+    NativePlatform::prepareStart(process);
     // The same object may be started several times, but is to be followed once.
     QObject::disconnect(&process, &QProcess::stateChanged, nullptr, nullptr);
     QObject::connect(&process, &QProcess::stateChanged, &process, [this, &process] {

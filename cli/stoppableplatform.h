@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/forwardingplatform.h"
+#include "platform/nativeplatform.h"
 
 #include <QtGlobal>
 
@@ -13,7 +13,7 @@ class JobGate;
 
 // The system's own platform, but for two things that let a job be stopped: its pauses end when the
 // gate closes, and the helper process that is running can be killed from another thread.
-class StoppablePlatform final : public ForwardingPlatform
+class StoppablePlatform final : public NativePlatform
 {
 public:
     // `gate` is borrowed, and outlives this object.

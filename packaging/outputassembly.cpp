@@ -19,7 +19,7 @@ constexpr qint64 chunkSize = 1048576;
 bool writeModule(const QString &path, QFile &output, const LogSink &log)
 {
     QFile module(path);
-    if (!platform().refusalToUse(path).isEmpty() || !module.open(QIODevice::ReadOnly)) {
+    if (!platform().reasonNotToUse(path).isEmpty() || !module.open(QIODevice::ReadOnly)) {
         log(WorkerText::tr("错误：无法读取SFX模块"));
         return false;
     }

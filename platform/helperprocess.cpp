@@ -19,7 +19,7 @@ void HelperProcess::startHelper(const QString &program, const QStringList &argum
     if (state() != QProcess::NotRunning) {
         return;
     }
-    const QString refusal = platform().refusalToUse(program);
+    const QString refusal = platform().reasonNotToUse(program);
     if (!refusal.isEmpty()) {
         setErrorString(refusal);
         return;

@@ -3,6 +3,8 @@
 
 #include "platform/platform.h"
 
+#include "platform/nativeplatform.h"
+
 #include <atomic>
 
 namespace {
@@ -13,9 +15,9 @@ std::atomic<Platform *> replacementPlatform = nullptr;
 
 Platform &platform()
 {
-    static const std::unique_ptr<Platform> native = makeNativePlatform();
+    static NativePlatform native;
     Platform *const replacement = replacementPlatform;
-    return replacement ? *replacement : *native;
+    return replacement ? *replacement : native;
 }
 
 void setPlatform(Platform *replacement)

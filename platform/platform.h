@@ -7,11 +7,10 @@
 #include <QString>
 
 #include <chrono>
-#include <memory>
 
 class QProcess;
 
-// The first icon of a program, as far as it could be had.
+// The first icon of a program, or why there is none.
 struct ExtractedIcon
 {
     enum class Outcome {
@@ -24,9 +23,8 @@ struct ExtractedIcon
     QImage image; // Format_ARGB32, top row first
 };
 
-// All that the engine asks of the operating system beyond Qt. One implementation per system is
-// chosen when the project is built; tests put their own in its place. Called on the thread that
-// runs the job only.
+// What the engine asks of the operating system, beyond Qt. NativePlatform is the implementation for this
+// system; tests replace it. Only the thread that runs the job calls it.
 class Platform
 {
 public:
@@ -36,14 +34,14 @@ public:
     virtual ExtractedIcon extractIcon(const QString &executable) = 0;
 
     // Why the file at `path`, found in the temporary directory, must not be used: one English
-    // sentence, or empty when nothing speaks against it (a file that is not there included).
-    virtual QString refusalToUse(const QString &path) = 0;
+    // sentence. Empty if it may be used, or is missing.
+    virtual QString reasonNotToUse(const QString &path) = 0;
 
-    // Last settings on a helper process right before it starts.
+    // Sets options of a helper process just before it starts.
     virtual void prepareStart(QProcess &process) = 0;
 
-    // Starts `program` without arguments and does not wait. The string is handed on as it is, blanks
-    // included, without a command interpreter. Failure is not reported.
+    // Starts `program` without arguments and does not wait. The whole string is the program's name, blanks
+    // included; no command interpreter sees it. A failure is not reported.
     virtual void startDetached(const QString &program) = 0;
 
     // Tells the shell that file associations, and with them icons, have changed.
@@ -56,12 +54,9 @@ public:
     virtual QString nativePath(const QString &path) = 0;
 };
 
-// The platform in use. It is the system's own until setPlatform() is called.
+// The platform in use: a NativePlatform until setPlatform() is called.
 Platform &platform();
 
-// Puts `replacement` (borrowed, must outlive its use) in place of the system's own; nullptr brings
-// that one back. Not to be called while a job runs.
+// Replaces the platform by `replacement`, which is borrowed and must outlive its use; nullptr brings the
+// native one back. Must not be called while a job runs.
 void setPlatform(Platform *replacement);
-
-// The system's own platform; implemented in platform_win.cpp or platform_unix.cpp.
-std::unique_ptr<Platform> makeNativePlatform();

@@ -8,7 +8,7 @@
 
 #include "packaging/outputassembly.h"
 #include "packaging/worker.h"
-#include "platform/forwardingplatform.h"
+#include "platform/nativeplatform.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -18,7 +18,7 @@
 
 namespace {
 
-class UnpausedPlatform final : public ForwardingPlatform
+class UnpausedPlatform final : public NativePlatform
 {
 public:
     void pause(std::chrono::milliseconds) override {}

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/platform.h"
+#include "platform/nativeplatform.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -11,22 +11,22 @@
 #include <functional>
 #include <mutex>
 
-// A platform that does nothing of what it is asked, but writes it down; helper processes are started
-// as on the native one. Installs itself while it lives. Several jobs may use it at once.
-class FakePlatform final : public Platform
+// A platform that only records what it is asked. It starts helper processes as the native one does. It
+// is installed while it lives. Several jobs may use it at once.
+class FakePlatform final : public NativePlatform
 {
 public:
     FakePlatform() { setPlatform(this); }
     ~FakePlatform() override
     {
-        // Behind every call of a job: ThreadSanitizer does not see Qt wait for the thread.
+        // After every call of a job: ThreadSanitizer does not see Qt wait for the thread.
         const std::lock_guard lock(m_mutex);
         setPlatform(nullptr);
     }
 
     QStringList events;  // in order: "detached: ...", "pause: ... ms", "shell told"
     ExtractedIcon icon;  // what extractIcon() gives
-    QString refusal;     // what refusalToUse() answers
+    QString refusal;     // what reasonNotToUse() answers
     QString refusedPath; // for this path only; empty: for all
     bool usesBackslashes = false;
 
@@ -42,7 +42,7 @@ public:
         extractedFrom = executable;
         return icon;
     }
-    QString refusalToUse(const QString &path) override
+    QString reasonNotToUse(const QString &path) override
     {
         before("use " + QFileInfo(path).fileName());
         const std::lock_guard lock(m_mutex);
@@ -51,7 +51,7 @@ public:
     void prepareStart(QProcess &process) override
     {
         const std::lock_guard lock(m_mutex);
-        m_native->prepareStart(process);
+        NativePlatform::prepareStart(process);
     }
     void startDetached(const QString &program) override
     {
@@ -83,6 +83,5 @@ private:
         events << event;
     }
 
-    const std::unique_ptr<Platform> m_native = makeNativePlatform();
     std::mutex m_mutex;
 };

@@ -5,7 +5,7 @@
 // MOMENT is the beginning of "log TEXT", "progress NUMBER", or of what HaltingPlatform names; WHICH counts from 1.
 
 #include "packaging/worker.h"
-#include "platform/forwardingplatform.h"
+#include "platform/nativeplatform.h"
 #include "tests/fakes/testicons.h"
 
 #include <QCoreApplication>
@@ -39,7 +39,7 @@ private:
 };
 
 // Pauses take no time; helpers are started as in the programs.
-class HaltingPlatform final : public ForwardingPlatform
+class HaltingPlatform final : public NativePlatform
 {
 public:
     explicit HaltingPlatform(Halt &halt) : m_halt(halt) {}
@@ -49,7 +49,7 @@ public:
         m_halt.pass("extract");
         return extractedIcon(32, 32);
     }
-    QString refusalToUse(const QString &path) override
+    QString reasonNotToUse(const QString &path) override
     {
         m_halt.pass("use " + QFileInfo(path).fileName());
         return {};

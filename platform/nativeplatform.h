@@ -5,18 +5,18 @@
 
 #include "platform/platform.h"
 
-// Hands everything on to the system's own platform; what is to be different is overridden.
-class ForwardingPlatform : public Platform
+// The operating system's own platform. What a program wants to do in another way, it overrides in a class
+// derived from this one.
+class NativePlatform : public Platform
 {
 public:
+    // These four are in nativeplatform_unix.cpp and nativeplatform_win.cpp.
     ExtractedIcon extractIcon(const QString &executable) override;
-    QString refusalToUse(const QString &path) override;
+    QString reasonNotToUse(const QString &path) override;
     void prepareStart(QProcess &process) override;
-    void startDetached(const QString &program) override;
     void notifyAssociationsChanged() override;
+
+    void startDetached(const QString &program) override;
     void pause(std::chrono::milliseconds duration) override;
     QString nativePath(const QString &path) override;
-
-private:
-    const std::unique_ptr<Platform> m_native = makeNativePlatform();
 };

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/nativeplatform.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QThread>
+
+// What the engine starts in this way are parts of Windows; elsewhere they are not found.
+void NativePlatform::startDetached(const QString &program)
+{
+    QProcess::startDetached(program, {}, {}, nullptr);
+}
+
+void NativePlatform::pause(std::chrono::milliseconds duration)
+{
+    QThread::msleep(static_cast<unsigned long>(duration.count()));
+}
+
+QString NativePlatform::nativePath(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
