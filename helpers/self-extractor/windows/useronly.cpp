@@ -3,28 +3,17 @@
 
 #include "helpers/self-extractor/windows/useronly.h"
 
+#include "helpers/self-extractor/base/text.h"
+
+#include <sddl.h>
+
 namespace sfx {
 
 namespace {
 
-bool allow(ACL *acl, PSID who)
-{
-    return AddAccessAllowedAceEx(acl, ACL_REVISION, OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE,
-                                 FILE_ALL_ACCESS, who);
-}
-
-bool allowWellKnown(ACL *acl, WELL_KNOWN_SID_TYPE type)
-{
-    alignas(SID) unsigned char sid[SECURITY_MAX_SID_SIZE];
-    DWORD size = sizeof sid;
-    return CreateWellKnownSid(type, nullptr, sid, &size) && allow(acl, sid);
-}
-
-} // namespace
-
-UserOnly::UserOnly() : m_complete(build()) {}
-
-bool UserOnly::build()
+// Appends the user's SID in the form S-1-5-21-... The SDDL name of the owner would not do: an
+// elevated process owns its files as Administrators.
+[[nodiscard]] bool appendUser(Text &text)
 {
     HANDLE rawToken = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &rawToken)) {
@@ -33,20 +22,40 @@ bool UserOnly::build()
     const Handle token(rawToken);
     alignas(TOKEN_USER) unsigned char user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
     DWORD size = 0;
-    auto *acl = reinterpret_cast<ACL *>(m_acl);
+    wchar_t *sid = nullptr;
     if (!GetTokenInformation(token.get(), TokenUser, user, sizeof user, &size)
-        || !InitializeAcl(acl, sizeof m_acl, ACL_REVISION)
-        || !allow(acl, reinterpret_cast<TOKEN_USER *>(user)->User.Sid)
-        || !allowWellKnown(acl, WinLocalSystemSid)
-        || !allowWellKnown(acl, WinBuiltinAdministratorsSid)
-        || !InitializeSecurityDescriptor(&m_descriptor, SECURITY_DESCRIPTOR_REVISION)
-        || !SetSecurityDescriptorDacl(&m_descriptor, TRUE, acl, FALSE)
-        || !SetSecurityDescriptorControl(&m_descriptor, SE_DACL_PROTECTED, SE_DACL_PROTECTED)) {
+        || !ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER *>(user)->User.Sid, &sid)) {
         return false;
     }
-    m_attributes.nLength = sizeof m_attributes;
-    m_attributes.lpSecurityDescriptor = &m_descriptor;
-    return true;
+    const bool appended = text.append(reinterpret_cast<const char16_t *>(sid));
+    LocalFree(sid);
+    return appended;
+}
+
+} // namespace
+
+// An access list that inherits nothing (P). Each entry allows (A) everything (FA), also for
+// whatever is created inside (OICI): to the system (SY), to administrators (BA), and to the user.
+UserOnly::UserOnly()
+{
+    Text rights;
+    if (rights.append(u"D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FA;;;") && appendUser(rights)
+        && rights.append(u")")) {
+        m_attributes.nLength = sizeof m_attributes;
+        ConvertStringSecurityDescriptorToSecurityDescriptorW(wide(rights.data()), SDDL_REVISION_1,
+                                                             &m_attributes.lpSecurityDescriptor,
+                                                             nullptr);
+    }
+}
+
+UserOnly::~UserOnly()
+{
+    LocalFree(m_attributes.lpSecurityDescriptor);
+}
+
+SECURITY_ATTRIBUTES *UserOnly::attributes()
+{
+    return m_attributes.lpSecurityDescriptor != nullptr ? &m_attributes : nullptr;
 }
 
 } // namespace sfx

@@ -13,18 +13,16 @@ class UserOnly
 {
 public:
     UserOnly();
+    UserOnly(const UserOnly &) = delete;
+    UserOnly &operator=(const UserOnly &) = delete;
+    ~UserOnly();
 
-    // Valid while this object exists. nullptr if they could not be created; then the folder gets
-    // the rights of its parent, the user's own temporary folder.
-    SECURITY_ATTRIBUTES *attributes() { return m_complete ? &m_attributes : nullptr; }
+    // Valid while this object exists. nullptr if they could not be created; then the folder gets the
+    // rights of its parent, the user's own temporary folder.
+    SECURITY_ATTRIBUTES *attributes();
 
 private:
-    bool build();
-
     SECURITY_ATTRIBUTES m_attributes = {};
-    SECURITY_DESCRIPTOR m_descriptor = {};
-    alignas(ACL) unsigned char m_acl[512] = {};
-    bool m_complete;
 };
 
 } // namespace sfx

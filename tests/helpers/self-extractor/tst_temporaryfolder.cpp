@@ -24,6 +24,7 @@ private slots:
     void worksInAnyFolder_data();
     void worksInAnyFolder();
     void worksWithoutOneNamed();
+    void keepsOthersOut();
     void saysWhyItCannotBeUsed_data();
     void saysWhyItCannotBeUsed();
     void saysThatItIsReadOnly();
@@ -73,6 +74,23 @@ void TestTemporaryFolder::worksWithoutOneNamed()
     QDirIterator left(m_run.prefix() + u"/drive_c/users"_s, {u"kp-*"_s}, QDir::AllEntries,
                       QDirIterator::Subdirectories);
     QVERIFY(!left.hasNext());
+}
+
+// Wine turns the access list into permissions of Linux, and the administrators into the group.
+void TestTemporaryFolder::keepsOthersOut()
+{
+    QVERIFY(m_run.renewTemporaryFolder());
+    const auto process = m_run.start(m_file, u" --wait"_s);
+    QVERIFY(m_run.waitForOutput(*process, "KESTRELPACK_CWD=").contains("KESTRELPACK_CWD="));
+    const QFileInfoList entries
+        = QDir(m_run.temporaryFolder()).entryInfoList({u"kp-*"_s}, QDir::AllEntries | QDir::Hidden);
+    QCOMPARE(entries.size(), 2); // the folder and its lock file
+    constexpr auto others = QFileDevice::ReadOther | QFileDevice::WriteOther
+        | QFileDevice::ExeOther;
+    for (const QFileInfo &entry : entries) {
+        QVERIFY2(!(entry.permissions() & others), qPrintable(entry.filePath()));
+    }
+    QCOMPARE(m_run.finish(*process).exitCode, 7);
 }
 
 void TestTemporaryFolder::saysWhyItCannotBeUsed_data()
