@@ -25,7 +25,12 @@ const Program programs[] = {
     {"slack", {.slack = 3000}},
     {"certificate", {.certificate = true, .overlay = 200}},
     {"symbols", {.symbols = true, .debugDirectory = true, .overlay = 64}},
-    {"debug-size", {.debugDirectory = true, .debugSize = 28 * 20, .overlay = 64}},
+    {"debug-size",
+     {.resources = false,
+      .icons = false,
+      .debugDirectory = true,
+      .debugSize = 28 * 20,
+      .overlay = 64}},
 };
 
 } // namespace
