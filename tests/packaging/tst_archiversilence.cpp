@@ -24,7 +24,7 @@ private slots:
         QVERIFY(QFile(temp.filePath("source/a.exe")).open(QIODevice::WriteOnly));
         temp.plantModule("module");
         // Far longer than the test may take: a run that waits for its end does not pass.
-        temp.plantArchiver("print 10%\nsleep 900000\n");
+        temp.plantArchiver("print 10%\nsleep 4000000\n");
 
         Worker worker;
         SignalRecorder recorder(worker);
