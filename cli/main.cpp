@@ -9,7 +9,6 @@
 #include "cli/outputguard.h"
 #include "cli/terminal.h"
 #include "cli/terminaljob.h"
-#include "packaging/outputname.h"
 
 #include <QCoreApplication>
 
@@ -24,7 +23,7 @@ int pack(const CommandLine &line, Console &console)
     }
     InterruptWatcher watcher; // from here on nothing ends the program before it has cleared up
     const auto &inputs = std::get<PackagingJob>(checked);
-    OutputGuard guard(outputPath(inputs.outputDir, inputs.mainExeName));
+    OutputGuard guard(inputs.outputPath());
     if (const QString reason = guard.hold(); !reason.isEmpty()) {
         console.showMessage(reason);
         return ExitWrongUsage;

@@ -6,7 +6,6 @@
 #include "cli/archivecheck.h"
 #include "cli/exitstatus.h"
 #include "cli/interrupt.h"
-#include "icons/iconreplacement.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -66,11 +65,7 @@ void TerminalJob::start()
         return;
     }
     m_thread.start();
-    QMetaObject::invokeMethod(&m_worker, [this] {
-        m_worker.createPortableApp(m_job.folderPath, m_job.archivePath, m_job.outputDir,
-                                   m_job.mainExeName, m_job.iconPath, m_job.compressionLevel,
-                                   m_job.compressionMethod, m_job.dictionarySize);
-    });
+    QMetaObject::invokeMethod(&m_worker, [this] { m_worker.run(m_job); });
 }
 
 // The user is not to read of the private directory.
@@ -142,7 +137,7 @@ void TerminalJob::interrupt(int cause)
     m_gate.close(stopLimit);
     m_archive.remove();
     m_guard.release();
-    QFile::remove(temporaryIconPath()); // the engine had no time to
+    QFile::remove(PackagingJob::temporaryIconPath()); // the engine had no time to
     m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_guard.output()));
     endAsInterrupted(cause);
 }

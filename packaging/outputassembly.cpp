@@ -3,7 +3,7 @@
 
 #include "packaging/outputassembly.h"
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "packaging/outputname.h"
 #include "platform/bundledtool.h"
 #include "platform/joblog.h"
@@ -73,7 +73,7 @@ bool assembleOutput(const PackagingJob &job, const JobReport &report)
         report.log(WorkerText::tr("错误：无法复制SFX模块"));
         return false;
     }
-    QFile output(outputPath(job.outputDir, job.mainExeName));
+    QFile output(job.outputPath());
     if (!output.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         report.log(WorkerText::tr("错误：无法创建输出文件: %1").arg(output.fileName()));
         return false;

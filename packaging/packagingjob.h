@@ -17,6 +17,11 @@ struct PackagingJob
     QString compressionMethod; // "LZMA" or "LZMA2"
     QString dictionarySize;    // such as "16M"; has no effect
 
-    // Where the main program lies.
+    // The files of the job that the inputs do not name.
     QString mainExePath() const { return folderPath + '/' + mainExeName; }
+    // The executable that the job makes.
+    QString outputPath() const;
+    // The icon as a file for the resource editor. It exists only while the editor works; all jobs of a user
+    // share this name in the temporary directory.
+    static QString temporaryIconPath();
 };

@@ -8,7 +8,6 @@
 #include "icons/iconvalidation.h"
 #include "packaging/archiverrun.h"
 #include "packaging/outputassembly.h"
-#include "packaging/outputname.h"
 #include "packaging/packagingjob.h"
 #include "platform/helperprocess.h"
 #include "platform/platform.h"
@@ -24,12 +23,17 @@ void Worker::createPortableApp(const QString &folderPath, const QString &archive
                                const QString &iconPath, const QString &compressionLevel,
                                const QString &compressionMethod, const QString &dictionarySize)
 {
-    const bool success = runJob({folderPath, archivePath, outputDir, mainExeName, iconPath,
-                                 compressionLevel, compressionMethod, dictionarySize});
+    run({folderPath, archivePath, outputDir, mainExeName, iconPath, compressionLevel,
+         compressionMethod, dictionarySize});
+}
+
+void Worker::run(const PackagingJob &job)
+{
+    const bool success = runSteps(job);
     emit finished(success);
 }
 
-bool Worker::runJob(const PackagingJob &job)
+bool Worker::runSteps(const PackagingJob &job)
 {
     if (!checkInputs(job)) {
         return false;
@@ -46,12 +50,12 @@ bool Worker::runJob(const PackagingJob &job)
         return false;
     }
 
-    const QString executable = outputPath(job.outputDir, job.mainExeName);
+    const QString executable = job.outputPath();
     const QByteArray icon = chooseIcon(job);
     if (!icon.isEmpty()) {
         installIcon(executable, icon);
     }
-    return reportOutput(executable);
+    return finishOutput(executable);
 }
 
 bool Worker::checkInputs(const PackagingJob &job)
@@ -121,7 +125,7 @@ void Worker::installIcon(const QString &executable, const QByteArray &icon)
     platform().pause(1s);
 }
 
-bool Worker::reportOutput(const QString &executable)
+bool Worker::finishOutput(const QString &executable)
 {
     if (!QFile::exists(executable)) {
         emit logMessage(tr("创建单文件失败"));

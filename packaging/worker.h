@@ -39,6 +39,9 @@ public slots:
                            const QString &compressionMethod, const QString &dictionarySize);
 
 public:
+    // The same with the inputs in one object.
+    void run(const PackagingJob &job);
+
     // The icon functions of the run, with logMessage() as their log: isUsableIcon(), iconOfExecutable()
     // and replaceIconOfExecutable() of icons/. On the worker's thread only.
     bool validateIconData(const QByteArray &data);
@@ -46,10 +49,10 @@ public:
     bool replaceExeIcon(const QString &executable, const QByteArray &icon);
 
 private:
-    bool runJob(const PackagingJob &job);
+    bool runSteps(const PackagingJob &job);
     bool checkInputs(const PackagingJob &job);
     QByteArray chooseIcon(const PackagingJob &job);
     QByteArray userIcon(const QString &iconPath);
     void installIcon(const QString &executable, const QByteArray &icon);
-    bool reportOutput(const QString &executable);
+    bool finishOutput(const QString &executable);
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "tests/cli/clirun.h"
 
 #include <QTest>

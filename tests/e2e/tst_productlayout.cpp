@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"

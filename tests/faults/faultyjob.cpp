@@ -3,7 +3,7 @@
 
 #include "tests/faults/faultyjob.h"
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "packaging/worker.h"
 #include "tests/fakes/testfiles.h"
 #include "tests/fakes/testicons.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "tests/fakes/testicons.h"
 #include "tests/faults/conditions.h"
 #include "tests/faults/folderstate.h"

@@ -3,7 +3,7 @@
 
 #include "packaging/outputassembly.h"
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/fakes/testfiles.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "packaging/archivercommand.h"
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "packaging/packagingjob.h"
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/start/blockreader.h"
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 #include "packaging/outputname.h"
 #include "tests/fuzz/require.h"
 #include "tests/fuzz/windowsnames.h"
@@ -23,7 +23,7 @@ bool isWindowsName(const QString &name)
 }
 
 // The template is filled piece by piece, so what looks like a placeholder is filled again; see
-// tst_configurationblock. Qt takes any digit for one, a superscript one too.
+// tst_blockwriter. Qt takes any digit for one, a superscript one too.
 bool looksLikePlaceholder(const QString &name)
 {
     for (qsizetype i = name.indexOf('%'); i >= 0; i = name.indexOf('%', i + 1)) {

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 
 #include <QTest>
 
-class TestConfigurationBlock : public QObject
+class TestBlockWriter : public QObject
 {
     Q_OBJECT
 
@@ -69,5 +69,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestConfigurationBlock)
-#include "tst_configurationblock.moc"
+QTEST_APPLESS_MAIN(TestBlockWriter)
+#include "tst_blockwriter.moc"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "packaging/configurationblock.h"
+#include "packaging/blockwriter.h"
 
 QString configurationBlock(const QString &baseName, const QString &mainExeName)
 {
