@@ -85,8 +85,16 @@ bool ModuleRun::waitForServersEnd() const
     if (server.isEmpty()) {
         server = QStringLiteral("/usr/lib/wine/wineserver");
     }
+    // A desktop can stay when a program of it was killed, and the server with it. No other test uses the prefix
+    // now, so what is left is ended.
+    QProcess end;
+    prepare(end);
+    end.start(server, {QStringLiteral("-k")});
     QProcess process;
     prepare(process);
+    if (!end.waitForFinished(patience)) { // its code tells only whether there was a server
+        return false;
+    }
     process.start(server, {QStringLiteral("-w")});
     return process.waitForFinished(patience) && process.exitCode() == 0;
 }
