@@ -3,6 +3,7 @@
 
 #include "tests/fakes/testfiles.h"
 #include "tests/fakes/thissystem.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -55,7 +56,7 @@ private:
         process.start(program, arguments);
         if (!process.waitForFinished(patience)) {
             process.kill();
-            process.waitForFinished();
+            process.waitForFinished(patience);
         }
         return {
             process.exitCode(), process.exitStatus() != QProcess::NormalExit,

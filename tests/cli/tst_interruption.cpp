@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/cli/clirun.h"
+#include "tests/support/waiting.h"
 
 #include <QTest>
 
@@ -35,7 +36,7 @@ private slots:
             "lastLine"); // of the log, before the signal; empty: wait for the file
         QTest::addColumn<int>("signalNumber");
         const QByteArray works = "write @3 3000000\n";
-        const QByteArray hangs = "write @marker 1\nsleep 60000\n";
+        const QByteArray hangs = "write @marker 1\nsleep 3600000\n";
         QTest::newRow("while the archiver works") << hangs << QByteArray() << QString() << SIGINT;
         QTest::newRow("while the archiver works, by SIGTERM")
             << hangs << QByteArray() << QString() << SIGTERM;
@@ -66,17 +67,17 @@ private slots:
 
         QProcess process;
         process.start(KESTRELPACK_CLI, QStringList{"-i", s.path("user.ico")} + s.arguments());
-        QVERIFY(process.waitForStarted());
+        QVERIFY(process.waitForStarted(patience));
         QByteArray output;
         QTRY_VERIFY_WITH_TIMEOUT((process.waitForReadyRead(10),
                                   output += process.readAllStandardOutput(),
                                   lastLine.isEmpty() ? QFile::exists(s.path("marker"))
                                                      : output.contains(lastLine.toUtf8())),
-                                 20000);
+                                 patience);
         QVERIFY(process.state() == QProcess::Running);
         const QList<qint64> helpers = childrenOf(process.processId());
         QCOMPARE(kill(static_cast<pid_t>(process.processId()), signalNumber), 0);
-        QVERIFY(process.waitForFinished(10000));
+        QVERIFY(process.waitForFinished(patience));
 
         QCOMPARE(process.exitStatus(), QProcess::CrashExit); // ended by the signal itself
         QCOMPARE(process.exitCode(), signalNumber);
@@ -89,7 +90,7 @@ private slots:
         QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
         QCOMPARE(s.sourceState(), before);
         for (const qint64 helper : helpers) {
-            QTRY_VERIFY(!isAlive(helper));
+            WAIT_VERIFY(!isAlive(helper));
         }
     }
 

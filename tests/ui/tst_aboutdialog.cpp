@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
 #include "ui/aboutdialog.h"
 
 #include <QDesktopServices>
@@ -127,7 +128,7 @@ private slots:
     {
         AboutDialog dialog;
         dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
         auto *label = dialog.findChild<QLabel *>("websiteLabel");
         QVERIFY(!label->openExternalLinks());
         QCOMPARE(label->textInteractionFlags(),

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"
 
@@ -50,7 +51,7 @@ private slots:
         fixture.click("startButton");
         QCOMPARE(fixture.log(), ""); // before the worker's first line arrives
         QCOMPARE(fixture.progress(), 0);
-        QTRY_VERIFY(fixture.isArchiverRunning());
+        WAIT_VERIFY(fixture.isArchiverRunning());
 
         QStringList locked;
         const auto widgets = fixture.window->findChildren<QWidget *>();
@@ -218,7 +219,7 @@ private:
     static void startAndWait(JobFixture &fixture)
     {
         fixture.click("startButton");
-        QTRY_VERIFY(!fixture.isBusy() && QApplication::activeModalWidget() == nullptr);
+        WAIT_VERIFY(!fixture.isBusy() && QApplication::activeModalWidget() == nullptr);
     }
 
     static void finishJob(JobFixture &fixture)
@@ -226,7 +227,7 @@ private:
         answerBoxes(
             [&] {
                 fixture.release();
-                QTRY_VERIFY(!fixture.isBusy() && QApplication::activeModalWidget() == nullptr);
+                WAIT_VERIFY(!fixture.isBusy() && QApplication::activeModalWidget() == nullptr);
             },
             {QMessageBox::Ok});
         QVERIFY(!fixture.isBusy());

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
 #include "tests/ui/support/jobfixture.h"
 
 #include <QFutureWatcher>
@@ -38,10 +39,10 @@ private slots:
         fixture.temp.plantArchiver(output + "\nwait " + fixture.temp.filePath("go").toUtf8());
         auto *process = start(fixture);
         QFETCH(QString, log);
-        QTRY_COMPARE(fixture.log(), log);
+        WAIT_COMPARE(fixture.log(), log);
         QTEST(fixture.progress(), "progress");
         fixture.release();
-        QVERIFY(process->waitForFinished());
+        QVERIFY(process->waitForFinished(patience));
     }
 
     void endIsToldByTheExitCodeAlone_data()
@@ -78,7 +79,7 @@ private slots:
         fixture.open();
         fixture.temp.plantArchiver("exit 3");
         start(fixture);
-        QTRY_COMPARE(fixture.log(), "处理失败，错误代码: 3");
+        WAIT_COMPARE(fixture.log(), "处理失败，错误代码: 3");
     }
 
     void errorsHaveTheirTexts_data()
@@ -115,8 +116,9 @@ private slots:
         fixture.open();
         fixture.temp.plantArchiver("complain  disk\\nfull \ncrash");
         start(fixture);
-        QTRY_VERIFY2(fixture.log().contains("发生错误: 程序崩溃\n错误详情: disk\nfull "),
-                     qPrintable(fixture.log()));
+        QTRY_VERIFY2_WITH_TIMEOUT(fixture.log().contains(
+                                      "发生错误: 程序崩溃\n错误详情: disk\nfull "),
+                                  qPrintable(fixture.log()), patience);
     }
 
     void missingProgramIsLogged()
@@ -124,7 +126,7 @@ private slots:
         JobFixture fixture;
         fixture.open();
         process(fixture)->start(fixture.temp.filePath("missing"), QStringList());
-        QTRY_COMPARE(fixture.log(), "发生错误: 无法启动程序\n错误详情: \n程序输出: ");
+        WAIT_COMPARE(fixture.log(), "发生错误: 无法启动程序\n错误详情: \n程序输出: ");
     }
 
     void watcherMovesTheBar()
@@ -139,7 +141,7 @@ private slots:
         promise.start();
         promise.setProgressRange(0, 100);
         promise.setProgressValue(64);
-        QTRY_COMPARE(fixture.progress(), 64);
+        WAIT_COMPARE(fixture.progress(), 64);
         promise.finish();
     }
 

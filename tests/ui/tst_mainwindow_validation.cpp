@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 
@@ -70,7 +71,7 @@ private slots:
         fixture.type("outputLineEdit", fixture.outputFolder());
         fixture.find<QLineEdit>("iconLineEdit")->setText("no icon");
         QCOMPARE(answerBox([&] { fixture.click("startButton"); }), SeenBox());
-        QTRY_VERIFY(fixture.log().contains("错误：")); // by the job, which has begun
+        WAIT_VERIFY(fixture.log().contains("错误：")); // by the job, which has begun
         QVERIFY(!fixture.log().contains("输入验证失败"));
     }
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/stylesheet.h"
+#include "tests/support/waiting.h"
 #include "tests/ui/support/windowfixture.h"
 #include "ui/aboutdialog.h"
 
@@ -64,7 +65,7 @@ private slots:
     {
         AboutDialog dialog;
         dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
         const auto labels = dialog.findChildren<QLabel *>();
         for (const QLabel *label : labels) {
             const int needed = label->hasHeightForWidth() ? label->heightForWidth(label->width())

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "tests/support/waiting.h"
 #include "tests/ui/support/windowfixture.h"
 
 // The window with fake helper programs, so that jobs run, and can be held at the archiver.
@@ -33,7 +34,7 @@ public:
         open();
         fillIn();
         click("startButton");
-        if (!QTest::qWaitFor([this] { return isArchiverRunning(); })) {
+        if (!QTest::qWaitFor([this] { return isArchiverRunning(); }, patience)) {
             qFatal("the job does not start");
         }
     }

@@ -6,6 +6,7 @@
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/fakes/testfiles.h"
+#include "tests/support/waiting.h"
 #include "tests/ui/support/settingssandbox.h"
 #include "ui/mainwindow.h"
 
@@ -49,7 +50,7 @@ public:
     {
         window = std::make_unique<MainWindow>();
         window->show();
-        if (!QTest::qWaitForWindowExposed(window.get())) {
+        if (!QTest::qWaitForWindowExposed(window.get(), patience)) {
             qFatal("the window does not appear");
         }
         return *window;
