@@ -40,9 +40,9 @@ void holdBack(QtMsgType type, const QMessageLogContext &context, const QString &
         return;
     }
     const QString reason = remarks.empty() ? text : remarks.front().text;
-    std::fprintf(stderr,
-                 "kestrelpack: no window can be opened here (%s); kestrelpack-cli needs none\n",
-                 qUtf8Printable(reason.simplified()));
+    std::fprintf(
+        stderr, "kestrelpack: cannot open a window: %s (kestrelpack-cli works without a display)\n",
+        qUtf8Printable(reason.simplified()));
     std::fflush(stderr);
     std::_Exit(EXIT_FAILURE);
 }

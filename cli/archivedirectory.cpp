@@ -67,7 +67,7 @@ void ArchiveDirectory::make()
             return;
         }
     }
-    m_error = QStringLiteral("%1 takes no directories").arg(QDir::tempPath());
+    m_error = QStringLiteral("cannot create a directory in %1").arg(QDir::tempPath());
 }
 
 // Only this user's: a directory that somebody else planted could lead elsewhere.

@@ -14,21 +14,21 @@ const char helpText[] = R"(Usage: kestrelpack-cli [options] FOLDER
 Packs FOLDER, a folder with a Windows application, into one executable that unpacks itself and runs.
 
 Options:
-  -m, --main NAME        main program in FOLDER; may be left out when FOLDER holds exactly one .exe
-  -o, --output DIR       where the executable goes (default: the current directory; made if missing)
+  -m, --main NAME        main program in FOLDER; not needed if FOLDER contains exactly one .exe file
+  -o, --output DIR       where the executable goes (default: the current directory; created if missing)
   -i, --icon FILE        .ico file (default: the main program's own icon)
   -l, --level LEVEL      store, fastest, fast, normal (default), maximum, ultra
   -c, --method METHOD    LZMA (default), LZMA2
   -q, --quiet            only warnings and errors
-      --version          show the version and end
-  -h, --help             show this help and end
+      --version          show the version
+  -h, --help             show this help
 
-The executable is named after the main program: my.tool.exe in FOLDER gives DIR/my.exe. A file of that
-name is replaced.
+The executable's name comes from the main program: my.tool.exe in FOLDER gives DIR/my.exe. It replaces a file
+of that name, but only when it is complete.
 
-Exit status: 0 the executable is there, 1 the job failed, 2 wrong usage (nothing was started). An
-interruption removes what was half made and ends with the code of one: 130 after Ctrl-C, on Windows
-0xC000013A.
+Exit status: 0 the executable is complete, 1 the job failed, 2 nothing was started: wrong usage, or another
+job is making the same file. If the job is interrupted, it leaves nothing behind, and the exit status
+is 130 after Ctrl-C (on Windows 0xC000013A).
 )";
 
 CommandLine refusal(const QString &message)
@@ -59,14 +59,14 @@ struct Options
     QCommandLineOption help{{"h", "help"}};
 };
 
-// The message of the first option that was given an empty text; such a text is mostly a shell
-// variable that was not set.
+// The message for the first option with an empty value, or nothing. An empty value mostly comes from a shell
+// variable that is not set.
 QString emptyValueMessage(const QCommandLineParser &parser, const Options &options)
 {
     for (const auto *option :
          {&options.main, &options.output, &options.icon, &options.level, &options.method}) {
         if (parser.isSet(*option) && parser.value(*option).isEmpty()) {
-            return QStringLiteral("--%1 was given an empty text").arg(option->names().constLast());
+            return QStringLiteral("--%1 needs a non-empty value").arg(option->names().constLast());
         }
     }
     return {};
@@ -78,14 +78,14 @@ QString readCompression(const QCommandLineParser &parser, const Options &options
     if (parser.isSet(options.level)) {
         line.levelIndex = int(levelNames.indexOf(parser.value(options.level).toLower()));
         if (line.levelIndex < 0) {
-            return QStringLiteral("no such compression level: %1 (there are: %2)")
+            return QStringLiteral("no such compression level: %1 (available: %2)")
                 .arg(parser.value(options.level), levelNames.join(", "));
         }
     }
     if (parser.isSet(options.method)) {
         line.methodIndex = int(methodNames.indexOf(parser.value(options.method).toUpper()));
         if (line.methodIndex < 0) {
-            return QStringLiteral("no such compression method: %1 (there are: %2)")
+            return QStringLiteral("no such compression method: %1 (available: %2)")
                 .arg(parser.value(options.method), methodNames.join(", "));
         }
     }

@@ -76,7 +76,7 @@ std::optional<Refusal> checkFolder(const QString &folder)
         return Refusal{QStringLiteral("the temporary directory of this user does not exist")};
     }
     if (isSameOrInside(QDir::tempPath(), folder)) {
-        return Refusal{QStringLiteral("the temporary directory %1 lies in the folder to pack")
+        return Refusal{QStringLiteral("the temporary directory %1 is inside the folder to pack")
                            .arg(QDir::tempPath())};
     }
     return std::nullopt;
@@ -87,11 +87,11 @@ std::variant<QString, Refusal> onlyProgram(const QString &folder)
 {
     const QStringList programs = programsIn(QDir(folder));
     if (programs.isEmpty()) {
-        return Refusal{QStringLiteral("the folder %1 holds no .exe").arg(folder)};
+        return Refusal{QStringLiteral("the folder %1 contains no .exe file").arg(folder)};
     }
     if (programs.size() > 1) {
         return Refusal{
-            QStringLiteral("the folder %1 holds several programs; name one with --main: %2")
+            QStringLiteral("the folder %1 contains several programs; choose one with --main: %2")
                 .arg(folder, programs.join(", "))};
     }
     return programs.constFirst();
@@ -106,16 +106,16 @@ std::variant<QString, Refusal> namedProgram(const QString &folder, const QString
             && resolvedPath(QFileInfo(name).absolutePath()) == resolvedPath(folder);
         if (!isInFolder) {
             return Refusal{
-                QStringLiteral("the main program %1 is not a file right in the folder %2")
+                QStringLiteral("the main program %1 is not directly inside the folder %2")
                     .arg(name, folder)};
         }
     }
     const QFileInfo program(QDir(folder).filePath(fileName));
     if (!program.isFile()) {
-        return Refusal{QStringLiteral("the folder %1 holds no file %2").arg(folder, fileName)};
+        return Refusal{QStringLiteral("the folder %1 contains no file %2").arg(folder, fileName)};
     }
     if (!fileName.endsWith(".exe", Qt::CaseInsensitive)) {
-        return Refusal{QStringLiteral("the main program %1 is no .exe").arg(fileName)};
+        return Refusal{QStringLiteral("the main program %1 is not an .exe file").arg(fileName)};
     }
     return fileName;
 }
@@ -162,21 +162,20 @@ std::optional<Refusal> checkOutput(const QString &outputDir, const QString &fold
 {
     if (isSameOrInside(outputDir, folder)) {
         return Refusal{
-            QStringLiteral("the output directory %1 lies in the folder to pack").arg(outputDir)};
+            QStringLiteral("the output directory %1 is inside the folder to pack").arg(outputDir)};
     }
     if (!QDir().mkpath(outputDir)) {
-        return Refusal{QStringLiteral("the output directory %1 cannot be made").arg(outputDir)};
+        return Refusal{QStringLiteral("cannot create the output directory %1").arg(outputDir)};
     }
     // The only sure way to know whether a file can be made is to make one.
     QTemporaryFile probe(QDir(outputDir).filePath(".kestrelpack-XXXXXX"));
     if (!probe.open()) {
-        return Refusal{QStringLiteral("the output directory %1 cannot be written: %2")
+        return Refusal{QStringLiteral("cannot write to the output directory %1: %2")
                            .arg(outputDir, probe.errorString())};
     }
     const QFileInfo output(outputPath(outputDir, mainProgram));
     if (output.isDir() || (output.exists() && !output.isWritable())) {
-        return Refusal{
-            QStringLiteral("the output file %1 cannot be replaced").arg(output.filePath())};
+        return Refusal{QStringLiteral("cannot replace the output file %1").arg(output.filePath())};
     }
     return std::nullopt;
 }

@@ -55,8 +55,7 @@ QString OutputGuard::hold()
         }
         break;
     case FileLock::Result::Failed:
-        return QStringLiteral("the output %1 cannot be locked: %2")
-            .arg(m_output, m_lock.errorString());
+        return QStringLiteral("cannot lock the output %1: %2").arg(m_output, m_lock.errorString());
     }
     return makeDirectory();
 }
@@ -110,5 +109,5 @@ QString OutputGuard::makeDirectory()
         }
     }
     m_lock.release();
-    return QStringLiteral("the directory %1 cannot be made").arg(directoryName(1));
+    return QStringLiteral("cannot create the directory %1").arg(directoryName(1));
 }

@@ -112,7 +112,7 @@ QString TerminalJob::problem(bool success) const
     const QString error = m_guard.putInPlace();
     return error.isEmpty()
         ? QString()
-        : QStringLiteral("%1 could not be put in its place: %2").arg(m_guard.output(), error);
+        : QStringLiteral("cannot move the executable to %1: %2").arg(m_guard.output(), error);
 }
 
 void TerminalJob::tellSuccess()
@@ -120,7 +120,7 @@ void TerminalJob::tellSuccess()
     const qint64 size = QFileInfo(m_guard.output()).size();
     if (size > largestProgramSize) {
         m_console.showMessage(
-            QStringLiteral("warning: %1 has %2 bytes; Windows starts no program file "
+            QStringLiteral("warning: %1 has %2 bytes; Windows does not start program files "
                            "of 4 GiB or more")
                 .arg(m_guard.output())
                 .arg(size));

@@ -174,7 +174,7 @@ private slots:
         QVERIFY(!seen.crashed);
         QCOMPARE(seen.status, 1);
         QCOMPARE(seen.errors.count('\n'), 1);
-        QVERIFY2(seen.errors.startsWith("kestrelpack: no window can be opened here (" + reason),
+        QVERIFY2(seen.errors.startsWith("kestrelpack: cannot open a window: " + reason),
                  qPrintable(seen.errors));
         QVERIFY(seen.errors.contains("kestrelpack-cli needs none"));
     }

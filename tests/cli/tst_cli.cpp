@@ -87,28 +87,28 @@ private slots:
             << QStringList({"@/source/my.tool.exe"}) << "@/source/my.tool.exe is not a folder";
         QTest::newRow("several programs and none named")
             << QStringList({"-o", "@/output", "@/several"})
-            << "the folder @/several holds several programs; name one with --main: a.exe, B.EXE";
+            << "the folder @/several contains several programs; choose one with --main: a.exe, B.EXE";
         QTest::newRow("a main program that is missing")
             << QStringList({"-m", "no.exe", "-o", "@/output", "@/source"})
-            << "the folder @/source holds no file no.exe";
+            << "the folder @/source contains no file no.exe";
         QTest::newRow("a main program in a folder of the folder")
             << QStringList({"-m", "data/文件.txt", "-o", "@/output", "@/source"})
-            << "the main program data/文件.txt is not a file right in the folder @/source";
+            << "the main program data/文件.txt is not directly inside the folder @/source";
         QTest::newRow("a main program that is none")
             << QStringList({"-m", "readme.txt", "-o", "@/output", "@/several"})
-            << "the main program readme.txt is no .exe";
+            << "the main program readme.txt is not an .exe file";
         QTest::newRow("an icon that is missing")
             << QStringList({"-i", "@/no.ico", "-o", "@/output", "@/source"})
             << "the icon file @/no.ico does not exist";
         QTest::newRow("the folder as the output directory")
             << QStringList({"-o", "@/source", "@/source"})
-            << "the output directory @/source lies in the folder to pack";
+            << "the output directory @/source is inside the folder to pack";
         QTest::newRow("an output directory in the folder by a link")
             << QStringList({"-o", "@/link/data", "@/source"})
-            << "the output directory @/link/data lies in the folder to pack";
+            << "the output directory @/link/data is inside the folder to pack";
         QTest::newRow("an output file that is a folder")
             << QStringList({"-o", "@/taken", "@/source"})
-            << "the output file @/taken/my.exe cannot be replaced";
+            << "cannot replace the output file @/taken/my.exe";
     }
     void wrongUsageStartsNothing()
     {
@@ -221,8 +221,8 @@ private slots:
         }
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 2);
-        QVERIFY2(result.errors.startsWith("kestrelpack-cli: the output directory "
-                                          + s.path("output") + " cannot be written: "),
+        QVERIFY2(result.errors.startsWith("kestrelpack-cli: cannot write to the output directory "
+                                          + s.path("output") + ": "),
                  qPrintable(result.errors));
     }
 

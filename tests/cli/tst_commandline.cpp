@@ -102,15 +102,15 @@ private slots:
         for (const char *option : {"main", "output", "icon", "level", "method"}) {
             QTest::addRow("an empty text for --%s", option)
                 << QStringList({QString("--%1=").arg(option), "app"})
-                << QString("refused: --%1 was given an empty text").arg(option);
+                << QString("refused: --%1 needs a non-empty value").arg(option);
         }
         QTest::newRow("a level's beginning is not the level")
             << QStringList({"-l", "ult", "app"})
-            << "refused: no such compression level: ult (there are: store, fastest, fast, normal, "
+            << "refused: no such compression level: ult (available: store, fastest, fast, normal, "
                "maximum, ultra)";
         QTest::newRow("a method of the archiver that the module does not know")
             << QStringList({"-c", "PPMd", "app"})
-            << "refused: no such compression method: PPMd (there are: LZMA, LZMA2)";
+            << "refused: no such compression method: PPMd (available: LZMA, LZMA2)";
     }
     void refused()
     {

@@ -144,28 +144,28 @@ private slots:
         const QString none;
         QTest::newRow("a program in a folder below does not count")
             << "@" << none << none << "@/out/new"
-            << "the folder @ holds no .exe";
+            << "the folder @ contains no .exe file";
         QTest::newRow("an ending behind .exe") << "@/programless" << none << none << "@/out/new"
-                                               << "the folder @/programless holds no .exe";
+                                               << "the folder @/programless contains no .exe file";
         QTest::newRow("a folder as the main program") << "@/app"
                                                       << "data" << none << "@/out/new"
-                                                      << "the folder @/app holds no file data";
+                                                      << "the folder @/app contains no file data";
         QTest::newRow("a path to the same name elsewhere")
             << "@/several"
             << "@/app/my.tool.exe" << none << "@/out/new"
-            << "the main program @/app/my.tool.exe is not a file right in the folder @/several";
+            << "the main program @/app/my.tool.exe is not directly inside the folder @/several";
         QTest::newRow("a folder as the icon") << "@/app" << none << "@/several"
                                               << "@/out/new"
                                               << "the icon file @/several cannot be read";
         QTest::newRow("the folder itself, by another path")
             << "@/app" << none << none << "@/several/../app/data/.."
-            << "the output directory @/several/../app/data/.. lies in the folder to pack";
+            << "the output directory @/several/../app/data/.. is inside the folder to pack";
         QTest::newRow("a hidden folder in the folder")
             << "@/app" << none << none << "@/app/.hidden"
-            << "the output directory @/app/.hidden lies in the folder to pack";
+            << "the output directory @/app/.hidden is inside the folder to pack";
         QTest::newRow("a file on the way to the output directory")
             << "@/app" << none << none << "@/a file/new"
-            << "the output directory @/a file/new cannot be made";
+            << "cannot create the output directory @/a file/new";
     }
     void refused()
     {
@@ -269,7 +269,7 @@ private slots:
         const PrivateTemp temp;
         CommandLine line = usualLine();
         line.folder = temp.path();
-        const QString refusal = QString("the temporary directory %1 lies in the folder to pack");
+        const QString refusal = QString("the temporary directory %1 is inside the folder to pack");
         QCOMPARE(messageOf(checkInputs(line)), refusal.arg(QDir::tempPath()));
         line.folder = QFileInfo(temp.path()).path();
         QCOMPARE(messageOf(checkInputs(line)), refusal.arg(QDir::tempPath()));
