@@ -39,7 +39,7 @@ std::optional<BY_HANDLE_FILE_INFORMATION> informationOf(const NativePath &path)
 
 std::string utf8Of(const NativePath &path)
 {
-    const int length = static_cast<int>(std::min<std::size_t>(path.size(), maxPathLength));
+    const int length = static_cast<int>(path.size()); // a command line has at most 32767 units
     std::string text(3 * static_cast<std::size_t>(length), '\0'); // no unit makes more bytes
     const int written = WideCharToMultiByte(CP_UTF8, 0, path.data(), length, text.data(),
                                             static_cast<int>(text.size()), nullptr, nullptr);
