@@ -35,7 +35,7 @@ private:
         QString errors;
     };
 
-    QProcessEnvironment surroundings() const
+    QProcessEnvironment environmentOfRun() const
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         if (!onWindows) { // where the windows are real ones
@@ -82,7 +82,7 @@ private slots:
     void startsAndEnds()
     {
         QFETCH(QByteArray, bundle);
-        auto environment = surroundings();
+        auto environment = environmentOfRun();
         environment.insert("DRIVEN_BUNDLE", bundle);
         const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
         QTEST(seen.output, "seen");
@@ -110,7 +110,7 @@ private slots:
     void anEarlierMessageHandlerIsKept()
     {
         QFETCH(QByteArray, bundle);
-        auto environment = surroundings();
+        auto environment = environmentOfRun();
         environment.insert("DRIVEN_BUNDLE", bundle);
         environment.insert("DRIVEN_HANDLER", "1");
         const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
@@ -121,7 +121,7 @@ private slots:
     void argumentsAreIgnored()
     {
         const Run seen
-            = run(KESTRELPACK_DRIVEN_APP, surroundings(), {"--help", "-x", "a folder", "源"});
+            = run(KESTRELPACK_DRIVEN_APP, environmentOfRun(), {"--help", "-x", "a folder", "源"});
         QCOMPARE(seen.output, (QStringList{"window, styled", question}));
         QCOMPARE(seen.status, 0);
     }
@@ -131,7 +131,7 @@ private slots:
         if (onWindows) {
             QSKIP("the store is the registry here");
         }
-        auto environment = surroundings();
+        auto environment = environmentOfRun();
         const QString file = m_home.filePath("a file");
         QVERIFY(writeFile(file, "kept"));
         environment.insert("XDG_CONFIG_HOME", file);
@@ -166,7 +166,7 @@ private slots:
         QFETCH(QString, platform);
         QFETCH(QString, display);
         QFETCH(QString, reason);
-        auto environment = surroundings();
+        auto environment = environmentOfRun();
         environment.insert("QT_QPA_PLATFORM", platform);
         environment.remove("WAYLAND_DISPLAY");
         environment.insert("DISPLAY", display);

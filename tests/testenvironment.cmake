@@ -31,7 +31,7 @@ endif()
 
 # Tests that start Windows programs from outside take turns. So do windows on the shared display:
 # only one can have the keyboard.
-function(kestrelpack_set_test_surroundings name labels timeout)
+function(kestrelpack_set_test_environment name labels timeout)
     if(tests_are_windows_programs)
         set(environment ${KESTRELPACK_TEST_WINE_ENVIRONMENT})
         set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED "wineprefix;display")
