@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int patience = 30000;
-
 const QString warning = "box 警告 | 无法加载样式表，将使用默认外观。\\n"
                         "这可能会影响应用程序的外观，但功能不受影响。 | buttons 400 | alone";
 const QString question
