@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# Builds the module from within a native build: this folder once more, with the cross compiler.
+# Builds the module in a native build: configures this folder again, with the cross compiler.
 
 include(ExternalProject)
 
@@ -15,7 +15,7 @@ if(NOT KESTRELPACK_MINGW_COMPILER)
     return()
 endif()
 
-# Fetched and found here once; the inner build is told where.
+# 7-Zip's source is fetched once, here; the inner build gets its path.
 kestrelpack_sevenzip_source(sevenzip_dir)
 
 ExternalProject_Add(self-extractor

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// Throws away what is unpacked, and ends the fuzzer when the unpacker breaks a promise: the order
-// of calls, names, sizes, check sums.
+// Discards what is unpacked, and ends the fuzzer if the unpacker breaks a promise: the order of
+// calls, names, sizes, checksums.
 class CheckingSink final : public sfx::UnpackSink
 {
 public:
@@ -28,7 +28,7 @@ public:
     sfx::Status endFile(const sfx::Entry &file) override;
     sfx::Status finishFolder(const sfx::Entry &folder) override;
 
-    // After unpack(): whether its status fits what came here.
+    // After unpack(): checks that its status matches the calls of this sink.
     void checkEnd(sfx::Status status) const;
 
 private:
@@ -49,5 +49,5 @@ private:
     std::vector<std::u16string> m_folders; // made and not finished
 };
 
-// Capitals of ASCII letters.
+// Converts ASCII letters to upper case.
 void upperCaseAscii(char16_t *text, std::size_t size);

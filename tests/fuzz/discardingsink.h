@@ -7,11 +7,12 @@
 
 #include <atomic>
 
-// Throws away what is unpacked, in any number of threads.
+// Discards what is unpacked, in any number of threads.
 class DiscardingSink final : public sfx::UnpackSink
 {
 public:
-    // After `outputLimit` bytes, of all sinks together, the disk is full. `written` outlives this.
+    // After `outputLimit` bytes, counted over all sinks, the disk is full. `written` must outlive
+    // this object.
     DiscardingSink(std::atomic<std::uint64_t> &written, std::uint64_t outputLimit)
         : m_written(written)
         , m_outputLimit(outputLimit)

@@ -28,8 +28,8 @@ void write(std::uint8_t *to, std::uint64_t value, unsigned width)
     }
 }
 
-// Check sums keep chance away from the parser. Here they are made right: the input's last part is
-// the header, from the offset on that the start header names.
+// Random input would never have correct checksums, so they are corrected here. The header is the
+// last part of the input, from the offset in the start header on.
 void seal(std::vector<std::uint8_t> &archive)
 {
     static constexpr std::uint8_t signature[] = {'7', 'z', 0xbc, 0xaf, 0x27, 0x1c, 0};
@@ -60,7 +60,7 @@ Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
         return Status::NoMemory;
     }
     status = checkContents(archive, program, upperCaseAscii, totalBytes);
-    // An archive without the program is unpacked as well: more of them reach the decoders.
+    // An archive without the program is unpacked as well, so that more archives reach the decoders.
     if (status != Status::Ok && status != Status::ProgramMissing) {
         return status;
     }
@@ -77,7 +77,7 @@ Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
 
 } // namespace
 
-// Reading and unpacking: an archive of any bytes but for its check sums.
+// Reading and unpacking: an archive of any bytes, with correct checksums.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (size < startHeaderSize) {
@@ -86,8 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     CrcGenerateTable();
     std::vector<std::uint8_t> archive(data, data + size);
     seal(archive);
-    // Nobody reads the minor version. Another one than the usual says which block of memory is
-    // refused.
+    // The minor version is never read. An unusual one selects the memory allocation that fails.
     const unsigned minor = archive[7];
     const unsigned failing = minor < usualMinorVersion ? minor + 1
         : minor == usualMinorVersion                   ? 0
@@ -97,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Status inOne = run(archive, 1);
     countedmemory::reset(memoryLimit, failing);
     const Status inTwo = run(archive, 2);
-    // Two decoders take more memory than one; apart from that they come to the same end.
+    // Two decoders take more memory than one. Otherwise the result is the same.
     require((inOne == Status::Ok) == (inTwo == Status::Ok) || inOne == Status::NoMemory
                 || inTwo == Status::NoMemory,
             "several threads unpack what one does");

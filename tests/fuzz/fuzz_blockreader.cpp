@@ -37,7 +37,7 @@ int countOf(std::string_view block, std::string_view key)
     return count;
 }
 
-// Whether the block has exactly this line.
+// Whether the block contains exactly this line.
 bool hasLine(std::string_view block, const std::string &line)
 {
     return block.find('\n' + line + '\n') != block.npos
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(blockSize <= size, "a block lies in its file");
     checkAccepted({text, blockSize}, block);
 
-    // What lies behind does not matter, and nothing of it may be missing.
+    // Bytes after the block do not matter, and no byte of the block may be missing.
     ConfigBlock alone;
     std::size_t aloneSize = 0;
     const std::string copy(text, blockSize);

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-// A fuzzer's input as the module sees its own file.
+// A fuzzer's input, as the module sees its own file.
 class InputSource final : public sfx::ByteSource
 {
 public:

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Ends the fuzzer with the promise that was broken; the input is kept by the fuzzer's runtime.
+// Ends the fuzzer and names the broken promise. The fuzzer's runtime keeps the input.
 inline void require(bool holds, const char *promise)
 {
     if (!holds) {

@@ -7,13 +7,12 @@
 #include <string_view>
 #include <vector>
 
-// Windows' rules for file names, written a second time and in another way than the module's, to
-// hold the module's against them.
+// Windows' rules for file names, implemented again in another way, to compare the module with them.
 namespace windowsnames {
 
 // Whether this is one plain name.
 bool isName(std::u16string_view name);
-// Whether all pieces between slashes are, and the whole is no longer than the module allows.
+// Whether all names between slashes are plain, and the path is not longer than the module allows.
 bool isRelativePath(std::u16string_view path);
 
 struct Path
@@ -22,8 +21,8 @@ struct Path
     bool isFolder = false;
 };
 
-// Whether two of the paths are one to a file system that does not tell small from capital ASCII
-// letters, or one lies in another that is a file.
+// Whether two of the paths are the same to a file system that ignores the case of ASCII letters, or
+// one path is inside another that is a file.
 bool anyCollide(const std::vector<Path> &paths);
 
 } // namespace windowsnames

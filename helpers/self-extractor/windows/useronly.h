@@ -17,8 +17,8 @@ public:
     UserOnly &operator=(const UserOnly &) = delete;
     ~UserOnly();
 
-    // Valid while this object exists. nullptr if they could not be created; then the folder gets the
-    // rights of its parent, the user's own temporary folder.
+    // Valid while this object exists. nullptr if they could not be created; then the folder gets
+    // the rights of its parent, the user's own temporary folder.
     SECURITY_ATTRIBUTES *attributes();
 
 private:

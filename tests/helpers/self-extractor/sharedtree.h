@@ -12,16 +12,16 @@
 class SharedTree
 {
 public:
-    // The sink that stands for itself; it makes the others.
+    // The first sink; it creates the others.
     sfx::Owned<sfx::UnpackSink> sink();
 
-    // Files that were ended, and folders that were finished.
+    // The files and folders that are complete.
     const Tree &tree() const { return m_done; }
-    // What was done against the rules, in words; empty: nothing.
+    // The first rule that was broken, in words; empty if none.
     QString mistake() const { return m_mistake; }
     int sinks() const { return m_sinks; }
     int writes() const { return m_writes; }
-    // After so many writes the disk is full.
+    // After this many writes the disk is full.
     void failAfter(int writes) { m_writesLeft = writes; }
 
 private:

@@ -18,7 +18,7 @@ constexpr quint64 mebibyte = 1024 * 1024;
 constexpr quint64 pieceSize = mebibyte / 4;
 constexpr quint64 mostAhead = 4 * mebibyte;
 
-// ByteView that tell their place, in pieces of changing size, with an end of a chosen kind.
+// Bytes that depend on their position, in pieces of changing size, with a chosen status at the end.
 class CountingStream final : public WindowStream
 {
 public:
@@ -77,7 +77,7 @@ class TestReadAhead : public QObject
 private slots:
     void givesTheSameBytes_data();
     void givesTheSameBytes();
-    void givesErrorsBehindTheGoodBytes();
+    void givesErrorsAfterTheGoodBytes();
     void keepsToItsWindow();
     void canBeLeftAtAnyTime();
 };
@@ -122,7 +122,7 @@ void TestReadAhead::givesTheSameBytes()
     QCOMPARE(bytes.size, std::size_t(0));
 }
 
-void TestReadAhead::givesErrorsBehindTheGoodBytes()
+void TestReadAhead::givesErrorsAfterTheGoodBytes()
 {
     for (const quint64 size : {quint64(0), quint64(500), pieceSize, 3 * mebibyte + 17}) {
         std::atomic<std::uint64_t> served = 0;
@@ -140,7 +140,7 @@ void TestReadAhead::givesErrorsBehindTheGoodBytes()
     }
 }
 
-// The decoder runs ahead, but not over what the reader still looks at.
+// The decoder runs ahead, but does not overwrite what the reader is still using.
 void TestReadAhead::keepsToItsWindow()
 {
     std::atomic<std::uint64_t> served = 0;
