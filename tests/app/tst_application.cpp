@@ -111,7 +111,9 @@ private slots:
         auto environment = environmentOfRun();
         environment.insert("DRIVEN_BUNDLE", bundle);
         environment.insert("DRIVEN_HANDLER", "1");
-        const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        // Qt's own code for Windows complains about what Wine lacks, in messages without a category.
+        seen.output.removeIf([](const QString &line) { return line.startsWith("critical : "); });
         QTEST(seen.output, "seen");
         QCOMPARE(seen.status, 0);
     }

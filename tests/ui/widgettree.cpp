@@ -22,7 +22,8 @@
 
 namespace {
 
-// What comes from the place in the window, from what is shown there, or is said by another property.
+// These come from the place in the window, from what is shown there, or from the system's style (palette), or
+// another property says the same.
 const QStringList &leftOut()
 {
     static const QStringList names
@@ -30,7 +31,7 @@ const QStringList &leftOut()
               "objectName accessibleName geometry normalGeometry frameGeometry frameSize frameRect "
               "frameWidth rect size width height minimumWidth minimumHeight maximumWidth "
               "maximumHeight pos x y childrenRect childrenRegion sizeHint minimumSizeHint visible "
-              "isActiveWindow focus windowIcon icon pixmap count currentIndex currentText document")
+              "isActiveWindow focus windowIcon icon pixmap palette count currentIndex currentText document")
               .split(u' ');
     return names;
 }
