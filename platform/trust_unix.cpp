@@ -20,8 +20,8 @@ constexpr uid_t root = 0;
 // An entry that cannot be read counts as a group with others in it.
 bool isUsersOwnGroup(gid_t id, uid_t user)
 {
-    std::array<char, 16384> userText;
-    std::array<char, 16384> groupText;
+    std::array<char, 16384> userText{};
+    std::array<char, 16384> groupText{};
     passwd userEntry = {};
     struct group groupEntry = {};
     passwd *foundUser = nullptr;
