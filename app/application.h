@@ -3,6 +3,6 @@
 
 #pragma once
 
-// The whole program: shows the window and runs until the user quits. Returns the exit status of the
-// event loop. Our own command line has no options; Qt takes its own out of `argc` and `argv`.
+// Runs the whole program: shows the window and returns when the user quits. Returns the exit status
+// of the event loop. We have no command line options; Qt removes its own from `argc` and `argv`.
 int runApplication(int &argc, char **argv);

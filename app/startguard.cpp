@@ -23,10 +23,10 @@ struct Remark
     QString text;
 };
 
-// Held back: before a refusal, Qt explains it in several lines, of which the first has the reason.
+// The messages held back. Before Qt aborts it prints several lines; the first one names the reason.
 std::vector<Remark> remarks;
 
-// A release build of Qt gives no file and no function.
+// A release build of Qt names no file and no function.
 const char *orNull(const QByteArray &text)
 {
     return text.isNull() ? nullptr : text.constData();

@@ -5,10 +5,11 @@
 
 #include <QtGlobal>
 
-// While it lives, Qt's refusal to start without a display ends the process with status 1 and one line
-// on standard error, instead of an abort. Put it around the construction of the application object.
-// At most one lives at a time; on the main thread. The message handler that was installed before is
-// installed again at the end, and then gets what Qt has said meanwhile.
+// Without a display, Qt aborts the process. While a StartGuard exists, the process ends instead
+// with status 1 and one line on standard error. Create it before the application object, and
+// destroy it right after that. Only on the main thread, and only one at a time. It holds Qt's
+// messages back; its destructor restores the previous message handler and then passes the messages
+// to it.
 class StartGuard
 {
 public:

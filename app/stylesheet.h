@@ -5,9 +5,10 @@
 
 class QApplication;
 
-// Gives the application the style sheet of the bundle. False when there is none that can be used;
-// the reason is then in Qt's message log, and the application keeps Qt's own look.
+// Loads the style sheet from the resource bundle into the application. Returns false if it is
+// missing, unreadable or empty. Then the reason is in Qt's message log, and the application keeps
+// Qt's look.
 bool loadStyleSheet(QApplication &application);
 
-// Tells the person, in a box that stands alone, and returns when it is closed.
+// Shows a warning in a message box without a parent window. Returns when the user has closed it.
 void warnOfMissingStyleSheet();
