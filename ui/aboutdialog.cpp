@@ -21,13 +21,14 @@ AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique
 
 AboutDialog::~AboutDialog() = default;
 
-// What the form cannot know: the builder's texts, and the screen's scaling.
+// Sets what the .ui file cannot contain: the texts from the build, and sizes for the screen's
+// scaling.
 void AboutDialog::fillIn()
 {
     ui->logoLabel->setPixmap(QIcon(QStringLiteral(":/icons/logo.svg"))
                                  .pixmap(ui->logoLabel->maximumSize(), devicePixelRatio()));
     ui->versionLabel->setText(tr("版本: %1").arg(productinfo::version));
-    // A style sheet does not reach the colour of a link.
+    // A style sheet cannot set the colour of a link.
     ui->websiteLabel->setText(QStringLiteral("<a href=\"%1\" style=\"color:#00b688\">%2</a>")
                                   .arg(productinfo::website.toHtmlEscaped(), tr("访问官方网站")));
     ui->copyrightLabel->setText(

@@ -11,7 +11,7 @@ namespace Ui {
 class AboutDialog;
 }
 
-// Says what the program is and who makes it. Run it with exec(); Escape closes it.
+// Shows what the program is and who makes it. Run it with exec(); Escape closes it.
 class AboutDialog : public QDialog
 {
     Q_OBJECT

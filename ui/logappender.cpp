@@ -15,21 +15,22 @@
 
 namespace {
 
-// What is shown at once in one turn of the event loop: some 20 ms of work.
+// The number of lines shown at once in one turn of the event loop: about 20 ms of work.
 constexpr qsizetype linesShownAtOnce = 250;
 constexpr qsizetype usualLength = 64;
 
-// A text of more than this is taken in pieces of whole lines: the pane needs a second for a million
-// characters.
+// A longer text (in characters) is split into pieces of whole lines, because the pane needs one
+// second for a million characters.
 constexpr qsizetype longText = 4096;
 
-// Long against the repainting that follows each slice, short against what a person notices.
+// Much longer than the repainting after each slice, but too short for a person to notice.
 constexpr qint64 sliceMilliseconds = 40;
 
 constexpr QChar backspace(u'\b');
 
-// A terminal goes back over backspaces, but a font has only a box for them; they stay in the text and
-// take no room. Without the strategy every font of the system would be searched for them.
+// A terminal moves back for a backspace, but a font draws a box. This format keeps backspaces in
+// the text without showing them. Without the style strategy Qt would search every font for the
+// character.
 QTextCharFormat formatOfBackspaces()
 {
     QTextCharFormat format;
@@ -39,7 +40,7 @@ QTextCharFormat formatOfBackspaces()
     return format;
 }
 
-// Inserts the text as it stands; QTextEdit::append() would take a file name such as "<b>" for markup.
+// Inserts the text unchanged; QTextEdit::append() would read a file name such as "<b>" as markup.
 void insertPlain(QTextCursor &cursor, QStringView text)
 {
     while (!text.isEmpty()) {

@@ -12,28 +12,28 @@
 
 class QTextEdit;
 
-// Appends log lines to a text pane, each as a paragraph, in order. A few lines appear at once; a flood
-// is taken in slices, between which the window paints and answers. None is lost, but when so much
-// waits that memory would run out: then the oldest of them give way to a line that counts them. Lives
-// on the GUI thread.
+// Appends log lines to a text pane in order, each as a paragraph. A few lines appear at once. A
+// flood of lines is shown in slices; between two slices the window paints and handles events. If
+// more than `mostWaiting` characters wait, the oldest waiting lines are dropped, and one line with
+// their number is shown instead. Otherwise no line is lost. Use it on the GUI thread.
 class LogAppender : public QObject
 {
     Q_OBJECT
 
 public:
-    // 32 MiB, which is 100,000 lines of 167 characters.
+    // In characters: 32 MiB of memory, or 100,000 lines of 167 characters.
     static constexpr qsizetype usualMostWaiting = 16 * 1048576;
 
-    // The pane is the parent. It keeps no undo history from here on. `mostWaiting`: in characters.
+    // `pane` becomes the parent and loses its undo history. `mostWaiting` is in characters.
     explicit LogAppender(QTextEdit *pane, qsizetype mostWaiting = usualMostWaiting);
 
     void append(const QString &line);
 
-    // Empties the pane; lines that still wait are dropped.
+    // Empties the pane and drops the lines that still wait.
     void clear();
 
-    // Calls `action` when every line appended so far is in the pane, which can be at once. An earlier
-    // action that still waits is replaced.
+    // Calls `action` when every line appended so far is in the pane; this can be at once. Replaces
+    // an earlier action that still waits.
     void whenThrough(std::function<void()> action);
 
 private:
@@ -45,9 +45,9 @@ private:
     QTextEdit *const m_pane;
     const qsizetype m_mostWaiting;
     QTimer m_turn;                 // fires in the next turn of the event loop
-    qsizetype m_shownThisTurn = 0; // in lines of usual length
+    qsizetype m_shownThisTurn = 0; // counted in lines of `usualLength`
     QQueue<QString> m_waiting;
     qsizetype m_waitingCharacters = 0;
-    qsizetype m_dropped = 0; // lines, since the last one that was shown
+    qsizetype m_dropped = 0; // number of lines dropped since a line was last shown
     std::function<void()> m_action;
 };

@@ -39,7 +39,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // A running job is not cut off; a window that no longer answers would only be in the way.
+    // A running job is not interrupted. The window is hidden, because it no longer handles events.
     hide();
     workerThread->quit();
     workerThread->wait();

@@ -20,8 +20,9 @@ namespace Ui {
 class MainWindow;
 }
 
-// The program's window: takes a job's inputs, has the worker run it on a thread of its own, and
-// shows what the worker says. Lives on the GUI thread; destroying it waits for a running job.
+// The program's window. It takes the inputs of a job, lets the worker run the job on another
+// thread, and shows the worker's signals. Use it on the GUI thread. The destructor waits for a
+// running job.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -30,22 +31,22 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    // The states of the four options. They are remembered, but no job depends on them yet.
+    // The states of the four options. The settings keep them, but no job depends on them yet.
     bool isCleanupEnabled() const;
     bool isTempExtractionEnabled() const;
     bool isEncryptionEnabled() const;
     bool isAdminRequired() const;
 
-    // The archiver's words for the choices in the three lists (packaging/compressionoptions.h).
+    // The choices in the three lists as the archiver writes them (packaging/compressionoptions.h).
     QString compressionLevelText() const;
     QString compressionMethodText() const;
     QString dictionarySizeText() const;
 
-    // Version information for a produced executable, five lines "Name=value"; not used so far.
+    // Version information for a produced executable: five lines "Name=value". Not used yet.
     QString versionInfoText() const;
 
 public slots:
-    // `index` is that of a page: 0 basic, 1 advanced.
+    // `index` is the number of a page: 0 is basic, 1 is advanced.
     void onTabButtonClicked(int index);
     void onMinimizeButtonClicked();
     void onCloseButtonClicked();
@@ -63,8 +64,8 @@ public slots:
     void onWorkerLog(const QString &message);
     void onWorkerFinished(bool success);
 
-    // A program's output, end and errors. They are wired to `process`, which nothing starts so far;
-    // updateProgress() takes a percentage, of `futureWatcher`, which watches nothing so far.
+    // The first three are connected to `process`, which nothing starts yet. updateProgress() takes
+    // a percentage and is connected to `futureWatcher`, which watches nothing yet.
     void handleProcessOutput();
     void handleProcessFinished(int exitCode, QProcess::ExitStatus exitStatus);
     void handleProcessError(QProcess::ProcessError error);
@@ -101,7 +102,7 @@ private:
     QThread *workerThread = nullptr;
     std::unique_ptr<Worker> worker;
     bool dragging = false;
-    QPoint dragStartPosition;   // of the mouse, on the screen
-    QPoint windowStartPosition; // of the window's frame, on the screen
+    QPoint dragStartPosition;   // the mouse, in screen coordinates
+    QPoint windowStartPosition; // the window's frame, in screen coordinates
     LogAppender *log = nullptr;
 };

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The window without a system frame: tabs, minimising, closing, its shadow, and being dragged.
+// The window has no system frame. This file does what a frame would do (minimise, close, drag,
+// shadow), and switches the tabs.
 
 #include "ui/mainwindow.h"
 #include "ui_mainwindow.h"
@@ -54,8 +55,8 @@ void MainWindow::onCloseButtonClicked()
     }
 }
 
-// The position counts from the window's corner, but is taken as though it counted from the corner of
-// each frame's parent: the areas that start a drag lie a few pixels off the frames.
+// `position` is relative to the window, but it is compared as if it were relative to the parent of
+// each frame. So the areas that start a drag are a few pixels away from the frames.
 bool MainWindow::startsDrag(const QPoint &position) const
 {
     const auto holds = [&position](const QFrame *frame) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// How a job's inputs get into the window, and what is checked before a job starts.
+// The inputs of a job: how the user chooses them, and the checks before a job starts.
 
 #include "ui/mainwindow.h"
 #include "ui_mainwindow.h"
@@ -32,7 +32,7 @@ bool isReadableImage(const QString &path)
 
 } // namespace
 
-// Opens at the dialog's own default place, unlike the dialog for the output.
+// The dialog opens in its default folder, unlike the dialog for the output.
 void MainWindow::on_selectFolderButton_clicked()
 {
     const QString folder = QFileDialog::getExistingDirectory(this, tr("选择源文件夹"), QString(),
@@ -58,7 +58,7 @@ void MainWindow::populateMainExeList(const QString &folder)
     }
 }
 
-// Only the file's name is kept: the job looks for it in the source folder.
+// Keeps only the file's name, because the job looks for the file in the source folder.
 void MainWindow::on_mainExeButton_clicked()
 {
     const QString file = QFileDialog::getOpenFileName(this, tr("选择主程序"),
@@ -94,7 +94,7 @@ void MainWindow::on_outputButton_clicked()
     saveSettings();
 }
 
-// Any image will do here; the worker looks at the file's structure.
+// Accepts every image here; the worker checks the file's structure.
 void MainWindow::on_iconButton_clicked()
 {
     const QString file
@@ -120,7 +120,7 @@ bool MainWindow::validateInputs()
     return false;
 }
 
-// The first problem only; empty when a job may start.
+// Returns the first problem, or an empty text if a job may start.
 QString MainWindow::problemOfInputs() const
 {
     if (ui->folderLineEdit->text().isEmpty()) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// Starting a job and showing what the worker says of it. A job cannot be cancelled.
+// Starts a job and shows the worker's signals. A job cannot be cancelled.
 
 #include "packaging/compressionoptions.h"
 #include "packaging/worker.h"
@@ -21,7 +21,8 @@ void MainWindow::on_startButton_clicked()
     setProcessingState(true);
     ui->progressBar->setValue(0);
     log->clear();
-    // The archiver would add to the archive of an earlier job, whose folder may be another.
+    // If an archive of an earlier job exists, the archiver adds files to it. That job may have
+    // packed another folder.
     const QString archive = tempDir + QStringLiteral("/temp.7z");
     QFile::remove(archive);
     QMetaObject::invokeMethod(worker.get(), "createPortableApp", Qt::AutoConnection,
@@ -34,8 +35,8 @@ void MainWindow::on_startButton_clicked()
                               Q_ARG(QString, dictionarySizeText()));
 }
 
-// Locks what could start a second job or change the ground under this one. The fields and lists stay
-// usable: the job has copies of them.
+// Disables the buttons that could start a second job or disturb the running one. The fields and
+// lists stay enabled, because the job has copies of their values.
 void MainWindow::setProcessingState(bool busy)
 {
     const QList<QWidget *> controls = {ui->startButton, ui->selectFolderButton, ui->outputButton,
@@ -48,8 +49,8 @@ void MainWindow::setProcessingState(bool busy)
 
 void MainWindow::onWorkerProgress(int value)
 {
-    // A progress bar paints at once for every value, and the window's shadow with it. While updates are
-    // off it leaves a request instead, and values that arrive together are painted once.
+    // A progress bar repaints itself and the window's shadow at once for each value. While updates
+    // are off it only posts a request, so values that arrive together are painted once.
     ui->progressBar->setUpdatesEnabled(false);
     ui->progressBar->setValue(value);
     ui->progressBar->setUpdatesEnabled(true);

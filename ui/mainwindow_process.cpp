@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// What an external program of the window's own would show. Jobs run theirs in the worker.
+// Handlers for an external program that the window itself would run. No such program exists yet:
+// the programs of a job run in the worker.
 
 #include "packaging/archiveroutput.h"
 #include "ui/logappender.h"
@@ -17,7 +18,7 @@ void MainWindow::handleProcessOutput()
     log->append(output.trimmed());
 }
 
-// How the program ended is told by its exit code alone.
+// Only the exit code counts; the exit status is ignored.
 void MainWindow::handleProcessFinished(int exitCode, QProcess::ExitStatus)
 {
     if (exitCode == 0) {

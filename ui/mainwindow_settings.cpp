@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// What the window remembers from one start to the next. The lists' indexes are stored, so the order
-// of their items must not change. A store that cannot be read or written is as good as an empty one.
+// The settings that the window keeps from one start to the next. The store holds indexes into the
+// lists, so the order of the list items must not change. A store that cannot be read counts as
+// empty; a failure to write is ignored.
 
 #include "ui/logappender.h"
 #include "ui/mainwindow.h"
@@ -13,8 +14,8 @@
 
 namespace {
 
-// The names of the store; one object for each use, so that what another window has written since is
-// seen.
+// The settings under this program's names. Create one object for each use, so that it sees what
+// another window has written since.
 class Store : public QSettings
 {
 public:
@@ -29,7 +30,7 @@ void MainWindow::loadSettings()
     ui->folderLineEdit->setText(store.value("folderPath").toString());
     ui->outputLineEdit->setText(store.value("outputPath").toString());
     ui->iconLineEdit->setText(store.value("iconPath").toString());
-    // Without effect as long as the list is empty at this point.
+    // Has no effect if the list is empty at this point.
     ui->mainExeComboBox->setCurrentText(store.value("lastExe").toString());
     ui->cmbCompression->setCurrentIndex(store.value("compressionLevel", 3).toInt());
     ui->cmbMethod->setCurrentIndex(store.value("compressionMethod", 0).toInt());
@@ -56,8 +57,8 @@ void MainWindow::saveSettings() const
     store.setValue("tempExtraction", ui->chkTemp->isChecked());
 }
 
-// Empties the store and the inputs. The option widgets keep what they show, and closing the window
-// stores it again.
+// Empties the store and the inputs. The option widgets keep their values, and closing the window
+// stores them again.
 void MainWindow::on_resetButton_clicked()
 {
     const auto answer = QMessageBox::question(this, tr("重置确认"),
