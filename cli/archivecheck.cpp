@@ -13,7 +13,7 @@
 namespace {
 
 constexpr qint64 startHeaderSize = 32;
-constexpr qint64 checkedOffset = 12; // the check sum of the start header begins here
+constexpr qint64 checkedOffset = 12; // the start header's check sum covers the bytes from here on
 constexpr qint64 chunkSize = 1048576;
 
 constexpr std::array<quint32, 256> makeCrcTable()
@@ -31,7 +31,7 @@ constexpr std::array<quint32, 256> makeCrcTable()
 
 constexpr std::array<quint32, 256> crcTable = makeCrcTable();
 
-// The CRC-32 of 7z, zip and gzip, over several pieces.
+// Computes the CRC-32 of 7z, zip and gzip over several pieces.
 class Crc32
 {
 public:
@@ -47,7 +47,7 @@ private:
     quint32 m_value = 0xFFFFFFFF;
 };
 
-// The check sum of the next `size` bytes; nothing when there are fewer.
+// Returns the check sum of the next `size` bytes, or nothing if there are fewer.
 std::optional<quint32> crcOfNext(QIODevice &device, qint64 size)
 {
     Crc32 crc;
@@ -64,8 +64,9 @@ std::optional<quint32> crcOfNext(QIODevice &device, qint64 size)
 
 } // namespace
 
-// The start header: "7z" and four more bytes, two bytes of version, the check sum of the 20 bytes after it,
-// and in those the header's offset from here, its size, and its check sum.
+// The start header contains: "7z" and four more bytes, two bytes of version, the check sum of the
+// following 20 bytes, and in these the header's offset (from the end of the start header), size and
+// check sum.
 bool isWholeArchive(QIODevice &archive)
 {
     if (!archive.seek(0)) {
@@ -82,7 +83,7 @@ bool isWholeArchive(QIODevice &archive)
     const auto offset = qFromLittleEndian<quint64>(start.constData() + 12);
     const auto size = qFromLittleEndian<quint64>(start.constData() + 20);
     const auto expectedCrc = qFromLittleEndian<quint32>(start.constData() + 28);
-    // In an order in which no sum can overflow.
+    // The comparisons are in this order so that no sum can overflow.
     const auto room = static_cast<quint64>(archive.size() - startHeaderSize);
     if (startCrc.value() != expectedStartCrc || size == 0 || size > room || offset != room - size) {
         return false;

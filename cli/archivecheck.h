@@ -5,10 +5,11 @@
 
 class QIODevice;
 
-// Whether `archive` is a 7z archive that its archiver wrote to the end. The start header is written last: it
-// says where the header lies, so both check sums are right only in an archive that is whole. The packed
-// files themselves are not read. `archive` is open, and its size is known.
+// Returns true if the archiver has written the 7z archive `archive` completely. An archiver writes
+// the start header last, and it contains the position of the header. So the check sums of both are
+// right only in a complete archive. The packed files themselves are not read. `archive` must be
+// open, with a known size.
 bool isWholeArchive(QIODevice &archive);
 
-// Whether the last bytes of `output` are all those of `archive`. Both are open, and their sizes are known.
+// Returns true if `output` ends with all bytes of `archive`. Both must be open, with known sizes.
 bool endsWithArchive(QIODevice &output, QIODevice &archive);

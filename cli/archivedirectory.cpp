@@ -20,7 +20,8 @@ QString newPath()
             .arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0')));
 }
 
-// Without the lock's ending: of every directory, and of every lock that has none.
+// The paths of all such directories, and of all locks whose directory is missing, without the
+// locks' ending.
 QSet<QString> pathsInTemp()
 {
     QSet<QString> paths;
@@ -49,7 +50,7 @@ ArchiveDirectory::~ArchiveDirectory()
     remove();
 }
 
-// The lock comes first, so that no directory of a job that works is ever without one.
+// Creates the lock first, so the directory of a running job always has a lock.
 void ArchiveDirectory::make()
 {
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -70,7 +71,8 @@ void ArchiveDirectory::make()
     m_error = QStringLiteral("cannot create a directory in %1").arg(QDir::tempPath());
 }
 
-// Only this user's: a directory that somebody else planted could lead elsewhere.
+// Removes only this user's directories: one that another user has created could lead to another
+// place.
 void ArchiveDirectory::removeThoseOfKilledJobs() const
 {
     const uint user = QFileInfo(m_path).ownerId();

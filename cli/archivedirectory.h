@@ -9,8 +9,8 @@
 
 #include <memory>
 
-// The private directory, in the temporary one, that a job's archive goes to. A lock beside it tells the
-// directories of jobs that work from those of jobs that were killed; making one removes the latter.
+// A private directory for a job's archive, inside the temporary directory. The lock file beside it
+// shows whether the job still runs. Creating such a directory removes those of killed jobs.
 class ArchiveDirectory
 {
 public:
@@ -20,21 +20,21 @@ public:
     ArchiveDirectory(const ArchiveDirectory &) = delete;
     ArchiveDirectory &operator=(const ArchiveDirectory &) = delete;
 
-    // False when it could not be made; errorString() then tells why.
+    // Returns false if the directory could not be created; errorString() then gives the reason.
     bool isValid() const { return !m_path.isEmpty(); }
     QString errorString() const { return m_error; }
 
-    // Where the job's archive goes.
+    // The path of the job's archive.
     QString archivePath() const { return m_path + "/temp.7z"; }
 
-    // Removes it with all that is in it.
+    // Removes the directory and everything in it.
     void remove();
 
 private:
     void make();
     void removeThoseOfKilledJobs() const;
 
-    QString m_path; // empty: it is not there
+    QString m_path; // empty if the directory does not exist
     QString m_error;
     std::unique_ptr<FileLock> m_lock;
 };

@@ -59,8 +59,8 @@ struct Options
     QCommandLineOption help{{"h", "help"}};
 };
 
-// The message for the first option with an empty value, or nothing. An empty value mostly comes from a shell
-// variable that is not set.
+// Returns the message for the first option with an empty value, or nothing. An empty value mostly
+// comes from a shell variable that is not set.
 QString emptyValueMessage(const QCommandLineParser &parser, const Options &options)
 {
     for (const auto *option :
@@ -72,7 +72,7 @@ QString emptyValueMessage(const QCommandLineParser &parser, const Options &optio
     return {};
 }
 
-// Fills the compression indexes; returns the message of a refusal, or nothing.
+// Sets the compression indexes. Returns an error message if a value is wrong, otherwise nothing.
 QString readCompression(const QCommandLineParser &parser, const Options &options, CommandLine &line)
 {
     if (parser.isSet(options.level)) {

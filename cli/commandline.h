@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-// What the user asked for on the command line, not yet compared with the disk.
+// The user's request from the command line. Its paths are not yet checked against the disk.
 struct CommandLine
 {
     enum class Action { Pack, ShowHelp, ShowVersion, Refuse };
@@ -15,13 +15,14 @@ struct CommandLine
     QString message; // for Refuse: one English sentence; for ShowHelp and ShowVersion: the text
 
     QString folder;
-    QString mainProgram; // empty: to be found
+    QString mainProgram; // empty: the only program of the folder
     QString outputDir = QStringLiteral(".");
-    QString iconPath;    // empty: the main program's own icon
+    QString iconPath;    // empty: the main program's icon
     int levelIndex = 3;  // in the list of compression levels; 3 is "normal"
     int methodIndex = 0; // in the list of methods; 0 is LZMA
     bool quiet = false;
 };
 
-// Reads the arguments, the program's own name first.
+// Reads the arguments; the first one is the name of this program. Wrong arguments give
+// Action::Refuse.
 CommandLine parseCommandLine(const QStringList &arguments);

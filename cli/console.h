@@ -5,23 +5,23 @@
 
 #include <QString>
 
-// What the person at the terminal sees of a job: log lines on standard output, warnings and errors on
-// standard error, and a progress bar on standard error while that is a terminal. Used on one thread.
+// Shows a job on the terminal: log lines on standard output, warnings and errors on standard error,
+// and a progress bar if standard error is a terminal. Use it on one thread only.
 class Console
 {
 public:
     explicit Console(bool quiet);
 
-    // One line or block of the engine's log, written as it is.
+    // Writes one line or block of the engine's log, unchanged.
     void showLogLine(const QString &line);
     // `percentage` is 0 to 100.
     void showProgress(int percentage);
 
-    // Our own words; a message gets the program's name in front.
+    // These two write texts of this program. A message begins with the program's name.
     void showInformation(const QString &line);
     void showMessage(const QString &message);
 
-    // Takes the progress bar away.
+    // Removes the progress bar.
     void clearProgress();
 
 private:
@@ -29,8 +29,8 @@ private:
 
     const bool m_quiet;
     const bool m_drawsProgress;
-    int m_percentage = -1; // -1: no bar is shown
+    int m_percentage = -1; // -1 if no bar is shown
 };
 
-// The bar for `percentage`, without a line end: "[########............]  40 %".
+// Returns the bar for `percentage` without a line end: "[########............]  40 %".
 QString progressBarText(int percentage);

@@ -3,9 +3,10 @@
 
 #pragma once
 
-// The exit statuses of the terminal program; an interruption ends it as the system's own signal does.
+// The exit statuses of the terminal program. After an interruption it ends as that signal would end
+// it.
 enum ExitStatus {
     ExitDone = 0,
     ExitJobFailed = 1,
-    ExitWrongUsage = 2 // nothing was started
+    ExitWrongUsage = 2 // no job was started
 };

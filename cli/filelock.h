@@ -5,16 +5,16 @@
 
 #include <QString>
 
-// An empty file that one process at a time can hold. The system ends the hold when the process ends, however
-// that happens; a file that is still there after a kill can be held by the next one.
+// A lock: an empty file that only one process at a time can hold. When a process ends in any way,
+// the system releases its lock. If the file remains after a kill, the next process can hold it.
 class FileLock
 {
 public:
     enum class Result {
         Held,
         HeldByAnother,
-        NoLocksHere, // the file system has none (some network drives)
-        Failed       // the file can neither be made nor opened
+        NoLocksHere, // the file system has no locks (some network drives)
+        Failed       // the file can be neither created nor opened
     };
 
     explicit FileLock(const QString &path);
@@ -23,13 +23,13 @@ public:
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    // Does not wait. To be called once.
+    // Tries to hold the file; does not wait. Call it once.
     Result tryHold();
 
-    // What the system said to Failed.
+    // The system's error message after Failed.
     QString errorString() const { return m_error; }
 
-    // Removes the file and ends the hold; does nothing without one.
+    // Removes the file and releases the lock. Does nothing if this object does not hold it.
     void release();
 
 private:

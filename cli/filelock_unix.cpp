@@ -18,11 +18,11 @@ int openLockFile(const QByteArray &path)
 {
     constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     const int file = open(path.constData(), O_RDWR | O_CREAT | flags, 0666);
-    // A file that another user left behind can be held as well, but not be written.
+    // A file that another user has left cannot be written, but it can be held.
     return file < 0 && errno == EACCES ? open(path.constData(), O_RDONLY | flags) : file;
 }
 
-// Whether `path` still names the file that is open.
+// Returns true if `path` still names the open file.
 bool isNameOf(const QByteArray &path, int file)
 {
     struct stat named = {};
@@ -58,7 +58,7 @@ FileLock::Result FileLock::tryHold()
         if (flock(file, LOCK_EX | LOCK_NB) != 0) {
             const int error = errno;
             if (error != EWOULDBLOCK && error != EINTR && isEmpty(file)) {
-                unlink(path.constData()); // it is of no use here
+                unlink(path.constData()); // the file is useless without locks
             }
             close(file);
             if (error == EINTR) {
@@ -66,7 +66,7 @@ FileLock::Result FileLock::tryHold()
             }
             return error == EWOULDBLOCK ? Result::HeldByAnother : Result::NoLocksHere;
         }
-        // The one that held it before may have removed it since it was opened here.
+        // The previous holder may have removed the file after it was opened here.
         if (isNameOf(path, file)) {
             m_handle = file;
             return Result::Held;
@@ -75,7 +75,7 @@ FileLock::Result FileLock::tryHold()
     }
 }
 
-// The name goes first: another process that opened the file then sees that it is no longer the one.
+// Removes the name first: another process that has opened the file then sees that it is outdated.
 void FileLock::release()
 {
     if (m_handle < 0) {

@@ -14,8 +14,8 @@ FileLock::~FileLock()
     release();
 }
 
-// Nobody else can open the file while it is open here, and it goes when it is closed: also when the process
-// is ended, and also on a network drive.
+// While the file is open here, no other process can open it. Windows removes the file when it is
+// closed, also when the process is killed, and also on a network drive.
 FileLock::Result FileLock::tryHold()
 {
     const HANDLE file = CreateFileW(unlimitedPath(m_path).c_str(),
@@ -27,7 +27,7 @@ FileLock::Result FileLock::tryHold()
     }
     const DWORD error = GetLastError();
     m_error = qt_error_string(static_cast<int>(error));
-    // A file that is just being removed denies access.
+    // Windows denies access to a file that is just being removed.
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ? Result::HeldByAnother
                                                                             : Result::Failed;
 }

@@ -15,7 +15,7 @@
 
 namespace {
 
-// The engine reads an icon file whole. A large real one has less than one mebibyte.
+// In bytes. The engine reads the whole icon file into memory. Even large real ones are below 1 MiB.
 constexpr qint64 largestIconFile = 64 * 1048576;
 
 QStringList programsIn(const QDir &folder)
@@ -26,8 +26,8 @@ QStringList programsIn(const QDir &folder)
     return programs;
 }
 
-// The path without links and dots; where its last parts do not exist yet, from its nearest existing
-// parent on.
+// Returns the path without symbolic links and dots. If its last parts do not exist yet, only the
+// existing parent is resolved.
 QString resolvedPath(const QString &path)
 {
     const QFileInfo info(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
@@ -45,8 +45,8 @@ bool isSameOrInside(const QString &path, const QString &folder)
     return inner == outer || inner.startsWith(outer.endsWith('/') ? outer : outer + '/');
 }
 
-// The archiver takes the path for a pattern, and would pack other folders as well. A name on Windows cannot
-// hold these characters; only there does a path begin with "//?/".
+// Returns true if the archiver would read the path as a pattern, and pack other folders as well. On
+// Windows a name cannot contain these characters, but a path can begin with "//?/".
 bool isPattern(const QString &path)
 {
     const QString name = path.startsWith(QLatin1String("//?/")) ? path.mid(4) : path;
@@ -72,7 +72,7 @@ std::optional<Refusal> checkFolder(const QString &folder)
                 "pattern")
                 .arg(resolvedPath(folder))};
     }
-    if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt gives an empty path for one that is missing
+    if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt returns an empty path if it is missing
         return Refusal{QStringLiteral("the temporary directory of this user does not exist")};
     }
     if (isSameOrInside(QDir::tempPath(), folder)) {
@@ -82,7 +82,7 @@ std::optional<Refusal> checkFolder(const QString &folder)
     return std::nullopt;
 }
 
-// Finds the main program's file name when none was named.
+// Finds the main program's file name if the user did not name one.
 std::variant<QString, Refusal> onlyProgram(const QString &folder)
 {
     const QStringList programs = programsIn(QDir(folder));
@@ -97,7 +97,7 @@ std::variant<QString, Refusal> onlyProgram(const QString &folder)
     return programs.constFirst();
 }
 
-// Takes a bare name, or a path that leads to a file right in the folder.
+// Accepts a file name, or a path to a file directly inside the folder.
 std::variant<QString, Refusal> namedProgram(const QString &folder, const QString &name)
 {
     const QString fileName = QFileInfo(name).fileName();
@@ -120,8 +120,9 @@ std::variant<QString, Refusal> namedProgram(const QString &folder, const QString
     return fileName;
 }
 
-// Whether a produced file could start a program of that name. Its configuration holds the name between
-// quotes on a line, and is filled in at places called %1 to %3; the rest are characters that Windows has not.
+// Returns true if a produced file can start a program of that name. The configuration block
+// contains the name in quotes on one line, and the template of the block has the placeholders %1 to
+// %3. The other characters are not allowed in Windows file names.
 bool canBeStarted(const QString &fileName)
 {
     static const QRegularExpression unusable(R"([\x00-\x1f"*:<>?\\|]|%L?\d)");

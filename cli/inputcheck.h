@@ -14,8 +14,8 @@ struct Refusal
     QString message;
 };
 
-// Compares the request with the disk before anything is started, so that a mistake costs no time and
-// leaves nothing behind. Makes the output directory when it is missing; changes nothing else.
+// Checks the request against the disk before anything is started, so that a mistake costs no time
+// and leaves no files. Creates the output directory if it is missing; changes nothing else.
 //
-// The job's paths are absolute; its archivePath is still empty.
+// The job's paths are absolute. Its archivePath is still empty.
 std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line);

@@ -5,9 +5,9 @@
 
 #include <QObject>
 
-// Turns Ctrl-C and a polite request to end (SIGTERM, SIGHUP, a console that closes) into a signal on
-// the thread of its maker, which must run an event loop. One object at a time; from its making on the
-// program no longer ends by itself at these events.
+// Turns Ctrl-C and a request to end (SIGTERM, SIGHUP, a closing console) into a Qt signal on the
+// thread that created this object. That thread must run an event loop. While the object exists,
+// these events do not end the program. Only one object at a time.
 class InterruptWatcher : public QObject
 {
     Q_OBJECT
@@ -17,12 +17,13 @@ public:
     ~InterruptWatcher() override;
 
 signals:
-    // `cause` is the number of the signal, or on Windows of the console's event.
+    // `cause` is the number of the system's signal, or on Windows of the console event.
     void interrupted(int cause);
 };
 
-// Ends the process at once the way `cause`, of interrupted(), would have ended it.
+// Ends the process at once, in the same way as the event `cause` (from interrupted()) ends a
+// process.
 [[noreturn]] void endAsInterrupted(int cause);
 
-// Kills the process `id` of this user without asking it; 0 means none.
+// Kills the process with the number `id` at once; does nothing if `id` is 0.
 void killProcess(qint64 id);

@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::array watchedSignals{SIGINT, SIGTERM, SIGHUP};
 
-// A signal handler may do next to nothing, so it only passes the signal's number through a pipe.
+// A signal handler may call very few functions, so it only writes the signal's number to a pipe.
 int pipeEnds[2] = {-1, -1};
 
 extern "C" void passSignalOn(int number)
 {
     const auto byte = static_cast<unsigned char>(number);
-    // A full pipe means that the news is out already.
+    // If the pipe is full, the main thread already has a signal to read.
     [[maybe_unused]] const auto written = write(pipeEnds[1], &byte, 1);
 }
 
@@ -30,7 +30,7 @@ extern "C" void passSignalOn(int number)
 InterruptWatcher::InterruptWatcher(QObject *parent) : QObject(parent)
 {
     if (pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
-        return; // the signals then end the program as they always do
+        return; // without a pipe, the signals end the program as usual
     }
     auto *notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
@@ -40,7 +40,7 @@ InterruptWatcher::InterruptWatcher(QObject *parent) : QObject(parent)
         }
     });
     for (const int number : watchedSignals) {
-        // A signal that the caller has switched off (nohup) stays off.
+        // A signal that the caller ignores (nohup) stays ignored.
         if (std::signal(number, passSignalOn) == SIG_IGN) {
             std::signal(number, SIG_IGN);
         }

@@ -11,8 +11,8 @@ namespace {
 
 std::atomic<InterruptWatcher *> currentWatcher = nullptr;
 
-// Runs on a thread of the system's own. Windows ends the program when the handler of a closing console
-// returns, so that one waits for the end that the main thread brings about.
+// Windows calls this on a thread that it creates. If the console closes, Windows ends the program
+// when this function returns; so it does not return, and the main thread ends the program.
 BOOL WINAPI passEventOn(DWORD event)
 {
     InterruptWatcher *const watcher = currentWatcher;

@@ -7,19 +7,20 @@
 #include <condition_variable>
 #include <mutex>
 
-// Brings a running job to a stand. The engine knows no cancellation, so whoever wants to clear up
-// behind an interrupted job first closes the gate that the job passes with every signal it emits.
+// Stops a running job. The engine cannot be cancelled, but the job passes this gate each time it
+// emits a signal. To interrupt a job, first close the gate, then clean up.
 class JobGate
 {
 public:
-    // On the job's thread. Returns at once; once the gate is closed, never.
+    // On the job's thread. Returns at once, or never if the gate is closed.
     void pass();
 
-    // On the job's thread. Waits for `duration`, or until the gate is closed, and passes.
+    // On the job's thread. Waits for `duration`, or until the gate is closed, and then calls
+    // pass().
     void passAfter(std::chrono::milliseconds duration);
 
-    // On any other thread. Closes the gate for good and waits for the job to stand before it; false
-    // when it did not come within `limit`.
+    // On any other thread. Closes the gate for ever and waits until the job has stopped at it.
+    // Returns false if the job did not arrive within `limit`.
     bool close(std::chrono::milliseconds limit);
 
 private:

@@ -18,8 +18,9 @@ bool startsWithOneOf(const QString &line, const std::array<const char *, size> &
 
 } // namespace
 
-// Most failures and warnings say so in their first word. The rest are the details of a failure, and
-// the reasons that an icon was refused, which come right before a warning.
+// Most failures and warnings have their kind as the first word. The other texts here are the
+// details of a failure, and the reasons for refusing an icon; a warning follows directly after such
+// a reason.
 LogLineKind kindOfLogLine(const QString &line)
 {
     static constexpr std::array errors{"错误：", "错误详情:", "7z错误输出:", "创建单文件失败"};

@@ -5,8 +5,8 @@
 
 #include <QString>
 
-// What a line of the job log is to the person at the terminal.
+// The kinds of lines in the job log, for the user at the terminal.
 enum class LogLineKind { Information, Warning, Error };
 
-// Tells the kind of a line by its text.
+// Returns the kind of a line, judged by its text.
 LogLineKind kindOfLogLine(const QString &line);

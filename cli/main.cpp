@@ -21,7 +21,7 @@ int pack(const CommandLine &line, Console &console)
         console.showMessage(refusal->message);
         return ExitWrongUsage;
     }
-    InterruptWatcher watcher; // from here on nothing ends the program before it has cleared up
+    InterruptWatcher watcher; // from here on, an interruption lets the program clean up first
     const auto &inputs = std::get<PackagingJob>(checked);
     OutputGuard guard(inputs.outputPath());
     if (const QString reason = guard.hold(); !reason.isEmpty()) {

@@ -8,8 +8,8 @@
 
 #include <string>
 
-// The absolute path `path` in the form that is not bound to 260 characters. In that form Windows takes every
-// separator and dot as it stands.
+// Returns the absolute path `path` in the form that is not limited to 260 characters. In that form
+// Windows does not interpret dots or forward slashes, so they are resolved here.
 inline std::wstring unlimitedPath(const QString &path)
 {
     const QString native = QDir::toNativeSeparators(QDir::cleanPath(path));

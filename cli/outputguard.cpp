@@ -14,8 +14,8 @@ namespace {
 constexpr int attempts = 100;
 constexpr int keptOfHash = 8;
 
-// One for each output, and short however long the output's name is. Two spellings of one name are one
-// output where the file system does not tell capitals apart.
+// Returns a prefix that is unique for each output, and short even if the output's name is long. If
+// the file system ignores upper and lower case, two spellings of a name get the same prefix.
 QString prefixFor(const QString &output)
 {
     const QFileInfo info(output);
@@ -48,7 +48,7 @@ QString OutputGuard::hold()
     case FileLock::Result::HeldByAnother:
         return QStringLiteral("another job is making %1").arg(m_output);
     case FileLock::Result::NoLocksHere:
-        // The directory has to do as a lock. That of a killed job cannot be told from one in use.
+        // The directory itself is the lock. It may be in use, or it may remain from a killed job.
         if (QFileInfo::exists(directoryName(1))) {
             return QStringLiteral("another job is making %1; if there is none, remove %2")
                 .arg(m_output, directoryName(1));
@@ -91,18 +91,19 @@ void OutputGuard::removeThoseOfKilledJobs() const
                                                     QDir::Dirs | QDir::Hidden | QDir::System
                                                         | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
-        if (!entry.isSymLink()) { // which could lead anywhere
+        if (!entry.isSymLink()) { // a symbolic link could lead anywhere
             QDir(entry.filePath()).removeRecursively();
         }
     }
 }
 
-// What a killed job left cannot always be removed: on Windows its helper may still hold a file there.
+// Tries several names: the directory of a killed job cannot always be removed, because on Windows
+// its helper may still have a file open there.
 QString OutputGuard::makeDirectory()
 {
     for (int number = 1; number <= attempts; ++number) {
-        // With the permissions that are usual there: on Windows a file that is moved keeps those of the
-        // directory that it was made in.
+        // Creates it with the usual permissions of the parent directory. On Windows a moved file
+        // keeps the permissions from the directory in which it was created.
         if (QDir().mkdir(directoryName(number))) {
             m_directory = directoryName(number);
             return {};

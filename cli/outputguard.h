@@ -7,38 +7,39 @@
 
 #include <QString>
 
-// Keeps one output file, and all that lies beside it, in order around a job: the job writes into a private
-// directory beside the output, and only a whole executable is moved into place. Until then an older output
-// stays as it is, and after a job that failed or was killed it is still there. One job at a time can hold an
-// output. Used on one thread.
+// Protects one output file, and the files beside it, during a job. The job writes into a private
+// directory beside the output, and only a complete executable is moved into place. Until then an
+// older output does not change, and it is still there if the job fails or is killed. Only one job
+// at a time can hold an output. Use it on one thread only.
 class OutputGuard
 {
 public:
-    // `output` is the absolute path of the executable to be made; its directory exists.
+    // `output` is the absolute path of the executable that the job makes. Its directory must exist.
     explicit OutputGuard(const QString &output);
     // Calls release().
     ~OutputGuard();
     OutputGuard(const OutputGuard &) = delete;
     OutputGuard &operator=(const OutputGuard &) = delete;
 
-    // Holds the output, removes what a killed job left there, and makes the private directory. Returns nothing
-    // when that is done, otherwise one English sentence that says why not. To be called once.
+    // Locks the output, removes the files that a killed job has left there, and creates the private
+    // directory. Returns an empty text, or on failure one English sentence with the reason. Call it
+    // once.
     QString hold();
 
     // The output's path.
     QString output() const { return m_output; }
 
-    // The private directory. The job makes there a file of the output's name.
+    // The private directory. The job creates in it a file with the output's name.
     QString directory() const { return m_directory; }
 
     // The path of that file.
     QString madeFile() const;
 
-    // Moves the made file into place; an older output is replaced. Returns what the system said when it
-    // failed (the older output is then still there), and nothing when it is done.
+    // Moves the made file to the output's path and replaces an older output. Returns an empty text,
+    // or on failure the system's error message; the older output is then still there.
     QString putInPlace() const;
 
-    // Removes the private directory with all that is in it, and lets the output go.
+    // Removes the private directory and everything in it, and unlocks the output.
     void release();
 
 private:
@@ -47,8 +48,7 @@ private:
     QString makeDirectory();
 
     const QString m_output;
-    const QString
-        m_prefix; // of the names of the lock and of the private directory, with their path
+    const QString m_prefix; // the paths of the lock and of the private directory begin with it
     FileLock m_lock;
-    QString m_directory; // empty: it is not there
+    QString m_directory; // empty if the directory does not exist
 };

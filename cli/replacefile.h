@@ -5,9 +5,9 @@
 
 #include <QString>
 
-// Gives the file `from` the name `to`, on the same disk; a file of that name is replaced, or stays as it
-// was. Returns what the system said when it failed, and nothing when it is done.
+// Renames the file `from` to `to`; both are on the same disk. An existing file `to` is replaced.
+// Returns an empty text, or on failure the system's error message; `to` is then unchanged.
 //
-// On Windows a program that is running cannot be replaced: it gets the name `to` + ".previous" and stays,
-// where it cannot be removed.
+// On Windows a running program cannot be replaced. It is renamed to `to` + ".previous" instead, and
+// removed if Windows allows that.
 QString replaceFile(const QString &from, const QString &to);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Scanners like to look at a new program, and hold it meanwhile.
+// Virus scanners check a new program, and keep it open meanwhile.
 constexpr int attempts = 50;
 constexpr DWORD pauseMs = 100;
 
@@ -39,7 +39,7 @@ DWORD moveOver(const QString &from, const QString &to)
     }
 }
 
-// A name beside `path` that no file has.
+// Returns an unused file name in the directory of `path`.
 QString freeNameBeside(const QString &path)
 {
     QString name = path + ".previous";
@@ -57,7 +57,7 @@ QString replaceFile(const QString &from, const QString &to)
     if (error == ERROR_SUCCESS) {
         return {};
     }
-    // A running program can be renamed, but not be replaced.
+    // A running program can be renamed, but not replaced.
     const QString aside = freeNameBeside(to);
     if (move(to, aside, 0)) {
         error = moveOver(from, to);

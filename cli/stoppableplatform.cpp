@@ -18,7 +18,7 @@ void StoppablePlatform::killHelper()
 void StoppablePlatform::prepareStart(QProcess &process)
 {
     NativePlatform::prepareStart(process);
-    // The same object may be started several times, but is to be followed once.
+    // The same object may be started several times, but only one connection is needed.
     QObject::disconnect(&process, &QProcess::stateChanged, nullptr, nullptr);
     QObject::connect(&process, &QProcess::stateChanged, &process, [this, &process] {
         m_helperId = process.state() == QProcess::Running ? process.processId() : 0;

@@ -11,15 +11,15 @@
 
 class JobGate;
 
-// The system's own platform, but for two things that let a job be stopped: its pauses end when the
-// gate closes, and the helper process that is running can be killed from another thread.
+// The native platform with two changes that make it possible to stop a job: its pauses end when the
+// gate closes, and another thread can kill the running helper process.
 class StoppablePlatform final : public NativePlatform
 {
 public:
-    // `gate` is borrowed, and outlives this object.
+    // `gate` is borrowed and must outlive this object.
     explicit StoppablePlatform(JobGate &gate);
 
-    // On any thread.
+    // Kills the running helper, if there is one. Call it on any thread.
     void killHelper();
 
     void prepareStart(QProcess &process) override;
@@ -27,5 +27,5 @@ public:
 
 private:
     JobGate &m_gate;
-    std::atomic<qint64> m_helperId = 0; // 0: none is running
+    std::atomic<qint64> m_helperId = 0; // 0 if no helper is running
 };

@@ -8,12 +8,12 @@
 // The two output streams of a console program.
 enum class Stream { Output, Error };
 
-// Whether a person watches `stream` (it is not a file or a pipe).
+// Returns true if `stream` is a terminal, not a file or a pipe.
 bool isTerminal(Stream stream);
 
-// Writes `text` at once, in the terminal's encoding. A stream whose reader has gone away takes it
-// silently.
+// Writes `text` at once, in the terminal's encoding. If the stream's reader has ended, the text is
+// lost and no error is reported.
 void writeText(Stream stream, const QString &text);
 
-// To be called once, before anything is opened or written.
+// Prepares the standard streams. Call it once, before any file is opened and any text is written.
 void prepareTerminal();

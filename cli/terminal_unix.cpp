@@ -13,8 +13,8 @@
 
 namespace {
 
-// A caller may start the program without standard streams. The next files that are opened would then be taken
-// for them: what is written to one would be read from another.
+// A caller may start the program without standard streams. The next opened files would then get
+// their numbers, and output for the terminal would go into these files.
 void openMissingStreams()
 {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
@@ -30,9 +30,9 @@ void openMissingStreams()
 void prepareTerminal()
 {
     openMissingStreams();
-    // A reader that goes away ("| head") must not end the program in the middle of a job.
+    // A reader that ends early ("| head") must not end the program in the middle of a job.
     std::signal(SIGPIPE, SIG_IGN);
-    // Nor must a limit on the size of files ("ulimit -f"): a write past it is an error then.
+    // The same for a limit on file sizes ("ulimit -f"): a write beyond it then returns an error.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 

@@ -16,8 +16,8 @@ HANDLE handleOf(Stream stream)
 
 } // namespace
 
-// A stream that the caller did not give has no handle here, and no other file can be taken for it: writing to it
-// fails, and is of no further consequence.
+// Nothing to do: on Windows a missing stream has no handle, and no other file can get its place.
+// Writing to it fails without harm.
 void prepareTerminal() {}
 
 bool isTerminal(Stream stream)
@@ -26,7 +26,7 @@ bool isTerminal(Stream stream)
     return GetConsoleMode(handleOf(stream), &mode) != 0;
 }
 
-// A console takes UTF-16 whatever its code page; files and pipes get UTF-8.
+// A console gets UTF-16, which does not depend on its code page; files and pipes get UTF-8.
 void writeText(Stream stream, const QString &text)
 {
     DWORD written = 0;

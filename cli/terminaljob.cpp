@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 // Windows does not load a program file whose size needs more than 32 bits.
 constexpr qint64 largestProgramSize = 0xFFFFFFFF;
 
-// Time for a killed helper's end to reach the engine.
+// How long the engine may take to notice that its helper was killed.
 constexpr auto stopLimit = 5s;
 
 } // namespace
@@ -34,7 +34,7 @@ TerminalJob::TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &c
     setPlatform(&m_platform);
     m_worker.moveToThread(&m_thread);
 
-    // The gate is passed on the worker's thread, before the signal is on its way to this one.
+    // The worker's thread passes the gate before the signal is queued to this thread.
     connect(
         &m_worker, &Worker::logMessage, &m_worker, [this] { m_gate.pass(); }, Qt::DirectConnection);
     connect(
@@ -68,7 +68,7 @@ void TerminalJob::start()
     QMetaObject::invokeMethod(&m_worker, [this] { m_worker.run(m_job); });
 }
 
-// The user is not to read of the private directory.
+// Shows the user's output directory in the log, not the private directory.
 void TerminalJob::show(QString line)
 {
     m_console.showLogLine(line.replace(m_job.outputDir, m_outputDir));
@@ -89,8 +89,8 @@ void TerminalJob::finish(bool success)
     emit ended(reason.isEmpty() ? ExitDone : ExitJobFailed);
 }
 
-// The engine takes an archiver that is silent for long for one that has ended, and does not see that a disk
-// is full: both show in the files.
+// The engine treats an archiver that is silent for too long as finished, and does not notice a full
+// disk. The checks of the files find both.
 QString TerminalJob::problem(bool success) const
 {
     if (!success) {
@@ -131,13 +131,13 @@ void TerminalJob::tellSuccess()
 void TerminalJob::interrupt(int cause)
 {
     if (m_hasEnded) {
-        return; // it came too late; the exit status tells what the job came to
+        return; // too late: the exit status reports the job's result
     }
     m_platform.killHelper();
     m_gate.close(stopLimit);
     m_archive.remove();
     m_guard.release();
-    QFile::remove(PackagingJob::temporaryIconPath()); // the engine had no time to
+    QFile::remove(PackagingJob::temporaryIconPath()); // the stopped engine could not remove it
     m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_guard.output()));
     endAsInterrupted(cause);
 }

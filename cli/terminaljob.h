@@ -14,38 +14,39 @@
 #include <QObject>
 #include <QThread>
 
-// Runs one job for the terminal program, on a thread of its own, and shows it on the console. Lives on
-// the main thread, which must run an event loop.
+// Runs one job for the terminal program on a separate thread, and shows it on the console. Use it
+// on the main thread, which must run an event loop.
 class TerminalJob : public QObject
 {
     Q_OBJECT
 
 public:
-    // The job's archivePath and outputDir are set here. `guard` holds the output; it and `console` are borrowed,
-    // and outlive this object.
+    // Replaces the job's archivePath and outputDir. `guard` must hold the output. `guard` and
+    // `console` are borrowed and must outlive this object.
     TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &console);
     ~TerminalJob() override;
 
-    // Starts the job; ended() tells its end.
+    // Starts the job and returns. ended() is emitted at its end.
     void start();
 
-    // Stops the job, removes what it left, and ends the process as `cause` would have; see
-    // InterruptWatcher. Blocks for five seconds at most. Returns, and does nothing, when the job has ended.
+    // Stops the job, removes its files, and ends the process with endAsInterrupted(cause). Blocks
+    // for at most five seconds. If the job has already ended, returns and does nothing.
     void interrupt(int cause);
 
 signals:
-    // Comes once; `exitStatus` is ExitDone or ExitJobFailed.
+    // Emitted once. `exitStatus` is ExitDone or ExitJobFailed.
     void ended(int exitStatus);
 
 private:
     void show(QString line);
     void finish(bool success);
-    // What speaks against the job's result as one English sentence; empty when it is good.
+    // Returns what is wrong with the job's result as one English sentence, or an empty text if it
+    // is good.
     QString problem(bool success) const;
     void tellSuccess();
 
     PackagingJob m_job;
-    const QString m_outputDir; // as the user knows it
+    const QString m_outputDir; // the directory that the user named
     OutputGuard &m_guard;
     Console &m_console;
     bool m_hasEnded = false;
