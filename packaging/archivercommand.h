@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-// The archiver's nine arguments for `job`: add everything inside the source folder, without a level
-// for the folder itself, to a 7z archive, with progress on standard output. The two paths are in the
-// platform's native form.
+// Returns the archiver's nine arguments for `job`. They add everything inside the source folder,
+// but not the folder itself, to a 7z archive, with progress on standard output. The two paths are
+// in the platform's native form.
 QStringList archiverArguments(const PackagingJob &job);

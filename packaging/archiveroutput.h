@@ -8,12 +8,13 @@
 
 #include <optional>
 
-// Turning what the archiver prints into facts. Its texts are in the system's 8-bit code page.
+// Reads the archiver's output. Its texts are in the system's 8-bit code page.
 
-// The first percentage in a chunk of output: the digits in front of the first '%' that follows a
-// digit. A number beyond the range of int counts as 0. Empty when the chunk holds none.
+// Returns the first percentage in a chunk of output: the digits before the first '%' that follows a
+// digit. A number beyond the range of int counts as 0. Returns nothing if the chunk has no
+// percentage.
 std::optional<int> firstPercentage(const QString &chunk);
 
-// What a failed archiver said: its standard error, or, when that is empty, what is left of its
-// standard output.
+// Returns the error text of a failed archiver: its standard error, or, if that is empty, the unread
+// rest of its standard output.
 QString archiverErrorText(const QByteArray &standardError, const QByteArray &standardOutput);

@@ -17,8 +17,8 @@ constexpr int startLimitMs = 5000;
 constexpr int silenceLimitMs = 30000;
 constexpr qsizetype keptOfStandardError = 1048576;
 
-// What the process writes to standard error; of more than a mebibyte, the end. QProcess would keep all of a
-// flood that nobody reads.
+// Collects what the process writes to standard error, but keeps only the last mebibyte. QProcess
+// would keep everything until it is read.
 class StandardErrorTail
 {
 public:
@@ -42,7 +42,7 @@ private:
     }
 
     QProcess &m_process;
-    QObject m_context; // ends the connection together with this
+    QObject m_context; // its destruction ends the connection
     QByteArray m_text;
 };
 
@@ -86,7 +86,7 @@ bool createArchive(const PackagingJob &job, HelperProcess &process, const JobRep
     }
     StandardErrorTail standardError(process);
     followArchiver(process, report);
-    // A silent archiver counts as one that has ended; its exit code is then still 0.
+    // A silent archiver is treated as finished; its exit code is then still 0.
     if (process.exitCode() != 0) {
         report.log(
             WorkerText::tr("7z错误输出: %1")

@@ -5,7 +5,7 @@
 
 QString configurationBlock(const QString &baseName, const QString &mainExeName)
 {
-    // "%%T" is the module's word for the temporary folder; QString::arg leaves it alone.
+    // The module replaces "%%T" by the temporary folder; QString::arg does not touch it.
     return QStringLiteral(";!@Install@!UTF-8!\n"
                           "Title=\"%1 Portable\"\n"
                           "BeginPrompt=\"确定要运行 %1 便携版吗？\"\n"

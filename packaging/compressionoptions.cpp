@@ -18,7 +18,7 @@ QString textAt(const std::array<const char *, size> &texts, int index, std::size
 
 QString compressionLevelText(int index)
 {
-    // Six named steps on the archiver's scale; the even levels are left out.
+    // The archiver's scale is 0 to 9; the list has six named levels of it.
     return textAt(std::array{"0", "1", "3", "5", "7", "9"}, index, 3);
 }
 

@@ -5,8 +5,8 @@
 
 #include <QString>
 
-// What an index in one of the three lists of compression options means to the packaging run. An
-// index outside its list, such as -1 for "nothing selected", means the list's default.
+// These functions turn an index in a list of compression options into the word for the archiver. An
+// index outside the list, such as -1 for "nothing selected", gives the list's default.
 
 // "0", "1", "3", "5", "7" or "9" for the six levels from storing to ultra; default "5".
 QString compressionLevelText(int index);

@@ -39,7 +39,7 @@ void writeBlock(const QString &mainExeName, QFile &output, const LogSink &log)
 
 bool appendArchive(const QString &path, QFile &output, const JobReport &report)
 {
-    // Whole chunks are handed through; a second buffer would only copy them once more.
+    // We read and write whole chunks; a second buffer inside QFile would only copy them once more.
     QFile archive(path);
     if (!archive.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         report.log(WorkerText::tr("错误：无法读取压缩包文件"));
@@ -56,7 +56,7 @@ bool appendArchive(const QString &path, QFile &output, const JobReport &report)
             break;
         }
         total += output.write(buffer.constData(), count);
-        if (size > 0) { // an archiver that fell silent may still be writing to an empty file
+        if (size > 0) { // a silent archiver may still be writing to a file that was empty
             report.progress(static_cast<int>(50 + total * 50 / size));
         }
     }

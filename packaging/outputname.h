@@ -5,9 +5,9 @@
 
 #include <QString>
 
-// The produced program's name without its extension: the main program's file name up to its first
-// dot ("my.tool.exe" gives "my").
+// Returns the produced program's name without its extension: the main program's file name up to its
+// first dot ("my.tool.exe" gives "my").
 QString outputBaseName(const QString &mainExeName);
 
-// Where the produced executable goes: base name + ".exe" in `outputDir`.
+// Returns the path of the produced executable: base name + ".exe" in `outputDir`.
 QString outputPath(const QString &outputDir, const QString &mainExeName);

@@ -5,23 +5,23 @@
 
 #include <QString>
 
-// The inputs of one packaging run, all texts, in the order of Worker::createPortableApp().
+// The inputs of one job, all of them texts, in the order of Worker::createPortableApp().
 struct PackagingJob
 {
-    QString folderPath;        // folder whose whole content is packed
-    QString archivePath;       // where the intermediate 7z archive goes; the caller removes it
-    QString outputDir;         // existing folder that receives the executable
+    QString folderPath;        // the folder to pack, with everything inside
+    QString archivePath;       // path of the intermediate 7z archive; the caller removes the file
+    QString outputDir;         // existing folder for the executable
     QString mainExeName;       // file name, inside folderPath, of the program to run
     QString iconPath;          // an .ico file, or empty
     QString compressionLevel;  // a digit, "0" to "9"
     QString compressionMethod; // "LZMA" or "LZMA2"
     QString dictionarySize;    // such as "16M"; has no effect
 
-    // The files of the job that the inputs do not name.
+    // The paths of the job's other files.
     QString mainExePath() const { return folderPath + '/' + mainExeName; }
-    // The executable that the job makes.
+    // The executable that the job creates.
     QString outputPath() const;
-    // The icon as a file for the resource editor. It exists only while the editor works; all jobs of a user
-    // share this name in the temporary directory.
+    // The icon as a file for the resource editor, in the temporary directory. It exists only while
+    // the editor works. All jobs of a user share this name.
     static QString temporaryIconPath();
 };

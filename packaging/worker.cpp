@@ -38,7 +38,7 @@ bool Worker::runSteps(const PackagingJob &job)
     if (!checkInputs(job)) {
         return false;
     }
-    // Lives to the end of the run: an archiver that fell silent is ended with it.
+    // Exists until the job ends: its destructor kills an archiver that is silent but still runs.
     HelperProcess archiver;
     archiver.setWorkingDirectory(QDir::tempPath());
 
@@ -75,14 +75,15 @@ bool Worker::checkInputs(const PackagingJob &job)
     return true;
 }
 
-// The user's icon, or the main program's own; empty when neither is usable.
+// Returns the user's icon, or the main program's icon, or nothing if neither is usable.
 QByteArray Worker::chooseIcon(const PackagingJob &job)
 {
     QByteArray icon = userIcon(job.iconPath);
     if (!icon.isEmpty()) {
         return icon;
     }
-    // The path holds at least its separator, so there always is one. The test is the designed guard; keep it.
+    // `program` is never empty, because it contains at least the separator. Keep this check anyway;
+    // it is part of the design.
     const QString program = job.mainExePath();
     if (job.iconPath.isEmpty() && program.isEmpty()) {
         return {};
@@ -97,8 +98,8 @@ QByteArray Worker::chooseIcon(const PackagingJob &job)
     return icon;
 }
 
-// Empty when the user gave no icon file, or one that is missing, unreadable or unusable; only the last
-// is worth a line.
+// Returns nothing if the user gave no icon file, or if it is missing, unreadable or unusable. Only
+// an unusable icon gets a line in the log.
 QByteArray Worker::userIcon(const QString &iconPath)
 {
     QFile file(iconPath);
