@@ -13,7 +13,7 @@ bool provideBundledTool(const QString &resource, const QString &target)
     if (!QFile::copy(resource, target)) {
         return false;
     }
-    // A file copied out of the bundle is read-only.
+    // A file that was copied from the bundle is read-only.
     QFile::setPermissions(target,
                           QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     return true;

@@ -5,6 +5,6 @@
 
 #include <QString>
 
-// Copies a file of the resource bundle to `target` and lets its owner read, write and run it, unless a
-// file of that name is there already: that one is used as it is. False when the copy fails.
+// Copies a file of the resource bundle to `target`, and allows its owner to read, write and run it.
+// If `target` already exists, it is used as it is. Returns false if the copy fails.
 bool provideBundledTool(const QString &resource, const QString &target);

@@ -7,8 +7,8 @@
 
 #include <utility>
 
-// Owners of the USER and GDI objects that taking an icon needs. Each releases its object once, when
-// it goes out of scope; the order of declaration therefore decides the order of release.
+// Owners of the USER and GDI objects that are needed to read an icon. Each releases its object when
+// it goes out of scope, so objects are released in the reverse order of their declarations.
 
 class IconHandle
 {
@@ -88,7 +88,7 @@ private:
     HDC m_context;
 };
 
-// Keeps a bitmap selected into a memory context, and puts the displaced one back.
+// Selects a bitmap into a memory context. The destructor selects the previous bitmap again.
 class BitmapSelection
 {
 public:

@@ -7,7 +7,7 @@
 
 HelperProcess::~HelperProcess()
 {
-    // QProcess would do the same, but not without a line in Qt's message log.
+    // QProcess would do the same, but it would also print a warning.
     if (state() != QProcess::NotRunning) {
         kill();
         waitForFinished();

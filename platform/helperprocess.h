@@ -5,11 +5,11 @@
 
 #include <QProcess>
 
-// A QProcess for the programs that lie in the temporary directory.
+// A QProcess for the helper programs in the temporary directory.
 //
-// It adds three things: a start that the platform may refuse, silence when it is started again
-// while still running (the running program goes on, as with QProcess), and an end of the program
-// together with the object. Lives on the thread that made it.
+// It adds three things. The platform may refuse a start. A second start while the program still
+// runs has no effect, as with QProcess, but prints no warning. The destructor kills the program.
+// Use it on the thread that created it.
 class HelperProcess : public QProcess
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     using QProcess::QProcess;
     ~HelperProcess() override;
 
-    // Starts `program` with `arguments`, open for reading and writing. When the platform refuses it,
-    // nothing is started, state() stays NotRunning and errorString() holds the reason.
+    // Starts `program` with `arguments`, open for reading and writing. If the platform refuses it,
+    // nothing is started, state() stays NotRunning, and errorString() returns the reason.
     void startHelper(const QString &program, const QStringList &arguments);
 };

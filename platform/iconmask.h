@@ -5,7 +5,7 @@
 
 #include <QImage>
 
-// Makes `image` (Format_ARGB32) opaque where `mask` (one bit a pixel) is clear, if the image has no opacity at
-// all: icons of up to 24 bits have a mask instead. Any other image stays as it is, as it does when the mask
-// has another size.
+// If all alpha values of `image` (Format_ARGB32) are 0, makes it opaque where `mask` (one bit for
+// each pixel) is 0: icons of up to 24 bits have a mask instead of alpha values. Does not change any
+// other image, nor an image whose mask has another size.
 void useMaskWithoutOpacity(QImage &image, const QImage &mask);

@@ -14,7 +14,7 @@
 
 namespace {
 
-// The small icon is preferred: it is the one that shows in lists of files.
+// Prefers the small icon, which Windows shows in lists of files.
 void loadFirstIcon(const wchar_t *path, IconHandle &icon)
 {
     const UINT count = ExtractIconExW(path, 0, nullptr, nullptr, 0);
@@ -38,16 +38,16 @@ BITMAPINFO bottomUp32BitInfo(int width, int height)
     return info;
 }
 
-// Draws `icon` into a DIB section and copies the bits out as they come: GetBitmapBits gives the top
-// row first and blue, green, red, alpha, which is the layout of Format_ARGB32.
+// Draws `icon` into a DIB section and copies the bits unchanged: GetBitmapBits returns the top row
+// first, and blue, green, red, alpha for each pixel, which is the layout of Format_ARGB32.
 QImage drawnIcon(HICON icon, int width, int height)
 {
     QImage image(width, height, QImage::Format_ARGB32);
     if (image.isNull()) {
         return {};
     }
-    // Released in reverse: the displaced bitmap goes back in before the section is deleted, and the
-    // contexts go last.
+    // These are released in reverse order: first the previous bitmap is selected again, then the
+    // section is deleted, and last the contexts.
     const ScreenContext screen;
     const MemoryContext memory(screen.get());
     const BITMAPINFO info = bottomUp32BitInfo(width, height);
@@ -63,7 +63,8 @@ QImage drawnIcon(HICON icon, int width, int height)
     return image;
 }
 
-// The bits of a mask, top row first; null when it is no bitmap with one bit a pixel.
+// Returns the mask as an image, top row first. Null if `bitmap` does not have one bit for each
+// pixel.
 QImage maskImage(HBITMAP bitmap)
 {
     BITMAP record = {};
@@ -78,7 +79,7 @@ QImage maskImage(HBITMAP bitmap)
         return {};
     }
     for (int y = 0; y < mask.height();
-         ++y) { // rows of whole words there, of whole double words here
+         ++y) { // a row of the bitmap is padded to 16 bits, a row of the image to 32 bits
         std::memcpy(mask.scanLine(y), bits.constData() + y * rowSize,
                     static_cast<size_t>(qMin(rowSize, mask.bytesPerLine())));
     }
@@ -101,7 +102,7 @@ ExtractedIcon iconPixelsOf(const QString &executable)
     const GdiObject mask(info.hbmMask);
     const GdiObject colour(info.hbmColor);
     if (!colour) {
-        // A monochrome icon: both halves are in the mask, and there is no colour to take.
+        // A monochrome icon: the mask bitmap contains both halves, and there is no colour bitmap.
         return {ExtractedIcon::Outcome::NoIconInfo, {}};
     }
     BITMAP bitmap = {};

@@ -5,7 +5,7 @@
 
 #include "platform/platform.h"
 
-// The icon with index 0 of `executable` as the Windows shell gives it: the small one, or the large
-// one when there is no small one; in the size that it has there. An icon without any opacity is opaque where
-// its mask is clear.
+// Returns the icon with index 0 of `executable` from the Windows shell: the small one, or the large
+// one if there is no small one, in its original size. If the icon has no alpha values, its mask is
+// used instead (see iconmask.h).
 ExtractedIcon iconPixelsOf(const QString &executable);

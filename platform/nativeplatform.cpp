@@ -7,7 +7,7 @@
 #include <QProcess>
 #include <QThread>
 
-// What the engine starts in this way are parts of Windows; elsewhere they are not found.
+// The engine starts only parts of Windows in this way; on other systems they are not found.
 void NativePlatform::startDetached(const QString &program)
 {
     QProcess::startDetached(program, {}, {}, nullptr);

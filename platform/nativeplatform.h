@@ -5,8 +5,8 @@
 
 #include "platform/platform.h"
 
-// The operating system's own platform. What a program wants to do in another way, it overrides in a class
-// derived from this one.
+// The platform for this operating system. A program that needs other behaviour derives a class and
+// overrides functions.
 class NativePlatform : public Platform
 {
 public:

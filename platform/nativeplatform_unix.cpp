@@ -15,8 +15,8 @@
 #include <sys/prctl.h>
 #endif
 
-// There is no shell to ask, so the icon comes from the file's resources: the first group's largest image.
-// (The Windows shell prefers the small icon.)
+// There is no Windows shell here, so the icon is read from the file's resources: the largest image
+// of the first group. (The Windows shell prefers the small icon.)
 ExtractedIcon NativePlatform::extractIcon(const QString &executable)
 {
     const auto icon = pe::iconOfProgram(QFile::encodeName(executable).toStdString());
@@ -33,7 +33,7 @@ QString NativePlatform::reasonNotToUse(const QString &path)
     return untrustedFileReason(path);
 }
 
-// A helper must not go on writing after its job was killed.
+// A helper must not continue to write after its job was killed.
 void NativePlatform::prepareStart(QProcess &process)
 {
 #ifdef __linux__
@@ -43,5 +43,5 @@ void NativePlatform::prepareStart(QProcess &process)
 #endif
 }
 
-// There is no icon cache.
+// There is no icon cache to refresh.
 void NativePlatform::notifyAssociationsChanged() {}

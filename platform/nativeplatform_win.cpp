@@ -16,7 +16,7 @@ ExtractedIcon NativePlatform::extractIcon(const QString &executable)
     return iconPixelsOf(executable);
 }
 
-// %TEMP% belongs to its user alone, so files in it are the user's.
+// Only the user can write to %TEMP%, so all files in it are the user's files.
 QString NativePlatform::reasonNotToUse(const QString &)
 {
     return {};
@@ -24,7 +24,8 @@ QString NativePlatform::reasonNotToUse(const QString &)
 
 void NativePlatform::prepareStart(QProcess &process)
 {
-    // The helpers are console programs; the window's program has no console to lend them.
+    // The helpers are console programs. The program with the window has no console, so Windows
+    // would open one.
     process.setCreateProcessArgumentsModifier(
         [](QProcess::CreateProcessArguments *arguments) { arguments->flags |= CREATE_NO_WINDOW; });
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr uid_t root = 0;
 
-// An entry that cannot be read counts as a group with others in it.
+// If an entry cannot be read, the group counts as one with other members.
 bool isUsersOwnGroup(gid_t id, uid_t user)
 {
     std::array<char, 16384> userText{};
@@ -49,7 +49,8 @@ bool othersMayWrite(const struct stat &directory, uid_t user)
     return (directory.st_mode & S_IWGRP) && !isUsersOwnGroup(directory.st_gid, user);
 }
 
-// The names of the helpers are fixed: in a directory like /tmp anybody could leave a program under them.
+// The helpers have fixed names, so in a directory like /tmp anybody could create a program with
+// such a name.
 QString untrustedFileReason(const QString &path)
 {
     const uid_t user = geteuid();
@@ -62,7 +63,7 @@ QString untrustedFileReason(const QString &path)
         return status.st_uid != user && status.st_uid != root;
     };
     const QByteArray name = QFile::encodeName(path);
-    struct stat itself = {}; // the link, where it is one
+    struct stat itself = {}; // of the link, if the file is a link
     struct stat target = {};
     if (lstat(name.constData(), &itself) == 0 && isAnothers(itself)) {
         return QStringLiteral("%1 belongs to another user").arg(path);
