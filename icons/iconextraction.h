@@ -8,11 +8,11 @@
 #include <QByteArray>
 #include <QImage>
 
-// The first icon of the program at `executable` as the bytes of an ICO file with one image, at least
-// 256 pixels on its longer side. Empty when there is none or it cannot be converted; one line in the
-// log tells which, or the number of bytes.
+// Returns the first icon of the program at `executable` as the bytes of an ICO file with one image,
+// at least 256 pixels on its longer side. Returns nothing if there is no icon or it cannot be
+// converted. Logs one line: the reason, or the number of bytes.
 QByteArray iconOfExecutable(const QString &executable, const LogSink &log);
 
-// `image` itself when both sides have 256 pixels or more, else scaled to fit 256 x 256 with its aspect
-// kept (smoothly; the short side is rounded down).
+// Returns `image` unchanged if both sides have 256 pixels or more. Otherwise scales it smoothly to
+// fit 256 x 256, and keeps its aspect ratio (the short side is rounded down).
 QImage enlargedToIconSize(const QImage &image);

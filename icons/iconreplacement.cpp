@@ -39,9 +39,9 @@ bool writeTemporaryIcon(const QString &path, const QByteArray &icon)
     return true;
 }
 
-// One process object serves both runs: a delete run that is still going when its time is up keeps the
-// add run from starting, and the second wait is then for the first run's end. How the editor ended is
-// not looked at.
+// Both runs use one process object. If the delete run is still running when its time is over, the
+// add run does not start, and the second wait is for the end of the first run. The editor's exit
+// code is not checked.
 bool runResourceEditor(const QString &editor, const QString &executable, const QString &icon,
                        const LogSink &log)
 {
@@ -59,8 +59,8 @@ bool runResourceEditor(const QString &editor, const QString &executable, const Q
     return true;
 }
 
-// Each string goes out whole as the name of a program, switches and all, without a command
-// interpreter in front of it.
+// Each whole string, including its switches, is used as the name of a program, without a command
+// interpreter.
 void refreshIconCache()
 {
     platform().startDetached(QStringLiteral("ie4uinit.exe -ClearIconCache"));

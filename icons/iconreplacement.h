@@ -8,17 +8,17 @@
 #include <QByteArray>
 #include <QString>
 
-// Gives `executable` the icon `icon` (the bytes of an ICO file): runs the resource editor twice, the
-// first time to delete every icon group and then to add MAINICON, has the shell's icon cache
-// refreshed, and logs what can be seen of the result. Blocks for several seconds.
+// Sets the icon of `executable` to `icon` (the bytes of an ICO file). Runs the resource editor
+// twice: first to delete every icon group, then to add MAINICON. Then refreshes the shell's icon
+// cache and logs the visible result. Blocks for several seconds.
 //
-// True when the add run ended in time; everything after it is reported, but never a failure. While it
-// runs, the two files below are there; the backup stays when the editor or the temporary icon cannot
-// be provided.
+// Returns true if the add run ended in time; problems after that are logged, but are not failures.
+// The two files below exist while this function runs. If the editor or the temporary icon cannot be
+// created, the backup stays.
 bool replaceIconOfExecutable(const QString &executable, const QByteArray &icon, const LogSink &log);
 
-// The copy of the executable that lies beside it meanwhile: its path + ".bak".
+// Returns the path of the backup copy beside the executable: its path + ".bak".
 QString iconBackupPath(const QString &executable);
 
-// The icon as a file for the editor, in the temporary directory.
+// Returns the path of the icon file for the editor, in the temporary directory.
 QString temporaryIconPath();

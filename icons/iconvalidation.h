@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 
-// Whether `data` is a Windows icon file (ICO: reserved word 0, type word 1) that Qt's ICO reader can
-// decode. Logs exactly one line: the size of the image that the reader gives first, or the reason.
+// Returns true if `data` is a Windows icon file (ICO: reserved word 0, type word 1) that Qt's ICO
+// reader can decode. Logs exactly one line: the size of the first image from the reader, or the
+// reason for false.
 bool isUsableIcon(const QByteArray &data, const LogSink &log);

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Looked at with 16 bits a channel: a pixel may be short of opaque by less than 8 bits can tell.
+// Compares with 16 bits for each channel: with 8 bits, an almost opaque pixel would look opaque.
 bool hasTranslucentPixel(const QImage &image)
 {
     const QImage pixels = image.convertToFormat(QImage::Format_RGBA64);
@@ -26,7 +26,7 @@ bool hasTranslucentPixel(const QImage &image)
 
 QImage imageOfPixmap(const QImage &image)
 {
-    // With a colour table, the channel is what the table says.
+    // With a colour table, hasAlphaChannel() is decided by the table alone.
     const bool alpha = image.hasAlphaChannel()
         && (image.colorCount() > 0 || hasTranslucentPixel(image));
     return image.convertToFormat(alpha ? QImage::Format_ARGB32_Premultiplied

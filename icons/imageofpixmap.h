@@ -5,7 +5,7 @@
 
 #include <QImage>
 
-// The image that a QPixmap made of `image` holds: premultiplied where something is translucent, or a colour
-// table has a translucent entry, used or not; else without an alpha channel. A pixmap itself needs a GUI
-// application, which the terminal program has not.
+// Returns the same image as QPixmap::fromImage(image).toImage(): premultiplied if a pixel, or any
+// entry of the colour table, is translucent; otherwise without an alpha channel. A QPixmap itself
+// needs a GUI application, which the terminal program does not have.
 QImage imageOfPixmap(const QImage &image);

@@ -5,11 +5,12 @@
 
 #include <QStringList>
 
-// The resource editor's two command lines. A mask is "type,name,language" with empty fields for
-// "any"; "-log NUL" keeps the editor from writing a log file.
+// The resource editor's two command lines. A mask is "type,name,language"; an empty field means
+// "any". With "-log NUL" the editor writes no log file.
 
-// Deletes every icon group of `executable`, in place.
+// Arguments to delete every icon group of `executable`, in place.
 QStringList deleteIconsArguments(const QString &executable);
 
-// Adds the icon file `icon` to `executable`, in place, as the group MAINICON without a language.
+// Arguments to add the icon file `icon` to `executable`, in place, as the group MAINICON without a
+// language.
 QStringList addIconArguments(const QString &executable, const QString &icon);
