@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The one place where nanosvg's code is compiled.
+// The only file that compiles nanosvg's code.
 
 #include <math.h>
 #include <stdio.h>

@@ -11,21 +11,21 @@
 
 struct NSVGimage;
 
-// An SVG file, as far as nanosvg draws it: paths, basic shapes, flat fills and strokes, gradients. No
-// text, no style sheets, no filters. Not for two threads at once.
+// An SVG file, drawn by nanosvg: paths, basic shapes, flat fills and strokes, gradients. No text,
+// no style sheets, no filters. Two threads must not use one object at the same time.
 class SvgDrawing
 {
 public:
-    // A drawing that could not be read is empty.
+    // `file` is the content of the file. If it cannot be read, the drawing is empty.
     explicit SvgDrawing(const QByteArray &file);
 
     bool isEmpty() const { return size().isEmpty(); }
 
-    // As the file says, in pixels at 96 per inch.
+    // The size from the file, in pixels at 96 pixels per inch.
     QSizeF size() const;
 
-    // The drawing as large as it fits into `pixels`, in the middle, on a transparent ground. Null when
-    // the drawing is empty or there is not enough memory.
+    // Returns the drawing, scaled to fit into `pixels` and centred, on a transparent background.
+    // Returns a null image if the drawing is empty or memory runs out.
     QImage render(const QSize &pixels) const;
 
 private:

@@ -7,8 +7,8 @@
 #include <QIconEngine>
 #include <QString>
 
-// An icon over SVG files, one for each state, drawn at the size that is asked for. Modes other than
-// normal, such as disabled, are made from the normal one by the style.
+// An icon with one SVG file for each state, drawn at the requested size. The style derives the
+// other modes, such as disabled, from the normal one.
 class SvgIconEngine : public QIconEngine
 {
 public:

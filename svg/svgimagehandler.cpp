@@ -10,7 +10,7 @@
 
 namespace {
 
-// Room for a declaration and some comments in front of the root element.
+// In bytes: enough for a declaration and some comments before the root element.
 constexpr qint64 lookedAt = 1024;
 
 } // namespace

@@ -5,11 +5,11 @@
 
 #include <QImageIOHandler>
 
-// Reads SVG files as images, at their own size or at the one that QImageReader is told.
+// Reads SVG files as images, at the size in the file or at the size set with QImageReader.
 class SvgImageHandler : public QImageIOHandler
 {
 public:
-    // Looks at the beginning of the file without taking it from the device.
+    // Checks the beginning of the file with peek(), so the device's position does not change.
     static bool looksLikeSvg(QIODevice &device);
 
     bool canRead() const override;

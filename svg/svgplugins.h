@@ -6,7 +6,8 @@
 #include <QIconEnginePlugin>
 #include <QImageIOPlugin>
 
-// What Qt's plugin system asks for: QImageReader and QPixmap the first, QIcon the second.
+// The two plugins for Qt's plugin system: QImageReader and QPixmap use the first one, QIcon the
+// second.
 
 class SvgImagePlugin : public QImageIOPlugin
 {
