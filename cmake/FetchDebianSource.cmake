@@ -4,11 +4,11 @@
 include_guard(GLOBAL)
 
 # kestrelpack_fetch_debian_source(PACKAGE <source package> OUTPUT <variable> [VERSION <pattern>]
-#                                 [HINT <what helps if it cannot be had>])
+#                                 [HINT <advice if it cannot be downloaded>])
 #
-# Sets the variable to the folder of the unpacked Debian source package. It is downloaded through
-# the machine's own apt sources when the cache below ~/.cache/kestrelpack does not have it; see
-# scripts/fetch-debian-source, which does the work.
+# Sets the variable to the folder of the unpacked Debian source package. If the package is not in the cache
+# (~/.cache/kestrelpack), it is downloaded from the machine's apt sources. scripts/fetch-debian-source does
+# the work.
 function(kestrelpack_fetch_debian_source)
     cmake_parse_arguments(PARSE_ARGV 0 arg "" "PACKAGE;OUTPUT;VERSION;HINT" "")
     execute_process(
@@ -18,7 +18,7 @@ function(kestrelpack_fetch_debian_source)
         OUTPUT_STRIP_TRAILING_WHITESPACE
         RESULT_VARIABLE result)
     if(NOT result EQUAL 0)
-        message(FATAL_ERROR "The source package ${arg_PACKAGE} cannot be had; see the line above. "
+        message(FATAL_ERROR "Cannot get the source package ${arg_PACKAGE}; see the line above. "
                             "${arg_HINT}")
     endif()
     set(${arg_OUTPUT} "${folder}" PARENT_SCOPE)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# The one place for compiler warnings: every target of ours links it privately.
+# All compiler warnings are set here. Each of our targets links this library privately.
 add_library(kestrelpack_warnings INTERFACE)
 if(MSVC)
     target_compile_options(kestrelpack_warnings INTERFACE /W4 /permissive- /utf-8)

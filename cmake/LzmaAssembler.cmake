@@ -4,13 +4,13 @@
 include_guard(GLOBAL)
 
 # 7-Zip's LZMA decoder in assembler is about a quarter faster than the one in C. It is written for
-# Microsoft's macro assembler; LLVM's takes it once some forms that it does not know are spelt out.
-# Version 19 is known to do; 14 knows too little.
+# Microsoft's macro assembler. LLVM's assembler accepts it after some forms that it does not know are
+# rewritten. Version 19 works; version 14 does not.
 find_program(KESTRELPACK_LLVM_ML NAMES llvm-ml-19 llvm-ml-20 llvm-ml-21 llvm-ml
     DOC "LLVM's macro assembler (package llvm-19) for the LZMA decoder")
 mark_as_advanced(KESTRELPACK_LLVM_ML)
 
-# Text equates that end within an operand ("LOC rep0"), macro calls in parentheses, a built-in text
+# Rewrites text equates that end within an operand ("LOC rep0"), macro calls in parentheses, a built-in text
 # function, and the sizes of jumps.
 function(kestrelpack_translate_lzma_assembler input output)
     file(READ "${input}" text)
@@ -26,26 +26,26 @@ function(kestrelpack_translate_lzma_assembler input output)
     endforeach()
     string(REGEX REPLACE "(COPY_VAR|RESTORE_VAR)\\(([a-zA-Z_0-9]+)\\)" "\\1 \\2" text "${text}")
     string(REGEX REPLACE "(near|short) ptr " "" text "${text}")
-    # The two registers that the macro is used with are replaced before their names are joined.
+    # Replaces the macro's two registers before their names are joined.
     string(REPLACE "@CatStr(src, _W)" "src&_W" text "${text}")
     string(REPLACE "\nMY_ASM_START\n" "\nEDX_W equ DX\nEDI_W equ DI\nMY_ASM_START\n" text "${text}")
     file(WRITE "${output}" "${text}")
 endfunction()
 
-# kestrelpack_assemble_lzma_decoder(<variable> <7-Zip's folder>): sets the variable to an object
-# file for the target system with the function that LzmaDec.c calls if it is compiled with
-# Z7_LZMA_DEC_OPT; to nothing if there is no such file to be had, and says so.
+# kestrelpack_assemble_lzma_decoder(<variable> <7-Zip's folder>): sets the variable to an object file for the
+# target system. The file contains the function that LzmaDec.c calls if it is compiled with Z7_LZMA_DEC_OPT.
+# If that file cannot be made, sets the variable to nothing and prints the reason.
 function(kestrelpack_assemble_lzma_decoder output sevenzip)
     set(${output} "" PARENT_SCOPE)
     set(folder "${CMAKE_CURRENT_BINARY_DIR}/lzma-assembler")
     set(object "${folder}/LzmaDecOpt.obj")
-    # What a sanitizer is to see must be C.
+    # A sanitizer can check only C code.
     if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" OR CMAKE_C_FLAGS MATCHES "-fsanitize")
         message(STATUS "LZMA decoder: in C")
         return()
     endif()
     if(NOT KESTRELPACK_LLVM_ML)
-        message(STATUS "LZMA decoder: in C, for llvm-ml (package llvm-19) is missing")
+        message(STATUS "LZMA decoder: in C, because llvm-ml (package llvm-19) is missing")
         return()
     endif()
 
@@ -64,7 +64,7 @@ function(kestrelpack_assemble_lzma_decoder output sevenzip)
         COMMAND "${KESTRELPACK_LLVM_ML}" -m64 /c ${convention} /Fo LzmaDecOpt.obj LzmaDecOpt.asm
         WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
     if(result EQUAL 0 AND NOT WIN32)
-        # From COFF to ELF; there is nothing to relocate in it.
+        # Converts COFF to ELF; the file has no relocations.
         set(object "${folder}/LzmaDecOpt.o")
         execute_process(
             COMMAND "${CMAKE_OBJCOPY}" -I pe-x86-64 -O elf64-x86-64
@@ -73,7 +73,7 @@ function(kestrelpack_assemble_lzma_decoder output sevenzip)
             WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
     endif()
     if(NOT result EQUAL 0)
-        message(STATUS "LZMA decoder: in C, for ${KESTRELPACK_LLVM_ML} cannot assemble the other")
+        message(STATUS "LZMA decoder: in C, because ${KESTRELPACK_LLVM_ML} cannot assemble the other one")
         return()
     endif()
     message(STATUS "LZMA decoder: in assembler")

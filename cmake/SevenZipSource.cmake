@@ -5,12 +5,12 @@ include_guard(GLOBAL)
 include("${CMAKE_CURRENT_LIST_DIR}/FetchDebianSource.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/LzmaAssembler.cmake")
 
-# 7-Zip's sources, as Debian's package `7zip` has them. Only C/ is public domain; what is linked
-# into the self-extractor module comes from there.
+# 7-Zip's sources from Debian's package `7zip`. Only C/ is in the public domain, and the self-extractor module
+# links only code from there.
 set(KESTRELPACK_SEVENZIP_DIR "" CACHE PATH
     "Folder with 7-Zip's sources (C/, CPP/); empty: Debian's source package 7zip is fetched")
 
-# kestrelpack_sevenzip_source(<variable>): the folder that holds C/ and CPP/.
+# kestrelpack_sevenzip_source(<variable>): sets the variable to the folder that contains C/ and CPP/.
 function(kestrelpack_sevenzip_source output)
     set(folder "${KESTRELPACK_SEVENZIP_DIR}")
     if(NOT folder)
@@ -24,9 +24,9 @@ and without tests, -DKESTRELPACK_ARCHIVER=FILE and -DKESTRELPACK_SFX_MODULE=FILE
     set(${output} "${folder}" PARENT_SCOPE)
 endfunction()
 
-# kestrelpack_add_sevenzip_decoder(<target>): the archive parser and the decoders of 7-Zip's C part
-# as an object library; compiled with the including project's flags but not with its warnings. The
-# target's property KESTRELPACK_ASSEMBLED holds the object files that are to be linked beside it.
+# kestrelpack_add_sevenzip_decoder(<target>): makes an object library from the archive parser and the decoders
+# of 7-Zip's C part, with the including project's flags but without its warnings. The target's property
+# KESTRELPACK_ASSEMBLED lists the object files that must be linked with it.
 function(kestrelpack_add_sevenzip_decoder target)
     kestrelpack_sevenzip_source(folder)
     set(files 7zArcIn 7zBuf 7zCrc 7zCrcOpt 7zStream Bcj2 Bra Bra86 BraIA64 CpuArch Delta Lzma2Dec
@@ -36,7 +36,7 @@ function(kestrelpack_add_sevenzip_decoder target)
     add_library(${target} OBJECT ${files})
     target_include_directories(${target} SYSTEM PUBLIC "${folder}/C")
     target_compile_definitions(${target} PRIVATE Z7_ST)
-    # The x86 code reads words wherever they lie, on purpose; a sanitizer build must not stop there.
+    # The x86 code reads unaligned words on purpose; a sanitizer must not stop there.
     target_compile_options(${target} PRIVATE -w -fno-sanitize=alignment)
 
     kestrelpack_assemble_lzma_decoder(object "${folder}")

@@ -5,9 +5,9 @@ include_guard(GLOBAL)
 
 set(KESTRELPACK_WINDOWS_TEMPLATES "${CMAKE_CURRENT_LIST_DIR}/windows" CACHE INTERNAL "")
 
-# kestrelpack_link_whole(<target>): on Windows, links the program so that it is one file, and without
-# symbols where it is to be handed on, and so that its threads end well. The same source gives the same
-# file: without the time of the build.
+# kestrelpack_link_whole(<target>): on Windows, links the program as one file, adds threadlocals.cpp so that its
+# threads end correctly, and leaves out the build time, so that the same source gives the same file. A release
+# build has no symbols.
 function(kestrelpack_link_whole target)
     if(MINGW)
         target_link_options(${target} PRIVATE -static -Wl,--no-insert-timestamp)
@@ -40,7 +40,7 @@ function(kestrelpack_windows_program target)
     set_source_files_properties("${resources}" PROPERTIES OBJECT_DEPENDS "${manifest};${icon}")
     target_sources(${target} PRIVATE "${resources}")
     if(MSVC)
-        target_link_options(${target} PRIVATE /MANIFEST:NO) # it is in the resources
+        target_link_options(${target} PRIVATE /MANIFEST:NO) # the resources contain the manifest
     endif()
 
     get_filename_component(name "${arg_FILE_NAME}" NAME_WE)

@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# Debian's MinGW-w64 together with the Qt that scripts/build-qt-windows makes. That script keeps the
-# link `qt-windows` in the cache pointing to its newest result; KESTRELPACK_QT_WINDOWS in the
-# environment names another.
+# Debian's MinGW-w64 together with the Qt that scripts/build-qt-windows builds. The link `qt-windows` in the
+# cache points to that script's newest result. The environment variable KESTRELPACK_QT_WINDOWS can name
+# another Qt.
 include("${CMAKE_CURRENT_LIST_DIR}/toolchain-mingw64.cmake")
 
 set(qt_windows "$ENV{KESTRELPACK_QT_WINDOWS}")
@@ -21,7 +21,7 @@ endif()
 list(APPEND CMAKE_FIND_ROOT_PATH "${qt_windows}")
 list(PREPEND CMAKE_PREFIX_PATH "${qt_windows}")
 
-# moc, uic and rcc are this machine's own, of the same version.
+# Qt's tools moc, uic and rcc are those of this machine; they have the same version.
 set(QT_HOST_PATH /usr)
 execute_process(COMMAND uname -m OUTPUT_VARIABLE machine OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(QT_HOST_PATH_CMAKE_DIR "/usr/lib/${machine}-linux-gnu/cmake")

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// For programs that MinGW-w64 builds. Its thread_local variables lie in memory that a thread frees when it
-// ends, through one key of its threads library; their destructors run through another, and the keys
-// have their turn in the order in which they were made. A variable makes its memory's key first, so its
-// destructor would run on memory that is free already. Qt's regular expressions have such a variable: a
-// worker thread that has used one dies in its end with a lock held, for which the program then waits
-// for ever when it ends.
+// This is for programs built with MinGW-w64. When a thread ends, MinGW's threads library handles
+// its keys in the order in which they were created. One key frees the memory of the thread_local
+// variables; another key runs their destructors. The first variable creates the key for the memory
+// first, so destructors would run on freed memory. Qt's regular expressions have such a variable. A
+// worker thread that has used one would crash at its end while it holds a lock, and at its own end
+// the program would wait for that lock for ever.
 //
-// So the destructors' key is made before anything else runs.
+// Therefore we create the destructors' key before any other code runs.
 
 #include <cxxabi.h>
 
