@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// For the benchmarks, one job of the engine without its fixed pauses, or the putting together of the output alone:
+// For the benchmarks: runs one job of the engine without its fixed pauses, or only the assembly of
+// the output:
 //   benchjob FOLDER ARCHIVE OUTPUT-DIR MAIN-PROGRAM LEVEL
 //   benchjob assemble ARCHIVE OUTPUT-DIR MAIN-PROGRAM
-// Prints the seconds it took and the peak memory of this process in KiB, its helpers left out.
+// Prints the time in seconds, and the peak memory of this process (without its helpers) in KiB.
 
 #include "packaging/outputassembly.h"
 #include "packaging/worker.h"

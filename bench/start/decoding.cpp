@@ -67,7 +67,7 @@ public:
     sfx::Status finishFolder(const sfx::Entry &) override { return sfx::Status::Ok; }
 };
 
-// Windows' own table is larger; for the names of the payloads it makes no difference.
+// The table in Windows is larger, but for the names in the payloads the result is the same.
 void upperCase(char16_t *text, std::size_t size)
 {
     for (std::size_t i = 0; i < size; ++i) {

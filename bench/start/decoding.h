@@ -3,10 +3,10 @@
 
 #pragma once
 
-// Writes the offset of the archive in a produced executable to standard output. False, after a line
-// on standard error: there is none.
+// Writes the offset of the archive in a produced executable to standard output. If there is no
+// archive, writes a line to standard error and returns false.
 bool printArchiveOffset(const char *path);
 
-// Decodes the archive of a produced executable as the module does, checks included, and writes
-// nothing. False, after a line on standard error: the file could not be decoded.
+// Decodes the archive of a produced executable as the module does, with all checks, but writes no
+// files. If that fails, writes a line to standard error and returns false.
 bool decodeIntoNothing(const char *path);

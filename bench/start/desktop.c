@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// Keeps Wine's desktop there. Wine starts a process for it when the first program with a window comes and
-// ends it a second after the last one has gone; what that costs would be put down to the one of the
-// measured files that makes a window.
+// Keeps Wine's desktop process alive. Wine starts that process with the first program that has a
+// window, and ends it one second after the last one has ended. Without this program, that cost
+// would be counted for the measured file that opens a window.
 
 #include <windows.h>
 

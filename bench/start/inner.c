@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // The program inside the files that scripts/bench-start measures. It ends at once with the code 7.
-// With BENCHSTART_REPORT set it first writes how many files and bytes lie around it to the file of
-// that name: a module that has not unpacked everything, or ran nothing, is found out by it.
+// If BENCHSTART_REPORT is set, it first writes to the file of that name how many files and bytes
+// are in its folder. So the script notices a module that did not unpack everything, or did not
+// start the program.
 
 #include <windows.h>
 

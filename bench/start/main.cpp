@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// What scripts/bench-start needs beside the shell:
-//   benchstart offset FILE              where the archive in a produced executable begins
-//   benchstart decode FILE              decodes it into nothing
-//   benchstart run SERVER COMMAND...    what the command costs; SERVER is wineserver's id, or 0
-// The last prints: wall seconds, processor seconds, the server's share of those, peak memory in KiB, number of
-// processes, exit code.
+// The parts of scripts/bench-start that a shell cannot do:
+//   benchstart offset FILE              prints the offset of the archive in a produced executable
+//   benchstart decode FILE              decodes that archive and writes no files
+//   benchstart run SERVER COMMAND...    measures the command; SERVER is wineserver's id, or 0
+// `run` prints: wall seconds, processor seconds, the server's part of these, peak memory in KiB,
+// number of processes, exit code.
 
 #include "bench/start/decoding.h"
 #include "bench/start/measuredrun.h"

@@ -17,7 +17,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How long processes that the program has seen end may take to be seen by us.
+// After the program's end, we wait this long for descendants that have ended at the same time.
 constexpr auto graceTime = std::chrono::milliseconds(300);
 
 double seconds(const timeval &time)
@@ -30,8 +30,8 @@ double processorTime(const rusage &usage)
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// The scheduler's own count, in nanoseconds; /proc/PID/stat has only hundredths of a second. It is that
-// of the first thread, and wineserver has one.
+// Reads the scheduler's count in nanoseconds; /proc/PID/stat has only hundredths of a second. The
+// count is that of the first thread; wineserver has only one thread.
 double serverTime(pid_t server)
 {
     unsigned long long nanoseconds = 0;
@@ -57,7 +57,8 @@ pid_t start(char *const command[])
     return child;
 }
 
-// Collects what has ended. What lives on, such as Wine's desktop, is left alone and not counted.
+// Counts the descendants that have ended. Those that still run, such as Wine's desktop, are not
+// counted.
 void collectDescendants(RunCost &cost)
 {
     const auto deadline = Clock::now() + graceTime;
@@ -80,7 +81,8 @@ void collectDescendants(RunCost &cost)
 RunCost runMeasured(char *const command[], pid_t server)
 {
     RunCost cost;
-    // Wine starts a process by forking twice, so its parent is gone at once; this makes it our child.
+    // Wine forks twice to start a process, so the process loses its parent at once; this makes it
+    // our child.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     const double serverBefore = serverTime(server);
     const auto before = Clock::now();

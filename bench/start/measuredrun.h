@@ -5,19 +5,19 @@
 
 #include <sys/types.h>
 
-// What one run of a program cost.
+// The cost of one run of a program.
 struct RunCost
 {
     double wallSeconds = 0; // from just before the fork to the end of the program's process
-    // User and system time of the program's process and of all its descendants that have ended by
-    // the time it has, and of the server during the run.
+    // User and system time of the program's process, of all its descendants that have ended when it
+    // ends, and of the server during the run.
     double processorSeconds = 0;
-    double serverSeconds = 0; // the server's share of that
-    long peakKibibytes = 0;   // high-water mark of the resident memory of the program's process
-    int processes = 0;        // that were counted; the server is not one of them
-    int exitCode = -1;        // the program's; -1: it could not be started, or a signal ended it
+    double serverSeconds = 0; // the server's part of processorSeconds
+    long peakKibibytes = 0;   // largest resident memory of the program's process
+    int processes = 0;        // number of counted processes, without the server
+    int exitCode = -1;        // -1 if the program could not be started or a signal ended it
 };
 
-// Starts the command, found by PATH, and waits for it. `server` is a process that works for the
-// command without being its descendant, as wineserver does; 0: there is none.
+// Starts the command, which is looked up in PATH, and waits for its end. `server` is the id of a
+// process that works for the command but is not its descendant, such as wineserver; 0 means none.
 RunCost runMeasured(char *const command[], pid_t server);

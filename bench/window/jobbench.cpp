@@ -29,7 +29,7 @@ int packThroughWindow(const QString &folder, const QString &mainExe, const QStri
     QElapsedTimer clock;
     clock.start();
     bool succeeded = false;
-    // The box of a success runs an event loop of its own, inside the one below.
+    // The message box after a success runs a nested event loop inside the one below.
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&succeeded] {
         if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {

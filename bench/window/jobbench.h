@@ -5,6 +5,6 @@
 
 #include <QString>
 
-// Packs `folder` through the window. Prints the seconds the job took and how late a timer of the GUI
-// thread was at most, in milliseconds. Fails when the job does.
+// Packs `folder` with the window. Prints the job's time in seconds, and the largest delay of a
+// timer on the GUI thread in milliseconds. Returns 1 if the job fails, otherwise 0.
 int packThroughWindow(const QString &folder, const QString &mainExe, const QString &outputDir);

@@ -8,7 +8,8 @@
 
 #include <algorithm>
 
-// How late a timer of the GUI thread fires at most while this lives: what a click would have waited.
+// Measures the largest delay of a timer on the GUI thread while this object exists. A click would
+// have waited as long.
 class Lateness
 {
 public:
@@ -21,7 +22,7 @@ public:
         m_timer.start();
     }
 
-    // In milliseconds, up to now.
+    // Returns the largest delay until now, in milliseconds.
     qint64 worst()
     {
         note();

@@ -40,7 +40,7 @@ double seconds(const QElapsedTimer &clock)
 
 int floodBarePane(int lines)
 {
-    // As large as the window's own pane, so that lines wrap alike.
+    // Makes the bare pane as large as the window's pane, so that lines wrap at the same places.
     MainWindow window;
     window.show();
     QApplication::processEvents();

@@ -3,8 +3,8 @@
 
 #pragma once
 
-// A flood of log lines. Both print the seconds from the first line to the last being in the pane;
-// floodWindow() also how late a timer was, in milliseconds, and fails when the pane's text is not
-// exactly what was emitted.
+// Both emit a flood of log lines, print the seconds until the last line is in the pane, and return
+// 0. floodWindow() also prints the largest delay of a timer in milliseconds. It returns an error if
+// the pane's text is not exactly the emitted text.
 int floodBarePane(int lines);
 int floodWindow(int lines);

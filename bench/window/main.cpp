@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The window's part of the benchmarks, each beside something bare of Qt's own:
+// The benchmarks of the window. Each one can measure a plain Qt widget for comparison:
 //   benchwindow start-bare | start-text | start
-//                                         a plain window of the same size, one with a line of
-//                                         Chinese in it, or ours
-//   benchwindow log-bare N | log N        a plain pane, or ours, and a flood of N lines
-//   benchwindow job FOLDER MAIN OUTPUT    a job through the window
+//                                         starts a plain window of the same size, one with a
+//                                         line of Chinese text, or our window
+//   benchwindow log-bare N | log N        a flood of N lines in a plain pane, or in our window
+//   benchwindow job FOLDER MAIN OUTPUT    a job in our window
 
 #include "app/stylesheet.h"
 #include "bench/window/jobbench.h"

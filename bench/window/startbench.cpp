@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Calls back once, after the watched window's first paint event.
+// Records the time right after the watched window's first paint event.
 class FirstPaint : public QObject
 {
 public:
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-// A line of the process's status, such as "VmRSS", in KiB.
+// Returns the value of a line in the process's status, such as "VmRSS", in KiB.
 qint64 memory(const QByteArray &name)
 {
     QFile status("/proc/self/status");

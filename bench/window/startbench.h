@@ -5,7 +5,7 @@
 
 class QWidget;
 
-// Shows the window, waits until it is painted and at rest. Prints the milliseconds from the moment
-// in KESTRELPACK_BENCH_START (nanoseconds of the system's clock) to the first painting, and the
-// process's memory at rest in KiB: all that is resident, and what of it is no file's.
+// Shows the window and waits until it is painted and idle. Prints the milliseconds from the time in
+// KESTRELPACK_BENCH_START (nanoseconds of the system's clock) to the first painting. Then prints
+// the process's resident memory in KiB: all of it, and the part that does not belong to files.
 int showAndMeasure(QWidget &window);

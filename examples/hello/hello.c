@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The example application: greets with the words of its data file, and shows what a packaged program
-// sees of its surroundings. "--exit N" makes it end with the exit code N.
+// The example application. It prints the greeting from its data file, and what a packed program
+// sees of its environment. "--exit N" makes it end with the exit code N.
 
 #include <windows.h>
 
@@ -10,7 +10,7 @@
 #include <stdlib.h>
 #include <wchar.h>
 
-// Console or pipe, everything goes out as UTF-8.
+// Prints UTF-8, both to a console and to a pipe.
 static void print(const wchar_t *text)
 {
     char bytes[4 * MAX_PATH];
@@ -20,7 +20,7 @@ static void print(const wchar_t *text)
     }
 }
 
-// The data file lies in the program's folder, which is its working directory too.
+// The data file is in the program's folder, which is also the working directory.
 static int printGreeting(void)
 {
     char line[256];

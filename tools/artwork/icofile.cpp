@@ -24,7 +24,7 @@ QByteArray pngData(const QImage &image)
     return data;
 }
 
-// One mask row: a set bit where the pixel is fully transparent, padded to 32 bits.
+// Returns one mask row, padded to 32 bits: a bit is 1 if the pixel is fully transparent.
 QByteArray maskRow(const QImage &image, int y)
 {
     QByteArray row(((image.width() + 31) / 32) * 4, '\0');
@@ -77,7 +77,7 @@ QByteArray makeIcoFile(const QList<QImage> &images)
     for (const QImage &image : images) {
         const QByteArray data = image.width() > largestBitmap ? pngData(image) : bitmapData(image);
         const auto size = static_cast<quint32>(data.size());
-        const auto side = static_cast<quint8>(image.width() % 256); // 0 stands for 256
+        const auto side = static_cast<quint8>(image.width() % 256); // 0 means 256
         out << side << side << quint8(0) << quint8(0) << planes << bitsPerPixel << size << offset;
         offset += size;
         pictures += data;

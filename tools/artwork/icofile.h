@@ -6,7 +6,8 @@
 #include <QImage>
 #include <QList>
 
-// Makes an ICO file of square images of 1 to 256 pixels a side, in the order given. Up to 96
-// pixels an image is stored as a 32-bit bitmap with its AND mask, which every Windows reads;
-// above, as PNG, as Windows Vista and later expect of the 256-pixel image.
+// Makes an ICO file from square images of 1 to 256 pixels on each side, in the given order. An
+// image of up to 96 pixels is stored as a 32-bit bitmap with an AND mask, which every Windows can
+// read. A larger one is stored as PNG, as Windows Vista and later expect for the image of 256
+// pixels.
 QByteArray makeIcoFile(const QList<QImage> &images);

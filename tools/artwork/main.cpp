@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// drawartwork ROOT: draws, in the source tree ROOT, resources/qss/default/*.png,
+// drawartwork ROOT: draws these files in the source tree ROOT: resources/qss/default/*.png,
 // resources/qss/dark/*.png and, from the logo drawings, resources/icons/logo.ico.
 
 #include "tools/artwork/icofile.h"
@@ -24,8 +24,8 @@ bool fail(const QString &path)
     return false;
 }
 
-// The same picture as a colour table and one byte a pixel, which makes the smaller file; a
-// picture of more than 256 colours is returned as it is.
+// Returns the same picture with a colour table and one byte for each pixel, which makes a smaller
+// file. A picture of more than 256 colours is returned unchanged.
 QImage withColorTable(const QImage &image)
 {
     QList<QRgb> colors;
@@ -73,7 +73,7 @@ QImage render(const QString &drawing, int side)
     return image;
 }
 
-// The small images come from a drawing of their own, with fewer and larger shapes.
+// The small images are drawn from a separate drawing with fewer and larger shapes.
 bool drawProgramIcon(const QString &path, const QString &logo, const QString &smallLogo)
 {
     constexpr int largestSmall = 24;

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int indicatorSize = 13; // as the style sheets show it
+constexpr int indicatorSize = 13; // in pixels, as the style sheets show it
 constexpr int arrowSize = 12;
 constexpr int calendarArrowSize = 16;
 constexpr int pixelRatio = 2;
@@ -82,7 +82,8 @@ DrawFunction radioButton(Mark mark, bool enabled)
     };
 }
 
-// An open arrow that points down, turned clockwise by `degrees`, in a square of `size`.
+// Draws an open arrow that points down, turned clockwise by `degrees`, in a square of `size`
+// pixels.
 DrawFunction chevron(int size, int degrees)
 {
     return [=](QPainter &painter, const Palette &palette) {
@@ -96,7 +97,7 @@ DrawFunction chevron(int size, int degrees)
     };
 }
 
-// A filled triangle that points right, turned clockwise by `degrees`.
+// Draws a filled triangle that points right, turned clockwise by `degrees`.
 DrawFunction triangle(int degrees)
 {
     return [=](QPainter &painter, const Palette &palette) {

@@ -7,12 +7,12 @@
 #include <QString>
 #include <QStringList>
 
-// The colours of one style sheet's images.
+// The colours of the images for one style sheet.
 struct Palette
 {
     QColor accent;
-    QColor field;   // inside of an empty indicator
-    QColor outline; // around an empty indicator
+    QColor field;   // the inside of an empty indicator
+    QColor outline; // the line around an empty indicator
     QColor mark;    // tick, bar or dot on the accent
     QColor disabledField;
     QColor disabledOutline;
@@ -23,9 +23,9 @@ struct Palette
 Palette defaultPalette();
 Palette darkPalette();
 
-// The names of all images of a style sheet, without ".png".
+// Returns the names of all images of a style sheet, without ".png".
 QStringList widgetImageNames();
 
-// Draws the image called `name`. It has twice the pixels of the size it is shown at, so that it
-// is sharp on a screen scaled to 200 %. An unknown name gives a null image.
+// Draws the image `name`. It has twice the pixels of the size at which it is shown, so that it is
+// sharp on a screen scaled to 200 %. Returns a null image if the name is unknown.
 QImage drawWidgetImage(const QString &name, const Palette &palette);

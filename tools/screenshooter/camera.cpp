@@ -17,7 +17,7 @@ constexpr int edge = 16;
 const QColor ground(0xdf, 0xe6, 0xea);
 const QColor frameLine(0xc4, 0xcd, 0xd3);
 
-// Windows in the order in which they lie on the screen: what opened later lies above.
+// Returns the windows in their order on the screen: a window that opened later is above.
 QWidgetList shownWindows()
 {
     QWidgetList windows;
@@ -59,7 +59,7 @@ void Camera::shoot(const QString &name) const
     painter.translate(-area.topLeft());
     for (QWidget *window : windows) {
         painter.drawPixmap(window->pos(), window->grab());
-        // The system's frame is not in the picture; a line stands for it.
+        // The picture does not contain the system's frame, so we draw a line instead.
         if (!window->windowFlags().testFlag(Qt::FramelessWindowHint)) {
             painter.setPen(frameLine);
             painter.drawRect(window->geometry().adjusted(-1, -1, 0, 0));
@@ -81,7 +81,7 @@ void Camera::shootWhatOpens(const QString &name, const std::function<void()> &op
         if (opened == nullptr) {
             return;
         }
-        if (seen != opened) { // one turn later it has been laid out and painted
+        if (seen != opened) { // by the next turn of the event loop the window is painted
             seen = opened;
             return;
         }

@@ -10,17 +10,18 @@
 
 class QWidget;
 
-// Takes pictures of everything that the program has on the screen, on a plain ground.
+// Takes pictures of all windows of the program, on a plain background.
 class Camera
 {
 public:
     explicit Camera(const QString &folder);
 
-    // Writes `name`.png into the folder.
+    // Takes a picture and writes it to `name`.png in the folder. Ends the program if it cannot.
     void shoot(const QString &name) const;
 
-    // Does `open`, which opens a box, dialog or menu and returns when that is closed; takes its picture
-    // and closes it with Escape. What `passBy` answers, by closing it, is not in the picture.
+    // Calls `open`, which opens a box, dialog or menu and returns when that is closed. Takes a
+    // picture of it and closes it with Escape. Before that, `passBy` may close a window and return
+    // true; that window is not in the picture.
     void shootWhatOpens(const QString &name, const std::function<void()> &open,
                         const std::function<bool(QWidget *)> &passBy = {}) const;
 

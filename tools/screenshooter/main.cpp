@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// screenshooter APPLICATION-FOLDER PICTURE-FOLDER: takes the pictures of the documentation. Runs a real
-// job on the folder; the settings store and the temporary directory are those of the environment.
+// screenshooter APPLICATION-FOLDER PICTURE-FOLDER: takes the pictures for the documentation. It
+// runs a real job on APPLICATION-FOLDER. The environment sets the settings store and the temporary
+// directory.
 
 #include "app/stylesheet.h"
 #include "tools/screenshooter/camera.h"
