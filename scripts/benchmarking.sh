@@ -1,26 +1,26 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Sourced by the bench scripts.
+# Functions for the bench scripts, which source this file.
 
 now() { date +%s%N; }
 seconds_since() {
     awk -v end="$(now)" -v start="$1" 'BEGIN { printf "%.3f", (end - start) / 1e9 }'
 }
 
-# median < FILE: of lines, each a number
+# median < FILE: prints the median of lines that contain one number each
 median() {
     sort -n | awk '{ value[NR] = $1 }
         END { printf "%.10g\n", (value[int((NR + 1) / 2)] + value[int((NR + 2) / 2)]) / 2 }'
 }
 
-# The middle of a column of a file: median_of FILE [COLUMN]
+# median_of FILE [COLUMN]: prints the median of a column
 median_of() { cut -d' ' -f"${2:-1}" "$1" | median; }
 
-# divide A B [DIGITS]
+# divide A B [DIGITS]: prints the quotient
 divide() { awk -v a="$1" -v b="$2" -v digits="${3:-2}" 'BEGIN { printf "%.*f", digits, a / b }'; }
 
-# make_work: $work becomes a folder that goes when the script ends, however it does. What else is to
-# be done then goes into $at_end.
+# make_work: creates the folder $work, which is removed when the script ends in any way. Commands in $at_end are
+# run then, too.
 make_work() {
     work=$(mktemp -d "${TMPDIR:-/tmp}/kestrelpack-bench.XXXXXX")
     at_end=
@@ -28,27 +28,27 @@ make_work() {
     trap 'exit 130' INT TERM
 }
 
-# require_space MEGABYTES: where temporary files go
+# require_space MEGABYTES: fails if the folder for temporary files has less free space
 require_space() {
     free=$(df -Pm "$work" | awk 'NR == 2 { print $4 }')
     [ "$free" -ge "$1" ] ||
-        fail "${TMPDIR:-/tmp} has $free MB free; this takes $1 MB (TMPDIR names another)"
+        fail "${TMPDIR:-/tmp} has only $free MB of free space; this needs $1 MB (set TMPDIR to use another folder)"
 }
 
-# What scripts/bench collects, in the folder $KESTRELPACK_BENCH, if there is one.
+# These two also write to the folder $KESTRELPACK_BENCH for scripts/bench, if that variable is set.
 
-# table NAME: standard input, which is shown as well
+# table NAME: shows standard input, and adds it to the table
 table() {
     if [ -n "${KESTRELPACK_BENCH-}" ]; then tee -a "$KESTRELPACK_BENCH/$1"; else cat; fi
 }
 
-# result WHAT BESIDE OURS THEIRS RATIO: a line of the table of all
+# result WHAT BESIDE OURS THEIRS RATIO: adds a line to the summary
 result() {
     [ -z "${KESTRELPACK_BENCH-}" ] ||
         printf '| %s | %s | %s | %s | %s |\n' "$@" >>"$KESTRELPACK_BENCH/summary"
 }
 
-# make_folder FOLDER MEGABYTES PROGRAM: the program, and files that this machine has anyway.
+# make_folder FOLDER MEGABYTES PROGRAM: makes a folder with the program and with files of this machine
 make_folder() {
     mkdir "$1"
     cp "$3" "$1/"

@@ -1,16 +1,16 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Sourced by the fetch scripts (bash): an apt of one's own, beside the machine's, over the same archives.
+# Sourced by the fetch scripts (bash): a private configuration of apt, which uses the machine's archives.
 
-# Writes copies of the machine's apt sources that ask for TYPE (deb, deb-src) only, and for SUITE, if
-# one is given, in place of theirs.
+# Writes copies of the machine's apt sources, with only the type TYPE (deb or deb-src). If SUITE is given, it
+# replaces their suites.
 # write_private_sources FOLDER TYPE [SUITE]
 write_private_sources() {
     local file base
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
         [ -r "$file" ] || continue
         base=$(basename "$file" .list)
-        # An entry that is deb-src already would double the one made from its deb twin.
+        # Sources often have a deb and a deb-src entry, which would become equal lines; sort -u removes one.
         sed -nE "s/^[[:space:]]*deb(-src)?([[:space:]])/$2\\2/p" "$file" | sort -u \
             >"$1/kestrelpack-$base.list"
         [ -z "${3-}" ] || sed -Ei "s/^([a-z-]+[[:space:]]+(\\[[^]]*\\][[:space:]]+)?[^[:space:]]+[[:space:]]+)[^[:space:]]+/\\1$3/" \
@@ -23,8 +23,8 @@ write_private_sources() {
     done
 }
 
-# Writes an apt configuration that keeps all state in the given folder. The hooks that other
-# packages run after an update have no business here, and an ordinary user may not run them.
+# Writes an apt configuration that keeps all state in the given folder. It removes the hooks that other packages
+# run after an update: they are not needed here, and an ordinary user may not run them.
 write_apt_configuration() {
     cat >"$1/apt.conf" <<CONFIGURATION
 #clear APT::Update::Pre-Invoke;
@@ -40,11 +40,11 @@ Acquire::Retries "3";
 CONFIGURATION
 }
 
-# Makes the folder ready for `apt-get -c FOLDER/apt.conf`, with FOLDER/download to download to.
+# Prepares the folder for `apt-get -c FOLDER/apt.conf`, and creates FOLDER/download for the downloads.
 # prepare_archive FOLDER TYPE [SUITE]
 prepare_archive() {
     mkdir -p "$1"/{sources,lists/partial,cache/archives/partial,download}
-    # apt's unprivileged download process must be able to come through and to write there.
+    # apt's unprivileged download process must be able to enter the folder and to write there.
     chmod 755 "$1"
     if [ "$(id -u)" = 0 ] && id _apt >/dev/null 2>&1; then
         chown _apt "$1/download"
@@ -53,7 +53,7 @@ prepare_archive() {
     write_apt_configuration "$1"
 }
 
-# The last error that apt wrote, on one line.
+# Prints the last error that apt wrote, on one line.
 apt_complaint() {
     grep -hE '^(E|Err|W):' "$1" | tail -n 1 | tr -d '\n'
 }

@@ -4,12 +4,12 @@
 
 build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6svg6 fonts-noto-cjk dpkg-dev
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
-# A display without a screen, for what needs more of one than the offscreen platform has.
+# A display without a screen, for programs that need more than Qt's offscreen platform.
 display_packages='xvfb'
 test_packages='wine wine64 icoutils nsis openssl osslsigncode'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
-# For formatting and static checks: other versions format and find other things.
+# For formatting and static checks. Other versions give other results.
 check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
 clang_packages='clang-19 libclang-rt-19-dev'
@@ -26,7 +26,7 @@ is_installed() {
 # require_packages PACKAGE...: installs those that are missing. The log is the file $log.
 require_packages() {
     command -v dpkg-query >/dev/null 2>&1 ||
-        fail "this is no Debian system; install the equivalents of these packages, then configure and
+        fail "this is not a Debian system; install the equivalents of these packages, then configure and
 build with cmake --preset release: $*"
     missing=
     for package in "$@"; do
@@ -44,11 +44,10 @@ build with cmake --preset release: $*"
         $as_root apt-get update &&
             $as_root env DEBIAN_FRONTEND=noninteractive \
                 apt-get install -y --no-install-recommends $missing
-    } >>"$log" 2>&1 || fail "the packages could not be installed; see $log"
+    } >>"$log" 2>&1 || fail "cannot install the packages; see $log"
 }
 
-# Object files of earlier builds, of any checkout, are used again: they lie in the cache, under what
-# they were made from.
+# Uses ccache, so that object files of earlier builds in any checkout are used again. Its folder is in the cache.
 share_objects() {
     require_packages ccache
     CCACHE_DIR=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/kestrelpack/objects
@@ -61,10 +60,10 @@ share_objects() {
     export CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
 }
 
-# Builds Qt for Windows into the cache, unless it is there.
+# Builds Qt for Windows into the cache, unless it is already there.
 provide_qt_for_windows() {
     echo "Qt for Windows (a quarter of an hour, the first time; log: $log)"
-    scripts/build-qt-windows "$log" >>"$log" || fail "there is no Qt for Windows; see $log"
+    scripts/build-qt-windows "$log" >>"$log" || fail "cannot build Qt for Windows; see $log"
 }
 
 # configure_and_build PRESET
