@@ -1,10 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Sourced by what cross-builds programs from 7-Zip's sources (bash).
+# Sourced by the scripts that cross-build programs from 7-Zip's sources (bash).
 
-# 7-Zip names the system's headers in mixed case, which a case-sensitive file system does not find. Makes a <Name.h>
-# in FOLDER for each, which includes the lower-case one.
-# forward_headers SOURCES FOLDER
+# 7-Zip writes the names of system headers in mixed case; a case-sensitive file system does not find them.
+# forward_headers SOURCES FOLDER: makes in FOLDER, for each of them, a <Name.h> that includes the lower-case header.
 forward_headers() {
     local header lower
     mkdir -p "$2"

@@ -23,7 +23,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds longestSilence{3};
-// How soon to look again when somebody is in the middle of a line.
+// How long to wait while another thread is in the middle of a line.
 constexpr std::chrono::milliseconds shortPause{200};
 
 #ifdef _WIN32
@@ -40,24 +40,24 @@ struct State
 
     std::FILE *stream = nullptr;
     bool stopping = false;
-    Clock::time_point lastFlush; // that had something to hand on
+    Clock::time_point lastFlush; // the last flush that had text to pass on
     bool hasUnflushed = false;
-    bool isAtStart = true; // of a line, with the progress line taken away
-    std::string line;      // what is shown; empty for none
+    bool isAtStart = true; // at the start of a line, and no progress line is shown
+    std::string line;      // the progress line that is shown, or empty
     std::string percentage;
 };
 
-// Never destroyed: a third Ctrl-C ends the process by exit() while the thread runs.
+// The object is never destroyed: a third Ctrl-C ends the process by exit() while the thread runs.
 State &state()
 {
     static State &instance = *new State;
     return instance;
 }
 
-// Changed by the main thread only, while no other one prints.
+// Only the main thread changes it, while no other thread prints.
 std::atomic<bool> isBeating = false;
 
-// As 7-Zip takes its own line away, so that a terminal shows one line all the time.
+// Removes the line in the same way as 7-Zip, so that a terminal always shows one line.
 void takeAway(const std::string &line, std::FILE *stream)
 {
     const auto repeat = [stream](char character, std::size_t count) {
@@ -71,8 +71,8 @@ void takeAway(const std::string &line, std::FILE *stream)
     repeat(back, steps);
 }
 
-// Prints the progress line once more. Between two of 7-Zip's steps none is shown: then the last
-// percentage is printed and taken away again.
+// Prints the progress line again. Between two steps 7-Zip shows no line: then this prints the last
+// percentage and removes it again.
 void beat(State &shared)
 {
     if (shared.line.empty()) {
@@ -104,7 +104,8 @@ void keepBeating()
     }
 }
 
-// Signals are for the main thread, which they wake from waiting for a file.
+// The new thread blocks all signals: they must reach the main thread and wake it if it waits for a
+// file.
 void startThread()
 {
 #ifndef _WIN32
@@ -116,7 +117,8 @@ void startThread()
     try {
         state().thread = std::thread(keepBeating);
     } catch (const std::system_error &) {
-        // No thread is left in this system: the archive is more important.
+        // The system has no free thread. Go on without the heartbeat: the archive is more
+        // important.
     }
 #ifndef _WIN32
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -222,7 +224,7 @@ void showLine(std::FILE *stream, const char *line, const char *percentage)
     }
     State &shared = state();
     shared.line = line;
-    // A size without a percentage ("12M") tells a reader nothing later on.
+    // Keep only real percentages: a size ("12M") means nothing when it is printed again later.
     if (*percentage != 0 && percentage[std::strlen(percentage) - 1] == '%') {
         shared.percentage = percentage;
     }

@@ -6,15 +6,16 @@
 #include <cstdio>
 
 // Keeps 7-Zip's progress output alive: a thread prints the progress line again when the stream has
-// been silent for three seconds. So a reader may rely on a line every five seconds, however long one
-// piece of work takes. change-sources puts the calls into a copy of 7-Zip's sources.
+// been silent for three seconds. So a reader gets a line at least every five seconds, even if one
+// step takes long. change-sources inserts the calls into a copy of 7-Zip's sources.
 namespace kestrelpack {
 
-// Beats from its construction to stop(), or to its end. There is one at a time, on the main thread.
+// Prints the line again from its construction until stop() or its destructor. Only one object at a
+// time, on the main thread.
 class Heartbeat
 {
 public:
-    // Does nothing if there is no stream.
+    // Does nothing if `stream` is null.
     explicit Heartbeat(std::FILE *stream);
     ~Heartbeat();
     Heartbeat(const Heartbeat &) = delete;
@@ -23,7 +24,7 @@ public:
     void stop();
 };
 
-// While one of these lives, its thread alone prints. It may hold several.
+// While an object exists, only its thread can print. One thread may have several at the same time.
 class OutputLock
 {
 public:
@@ -36,12 +37,13 @@ private:
     bool m_locked;
 };
 
-// What 7-Zip's output streams do, noting what was printed and when.
+// These do the same as 7-Zip's output streams, and record what was printed and when.
 int write(const char *text, std::FILE *stream);
 int write(char character, std::FILE *stream);
 int flush(std::FILE *stream);
 
-// What is shown on the progress stream: a line of text that begins with the percentage, or none.
+// These tell the heartbeat that 7-Zip shows a progress line, which begins with the percentage, or
+// that it has removed the line.
 void showLine(std::FILE *stream, const char *line, const char *percentage);
 void hideLine(std::FILE *stream);
 
