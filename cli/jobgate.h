@@ -15,8 +15,8 @@ public:
     // On the job's thread. Returns at once, or never if the gate is closed.
     void pass();
 
-    // On the job's thread. Waits for `duration`, or until the gate is closed, and then calls
-    // pass().
+    // On the job's thread. Waits for `duration`, or until the gate is closed; then does the same
+    // as pass().
     void passAfter(std::chrono::milliseconds duration);
 
     // On any other thread. Closes the gate for ever and waits until the job has stopped at it.

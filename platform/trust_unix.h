@@ -15,8 +15,8 @@
 // file's mode does not matter.
 QString untrustedFileReason(const QString &path);
 
-// Returns true if somebody other than `user` and root may put files into the directory with the
-// record `directory`: it belongs to another user, everybody may write it, or a group may that is
+// Returns true if a user other than `user` and root can create files in the directory with the
+// record `directory`: it belongs to another user, everybody can write to it, or a group can that is
 // not the user's own. A user's own group has the user's name and no other member, as on systems
 // whose umask is 002.
 bool othersMayWrite(const struct stat &directory, uid_t user);
