@@ -5,7 +5,7 @@
 
 #include <QResource>
 
-// Takes the bundle out of the resource system, as in a build without it.
+// Removes the bundle from the resource system, as in a build without a bundle.
 inline void removeBundle()
 {
     Q_CLEANUP_RESOURCE(kestrelpack);
@@ -16,7 +16,7 @@ inline void restoreBundle()
     Q_INIT_RESOURCE(kestrelpack);
 }
 
-// A bundle with nothing but an empty style sheet.
+// Registers a bundle that contains only an empty style sheet.
 inline bool useEmptySheet()
 {
     removeBundle();

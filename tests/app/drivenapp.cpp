@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The program with a person inside it: closes each box, and then the window by its close button. Writes
-// what it sees to standard output, one line each. DRIVEN_BUNDLE ("missing" or "empty") spoils the bundle.
-// With DRIVEN_HANDLER, it installs a message handler before the start, and what that gets is written as well.
+// The program, driven as by a person: this closes each box, and then the window with its close
+// button. It writes what it sees to standard output, one line for each thing. DRIVEN_BUNDLE
+// ("missing" or "empty") damages the bundle. With DRIVEN_HANDLER, it installs a message handler
+// before the start and writes the messages that the handler receives.
 
 #include "app/application.h"
 #include "tests/app/bundleswap.h"
@@ -25,7 +26,7 @@ void say(const QString &text)
     std::fflush(stdout);
 }
 
-// Level, category and text of a message; not of Qt's own.
+// Writes level, category and text of a message. Leaves out Qt's own messages.
 void sayMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const QString category = QString::fromUtf8(context.category);

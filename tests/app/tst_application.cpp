@@ -19,7 +19,7 @@ const QString question
 
 } // namespace
 
-// The program as a process, from its start to its exit status.
+// Runs the program as a process, from its start to its exit status.
 class TestApplication : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private:
     QProcessEnvironment environmentOfRun() const
     {
         auto environment = QProcessEnvironment::systemEnvironment();
-        if (!onWindows) { // where the windows are real ones
+        if (!onWindows) { // on Windows the windows are real
             environment.insert("QT_QPA_PLATFORM", "offscreen");
         }
         environment.insert("XDG_CONFIG_HOME", m_home.filePath("config"));

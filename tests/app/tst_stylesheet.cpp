@@ -23,7 +23,7 @@ void collect(QtMsgType type, const QMessageLogContext &, const QString &text)
     messages.append(level + text);
 }
 
-// What the loader says on Qt's message log, and what it returns.
+// The messages that the loader writes to Qt's log, and the value it returns.
 bool load(QStringList &said)
 {
     messages.clear();
