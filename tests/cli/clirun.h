@@ -13,15 +13,15 @@
 // One run of the terminal program, in a private temporary directory with fake helpers.
 struct CliResult
 {
-    int exitStatus = -1; // the signal's number when one ended it
-    bool ended = false;  // by itself, not by a signal
+    int exitStatus = -1; // the signal's number if a signal ended the program
+    bool ended = false;  // true if the program ended by itself, not by a signal
     QString output;
     QString errors;
 
     QStringList outputLines() const { return output.split('\n', Qt::SkipEmptyParts); }
 };
 
-// A folder with one program in it, an empty folder beside it, and helpers that work.
+// A folder with one program, an empty folder beside it, and helpers that work.
 class CliSurroundings
 {
 public:
@@ -39,9 +39,9 @@ public:
         temp.plantEditor("");
     }
 
-    // `script` runs first; then a whole archive is made.
+    // The archiver runs `script` first. Then it makes a whole archive.
     void useArchiver(const QByteArray &script) { useArchiver(script, "archive.7z"); }
-    // The same, with the archive in the file `name`.
+    // The same, but the archive is the file `name`.
     void useArchiver(const QByteArray &script, const QString &name)
     {
         temp.plantArchiver(script + "\ncopy " + path(name).toUtf8() + " @3\n");
@@ -65,7 +65,7 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
     }
 
-    // Names, sizes and times of all that is in the source folder.
+    // Names, sizes and times of everything in the source folder.
     QStringList sourceState() const
     {
         QStringList state;
@@ -100,7 +100,7 @@ public:
     // The usual arguments of a run that succeeds.
     QStringList arguments() const { return {"-o", path("output"), path("source")}; }
 
-    QTemporaryDir root; // made before the private temporary directory, so it is not in there
+    QTemporaryDir root; // made before the private temporary directory, so it is not inside that
     PrivateTemp temp;
 
 private:

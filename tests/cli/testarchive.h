@@ -6,9 +6,9 @@
 #include <QByteArray>
 #include <QtEndian>
 
-// The frame of a 7z archive, as its archiver writes it: a start header, packed bytes, and a header after them.
+// The frame of a 7z archive as the archiver writes it: start header, packed bytes, end header.
 
-// Bit by bit, so that it shares nothing with what is tested.
+// Computed bit by bit, so that it shares no code with the code under test.
 inline quint32 crc32(const QByteArray &bytes)
 {
     quint32 value = 0xFFFFFFFF;
@@ -35,7 +35,7 @@ inline QByteArray startHeader(quint64 offset, quint64 size, quint32 crc)
     return QByteArray("7z\xBC\xAF\x27\x1C\0\4", 8) + littleEndian(crc32(checked)) + checked;
 }
 
-// An archive with that many packed bytes.
+// Returns an archive with `packedSize` packed bytes.
 inline QByteArray archiveOf(qsizetype packedSize)
 {
     QByteArray packed(packedSize, '\0');

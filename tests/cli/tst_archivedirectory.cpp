@@ -20,7 +20,7 @@ private slots:
             const ArchiveDirectory directory;
             QVERIFY(directory.isValid());
             QVERIFY(writeFile(directory.archivePath(), "archive"));
-            QCOMPARE(temp.names().size(), 2); // with its lock
+            QCOMPARE(temp.names().size(), 2); // the directory and its lock file
         }
         QCOMPARE(temp.names(), QStringList());
     }
@@ -45,7 +45,7 @@ private slots:
         QVERIFY(QDir(temp.path()).mkpath("kestrelpack-cli-00000000/with a folder"));
         QVERIFY(writeFile(temp.filePath("kestrelpack-cli-00000000/temp.7z"), "of a killed job"));
         QVERIFY(QDir(temp.path()).mkpath("kestrelpack-cli-11111111"));
-        if (!onWindows) { // where it goes with the process
+        if (!onWindows) { // on Windows the lock file disappears with its process
             QVERIFY(writeFile(temp.filePath("kestrelpack-cli-00000000.lock"), ""));
             QVERIFY(writeFile(temp.filePath("kestrelpack-cli-22222222.lock"), ""));
         }

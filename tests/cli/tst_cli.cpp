@@ -6,7 +6,7 @@
 
 #include <QTest>
 
-// The terminal program as its user meets it: arguments in, lines and an exit status out.
+// Tests the terminal program as a user sees it: arguments in, lines and an exit status out.
 class TestCli : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private slots:
         QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
         QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
         QVERIFY(result.outputLines().contains("输出目录: " + s.path("output")));
-        // A program without an icon is worth warnings, and nothing else is.
+        // Only the missing icon causes warnings.
         QCOMPARE(result.errors.split('\n', Qt::SkipEmptyParts),
                  QStringList({"警告：无法从EXE提取图标", "图标数据太小，至少需要6字节",
                               "警告：无法从主程序提取有效图标，将创建无图标的应用"}));
@@ -76,7 +76,7 @@ private slots:
 
     void wrongUsageStartsNothing_data()
     {
-        // tst_commandline and tst_inputcheck have more. "@" stands for the folder of the surroundings.
+        // tst_commandline and tst_inputcheck have more rows. "@" stands for the folder of the test.
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("message");
         const QString usage = "; --help shows the usage";
@@ -164,7 +164,7 @@ private slots:
     {
         CliSurroundings s;
         s.write("output/my.exe", "the older one");
-        s.temp.plantArchiver("print done\n"); // but makes no archive
+        s.temp.plantArchiver("print done\n"); // but it makes no archive
         const CliResult result = s.run(s.arguments());
         QCOMPARE(result.exitStatus, 1);
         QVERIFY(result.errors.contains("错误：无法读取压缩包文件\n"));
@@ -183,7 +183,8 @@ private slots:
             << archive.left(8) + QByteArray(24, '\0');
         QTest::newRow("empty") << QByteArray();
     }
-    // Such is left by an archiver that was stopped, or that waits for a file, when its time is up.
+    // An archiver that was stopped leaves such archives, and so does one that still waits for a
+    // file when its time is up.
     void anArchiveThatIsNotWholeIsAFailure()
     {
         QFETCH(QByteArray, archive);
@@ -211,7 +212,7 @@ private slots:
         QCOMPARE(s.run(s.arguments()).exitStatus, 0);
     }
 
-    // Root may write anywhere, so the directory is one that takes no files: a read-only mount.
+    // Root may write anywhere. So the directory is one that accepts no files: a read-only mount.
     void anOutputDirectoryThatCannotBeWritten()
     {
         CliSurroundings s;

@@ -7,7 +7,7 @@
 
 namespace {
 
-// What the arguments come to, as one text: the message of a refusal, or what a job would be made of.
+// The result for the arguments as one text: the message of the refusal, or the values for a job.
 QString summaryOf(const CommandLine &line)
 {
     switch (line.action) {
@@ -75,7 +75,7 @@ private slots:
 
     void levels_data()
     {
-        QTest::addColumn<int>("index"); // of the list in packaging/compressionoptions.h
+        QTest::addColumn<int>("index"); // index in the list of packaging/compressionoptions.h
         const QStringList names{"store", "fastest", "fast", "normal", "maximum", "ultra"};
         for (int index = 0; index < names.size(); ++index) {
             QTest::newRow(qPrintable(names.at(index))) << index;

@@ -9,8 +9,8 @@
 #include <QTemporaryFile>
 #include <QTest>
 
-// Paths of the rows begin with "@", which stands for the test's own folder. What the user is told is
-// shown by tst_cli, with the same check behind it.
+// Paths in the rows begin with "@", which stands for the test's folder. tst_cli calls the same
+// check and shows the messages that the user sees.
 class TestInputCheck : public QObject
 {
     Q_OBJECT
@@ -208,7 +208,7 @@ private slots:
         const QString message = QString("the path of the folder %1 has a * or ? in it, which the "
                                         "archiver takes for a pattern");
         QCOMPARE(messageOf(checkInputs(line)), refused ? message.arg(path) : QString());
-        if (refused) { // by a path that has none in it, too
+        if (refused) { // also through a link whose own path has no * or ?
             const QString link = here("@/patterns/link");
             QFile::remove(link);
             QVERIFY(QFile::link(path, link));
@@ -227,7 +227,7 @@ private slots:
         }
         for (const char *name :
              {"a\"b.exe", "a*.exe", "a?.exe", "a\nb.exe", "a:b.exe", "a<b.exe"}) {
-            if (!onWindows) { // which has no such names
+            if (!onWindows) { // Windows does not allow these names
                 QTest::newRow(name) << QString(name) << true;
             }
         }
@@ -248,7 +248,7 @@ private slots:
         const QString message = messageOf(checkInputs(line));
         QCOMPARE(message.startsWith("the produced file could not start " + name + ": "), refused);
         QCOMPARE(message.isEmpty(), !refused);
-        line.mainProgram.clear(); // it is found
+        line.mainProgram.clear(); // the check finds it by itself
         QCOMPARE(messageOf(checkInputs(line)), message);
     }
 
@@ -297,7 +297,7 @@ private:
         return line;
     }
 
-    // Empty when nothing was refused.
+    // Returns an empty text if nothing was refused.
     static QString messageOf(const std::variant<PackagingJob, Refusal> &checked)
     {
         const auto *refusal = std::get_if<Refusal>(&checked);

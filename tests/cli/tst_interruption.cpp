@@ -8,14 +8,14 @@
 
 #include <csignal>
 
-// Ctrl-C, to the program alone, in every stage of a job. The stage is known by a file that the fake
-// helper writes, or by a line of the log, so that nothing here is a matter of luck.
+// Sends Ctrl-C to the program alone, in every stage of a job. A file that the fake helper writes,
+// or a line of the log, tells the stage, so no result depends on luck.
 class TestInterruption : public QObject
 {
     Q_OBJECT
 
 private:
-    // A real icon makes the job go through the icon stage.
+    // A real icon makes the job use the icon stage.
     static void addIcon(CliSurroundings &s)
     {
         QFile icon(KESTRELPACK_HELLO_ICON);
@@ -33,7 +33,7 @@ private slots:
         QTest::addColumn<QByteArray>("archiver");
         QTest::addColumn<QByteArray>("editor");
         QTest::addColumn<QString>(
-            "lastLine"); // of the log, before the signal; empty: wait for the file
+            "lastLine"); // last log line before the signal; empty: wait for the file
         QTest::addColumn<int>("signalNumber");
         const QByteArray works = "write @3 3000000\n";
         const QByteArray hangs = "write @marker 1\nsleep 3600000\n";
@@ -79,7 +79,7 @@ private slots:
         QCOMPARE(kill(static_cast<pid_t>(process.processId()), signalNumber), 0);
         QVERIFY(process.waitForFinished(patience));
 
-        QCOMPARE(process.exitStatus(), QProcess::CrashExit); // ended by the signal itself
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit); // the signal itself ended the program
         QCOMPARE(process.exitCode(), signalNumber);
         const QString errors = QString::fromUtf8(process.readAllStandardError());
         QVERIFY2(errors.endsWith("kestrelpack-cli: interrupted; " + s.product()

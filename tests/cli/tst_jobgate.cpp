@@ -18,11 +18,11 @@ namespace {
 
 using Way = std::function<void(JobGate &)>;
 
-// A job that walks its way past a gate, on a thread of its own.
+// A job that runs on its own thread and passes a gate.
 class GatedJob
 {
 public:
-    // Who stands before a closed gate stands there until the program ends, so no job is given back.
+    // A thread at a closed gate waits until the program ends, so no job is ever deleted.
     static GatedJob &start(const Way &way)
     {
         static auto &jobs = *new std::vector<std::unique_ptr<GatedJob>>;
@@ -87,7 +87,7 @@ private slots:
             gate.passAfter(1h);
         });
         QTest::newRow("when it comes long after the closing") << Way([](JobGate &gate) {
-            std::this_thread::sleep_for(300ms); // works, and passes no gate meanwhile
+            std::this_thread::sleep_for(300ms); // works, and passes no gate during this time
             gate.pass();
         });
     }
@@ -95,10 +95,10 @@ private slots:
     {
         QFETCH(Way, way);
         GatedJob &job = GatedJob::start(way);
-        QVERIFY(!job.isThroughWithin(50ms)); // it is on its way, or in its pause
+        QVERIFY(!job.isThroughWithin(50ms)); // the job still runs, or is in its pause
         QVERIFY(job.gate.close(10s));
         QVERIFY(!job.isThroughWithin(100ms));
-        // Closed for good: whoever asks again is told the same at once.
+        // The gate stays closed: a second call returns the same at once.
         QVERIFY(job.gate.close(0ms));
     }
 

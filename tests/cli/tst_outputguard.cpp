@@ -112,7 +112,7 @@ private slots:
         }
         QVERIFY(QDir().mkpath(directory) && QDir().mkpath(otherDirectory));
         QVERIFY(writeFile(directory + "/a.exe", "half made"));
-        if (!onWindows) { // where it goes with the process
+        if (!onWindows) { // on Windows the lock file disappears with its process
             QVERIFY(writeFile(QString(directory).replace(".tmp", ".lock"), ""));
         }
         OutputGuard guard(output);

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-// What the user has is not lost, and nothing is left behind: by two jobs at once, by a job that is killed, by
-// limits that the caller sets, by files that have the names of the engine's own.
+// The user's files are not lost, and no files stay, in these cases: two jobs at once, a killed job,
+// limits that the caller sets, files with the names that the engine uses.
 class TestOutputSafety : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private:
         return process;
     }
 
-    // By a shell, which does first what `before` says.
+    // Runs the program from a shell, which first runs the commands in `before`.
     static CliResult runAfter(const QByteArray &before, const CliSurroundings &s)
     {
         QProcess process;
@@ -41,7 +41,8 @@ private:
         return CliSurroundings::resultOf(process);
     }
 
-    // Starts a job and waits until its archiver works; it goes on when there is a file "go".
+    // Starts a job and waits until its archiver works. The archiver continues when a file "go"
+    // exists.
     static std::unique_ptr<QProcess> startAndHold(CliSurroundings &s, const QStringList &arguments)
     {
         s.useArchiver("write " + s.path("marker").toUtf8() + " 1\nwait " + s.path("go").toUtf8());
@@ -141,12 +142,12 @@ private slots:
         QVERIFY(killed->waitForFinished(hangLimitMs));
         QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
 
-        s.useArchiver("exit 2"); // the next one fails
+        s.useArchiver("exit 2"); // the archiver of the next job fails
         s.temp.plantEditor("");
         QCOMPARE(s.run(s.arguments()).exitStatus, 1);
         QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
         QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
-        QFile::remove(s.temp.filePath("temp_icon.ico")); // the engine's, which it writes over
+        QFile::remove(s.temp.filePath("temp_icon.ico")); // the engine overwrites this file
         QCOMPARE(s.temp.names(), helpers());
     }
 
@@ -189,7 +190,7 @@ private slots:
         QCOMPARE(s.namesIn("output"), QStringList({"my.exe", "my.exe.bak"}));
     }
 
-    // The engine leaves its backup when the icon cannot be written to the temporary directory.
+    // The engine keeps its backup if it cannot write the icon to the temporary directory.
     void aBackupThatTheEngineLeavesIsRemoved()
     {
         CliSurroundings s;
@@ -209,8 +210,8 @@ private slots:
         }
         CliSurroundings s;
         s.write("output/my.exe", "the older one");
-        s.temp.plantModule(QByteArray(4000000, 'm'));           // the archive is within the limit
-        const CliResult result = runAfter("ulimit -f 7000", s); // of 512 bytes
+        s.temp.plantModule(QByteArray(4000000, 'm'));           // the archive is below the limit
+        const CliResult result = runAfter("ulimit -f 7000", s); // in units of 512 bytes
         QVERIFY2(result.ended, qPrintable(QString::number(result.exitStatus)));
         QCOMPARE(result.exitStatus, 1);
         QVERIFY2(result.errors.contains(" could not be written in full"),

@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-// An archiver that is stopped in the middle: the engine goes on after 30 seconds as if it had ended.
+// The archiver is stopped in the middle. After 30 seconds the engine goes on as if it had ended.
 class TestSilentArchiver : public QObject
 {
     Q_OBJECT
