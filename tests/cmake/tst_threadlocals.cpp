@@ -15,7 +15,7 @@ namespace {
 std::atomic<int> whole = 0;
 std::atomic<int> spoilt = 0;
 
-// Looks at itself in its destructor.
+// Checks its own content in its destructor.
 class Witness
 {
 public:
@@ -44,7 +44,7 @@ thread_local Witness witness;
 
 } // namespace
 
-// As the programs are built, a thread's variables are there until their destructors have run.
+// In our builds, a thread's variables exist until their destructors have run.
 class TestThreadLocals : public QObject
 {
     Q_OBJECT
@@ -61,7 +61,7 @@ private slots:
             QVERIFY(thread->wait());
             QVERIFY(seen);
         }
-        WAIT_COMPARE(whole + spoilt, threads); // a thread that is waited for need not be quite gone
+        WAIT_COMPARE(whole + spoilt, threads); // after wait() the destructors may still be running
         QCOMPARE(spoilt.load(), 0);
     }
 };
