@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// The main program of the end-to-end test: compares its folder with manifest.txt there, in UTF-8, a
-// line an entry: "D <path>" for a folder, "F <size> <FNV-1a of the content> <path>" for a file. Prints
-// what differs; ends with 7 when all is as it should be, with 1 otherwise.
+// The main program of the end-to-end test. It compares its folder with manifest.txt, which lies
+// there in UTF-8, one line for each entry: "D <path>" for a folder, "F <size> <FNV-1a of the
+// content> <path>" for a file. It prints the differences. It ends with 7 if there are none,
+// otherwise with 1.
 
 #include <windows.h>
 

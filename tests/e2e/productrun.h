@@ -11,7 +11,7 @@
 #include <QProcess>
 #include <QString>
 
-// Running programs to their end, and the ones that were packed among them.
+// Runs programs, and produced programs, to their end.
 
 struct ProgramRun
 {
@@ -44,8 +44,8 @@ inline ProgramRun startProduct(const QString &product, const QStringList &argume
     return resultOf(process);
 }
 
-// The private folders that produced programs have made in their temporary directory: that of this
-// process, or one in the prefix.
+// The private folders that produced programs have made in their temporary directory: on Windows in
+// the directory of this process, elsewhere in that of the Wine prefix.
 inline QStringList unpackedFolders()
 {
     if (onWindows) {

@@ -52,7 +52,7 @@ void SourceFolder::addLargeFile(const QString &name, qint64 size)
     require(file.open(QIODevice::WriteOnly), name);
     QByteArray block(3 << 20, '\0');
     while (size > 0) {
-        // One third noise, the rest what was there before.
+        // One third is noise, the rest repeats earlier bytes.
         random.fillRange(reinterpret_cast<quint32 *>(block.data()), block.size() / 12);
         const qint64 count = qMin<qint64>(size, block.size());
         require(file.write(block.constData(), count) == count, name);

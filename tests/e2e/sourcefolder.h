@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-// A folder to pack that knows what it holds. A failure to make it ends the test program.
+// A folder to pack that knows its content. If it cannot be made, the test program ends.
 class SourceFolder
 {
 public:
@@ -19,10 +19,10 @@ public:
     void addFile(const QString &name, const QByteArray &content);
     void addProgram(const QString &name, const QString &original);
     void addFolder(const QString &name);
-    // `size` bytes that compress to about a third.
+    // `size` bytes that compress to about one third.
     void addLargeFile(const QString &name, qint64 size);
 
-    // Writes manifest.txt for checker.c, with everything added so far.
+    // Writes manifest.txt for checker.c, with everything that was added before.
     void writeManifest();
 
 private:

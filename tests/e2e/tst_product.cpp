@@ -7,7 +7,7 @@
 
 #include <QTest>
 
-// Packs folders with the terminal program and starts what it makes, under Wine.
+// Packs folders with the terminal program and starts the produced files under Wine.
 class TestProduct : public QObject
 {
     Q_OBJECT
@@ -35,8 +35,8 @@ private slots:
         QCOMPARE(unpackedFolders(), QStringList());
     }
 
-    // Two programs, a setup.bat, blanks, Chinese and emoji in names, an empty file, an empty folder,
-    // nested folders, a read-only file and one that is larger than the window.
+    // Two programs, a setup.bat, names with blanks, Chinese and emoji, an empty file, an empty
+    // folder, nested folders, a read-only file, and a file that is larger than the window.
     void everyFileOfAnAwkwardFolderArrivesByteForByte_data()
     {
         QTest::addColumn<QString>("method");

@@ -15,7 +15,7 @@
 
 namespace {
 
-// The images of an ICO file, in its order.
+// The images of an ICO file, in the order of the file.
 QList<QByteArray> imagesOfIcon(const QByteArray &icon)
 {
     QList<QByteArray> images;
@@ -47,14 +47,14 @@ ToolRun run(const QString &program, const QStringList &arguments)
 
 } // namespace
 
-// Whole runs with the bundle's own helpers, on the example application.
+// Whole jobs with the bundle's own helpers, on the example application.
 class TestProductLayout : public QObject
 {
     Q_OBJECT
 
 private:
-    // Runs a job with `iconPath`; the pauses are left out. The main program's own icon is not used, so
-    // that a run without `iconPath` leaves the file as it was assembled.
+    // Runs a job with `iconPath`, without the pauses. The main program's own icon is not used, so
+    // without `iconPath` the job leaves the file as it was assembled.
     static bool pack(const PrivateTemp &temp, const QString &iconPath)
     {
         FakePlatform platform;
@@ -63,10 +63,10 @@ private:
         bool success = false;
         connect(&worker, &Worker::finished, &worker, [&success](bool done) { success = done; });
         connect(&worker, &Worker::logMessage, &worker, [](const QString &line) {
-            qInfo().noquote() << line; // shown when a test fails
+            qInfo().noquote() << line; // Qt shows these lines if a test fails
         });
         const QString folder
-            = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive
+            = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive letter
         worker.createPortableApp(folder, temp.filePath("temp.7z"), temp.path(), "hello.exe",
                                  iconPath, "5", "LZMA", "16M");
         return success;

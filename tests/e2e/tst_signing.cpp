@@ -10,7 +10,7 @@
 
 namespace {
 
-// Where a PE32+ file says that its signature lies: the fifth of its data directories.
+// The place where a PE32+ file names its signature: the fifth of its data directories.
 struct SignatureTable
 {
     qint64 offset;
@@ -26,7 +26,7 @@ SignatureTable signatureTable(const QByteArray &program)
 
 } // namespace
 
-// Signs a produced file as its maker would, after packing, with a certificate made for the purpose.
+// Signs a produced file after packing, as its author would, with a certificate made for the test.
 class TestSigning : public QObject
 {
     Q_OBJECT
@@ -98,7 +98,7 @@ private slots:
 
     void aSignedProductThatWasChangedDoesNotVerify_data()
     {
-        QTest::addColumn<QByteArray>("near"); // the byte behind the first of these is changed
+        QTest::addColumn<QByteArray>("near"); // the byte after the first of these is changed
         QTest::newRow("in the module") << QByteArray(".text");
         QTest::newRow("in the name of the program to run") << QByteArray("RunProgram=\"");
         QTest::newRow("in the archive") << QByteArray(";!@InstallEnd@!\n7z\xbc\xaf\x27\x1c");
@@ -116,7 +116,7 @@ private slots:
 
         const ProgramRun verified = verify(file);
         QVERIFY(verified.exitCode != 0);
-        // For that reason, and not because it was not understood.
+        // It fails for this reason, and not because the file could not be read.
         QVERIFY2(verified.output.contains("MISMATCH"),
                  qPrintable(verified.output + verified.errors));
     }

@@ -8,7 +8,7 @@
 
 #include <QProcess>
 
-// A whole job through the window, with the real helper programs; the product is started under Wine.
+// A whole job through the window, with the real helper programs. Wine starts the product.
 class TestWindowJob : public QObject
 {
     Q_OBJECT
