@@ -11,27 +11,29 @@
 #include <functional>
 #include <mutex>
 
-// A platform that only records what it is asked. It starts helper processes as the native one does. It
-// is installed while it lives. Several jobs may use it at once.
+// A platform that only records its calls, except that it starts helper processes as the native one
+// does. It is installed while the object exists. Several jobs may use it at once.
 class FakePlatform final : public NativePlatform
 {
 public:
     FakePlatform() { setPlatform(this); }
     ~FakePlatform() override
     {
-        // After every call of a job: ThreadSanitizer does not see Qt wait for the thread.
+        // The lock orders this after every call of a job. ThreadSanitizer does not see that Qt
+        // waits for the thread.
         const std::lock_guard lock(m_mutex);
         setPlatform(nullptr);
     }
 
     QStringList events;  // in order: "detached: ...", "pause: ... ms", "shell told"
-    ExtractedIcon icon;  // what extractIcon() gives
-    QString refusal;     // what reasonNotToUse() answers
-    QString refusedPath; // for this path only; empty: for all
+    ExtractedIcon icon;  // the value that extractIcon() returns
+    QString refusal;     // the value that reasonNotToUse() returns
+    QString refusedPath; // refuses this path only; empty: refuses every path
     bool usesBackslashes = false;
 
-    // Told of each moment before it comes, on the job's thread: "use 7zr.exe" (or another helper, which is
-    // started or read right afterwards), "extract", "detached", "pause", "shell told".
+    // Called before each moment, on the job's thread, with the moment's name: "use 7zr.exe" (or
+    // another helper, which is started or read right after), "extract", "detached", "pause", "shell
+    // told".
     std::function<void(const QString &moment)> before = [](const QString &) {
     };
 

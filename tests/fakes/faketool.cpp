@@ -1,20 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// Stands in for a helper program, under whatever name it is copied to. What it does is in the
-// environment variable FAKE_<its own file name up to the first dot, in capitals>, such as FAKE_7ZR: one
-// command a line, done in order. Without the variable it does nothing and succeeds.
+// Plays a helper program, under any name it is copied to. The environment variable FAKE_<its file
+// name up to the first dot, in capitals>, such as FAKE_7ZR, holds its commands, one on each line.
+// It runs them in order. Without the variable it does nothing and succeeds.
 //
 //   print TEXT, complain TEXT   to standard output, to standard error; "\n" in TEXT is a line feed
 //   flood MEBIBYTES, flood-error MEBIBYTES
 //                               lines of text, to standard output or to standard error
-//   record FILE                 appends the arguments to FILE, one a line, and an empty line
+//   record FILE                 appends the arguments to FILE, one on each line, and an empty line
 //   write FILE SIZE             makes FILE with SIZE bytes of a pattern; "@3" means argument 3
 //   copy FROM TO, remove FILE
 //   sleep MILLISECONDS
-//   wait FILE                   until there is such a file
-//   if ARGUMENT                 goes on only when ARGUMENT is among the arguments, else ends with 0
-//   unless ARGUMENT             the other way round
+//   wait FILE                   until FILE exists
+//   if ARGUMENT                 goes on if ARGUMENT is one of the arguments, otherwise ends with 0
+//   unless ARGUMENT             goes on if ARGUMENT is no argument, otherwise ends with 0
 //   crash, exit CODE
 
 #include <algorithm>
@@ -82,7 +82,7 @@ void flood(std::ostream &stream, int mebibytes)
 [[noreturn]] void crash()
 {
 #ifdef _WIN32
-    std::_Exit(static_cast<int>(0xC0000005)); // without the debugger that an access violation calls
+    std::_Exit(static_cast<int>(0xC0000005)); // a real access violation would call the debugger
 #else
     std::abort();
 #endif
@@ -132,7 +132,7 @@ private:
             writePattern(operands.at(0), std::stoull(operands.at(1)));
         } else if (command == "copy") {
             const auto operands = split(rest);
-            // Not copy_file, which takes files for texts in the library of GCC 12 for Windows.
+            // Not copy_file: in GCC 12's library for Windows it treats files as text.
             std::ofstream(operands.at(1), std::ios::binary | std::ios::trunc)
                 << std::ifstream(operands.at(0), std::ios::binary).rdbuf();
         } else if (command == "remove") {
@@ -151,7 +151,7 @@ private:
         }
     }
 
-    // Blanks separate; "@N" is argument N of this run.
+    // Words are separated by blanks. "@N" is argument N of this run.
     Words split(const std::string &text) const
     {
         std::istringstream stream(text);
@@ -184,7 +184,7 @@ private:
 int main(int argc, char *argv[])
 {
 #ifdef _WIN32
-    _setmode(_fileno(stdout), _O_BINARY); // a line feed stays one
+    _setmode(_fileno(stdout), _O_BINARY); // so that a line feed stays a line feed
     _setmode(_fileno(stderr), _O_BINARY);
 #endif
     const char *script = std::getenv(environmentNameFor(argv[0]).c_str());

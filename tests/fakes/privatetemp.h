@@ -9,8 +9,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-// Makes a new, empty folder the system's temporary directory while it lives, and puts fake helper
-// programs there.
+// Makes a new, empty folder the system's temporary directory while the object exists, and puts fake
+// helper programs into it.
 class PrivateTemp
 {
 public:
@@ -29,14 +29,14 @@ public:
     QString path() const { return m_directory.path(); }
     QString filePath(const QString &name) const { return m_directory.filePath(name); }
 
-    // The fake archiver or resource editor, doing `script` (see faketool.cpp).
+    // Puts the fake archiver or resource editor there; it runs `script` (see faketool.cpp).
     void plantArchiver(const QByteArray &script) { plant("7zr.exe", "FAKE_7ZR", script); }
     void plantEditor(const QByteArray &script)
     {
         plant("ResourceHacker.exe", "FAKE_RESOURCEHACKER", script);
     }
 
-    // A small self-extractor module.
+    // Puts a small self-extractor module there.
     void plantModule(const QByteArray &content)
     {
         QFile file(filePath("7zS2.sfx"));
@@ -45,8 +45,8 @@ public:
         }
     }
 
-    // Lets no file be copied to `name`, although none is there: the name is that of a link to nowhere.
-    // Not on Windows.
+    // Makes `name` a link to a path that does not exist: no file exists there, but none can be
+    // copied to it. Not on Windows.
     void blockCopyTo(const QString &name)
     {
         QFile::remove(filePath(name));
@@ -70,7 +70,8 @@ private:
         }
         QFile::setPermissions(filePath(name),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        // The program reads its environment, and the worker its output, in the system's encoding.
+        // The program reads its environment in the system's encoding. The worker reads its output
+        // so.
         qputenv(scriptVariable, QString::fromUtf8(script).toLocal8Bit());
     }
 

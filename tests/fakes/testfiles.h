@@ -7,7 +7,7 @@
 #include <QFile>
 #include <QString>
 
-// Whole files at once.
+// Reads and writes whole files.
 
 inline bool writeFile(const QString &path, const QByteArray &content)
 {

@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QProcess>
 
-// Where the systems that the tests run on differ.
+// The differences between the systems that run the tests.
 
 #ifdef Q_OS_WIN
 constexpr bool onWindows = true;
@@ -14,7 +14,7 @@ constexpr bool onWindows = true;
 constexpr bool onWindows = false;
 #endif
 
-// A sanitizer makes everything slower, and needs memory of its own.
+// A sanitizer makes everything slower and uses additional memory.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool underSanitizer = true;
 #elif defined(__has_feature)
@@ -26,7 +26,7 @@ constexpr bool underSanitizer = false;
 // The environment variable that names the temporary directory.
 constexpr const char *temporaryDirectoryVariable = onWindows ? "TMP" : "TMPDIR";
 
-// Starts a Windows program: under Wine, where the test itself is none.
+// Starts a Windows program: under Wine if the test is not a Windows program.
 inline void startWindowsProgram(QProcess &process, const QString &program,
                                 const QStringList &arguments = {})
 {
@@ -37,7 +37,8 @@ inline void startWindowsProgram(QProcess &process, const QString &program,
     }
 }
 
-// Those of `permissions` that the system can tell apart: on Windows a file may be written or not.
+// Returns the permissions that the system can tell apart. Windows knows only whether a file is
+// writable.
 inline QFile::Permissions known(QFile::Permissions permissions)
 {
     return onWindows ? permissions & QFile::WriteOwner : permissions;
