@@ -8,10 +8,10 @@
 #include <memory>
 #include <optional>
 
-// Conditions that not every system, and not every user, can bring about. Each class says whether it did.
+// Conditions that some systems, or some users, cannot create. Each class says whether it succeeded.
 
-// While it lives, this process (and what it starts) may do no more than an ordinary user, who owns the folders
-// and all that is in them: root reads and writes everything.
+// While the object exists, this process and its children have only an ordinary user's rights. That
+// user owns the folders and everything in them. Without this, root could read and write everything.
 class OrdinaryRights
 {
 public:
@@ -27,8 +27,8 @@ private:
     bool m_wereMore = false;
 };
 
-// While it lives, `folder` is an empty file system of that size. Only this process sees it, and it goes with
-// the process, whatever happens.
+// While the object exists, `folder` is an empty file system of that size. Only this process sees
+// it. It disappears with the process in every case.
 class SmallDisk
 {
 public:
@@ -44,7 +44,7 @@ private:
     bool m_isThere = false;
 };
 
-// While it lives, nobody else may open the file. Only Windows knows that.
+// While the object exists, no other process can open the file. Only Windows can do this.
 class HeldFile
 {
 public:
@@ -56,10 +56,11 @@ private:
     std::unique_ptr<void, void (*)(void *)> m_handle{nullptr, nullptr};
 };
 
-// Gives `path` to another user; false when that is not in our power.
+// Makes another user the owner of `path`. Returns false if this process may not do that.
 bool giveAway(const QString &path);
 
-// The largest amount of memory that this process held since the last call of forgetPeakOfMemory(), in
-// MiB; nothing where the system does not tell, or a sanitizer needs memory of its own.
+// The largest amount of memory in MiB that this process used since the last call of
+// forgetPeakOfMemory(). Returns nothing if the system does not tell, or if a sanitizer uses
+// additional memory.
 std::optional<int> peakOfMemory();
 void forgetPeakOfMemory();

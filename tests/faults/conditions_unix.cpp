@@ -16,7 +16,7 @@ namespace {
 
 constexpr uid_t nobody = 65534;
 
-// From the first call on, mounts of this thread and of its children are nobody else's.
+// After the first call, no other process sees the mounts of this thread and its children.
 bool hasOwnMounts()
 {
     static const bool done = unshare(CLONE_NEWNS) == 0
@@ -44,7 +44,7 @@ OrdinaryRights::OrdinaryRights(const QStringList &folders) : m_wereMore(geteuid(
             giveAllAway(folder);
         }
     }
-    // The real user as well: that one is asked whether files exist.
+    // The real user is set too: access() checks files with the real user's rights.
     m_areThere = !m_wereMore || setresuid(nobody, nobody, 0) == 0;
 }
 

@@ -16,7 +16,7 @@ void close(void *handle)
 
 } // namespace
 
-// Whoever he is: here nobody's rights go past what a file allows.
+// On Windows no user's rights go beyond the permissions of a file.
 OrdinaryRights::OrdinaryRights(const QStringList &) : m_areThere(true) {}
 
 OrdinaryRights::~OrdinaryRights() = default;

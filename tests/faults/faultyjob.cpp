@@ -15,7 +15,7 @@
 namespace {
 
 const QByteArray bundledModule = "module";
-constexpr int keptOfALine = 300; // so that a flood is not kept
+constexpr int keptOfALine = 300; // so that a flood is not stored
 
 QString nameOf(Ending ending)
 {
@@ -35,7 +35,7 @@ void makeFile(const QString &path, const QByteArray &content)
     if (!QDir().mkpath(QFileInfo(path).path()) || !writeFile(path, content)) {
         qFatal("a file could not be made");
     }
-    QFile file(path); // with a time of its own, so that a copy could not pass for it
+    QFile file(path); // an old time, which a copy of the file would not have
     if (!file.open(QIODevice::ReadWrite)
         || !file.setFileTime(QDateTime({2019, 5, 17}, {8, 9, 10}), QFile::FileModificationTime)) {
         qFatal("a file's time could not be set");
@@ -59,7 +59,7 @@ FaultyJob::FaultyJob()
 
 FaultyJob::~FaultyJob()
 {
-    m_disk.reset(); // before the folder that it lies on
+    m_disk.reset(); // before the folder on which the disk is mounted
 }
 
 QString FaultyJob::source(const QString &name) const

@@ -17,36 +17,37 @@
 
 class FaultyJob;
 
-// How a job ended, against what is on the disk then.
+// How a job ended, compared with the files on the disk after it.
 enum class Ending {
-    Failed,   // it says that it failed
-    Done,     // it says that it is done, and the output is whole
-    Unnoticed // it says that it is done, and the output is not what it should be
+    Failed,   // it reports a failure
+    Done,     // it reports success, and the output is whole
+    Unnoticed // it reports success, and the output is not as it should be
 };
 
 enum class Rights { Own, Ordinary };
 
-// One row of the matrix: what goes wrong, and what comes of it.
+// One row of the matrix: the fault, and its result.
 struct Fault
 {
     std::function<void(FaultyJob &)> spoil;
     Ending ending = Ending::Failed;
-    QString line;      // part of the log
-    QString output;    // what the output directory holds in the end; see FaultyJob::leftInOutput()
+    QString line;      // a part of the log
+    QString output;    // content of the output directory at the end; see FaultyJob::leftInOutput()
     QString temporary; // the same for the temporary directory, without the three helpers
     Rights rights = Rights::Own;
 };
 Q_DECLARE_METATYPE(Fault)
 
-// A job that would succeed, over a folder with a few files, with fake helpers, and with an older output in
-// place. A row spoils what it is about. The worker lives in the test's thread.
+// A job that would succeed: a folder with a few files, fake helpers, and an older output. Each row
+// damages the part that it tests. The worker lives in the test's thread.
 class FaultyJob
 {
 public:
     FaultyJob();
     ~FaultyJob();
 
-    // Spoils, runs, compares, and notes the row for the document. Fails the running test.
+    // Applies the fault, runs the job, compares the result, and writes the row for the document.
+    // Fails the running test if they differ.
     void check(const Fault &fault);
 
     void run(Rights rights = Rights::Own);
@@ -54,20 +55,20 @@ public:
     QString source(const QString &name = {}) const;
     QString output(const QString &name = "my.exe") const;
 
-    // `script` runs first; then the archive is made.
+    // The archiver runs `script` first. Then it makes the archive.
     void useArchiver(const QByteArray &script);
     void useRealArchiver();
-    // Puts that content in a helper's place; it may be executed.
+    // Replaces a helper with that content and makes it executable.
     void replaceHelper(const QString &name, const QByteArray &content) const;
-    // Calls `action` once, when the moment comes (see FakePlatform::before).
+    // Calls `action` once, at the given moment (see FakePlatform::before).
     void atMoment(const QString &moment, const std::function<void()> &action);
-    // The folder that is packed, or the directory, becomes an empty disk of that size; files in it are gone.
+    // Makes `folder` an empty disk of that size. Its files disappear.
     void putOnSmallDisk(const QString &folder, int kibibytes);
-    // The row cannot be brought about here; the first reason counts.
+    // Says that the row cannot be tested here. The first reason counts.
     void skip(const QString &reason) { m_reason = m_reason.isEmpty() ? reason : m_reason; }
-    // Nobody else may open the file while the job runs.
+    // No other process can open the file while the job runs.
     void hold(const QString &path);
-    // What others do to the source folder is not the job's doing: names that are not compared.
+    // Other processes change these names in the source folder, so they are not compared.
     void leaveOutOfComparison(const QString &name = {}) { m_changedByOthers << source(name); }
 
     Ending ending() const;
@@ -78,11 +79,11 @@ public:
     static QByteArray block();
     static constexpr int archiveSize = 1500000;
 
-    QTemporaryDir folders; // made before the private temporary directory, so it is not in there
+    QTemporaryDir folders; // made before the private temporary directory, so it is not inside that
     PrivateTemp temp;
-    std::optional<FakePlatform> platform{std::in_place}; // reset() for the system's own
+    std::optional<FakePlatform> platform{std::in_place}; // reset() selects the system's platform
     PackagingJob job;
-    QByteArray older = "the older one"; // what the output holds before
+    QByteArray older = "the older one"; // the output's content before the job
     QStringList log;                    // lines, long ones cut; and "progress 37"
     bool success = false;
 
@@ -90,7 +91,7 @@ private:
     QString describedOutput() const;
 
     std::unique_ptr<SmallDisk> m_disk;
-    QString m_heldPath; // empty: none
+    QString m_heldPath; // empty: no file
     QString m_reason;
     QStringList m_changedByOthers;
 };

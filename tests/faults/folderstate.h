@@ -12,8 +12,9 @@
 
 #include <algorithm>
 
-// All that is in a folder, and the folder itself: names, sizes, times, permissions and bytes, one line each.
-// Names in `leftOut`, what lies under them, and the times of the folders that they lie in are not looked at.
+// The state of a folder and everything in it: names, sizes, times, permissions and bytes, one line
+// for each entry. The names in `leftOut` and everything below them are left out, and so are the
+// times of the folders that contain them.
 inline QStringList folderState(const QString &folder, const QStringList &leftOut = {})
 {
     QStringList paths{folder};

@@ -9,8 +9,8 @@
 
 #include <atomic>
 
-// Stops a job, on its thread, when a moment (see FakePlatform::before) comes for the `which`-th time, until
-// release().
+// Stops a job, on its thread, when a moment (see FakePlatform::before) comes for the `which`-th
+// time. The job goes on after release().
 class HeldMoment
 {
 public:

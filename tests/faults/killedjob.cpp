@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// A job that stops at a moment, says so and waits to be killed: killedjob MOMENT WHICH SOURCE ARCHIVE OUTPUT.
-// MOMENT is the beginning of "log TEXT", "progress NUMBER", or of what HaltingPlatform names; WHICH counts from 1.
+// A job that stops at a moment, says so and waits until it is killed: killedjob MOMENT WHICH SOURCE
+// ARCHIVE OUTPUT. MOMENT is the beginning of "log TEXT", of "progress NUMBER", or of a name in
+// HaltingPlatform. WHICH counts from 1.
 
 #include "packaging/worker.h"
 #include "platform/nativeplatform.h"
@@ -38,7 +39,7 @@ private:
     int m_left;
 };
 
-// Pauses take no time; helpers are started as in the programs.
+// Pauses take no time. Helpers are started as in the real programs.
 class HaltingPlatform final : public NativePlatform
 {
 public:

@@ -9,8 +9,9 @@
 #include <QStringList>
 #include <QTest>
 
-// Notes what rows came to, in the form of the tables of docs/reliability.md, for check-document.sh to compare.
-// The environment says where; without KESTRELPACK_FAULT_ROWS nothing is noted.
+// Writes the results of rows in the form of the tables of docs/reliability.md, so that
+// check-document.sh can compare them. KESTRELPACK_FAULT_ROWS names the folder; without it nothing
+// is written.
 
 inline void noteRow(const QString &line)
 {
@@ -28,7 +29,7 @@ inline void noteRow(const QString &line)
     file.write(line.toUtf8() + '\n');
 }
 
-// `cells` follow the row's own name.
+// `cells` are the cells after the row's name.
 inline void noteResult(const QStringList &cells)
 {
     noteRow("| " + QString::fromUtf8(QTest::currentDataTag()) + " | " + cells.join(" | ") + " |");

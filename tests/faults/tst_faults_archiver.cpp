@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-// What may be wrong with the archiver, or go wrong in it.
+// Faults of the archiver, before and while it runs.
 class TestFaultsArchiver : public QObject
 {
     Q_OBJECT
@@ -80,7 +80,7 @@ private slots:
     void flood_data()
     {
         QTest::addColumn<Fault>("fault");
-        QTest::addColumn<int>("memory"); // MiB that it may cost
+        QTest::addColumn<int>("memory"); // largest growth, in MiB
         QTest::newRow("it prints 100 MiB")
             << Fault{[](FaultyJob &job) { job.useArchiver("flood 100\n"); }, Ending::Done,
                      "12% 345 + a folder", "my.exe, whole", "temp.7z"}

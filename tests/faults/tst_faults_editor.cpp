@@ -5,8 +5,8 @@
 
 #include <QTest>
 
-// What may be wrong with the module and the resource editor. Of the editor only its end is waited for; how
-// it ended is not looked at.
+// Faults of the module and of the resource editor. The engine only waits for the editor's end and
+// does not check how it ended.
 class TestFaultsEditor : public QObject
 {
     Q_OBJECT

@@ -18,8 +18,8 @@ const QByteArray waitToBeKilled = "print at the marker\nwrite marker 1\nsleep 90
 
 } // namespace
 
-// A job whose program is killed. Nothing can clear up then: what counts is that source folder and older output
-// are as they should be, and that the next job goes through and leaves nothing of the first.
+// Kills the program during a job, so it cannot clean up. Source folder and older output must not
+// change. The next job must succeed and remove everything that the first one left.
 class TestFaultsKill : public QObject
 {
     Q_OBJECT

@@ -8,8 +8,8 @@
 #include <QProcess>
 #include <QTest>
 
-// What may be wrong with the output directory and the file in it. The engine does not look at what its
-// writes come to: a disk that is full shows in the sizes alone.
+// Faults of the output directory and of the file in it. The engine does not check whether its
+// writes succeed: only the sizes show a full disk.
 class TestFaultsOutput : public QObject
 {
     Q_OBJECT

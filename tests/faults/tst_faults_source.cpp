@@ -10,14 +10,14 @@
 #include <atomic>
 #include <thread>
 
-// What may happen to the folder while it is packed. The archiver is the real one where it is the one to
-// notice.
+// Faults of the folder while it is packed. Rows that the archiver must notice use the real
+// archiver.
 class TestFaultsSource : public QObject
 {
     Q_OBJECT
 
 private:
-    // `spoil` acts right before the archiver starts, when the inputs have been checked.
+    // `spoil` runs right before the archiver starts, after the inputs were checked.
     static Fault archiverFails(const std::function<void(FaultyJob &)> &spoil, const QString &line,
                                const QString &temporary = "temp.7z", Rights rights = Rights::Own)
     {
@@ -104,7 +104,7 @@ private slots:
         job.check(fault);
     }
 
-    // Whatever the archiver reads, the archive is one.
+    // The archive is valid, whichever bytes the archiver reads.
     void changing_data()
     {
         QTest::addColumn<Fault>("fault");
@@ -125,7 +125,7 @@ private slots:
         std::atomic<bool> ended = false;
         std::thread writer([&growing, &ended] {
             QFile file(growing);
-            // Slower than any archiver reads, or it would never come to an end.
+            // Slower than the archiver reads. Otherwise it would never reach the end.
             while (!ended && file.open(QIODevice::Append)) {
                 file.write(QByteArray(5000, 'w'));
                 file.close();

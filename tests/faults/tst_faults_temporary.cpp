@@ -8,7 +8,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 
-// What may be wrong with the temporary directory: with the place itself, and with what others put there.
+// Faults of the temporary directory: of the directory, and of files that others put into it.
 class TestFaultsTemporary : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ private:
                 temporary, rights};
     }
 
-    // The helpers are there and work, but `helpers` of them are another user's, in a temporary directory with
-    // the permissions `directory`.
+    // The helpers exist and work, but the ones in `helpers` belong to another user. The temporary
+    // directory has the permissions `directory`.
     static void addPlanted(const char *name, const QStringList &helpers, uint directory,
                            Fault fault)
     {
@@ -47,7 +47,7 @@ private slots:
     void place_data()
     {
         QTest::addColumn<Fault>("fault");
-        // Qt then gives the root folder for it, where only root may write.
+        // Qt then returns the root folder instead, where only root may write.
         QTest::newRow("it is missing") << noArchiver(
             [](FaultyJob &job) { QVERIFY(QDir(job.temp.path()).removeRecursively()); }, "nothing",
             Rights::Ordinary);

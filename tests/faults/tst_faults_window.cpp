@@ -11,13 +11,13 @@
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"
 
-// What a person, or a second window, may do while a job runs, and what a job may do to the window.
+// Actions of a person, or of a second window, during a job, and effects of a job on the window.
 class TestFaultsWindow : public QObject
 {
     Q_OBJECT
 
 private:
-    // A second window beside that of the fixture, in the same temporary directory.
+    // A second window, in the same temporary directory as the fixture's window.
     struct SecondWindow
     {
         explicit SecondWindow(const JobFixture &fixture, const QString &output)
@@ -53,7 +53,7 @@ private:
         return "module" + configurationBlock("my", "my.exe").toUtf8() + archive;
     }
 
-    // From now on archivers make this one.
+    // After this call, archivers make this archive.
     static void useArchive(JobFixture &fixture, const QByteArray &archive)
     {
         const QString file = fixture.temp.filePath("archive");
@@ -68,7 +68,7 @@ private:
         return names.isEmpty() ? "nothing" : names.join(", ");
     }
 
-    // Names have whole seconds.
+    // Directory names contain the time in whole seconds.
     static void waitForTheNextSecond()
     {
         const auto second = QDateTime::currentSecsSinceEpoch();
@@ -102,7 +102,7 @@ private slots:
         fixture.fillIn();
         fixture.click("startButton");
         WAIT_VERIFY(held.isReached());
-        // It disappears at once, and waits for the job unseen.
+        // The window disappears at once. Then it waits, hidden, for the job.
         connect(fixture.window->windowHandle(), &QWindow::visibleChanged, this,
                 [&held] { held.release(); });
         fixture.close();
@@ -155,7 +155,7 @@ private slots:
     void twoWindows_data()
     {
         QTest::addColumn<QString>("secondOutput");
-        QTest::addColumn<QByteArray>("first"); // the archives in the two outputs, in the end
+        QTest::addColumn<QByteArray>("first"); // the archives in the two outputs at the end
         QTest::addColumn<QByteArray>("second");
         QTest::addColumn<QString>("ending");
         QTest::addColumn<QString>("left");
@@ -164,7 +164,8 @@ private slots:
         QTest::newRow("two windows write two outputs")
             << "elsewhere" << shorter << longer << "is done"
             << "my.exe, whole, in both";
-        // The first one has emptied the output when the second one comes, and goes on when that is through.
+        // The second job begins after the first has emptied the output. The first goes on after the
+        // second has ended.
         QTest::newRow("two windows write one output at the same time: it is a mixture")
             << "output" << shorter + longer.mid(1000) << shorter + longer.mid(1000)
             << "is done, with a bad output"
@@ -264,7 +265,7 @@ private slots:
                                    + fixture.source("my.exe").toUtf8() + " @3\n");
         answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
         QCOMPARE(readFile(fixture.temp.filePath("seen")),
-                 QByteArray()); // there was none to be copied
+                 QByteArray()); // the archiver found no older archive to copy
         QCOMPARE(readFile(fixture.outputFolder() + "/my.exe"), productWith("program"));
         noteResult({"is done", "`压缩包创建成功`", "my.exe, whole", "the window's directory"});
     }
