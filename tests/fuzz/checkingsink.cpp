@@ -17,7 +17,7 @@ std::u16string pathOf(const Entry &entry)
     return {entry.path, entry.pathSize};
 }
 
-// CRC-32 (ISO 3309) by its definition, a byte at a time.
+// CRC-32 (ISO 3309) as it is defined, one byte at a time.
 std::uint32_t updated(std::uint32_t crc, const std::uint8_t *data, std::size_t size)
 {
     static const auto table = [] {
@@ -94,7 +94,8 @@ Status CheckingSink::write(const std::uint8_t *data, std::size_t size)
     return m_isFull ? Status::DiskFull : Status::Ok;
 }
 
-// Files do not come in the archive's order. Its own memory is limited, and is not used for this.
+// Searches, because files do not come in the archive's order. The sink's memory is limited, so it
+// keeps no table.
 std::uint32_t CheckingSink::indexOf(const std::u16string &path) const
 {
     const CSzArEx &tables = m_archive.tables();

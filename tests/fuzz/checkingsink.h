@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-// Discards what is unpacked, and ends the fuzzer if the unpacker breaks a promise: the order of
-// calls, names, sizes, checksums.
+// Discards the unpacked files. Ends the fuzzer if the unpacker breaks a promise about the order of
+// calls, names, sizes or check sums.
 class CheckingSink final : public sfx::UnpackSink
 {
 public:
-    // After `outputLimit` bytes the disk is full.
+    // The disk is full after `outputLimit` bytes.
     CheckingSink(const sfx::Archive &archive, std::uint64_t totalBytes, std::uint64_t outputLimit)
         : m_archive(archive)
         , m_totalBytes(totalBytes)
@@ -28,7 +28,7 @@ public:
     sfx::Status endFile(const sfx::Entry &file) override;
     sfx::Status finishFolder(const sfx::Entry &folder) override;
 
-    // After unpack(): checks that its status matches the calls of this sink.
+    // Call this after unpack(). Checks that the returned status fits the calls that came.
     void checkEnd(sfx::Status status) const;
 
 private:
@@ -41,13 +41,13 @@ private:
     std::uint64_t m_written = 0;
     std::uint64_t m_inFile = 0;
     std::uint32_t m_crc = 0;
-    std::uint32_t m_entries = 0; // that have begun
+    std::uint32_t m_entries = 0; // number of entries that have begun
     bool m_hasBegun = false;
     bool m_isInFile = false;
     bool m_isFull = false;
     std::u16string m_path;                 // of the open file
-    std::vector<std::u16string> m_folders; // made and not finished
+    std::vector<std::u16string> m_folders; // begun and not finished
 };
 
-// Converts ASCII letters to upper case.
+// Makes ASCII letters capital.
 void upperCaseAscii(char16_t *text, std::size_t size);

@@ -7,12 +7,12 @@
 
 #include <atomic>
 
-// Discards what is unpacked, in any number of threads.
+// Discards the unpacked files, in any number of threads.
 class DiscardingSink final : public sfx::UnpackSink
 {
 public:
-    // After `outputLimit` bytes, counted over all sinks, the disk is full. `written` must outlive
-    // this object.
+    // The disk is full after `outputLimit` bytes, counted over all sinks. `written` must outlive
+    // the sink.
     DiscardingSink(std::atomic<std::uint64_t> &written, std::uint64_t outputLimit)
         : m_written(written)
         , m_outputLimit(outputLimit)

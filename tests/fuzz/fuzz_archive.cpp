@@ -28,8 +28,8 @@ void write(std::uint8_t *to, std::uint64_t value, unsigned width)
     }
 }
 
-// Random input would never have correct checksums, so they are corrected here. The header is the
-// last part of the input, from the offset in the start header on.
+// Random bytes never have correct check sums, so this corrects them. The header is the last part of
+// the input; it begins at the offset that the start header names.
 void seal(std::vector<std::uint8_t> &archive)
 {
     static constexpr std::uint8_t signature[] = {'7', 'z', 0xbc, 0xaf, 0x27, 0x1c, 0};
@@ -60,7 +60,7 @@ Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
         return Status::NoMemory;
     }
     status = checkContents(archive, program, upperCaseAscii, totalBytes);
-    // An archive without the program is unpacked as well, so that more archives reach the decoders.
+    // Archives without the program are unpacked too, so that more inputs reach the decoders.
     if (status != Status::Ok && status != Status::ProgramMissing) {
         return status;
     }
@@ -77,7 +77,7 @@ Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
 
 } // namespace
 
-// Reading and unpacking: an archive of any bytes, with correct checksums.
+// Reads and unpacks an archive of any bytes, with correct check sums.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (size < startHeaderSize) {
@@ -86,7 +86,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     CrcGenerateTable();
     std::vector<std::uint8_t> archive(data, data + size);
     seal(archive);
-    // The minor version is never read. An unusual one selects the memory allocation that fails.
+    // Nothing reads the minor version. If it is not the usual one, it selects the block of memory
+    // that is refused.
     const unsigned minor = archive[7];
     const unsigned failing = minor < usualMinorVersion ? minor + 1
         : minor == usualMinorVersion                   ? 0
@@ -96,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Status inOne = run(archive, 1);
     countedmemory::reset(memoryLimit, failing);
     const Status inTwo = run(archive, 2);
-    // Two decoders take more memory than one. Otherwise the result is the same.
+    // Two decoders need more memory than one. Otherwise both runs have the same result.
     require((inOne == Status::Ok) == (inTwo == Status::Ok) || inOne == Status::NoMemory
                 || inTwo == Status::NoMemory,
             "several threads unpack what one does");

@@ -15,7 +15,7 @@ using namespace sfx;
 
 namespace {
 
-// A number of the file, or nothing where the file has ended.
+// Returns a number from the file, or nothing if the file ends before it.
 std::optional<std::uint64_t> number(const std::uint8_t *data, std::size_t size, std::uint64_t at,
                                     unsigned width)
 {
@@ -29,7 +29,7 @@ std::optional<std::uint64_t> number(const std::uint8_t *data, std::size_t size, 
     return value;
 }
 
-// The end of the image, found a second time: the largest of all ends.
+// A second way to find the end of the image: the largest end of the section table and all sections.
 std::optional<std::uint64_t> imageEnd(const std::uint8_t *data, std::size_t size)
 {
     const auto pe = number(data, size, 60, 4);
@@ -55,7 +55,7 @@ std::optional<std::uint64_t> imageEnd(const std::uint8_t *data, std::size_t size
 
 } // namespace
 
-// The way from the first byte of a file to its archive's table of contents: any bytes.
+// Finds the archive's table of contents in a file of any bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     countedmemory::reset();
@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             require(archive.packBase() <= size, "packed streams lie in the file");
         }
     }
-    // The tables, the dictionaries of a packed header, and buffers.
+    // The archive's tables, the dictionaries of a packed header, and buffers.
     require(countedmemory::peak() <= 2 * Archive::headerBudget + (8u << 20), "memory is bounded");
     return 0;
 }

@@ -13,7 +13,7 @@ bool isDigit(QChar letter)
     return letter >= u'0' && letter <= u'9';
 }
 
-// The first percentage, found from the sign backwards.
+// A second way to find the first percentage: backwards from the sign.
 std::optional<int> expected(const QString &text)
 {
     for (qsizetype sign = text.indexOf(u'%'); sign >= 0; sign = text.indexOf(u'%', sign + 1)) {
@@ -36,7 +36,8 @@ std::optional<int> expected(const QString &text)
 
 } // namespace
 
-// The archiver's output: the first byte says where it is cut in two, the rest is the output.
+// The archiver's output. The first byte says where the output is cut in two; the rest is the
+// output.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (size == 0) {
@@ -51,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const qsizetype cut = text.isEmpty() ? 0 : data[0] % text.size();
     const bool cutsNumber = cut > 0 && isDigit(text[cut - 1])
         && (isDigit(text[cut]) || text[cut] == u'%');
-    // Half a pair is no text, and cannot come from bytes.
+    // Half a surrogate pair is not text and cannot come from bytes.
     const bool cutsLetter = cut > 0 && text[cut - 1].isHighSurrogate();
     if (!cutsNumber && !cutsLetter) {
         const auto left = firstPercentage(text.left(cut));

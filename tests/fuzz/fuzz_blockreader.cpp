@@ -26,7 +26,7 @@ bool isSame(const ConfigBlock &left, const ConfigBlock &right)
         && left.progress == right.progress;
 }
 
-// How often a line begins with this key, up to the end of the block.
+// How many lines begin with this key, up to the end of the block.
 int countOf(std::string_view block, std::string_view key)
 {
     const std::string wanted = '\n' + std::string(key) + '=';
@@ -37,7 +37,7 @@ int countOf(std::string_view block, std::string_view key)
     return count;
 }
 
-// Whether the block contains exactly this line.
+// Returns true if the block has exactly this line.
 bool hasLine(std::string_view block, const std::string &line)
 {
     return block.find('\n' + line + '\n') != block.npos
@@ -67,7 +67,7 @@ void checkAccepted(std::string_view block, const ConfigBlock &parsed)
 
 } // namespace
 
-// The block's parser: any bytes.
+// The block's parser, with any bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const char *text = reinterpret_cast<const char *>(data);
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(blockSize <= size, "a block lies in its file");
     checkAccepted({text, blockSize}, block);
 
-    // Bytes after the block do not matter, and no byte of the block may be missing.
+    // The bytes after the block do not matter. All bytes of the block are needed.
     ConfigBlock alone;
     std::size_t aloneSize = 0;
     const std::string copy(text, blockSize);

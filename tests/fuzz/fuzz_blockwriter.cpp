@@ -11,7 +11,7 @@ using namespace sfx;
 
 namespace {
 
-// As it stands: fromUtf16() would take some first characters for a mark of the byte order.
+// Keeps all characters: fromUtf16() would read some first characters as a byte order mark.
 QString textOf(const Text &text)
 {
     return QStringView(text.data(), static_cast<qsizetype>(text.size())).toString();
@@ -22,8 +22,8 @@ bool isWindowsName(const QString &name)
     return windowsnames::isName(name.toStdU16String());
 }
 
-// The template is filled piece by piece, so what looks like a placeholder is filled again; see
-// tst_blockwriter. Qt takes any digit for one, a superscript one too.
+// The template is filled step by step, so text in a name that looks like a placeholder is filled
+// too; see tst_blockwriter. Qt accepts any digit as a placeholder's number, also a superscript one.
 bool looksLikePlaceholder(const QString &name)
 {
     for (qsizetype i = name.indexOf('%'); i >= 0; i = name.indexOf('%', i + 1)) {
@@ -37,7 +37,7 @@ bool looksLikePlaceholder(const QString &name)
 
 } // namespace
 
-// What the packer writes for the program of this name, the module reads.
+// The module can read the block that the packer writes for a program of this name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString program

@@ -27,7 +27,7 @@ std::vector<std::u16string> piecesOf(const std::uint8_t *data, std::size_t size)
 
 } // namespace
 
-// Names of entries, in UTF-16 with a zero between them; a slash at the end makes a folder.
+// Names of entries in UTF-16, with a zero between them. A slash at the end means a folder.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     std::vector<windowsnames::Path> paths;

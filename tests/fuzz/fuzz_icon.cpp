@@ -66,13 +66,13 @@ void checkParser(pe::ByteView file)
 
 extern "C" int LLVMFuzzerInitialize(int *argumentCount, char ***arguments)
 {
-    // Qt looks for its reader of icons where the program's object says.
+    // Qt searches for its icon plugin in the folders that the application object names.
     static QCoreApplication application(*argumentCount, *arguments);
     qInstallMessageHandler(ignoreMessage);
     return 0;
 }
 
-// Icon files: any bytes.
+// Icon files of any bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     checkValidation(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));

@@ -50,7 +50,7 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
     require(looksBefore && looksAfter, "an edited program can be read");
     require(looksAfter->appended == looksBefore->appended, "appended data are kept");
     require(untouched && untouched->areIn(after), "no other bytes of the program change");
-    // In a damaged file a growing section can make content readable that was not.
+    // In a damaged file, a growing section can make content readable that was unreadable before.
     for (const auto &[path, content] : looksBefore->others) {
         const auto kept = looksAfter->others.find(path);
         require(!looksBefore->isSound
@@ -62,7 +62,7 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
 
 } // namespace
 
-// The input is a program, or any bytes. The icon is read, removed and set.
+// The input is a program, or any bytes. The fuzzer reads, removes and sets the icon.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     ProgramFile file({data, size});

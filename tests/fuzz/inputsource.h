@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-// A fuzzer's input, as the module sees its own file.
+// Presents a fuzzer's input like the module's own file.
 class InputSource final : public sfx::ByteSource
 {
 public:

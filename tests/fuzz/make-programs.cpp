@@ -13,7 +13,7 @@ struct Program
     petest::Recipe recipe;
 };
 
-// Small ones: a fuzzer changes short inputs faster.
+// The programs are small, because a fuzzer changes short inputs faster.
 const Program programs[] = {
     {"plain", {}},
     {"32-bits", {.pe32Plus = false}},
@@ -35,7 +35,7 @@ const Program programs[] = {
 
 } // namespace
 
-// make-programs FOLDER: made-up Windows programs, one a file.
+// make-programs FOLDER: writes made-up Windows programs into FOLDER, one in each file.
 int main(int argc, char **argv)
 {
     for (const Program &program : programs) {

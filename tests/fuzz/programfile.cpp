@@ -12,7 +12,7 @@ using namespace pe;
 
 namespace {
 
-// A folder for this process.
+// A folder for this process only.
 class Folder
 {
 public:

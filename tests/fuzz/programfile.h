@@ -25,12 +25,12 @@ private:
     std::filesystem::path m_path;
 };
 
-// What an edit of a program's icon must leave alone.
+// The parts that an edit of a program's icon must not change.
 struct ProgramLooks
 {
-    pe::Bytes appended;                         // after the image
-    std::map<std::u16string, pe::Bytes> others; // resources that are no icons, by path
-    bool hasGroup = false;                      // of icons
+    pe::Bytes appended;                         // data after the image
+    std::map<std::u16string, pe::Bytes> others; // resources that are not icons, by path
+    bool hasGroup = false;                      // has an icon group
     bool isSound = false;                       // no two sections share bytes of the file
 
     // Returns nothing if the file cannot be read.

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Ends the fuzzer and names the broken promise. The fuzzer's runtime keeps the input.
+// Ends the fuzzer with the text of the broken promise. The fuzzer's runtime keeps the input.
 inline void require(bool holds, const char *promise)
 {
     if (!holds) {

@@ -15,7 +15,8 @@ bool overlapInFile(const Section &left, const Section &right)
         && right.rawPointer < left.rawEnd();
 }
 
-// True if the section begins with the resource directory and nothing else is known to lie in it.
+// Returns true if the section begins with the resource directory and contains nothing else that is
+// known.
 bool holdsResourcesOnly(const PeHeaders &headers, std::size_t index)
 {
     const Section &section = headers.sections()[index];

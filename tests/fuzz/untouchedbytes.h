@@ -10,16 +10,16 @@
 #include <optional>
 #include <vector>
 
-// The bytes of a program that no edit of its resources may change: all but the headers, the section of
-// the resources if nothing else lies in it, and the file offsets in the debug directory.
+// The bytes of a program that an edit of its resources must not change: all except the headers, the
+// section of the resources if nothing else lies in it, and the file offsets in the debug directory.
 class UntouchedBytes
 {
 public:
-    // Nothing if the file is no program that can be edited.
+    // Returns nothing if the file is not a program that can be edited.
     static std::optional<UntouchedBytes> of(const pe::File &file);
 
-    // True if the edited file has all these bytes, those after one place further on by the
-    // number of bytes that the file has grown by.
+    // Returns true if the edited file has all these bytes. After one place, they are moved by the
+    // number of bytes that the file has grown.
     bool areIn(const pe::Bytes &edited) const;
 
 private:
@@ -30,5 +30,5 @@ private:
 
     pe::Bytes m_content;
     std::vector<bool> m_mayChange;
-    std::vector<std::uint64_t> m_ends; // of the image and of the resource section
+    std::vector<std::uint64_t> m_ends; // ends of the image and of the resource section
 };

@@ -7,12 +7,14 @@
 #include <string_view>
 #include <vector>
 
-// Windows' rules for file names, implemented again in another way, to compare the module with them.
+// Windows' rules for file names, written a second time in a different way, to check the module's
+// rules.
 namespace windowsnames {
 
-// Whether this is one plain name.
+// Returns true if this is one plain name.
 bool isName(std::u16string_view name);
-// Whether all names between slashes are plain, and the path is not longer than the module allows.
+// Returns true if all pieces between slashes are plain names, and the path is not longer than the
+// module allows.
 bool isRelativePath(std::u16string_view path);
 
 struct Path
@@ -21,8 +23,8 @@ struct Path
     bool isFolder = false;
 };
 
-// Whether two of the paths are the same to a file system that ignores the case of ASCII letters, or
-// one path is inside another that is a file.
+// Returns true if two of the paths are the same to a file system that ignores the case of ASCII
+// letters, or if one path lies inside another that is a file.
 bool anyCollide(const std::vector<Path> &paths);
 
 } // namespace windowsnames
