@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-// The archiver of the bundle, while it waits for input that does not come.
+// Tests the bundle's archiver while it waits for input that does not come.
 class TestHeartbeat : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,8 @@ private:
     static constexpr int hangLimitMs = 300000;
     static constexpr int stepMs = 100;
 
-    // Time is counted in waits of a tenth of a second: they stop when the whole machine does.
+    // Time is counted in waits of a tenth of a second. These waits stop when the whole machine
+    // stops.
     class WaitingArchiver
     {
     public:
@@ -41,7 +42,7 @@ private:
             m_process.waitForFinished(hangLimitMs);
         }
 
-        // Steps until more is printed; at most `limit`.
+        // Counts steps until the archiver prints more, up to `limit`.
         int silentSteps(int limit)
         {
             int steps = 0;
@@ -87,7 +88,8 @@ private:
     };
 
 private slots:
-    // Three lines in a row within five seconds each. The machine may be slow at one time, but not always.
+    // Three lines in a row must each come within five seconds. The machine may be slow once, but
+    // not always.
     void theProgressLineComesAgainWithinFiveSecondsUntilTheEnd()
     {
         WaitingArchiver archiver({"-bsp1"});
