@@ -12,7 +12,8 @@
 // under test.
 namespace petest {
 
-// One resource as the reader finds it. The map's key is "type/name/language", with names in quotes.
+// One resource as the reader finds it. The key in the map is "type/name/language", with names in
+// quotes.
 struct Resource
 {
     QByteArray content;
@@ -31,7 +32,7 @@ struct SectionRow
 };
 
 // What the reader finds in a program. `fault` is the first thing that the loader would refuse or
-// misread, also a directory that is not sorted; it is empty if there is none.
+// misread, or a directory that is not sorted. It is empty if there is no fault.
 struct PeFacts
 {
     QString fault;
@@ -45,25 +46,25 @@ struct PeFacts
 };
 PeFacts lookAt(const QByteArray &program);
 
-// What makeProgram() puts into a program.
+// The parts that makeProgram() puts into a program.
 struct Recipe
 {
     bool pe32Plus = true;
     bool resources = true; // a version-like block, a string table and RCDATA in two languages
     bool icons = true;     // groups 1 and "OTHER", sharing one image, and an image of no group
     bool relocBehind = false;
-    bool foreignBehind = false;  // a section that has to keep its address
-    bool headerRoom = true;      // for another row of the section table
-    bool checkSum = true;        // some number that is not 0
+    bool foreignBehind = false;  // a section that must keep its address
+    bool headerRoom = true;      // free space for another row of the section table
+    bool checkSum = true;        // a number that is not 0
     bool symbols = false;        // a COFF symbol table after the sections
     bool debugDirectory = false; // one entry, whose 16 bytes of data lie after the sections
-    int debugSize = 28;          // what the header says of that directory's size
+    int debugSize = 28;          // the size of that directory according to the header
     bool certificate = false;    // a security directory in the appended data
     int slack = 0;               // unused bytes at the end of .rsrc
     qsizetype overlay = 0;       // appended bytes
 };
 QByteArray makeProgram(const Recipe &recipe);
-QByteArray overlayOf(qsizetype size); // what makeProgram() appends
+QByteArray overlayOf(qsizetype size); // the data that makeProgram() appends
 
 // Images are `size` pixels wide and high, 32 bits deep; 256 and more are PNG files, others bitmaps.
 QByteArray makeImage(int size);

@@ -60,7 +60,7 @@ private:
 
 struct Row
 {
-    QString name; // empty: an id
+    QString name; // empty: the resource has an id
     quint32 id = 0;
     quint32 target = 0;
 };

@@ -40,7 +40,7 @@ private slots:
         QByteArray many = good;
         many[5] = '\xff';
         QByteArray shared = good;
-        shared.replace(6 + 8, 8, good.mid(6 + 16 + 8, 8)); // the first image is the second, too
+        shared.replace(6 + 8, 8, good.mid(6 + 16 + 8, 8)); // both entries: one image
         QTest::newRow("images longer than the file together") << shared;
         QTest::newRow("more images than any icon has") << petest::makeIcon(QList<int>(1025, 16));
         QTest::newRow("empty") << QByteArray();
