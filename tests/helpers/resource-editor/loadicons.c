@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-// Loads each program file that it is given as an image, as Windows itself does for its resources, and
-// prints a line for each: the names of its icon groups and the size of the icon made from each, then
-// the size of its version resource. Ends with 1 when a file cannot be loaded.
+// Loads each given program file as an image, as Windows does for its resources. Prints one line for
+// each file: the names of its icon groups, the size of the icon made from each group, and the size
+// of its version resource. Ends with 1 if a file cannot be loaded.
 
 #include <windows.h>
 

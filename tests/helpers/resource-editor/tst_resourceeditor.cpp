@@ -9,7 +9,7 @@
 
 Q_DECLARE_METATYPE(petest::Recipe)
 
-// The editor on made-up programs of every shape, read back by a reader of the test's own.
+// Edits made-up programs of many shapes. The test's own reader reads the results.
 class TestResourceEditor : public QObject
 {
     Q_OBJECT
@@ -40,8 +40,8 @@ private:
             << Recipe{.slack = 300000, .overlay = 5000};
     }
 
-    // The debug directory lies 64 bytes into the code; its last field is where its data lie in the
-    // file.
+    // The debug directory begins 64 bytes after the start of the code. Its last field is the file
+    // offset of its data.
     static void moveDebugData(QByteArray &code, qint64 distance)
     {
         char *pointer = code.data() + 64 + 24;
@@ -59,7 +59,8 @@ private:
         QCOMPARE(old.checkSum != 0, recipe.checkSum);
         QCOMPARE(facts.checkSum, after == before ? old.checkSum : 0U);
         QCOMPARE(after.mid(facts.imageEnd), before.mid(old.imageEnd));
-        // Each section keeps its place in memory and, but for the resources', its bytes.
+        // Each section keeps its place in memory. All sections except the resources keep their
+        // bytes.
         for (const petest::SectionRow &row : old.sections) {
             for (const petest::SectionRow &now : facts.sections) {
                 if (now.name == row.name && !row.name.startsWith(".rsrc")
@@ -88,7 +89,7 @@ private slots:
         const QByteArray after = files.content();
         compareWithBefore(recipe, before, after);
         QCOMPARE(iconGroups(after), QStringList());
-        QCOMPARE(after.size(), before.size()); // nothing had to move
+        QCOMPARE(after.size(), before.size()); // no bytes had to move
         if (!recipe.icons) {
             QCOMPARE(after, before);
         }
@@ -113,7 +114,7 @@ private slots:
                  2);
     }
 
-    // What follows the only entry is code, which must not change: most of it would be a file offset.
+    // Code follows the only entry and must not change. Most of it would look like file offsets.
     void aDebugDirectoryOfAWrongSizeMovesNothingElse_data()
     {
         QTest::addColumn<int>("size");
@@ -142,11 +143,11 @@ private slots:
         if (firstEntryMoves) {
             moveDebugData(expected, petest::lookAt(after).imageEnd - old.imageEnd);
         }
-        QVERIFY(after.size() > before.size()); // something did move
+        QVERIFY(after.size() > before.size()); // some bytes did move
         QCOMPARE(after.mid(code.rawPointer, code.rawSize), expected);
     }
 
-    // As the engine does, and then once more, and with a larger icon.
+    // Edits as the engine does, then the same again, then with a larger icon.
     void deletingAndAddingAgainAndAgain_data() { shapes(); }
     void deletingAndAddingAgainAndAgain()
     {
@@ -199,7 +200,7 @@ private slots:
         QCOMPARE(left.size(), 1);
     }
 
-    // Programs of Windows' older functions know no path of more than 259 units.
+    // Older Windows functions accept paths of up to 259 units only.
     void aLongPath()
     {
         EditorFiles files(petest::makeProgram({}));

@@ -19,7 +19,7 @@ namespace {
 
 constexpr qint64 gibibyte = 1LL << 30;
 
-// Every resource that is not an icon, as an independent program extracts it.
+// All resources that are not icons, as an independent program extracts them.
 QByteArray wrestool(const QStringList &arguments)
 {
     QProcess process;
@@ -36,8 +36,9 @@ QByteArray resourcesByWrestool(const QString &program)
     return all;
 }
 
-// Runs the editor and stops it at the beginning and the end of each system call. Kills it at the stop with
-// this number. Returns the number of stops; fewer than `number` if the editor has ended before.
+// Runs the editor and stops it at the beginning and at the end of each system call. Kills it at
+// stop `number`. Returns the number of stops, which is less than `number` if the editor ended
+// before.
 int stopsOf(const QStringList &arguments, int number)
 {
     std::vector<QByteArray> texts{KESTRELPACK_RESOURCE_EDITOR};
@@ -83,7 +84,7 @@ bool canTrace()
 
 } // namespace
 
-// The editor on real programs, on large files, and when it is stopped.
+// Tests the editor on real programs, on large files, and when it is killed.
 class TestResourceEditorFiles : public QObject
 {
     Q_OBJECT
@@ -146,8 +147,8 @@ private slots:
         }
     }
 
-    // The engine waits 3 and 5 seconds for the two runs. What they do is counted here, since the machine
-    // may be slow: the file is copied once, in large pieces, without its holes.
+    // The engine waits 3 and 5 seconds for the two runs. This test counts system calls instead,
+    // since the machine may be slow: the file is copied once, in large pieces, without its holes.
     void aFileOfOneGibibyteInFewStepsAndInLittleMemory()
     {
         QTemporaryDir dir;
@@ -194,14 +195,14 @@ private slots:
         }
         QVERIFY(file.seek(file.size() - 7));
         QCOMPARE(file.readAll(), QByteArray("the end"));
-#ifndef __SANITIZE_ADDRESS__ // which takes hundreds of megabytes for itself
+#ifndef __SANITIZE_ADDRESS__ // it uses hundreds of megabytes itself
         rusage usage = {};
         QCOMPARE(getrusage(RUSAGE_CHILDREN, &usage), 0);
         QVERIFY2(usage.ru_maxrss < 64 * 1024, qPrintable(QString::number(usage.ru_maxrss)));
 #endif
     }
 
-    // Killed at any moment, the editor leaves the old file or the new one.
+    // Whenever the editor is killed, either the old file or the new one remains.
     void killedAnywhereTheFileIsTheOldOneOrTheNewOne_data()
     {
         QTest::addColumn<bool>("adds");

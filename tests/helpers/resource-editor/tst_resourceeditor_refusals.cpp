@@ -14,8 +14,9 @@
 
 #include <algorithm>
 
-// What the editor refuses: files that are not programs or icons, damaged ones, and other arguments. It leaves
-// those files as they were. Nearly all rows call the editor in this process; a few start the program.
+// Input that the editor refuses: files that are not programs or icons, damaged files, and other
+// arguments. It does not change those files. Nearly all rows call the editor in this process; a few
+// start the program.
 class TestResourceEditorRefusals : public QObject
 {
     Q_OBJECT
@@ -54,7 +55,7 @@ private:
             return damaged;
         };
         constexpr quint32 table = 0x80000000U;
-        // The way down from the root's first entry to its first data.
+        // The path from the root's first entry to its first data.
         const qsizetype names = root + (numberAt(root + 20) & ~table);
         const qsizetype languages = root + (numberAt(names + 20) & ~table);
         QTest::newRow("a table that contains itself") << patched(root + 20, table) << icon << 4;
@@ -210,7 +211,7 @@ private slots:
         const QByteArray before = files.content();
         const QByteArray icon = readFile(files.icon());
         QStringList arguments = addArguments(files.program(), files.icon());
-        // Another way to write the path.
+        // A different way to write the path.
         arguments.last() = files.dir.path() + "/./"
             + QFileInfo(isIcon ? files.icon() : files.program()).fileName();
         QCOMPARE(static_cast<int>(edit(arguments).status), 2);
@@ -240,7 +241,7 @@ private slots:
             logOf(addArguments(files.program(), files.icon())).endsWith(": not an icon file\n"));
     }
 
-    // Wherever a program is cut off, it is edited or refused; a refused one stays as it was.
+    // At any length, a truncated program is either edited, or refused and not changed.
     void programsThatAreCutOff()
     {
         const QByteArray program = petest::makeProgram({});
@@ -266,7 +267,7 @@ private slots:
             QByteArray damaged = program;
             for (quint32 j = 0; j < 1 + i % 3; ++j) {
                 const quint32 random = (i * 3 + j + 1) * 2654435761U;
-                // Headers and resource tables are where it hurts.
+                // Damage to headers and resource tables has the most effect.
                 damaged[random % 2048U] = static_cast<char>(random >> 24);
             }
             const EditorFiles files(damaged, {16});

@@ -6,7 +6,7 @@
 #include <QDir>
 #include <QTest>
 
-// Edited programs still load and start under Wine, and Windows' own functions find the icon.
+// Edited programs load and start under Wine, and Windows' own functions find the icon.
 class TestResourceEditorWine : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ private slots:
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("icon.ico"), petest::makeIcon({16, 32, 48, 256})));
         QStringList originals{KESTRELPACK_HELLO_EXE, KESTRELPACK_MODULE};
-        // On Windows these are absent, or are the same under Wine.
+        // On Windows these are missing, or the same as under Wine.
         const QDir stubs("/usr/share/nsis/Stubs");
         for (const QString &name : stubs.entryList({"*x86*", "*amd64*"}, QDir::Files)) {
             originals << stubs.filePath(name);
