@@ -130,7 +130,7 @@ QByteArray streamsOf(const ArchivePlan &plan)
 
 QByteArray namesOf(const QList<File> &files)
 {
-    QByteArray names(1, '\0'); // they stand here, not in a stream of their own
+    QByteArray names(1, '\0'); // 0: the names follow here, not in a separate stream
     for (const File &file : files) {
         names.append(reinterpret_cast<const char *>(file.name.utf16()), 2 * file.name.size());
         names.append(2, '\0');

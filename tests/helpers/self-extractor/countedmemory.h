@@ -5,20 +5,20 @@
 
 #include <cstddef>
 
-// The module's memory, counted. A program that is linked with this file has it in place of the
-// core's own; blocks may be asked for and given back by several threads.
+// Counts the module's memory. A program that links this file uses it instead of the core's own.
+// Several threads may allocate and free blocks.
 namespace countedmemory {
 
 constexpr std::size_t unlimited = static_cast<std::size_t>(-1);
 
-// Begins to count anew, from what is in use now. More than `limit` bytes at a time are not given,
-// nor is the `failing`th block (the first is 1; 0: none).
+// Starts counting again; memory in use now is included. Refuses to go above `limit` bytes in use,
+// and refuses block number `failing` (the first block is 1; 0 refuses none).
 void reset(std::size_t limit = unlimited, unsigned failing = 0);
-// The most bytes that were in use at a time since reset().
+// The largest number of bytes in use at one time since reset().
 std::size_t peak();
-// Bytes in use, those from before reset() included.
+// Bytes in use, including those from before reset().
 std::size_t inUse();
-// The largest number of bytes that was asked for at once since reset(), given or not.
+// The largest single request in bytes since reset(), even if it was refused.
 std::size_t largestRequest();
 
 } // namespace countedmemory

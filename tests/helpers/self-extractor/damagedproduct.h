@@ -7,9 +7,8 @@
 
 #include <QRandomGenerator>
 
-// Reads a whole produced file as the module does, from its first byte on, and unpacks it into
-// `tree`.
+// Reads a whole produced file from its first byte, as the module does, and unpacks it into `tree`.
 sfx::Status unpackProduct(const QByteArray &product, Tree &tree);
 
-// Changes one byte from `begin` on into another; returns its offset.
+// Changes one byte after `begin` to another value and returns its offset.
 qsizetype flipByte(QByteArray &bytes, qsizetype begin, QRandomGenerator &random);

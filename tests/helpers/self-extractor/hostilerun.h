@@ -10,27 +10,27 @@
 
 Q_DECLARE_METATYPE(sfx::Status)
 
-// When an archive is refused.
+// When the module refuses an archive.
 enum class Refused {
     BeforeWriting, // the sink has not been called
-    WhileWriting,  // only decoding shows what is wrong
+    WhileWriting,  // only decoding shows the fault
 };
 
-// What became of an archive that somebody made up.
+// The result of unpacking a forged archive.
 struct HostileRun
 {
     sfx::Status status = sfx::Status::Ok;
     bool hasBegun = false;      // the sink was called
-    std::uint64_t written = 0;  // bytes, to all files
-    QList<QString> files;       // that were complete
-    std::size_t peakMemory = 0; // in bytes, the archive itself left out
+    std::uint64_t written = 0;  // bytes, in all files together
+    QList<QString> files;       // the complete ones
+    std::size_t peakMemory = 0; // in bytes, without the archive itself
 };
 
-// Opens, checks and unpacks as the module does, for the program `main.exe`; what is unpacked is
-// thrown away, and after 64 MiB the disk is full.
+// Opens, checks and unpacks as the module does, for the program `main.exe`. Discards the unpacked
+// data. After 64 MiB the disk is full.
 HostileRun runHostile(const QByteArray &archive);
 
-// `main.exe`, small.
+// A small `main.exe`.
 forge::File programFile();
-// The honest plan of an archive with the program and these.
+// The valid plan of an archive with the program and these files.
 forge::ArchivePlan planWith(const QList<forge::File> &files);

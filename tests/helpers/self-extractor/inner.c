@@ -1,21 +1,21 @@
-/* SPDX-FileCopyrightText: 2026 The Kestrelpack developers
- * SPDX-License-Identifier: MIT
- *
- * The application that the tests pack: tells how it was started, in UTF-8, and ends as it is told.
- * What it is to do stands anywhere in its command line:
- *
- *     --exit=N    the exit code, 7 without it
- *     --wait      waits for a line on standard input before it ends
- *     --echo      copies a line from standard input to standard error
- *     --launch=N  starts itself and does not wait for that; the last of N generations reads
- *                 data.txt from its folder a second later
- *     --stay      stays for 20 seconds before it ends
- *     --start-one starts itself with --stay
- *     --escape-and-stay
- *                 starts itself outside the job it is in, with --stay, and stays
- *     --escape    starts itself outside the job it is in, and tells whether that went well
- *     --ctrl-c    sends Ctrl+C to its console, and tells whether it got it
- */
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// The application that the tests pack. It prints how it was started, in UTF-8, and ends as it is
+// told. Its commands may stand anywhere in its command line:
+//
+//     --exit=N    the exit code; without it the code is 7
+//     --wait      waits for a line on standard input before it ends
+//     --echo      copies a line from standard input to standard error
+//     --launch=N  starts itself and does not wait for that process; the last of N generations reads
+//                 data.txt from its folder a second later
+//     --stay      stays for 20 seconds before it ends
+//     --start-one starts itself with --stay
+//     --escape-and-stay
+//                 starts itself outside the job it is in, with --stay, and stays
+//     --escape    starts itself outside the job it is in, and prints whether that succeeded
+//     --ctrl-c    sends Ctrl+C to its console, and prints whether it received it
+
 #include <windows.h>
 
 #include <stdio.h>

@@ -35,7 +35,7 @@ QByteArray littleEndian(quint64 value, qsizetype size)
     return bytes.left(size);
 }
 
-// The longest of the forms that a number may have.
+// The longest encoding of a number.
 QByteArray number(qsizetype value)
 {
     return '\xff' + littleEndian(static_cast<quint64>(value), 8);
@@ -51,8 +51,8 @@ QByteArray nameField(const QString &name)
     return QByteArray(reinterpret_cast<const char *>(name.utf16()), 2 * name.size() + 2);
 }
 
-// What the archiver makes of the zeros, without the mark of the stream's end; begins with a full
-// reset, so it can follow anything.
+// The archiver's output for the zeros, without the mark for the end of the stream. It begins with a
+// full reset, so it can follow any data.
 const QByteArray &packedZeros()
 {
     static const QByteArray packed = [] {
@@ -66,8 +66,8 @@ const QByteArray &packedZeros()
     return packed;
 }
 
-// The CRC goes on over zerosAtOnce zeros. What they make of it is made of what they make of its bits, so 4 GiB
-// need not be gone through.
+// Continues the CRC over zerosAtOnce zeros. The result for a number is the sum of the results for
+// its bits, so there is no need to process 4 GiB.
 quint32 crcAfterZeros(quint32 crc)
 {
     static const std::array<quint32, 32> ofBits = [] {
@@ -106,7 +106,7 @@ void LargeFile::appendSample(const QByteArray &bytes)
     m_samples.insert(m_size, bytes);
     m_crc = CrcUpdate(m_crc, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     const auto last = static_cast<quint16>(bytes.size() - 1);
-    // Not packed, and the dictionary begins anew.
+    // A chunk that is not packed and resets the dictionary.
     m_packed += '\x01' + QByteArray(1, static_cast<char>(last >> 8)) + static_cast<char>(last)
         + bytes;
     m_size += static_cast<quint64>(bytes.size());

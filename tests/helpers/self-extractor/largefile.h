@@ -6,8 +6,8 @@
 #include <QByteArray>
 #include <QMap>
 
-// A file of many gigabytes that mostly consists of zeros, and archives with it that are small and
-// made in an instant: packed zeros are packed once and repeated, as LZMA2's chunks allow.
+// A file of many gigabytes that consists mostly of zeros. Its archives are small and are made at
+// once: the zeros are packed once and repeated, which LZMA2's chunks allow.
 class LargeFile
 {
 public:
@@ -15,9 +15,9 @@ public:
     void appendSample(const QByteArray &bytes); // at most 64 KiB
 
     quint64 size() const { return m_size; }
-    // By offset.
+    // The samples by offset.
     const QMap<quint64, QByteArray> &samples() const { return m_samples; }
-    // An archive of two files, the program beside this one; empty: it failed.
+    // An archive of two files, this one and the program. Returns an empty array on failure.
     QByteArray archiveWith(const QByteArray &program, const QString &programName,
                            const QString &name) const;
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Wine gives its processes the Windows command line.
+// Wine gives its processes their Windows command line.
 QList<qint64> processesOf(const QString &pathBegin)
 {
     QList<qint64> ids;
@@ -80,19 +80,19 @@ void ModuleRun::pretendOldWindows(bool old)
 
 bool ModuleRun::waitForServersEnd() const
 {
-    // Debian has it beside the path, for the scripts that choose one.
+    // Debian installs it outside of the path, for the scripts that choose a version.
     QString server = QStandardPaths::findExecutable(QStringLiteral("wineserver"));
     if (server.isEmpty()) {
         server = QStringLiteral("/usr/lib/wine/wineserver");
     }
-    // A desktop can stay when a program of it was killed, and the server with it. No other test uses the prefix
-    // now, so what is left is ended.
+    // After a program of it was killed, a Wine desktop may stay, and its server too. No other test
+    // uses the prefix now, so the server is ended.
     QProcess end;
     prepare(end);
     end.start(server, {QStringLiteral("-k")});
     QProcess process;
     prepare(process);
-    if (!end.waitForFinished(patience)) { // its code tells only whether there was a server
+    if (!end.waitForFinished(patience)) { // its exit code tells only whether a server was running
         return false;
     }
     process.start(server, {QStringLiteral("-w")});
@@ -163,8 +163,9 @@ void ModuleRun::prepare(QProcess &process) const
     process.setWorkingDirectory(callersFolder());
 }
 
-// Wine's loader would quote anew and take no longer lines than the system's shell, so a Windows
-// program starts the file, with the line and the temporary folder that it finds in a file.
+// Wine's loader would change the quoting, and it accepts only lines that the system's shell
+// accepts. So a Windows program starts the file. It reads the line and the temporary folder from a
+// file.
 std::unique_ptr<QProcess> ModuleRun::start(const QString &file, const QString &tail,
                                            const QStringList &options) const
 {

@@ -12,30 +12,30 @@
 
 #include <memory>
 
-// What came out of one run; Wine passes on the low byte of an exit code only.
+// The output of one run. Wine passes on only the low byte of an exit code.
 struct Run
 {
     int exitCode = -1;
     QByteArray output;
     QByteArray errors;
 
-    // What the packed program tells as `key`.
+    // The value that the packed program prints for `key`.
     QString value(const char *key) const;
 };
 
-// Puts executables together and runs them under Wine, in folders that go with the object.
+// Assembles executables and runs them under Wine, in folders that are removed with the object.
 class ModuleRun
 {
 public:
-    // Makes a Wine prefix if the environment names none. False: the tests cannot run.
+    // Makes a Wine prefix if the environment names none. Returns false if the tests cannot run.
     [[nodiscard]] bool setUp();
-    // Waits until no Windows process is left, not even Wine's own server. The next one is started
-    // by the next program, and sees the same mounts as that.
+    // Waits until no Windows process is left, not even Wine's own server. The next program starts
+    // the next server, which sees the same mounts as the program.
     [[nodiscard]] bool waitForServersEnd() const;
-    // Makes the temporary folder new and empty; its name may be chosen.
+    // Creates the temporary folder again, empty. `name` may be chosen.
     [[nodiscard]] bool renewTemporaryFolder(const QString &name = QStringLiteral("temp"));
 
-    // Takes another module from now on: one that finds a Windows before 10, or the real one again.
+    // Changes the module for later runs: one that sees a Windows before 10, or the real one.
     void pretendOldWindows(bool old);
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
@@ -44,45 +44,45 @@ public:
 
     // The file that write() and assemble() make.
     QString producedFile() const { return path(QStringLiteral("made/produced one.exe")); }
-    // Empty: it failed.
+    // Returns an empty text on failure.
     QString write(const QByteArray &bytes) const;
     QString assemble(const QByteArray &archive, const QString &program) const;
     QString assemble(const Tree &tree, const QString &program) const;
-    // The packed test program alone, as main.exe.
+    // Packs only the test program, as main.exe.
     QString assembleProgram() const;
 
-    // Environment and working folder for a Windows program.
+    // Sets environment and working folder for a Windows program.
     void prepare(QProcess &process) const;
-    // Starts the file through the starter, with the tail as it stands and the starter's own
-    // options. Standard input stays open.
+    // Starts the file through the starter. The tail is passed unchanged, the options are the
+    // starter's. Standard input stays open.
     std::unique_ptr<QProcess> start(const QString &file, const QString &tail = QString(),
                                     const QStringList &options = {}) const;
-    // The Linux ids of the running processes of produced files (the module's own), and of all
-    // programs from the temporary folder.
+    // The Linux ids of running processes: those of produced files (the module itself), and those of
+    // all programs from the temporary folder.
     QList<qint64> moduleProcesses() const;
     QList<qint64> programProcesses() const;
-    // Keeps a file open, not to be deleted by others, until the process is finish()ed.
+    // Keeps a file open, so that other processes cannot delete it, until finish() is called.
     std::unique_ptr<QProcess> hold(const QString &file) const;
-    // Starts the file directly, so that the process' id is the module's own.
+    // Starts the file directly, so that the id of the process is the module's own.
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;
-    // Closes standard input and waits for the end.
+    // Closes standard input and waits until the process ends.
     static Run finish(QProcess &process, int milliseconds = patience);
-    // Waits until the output has `text` in it so many times; returns all of the output.
+    // Waits until the output contains `text` this many times. Returns all of the output.
     static QByteArray waitForOutput(QProcess &process, const QByteArray &text, int times = 1,
                                     int milliseconds = patience);
     Run run(const QString &file, const QString &tail = QString(),
             const QStringList &options = {}) const;
 
-    // What is in the temporary folder, hidden entries included.
+    // The content of the temporary folder, with hidden entries.
     QStringList leftovers() const;
-    // Whether the temporary folder has an entry of this pattern, subfolders by slashes.
+    // Returns true if the temporary folder has an entry that matches; slashes separate subfolders.
     bool hasTemporary(const QString &pattern) const;
-    // A path below this object's own folder.
+    // A path below this object's folder.
     QString path(const QString &name) const { return m_folder.filePath(name); }
-    // Where programs are started, another one than the produced file's.
+    // The folder in which programs are started. It is not the folder of the produced file.
     QString callersFolder() const { return m_folder.path(); }
-    // The temporary folder as Linux names it.
+    // The Linux path of the temporary folder.
     const QString &temporaryFolder() const { return m_temporary; }
     const QString &prefix() const { return m_prefix; }
 
@@ -94,7 +94,7 @@ private:
     QByteArray m_module;
 };
 
-// An absolute Linux path as Wine names it.
+// Wine's name for an absolute Linux path.
 QString windowsPath(const QString &path);
 QByteArray contentOf(const QString &path);
 int lowByte(sfx::ExitCode code);

@@ -9,18 +9,17 @@
 
 #include <memory>
 
-// A test that runs produced files: each function begins with an empty temporary folder, and has to
-// leave it like that. A test that wants more, or something else, has slots of its own by these
-// names.
+// A test that runs produced files. Each function begins with an empty temporary folder and must
+// leave it empty. A test that needs something else defines its own slots with these names.
 class ModuleTest : public QObject
 {
     Q_OBJECT
 
 protected:
-    // An executable of the packed test program and, beside it, data.txt, which says "still here".
+    // An executable with the test program and data.txt, which contains "still here".
     QString assembleWithData() const;
-    // Starts the test program, which then waits; `folder` is where it was unpacked to. Null: it
-    // has not started in time.
+    // Starts the test program, which then waits. `folder` receives the folder of the unpacked
+    // program. Returns null if the program did not start in time.
     std::unique_ptr<QProcess> startWaiting(const QString &file, QString &folder,
                                            int milliseconds = patience) const;
 

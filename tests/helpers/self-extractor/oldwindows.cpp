@@ -3,8 +3,8 @@
 
 #include "helpers/self-extractor/windows/win32.h"
 
-// Linked into a module of the tests' own, this takes the place of the import from KERNEL32: a
-// system that knows no jobs in a process' attributes, as Windows was before 10.
+// Linked into a module that only the tests use, this replaces the import from KERNEL32. The module
+// then sees a system as before Windows 10, where process attributes cannot name a job.
 
 static BOOL WINAPI refuseAttribute(LPPROC_THREAD_ATTRIBUTE_LIST, DWORD, DWORD_PTR, PVOID, SIZE_T,
                                    PVOID, PSIZE_T)

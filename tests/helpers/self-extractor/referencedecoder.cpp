@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-// LzmaDec.c is compiled a second time for this test, under names of its own.
+// LzmaDec.c is compiled a second time for this test, with other names.
 extern "C" {
 SRes Reference_AllocateProbs(CLzmaDec *p, const Byte *props, unsigned propsSize, ISzAllocPtr alloc);
 void Reference_FreeProbs(CLzmaDec *p, ISzAllocPtr alloc);

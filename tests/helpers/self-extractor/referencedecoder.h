@@ -14,9 +14,9 @@ struct LzmaFunctions
     decltype(&LzmaDec_DecodeToDic) decodeToDic;
 };
 
-// As the self-extractor core has it.
+// The version in the self-extractor core.
 extern const LzmaFunctions ownDecoder;
-// All of it in C.
+// The version written entirely in C.
 extern const LzmaFunctions referenceDecoder;
 
 extern const ISzAlloc testMemory;

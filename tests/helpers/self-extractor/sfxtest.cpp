@@ -25,7 +25,7 @@ QString pathOf(const sfx::Entry &entry)
     return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
 }
 
-// Call and jump instructions with scattered targets.
+// Call and jump instructions with different targets.
 QByteArray machineCode(qsizetype size)
 {
     QRandomGenerator random(7);

@@ -22,10 +22,10 @@ private:
     QByteArray m_bytes;
 };
 
-// Files by path; folders end in a slash and have no content.
+// Files by path. The name of a folder ends with a slash, and it has no content.
 using Tree = QMap<QString, QByteArray>;
 
-// Collects what is unpacked; complains about calls in a wrong order through `isConsistent`.
+// Collects the unpacked files. `isConsistent` becomes false if calls come in a wrong order.
 class TreeSink final : public sfx::UnpackSink
 {
 public:
@@ -44,25 +44,26 @@ private:
     QString m_open;
 };
 
-// Upper case for the paths' check, by Qt's tables.
+// Upper case by Qt's tables, for the check of paths.
 void upperCase(char16_t *text, std::size_t size);
 
 // Opens, checks and unpacks the archive that begins at `offset` of `bytes`.
 sfx::Status unpackBytes(const QByteArray &bytes, std::uint64_t offset, Tree &tree,
                         const QString &program = QStringLiteral("main.exe"));
 
-// Writes a tree into a folder that exists.
+// Writes a tree into an existing folder.
 bool writeTree(const QString &folder, const Tree &tree);
-// Packs the content of a folder with the archiver and these switches; empty: it failed.
+// Packs the content of a folder with the archiver and these switches. Returns an empty array on
+// failure.
 QByteArray pack(const QString &folder, const QStringList &switches);
 QByteArray packTree(const Tree &tree, const QStringList &switches);
 
-// Machine code, sound and text, so that the archiver picks its filters by itself.
+// Machine code, sound and text, so that the archiver chooses its filters itself.
 Tree mixedTree();
 // Reproducible noise.
 QByteArray noise(qsizetype size, quint32 seed);
 
 // Recomputes the checksums of an archive's end header and start header.
 void resealArchive(QByteArray &archive);
-// Recomputes the start header's own checksum only.
+// Recomputes only the start header's own checksum.
 void resealStart(QByteArray &archive);

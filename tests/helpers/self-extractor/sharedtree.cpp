@@ -68,7 +68,7 @@ public:
 
 private:
     SharedTree &m_shared;
-    QString m_path; // of the open file; null: none
+    QString m_path; // path of the open file; null: no file is open
     QByteArray m_content;
 };
 

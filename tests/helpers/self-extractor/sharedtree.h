@@ -8,20 +8,21 @@
 #include <QMutex>
 #include <QSet>
 
-// Files and folders that several sinks write at the same time, like the file system for the module's.
+// Files and folders that several sinks write at the same time, as the module's sinks write to the
+// disk.
 class SharedTree
 {
 public:
-    // The first sink; it creates the others.
+    // The first sink. It makes the others.
     sfx::Owned<sfx::UnpackSink> sink();
 
-    // The files and folders that are complete.
+    // The ended files and the finished folders.
     const Tree &tree() const { return m_done; }
-    // The first rule that was broken, in words; empty if none.
+    // The first broken rule in words; empty if there is none.
     QString mistake() const { return m_mistake; }
     int sinks() const { return m_sinks; }
     int writes() const { return m_writes; }
-    // After this many writes the disk is full.
+    // After `writes` writes the disk is full.
     void failAfter(int writes) { m_writesLeft = writes; }
 
 private:
@@ -29,7 +30,7 @@ private:
 
     void expect(bool isRight, const char *rule);
 
-    QMutex m_mutex; // for all that follows
+    QMutex m_mutex; // protects all members below
     QSet<QString> m_begun;
     bool m_isFinishing = false;
     Tree m_done;
@@ -39,6 +40,6 @@ private:
     int m_writesLeft = -1;
 };
 
-// Opens, checks and unpacks the archive that `bytes` is.
+// Opens, checks and unpacks the archive in `bytes`.
 sfx::Status unpackShared(const QByteArray &bytes, SharedTree &tree,
                          const sfx::UnpackLimits &limits);

@@ -8,15 +8,15 @@
 #include <sched.h>
 #include <sys/mount.h>
 
-// From now on this process' mounts, and those of what it starts, are its own: nothing stays
-// mounted when it is killed. False: that takes root.
+// After this call, only this process and its children see their mounts, so no mount remains if the
+// process is killed. Returns false if the process is not root.
 [[nodiscard]] inline bool keepMountsToOurselves()
 {
     return unshare(CLONE_NEWNS) == 0
         && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-// A disk in memory, mounted on a folder for as long as the object lives.
+// A disk in memory. It is mounted on a folder until the object is destroyed.
 class SmallDisk
 {
 public:

@@ -1,23 +1,23 @@
-/* SPDX-FileCopyrightText: 2026 The Kestrelpack developers
- * SPDX-License-Identifier: MIT
- *
- * Starts Windows programs as no Linux program can:
- *
- *     starter [OPTION...] FILE [TAILFILE]
- *
- * starts FILE with the arguments that TAILFILE spells in UTF-8, exactly as they stand, waits for it
- * and tells its exit code in full.
- *
- *     starter --hold=FILE
- *
- * keeps FILE open, not to be deleted by others, until a line comes on standard input.
- *
- *     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none is named
- *     --show=N      how its window is to be shown
- *     --job         within a job of its own that lets nobody out
- *     --console     in a console, which Wine gives to no program without a terminal
- *     --interrupt   sends Ctrl+C to its console shortly after it has begun to unpack
- */
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// Starts Windows programs in ways that a Linux program cannot:
+//
+//     starter [OPTION...] FILE [TAILFILE]
+//
+// starts FILE with the arguments in TAILFILE, which is UTF-8 and passed unchanged, waits until FILE
+// ends, and prints its full exit code.
+//
+//     starter --hold=FILE
+//
+// keeps FILE open, so that others cannot delete it, until a line comes on standard input.
+//
+//     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none
+//     --show=N      how its window is shown
+//     --job         inside a new job that no process may leave
+//     --console     in a console; without a terminal, Wine gives a program none
+//     --interrupt   sends Ctrl+C to its console shortly after it has begun to unpack
+
 #include <windows.h>
 
 #include <stdio.h>

@@ -8,8 +8,9 @@
 
 using sfx::ExitCode;
 
-// Files with odd blocks, and with more than an archive after the block: the program runs, or nothing
-// does and the message says that the file is damaged. tst_blockreader has the blocks themselves.
+// Files with unusual blocks, and with more data after the archive. Either the program runs, or
+// nothing happens except a message that the file is damaged. tst_blockreader tests the blocks
+// themselves.
 class TestBlocks : public ModuleTest
 {
     Q_OBJECT

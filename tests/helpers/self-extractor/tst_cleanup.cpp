@@ -10,8 +10,8 @@
 
 #include <vector>
 
-// What a run leaves in the temporary folder when it ends by itself: nothing, whatever the program
-// did to its folder.
+// A run that ends by itself leaves nothing in the temporary folder, whatever the program did to its
+// folder.
 class TestCleanup : public ModuleTest
 {
     Q_OBJECT
@@ -52,8 +52,8 @@ void TestCleanup::removesReadOnlyFilesAndFolders()
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
 }
 
-// Wine 8 cannot remove a link to a folder and removes the target of one to a file, whoever asks; so
-// there is no link to a file here, and only the target counts.
+// Wine 8 cannot remove a link to a folder, for any program. If asked to remove a link to a file, it
+// removes the link's target. So this test has no link to a file, and checks only the target.
 void TestCleanup::doesNotFollowLinks()
 {
     const Tree outside{{QStringLiteral("outside/file.txt"), "to stay"},
@@ -76,14 +76,14 @@ void TestCleanup::doesNotFollowLinks()
 
 void TestCleanup::removesLongNames()
 {
-    const QString name = QString(150, u'n'); // Wine starts no program beyond 259 units
+    const QString name = QString(150, u'n'); // Wine's limit for a path is 259 units
     const Tree tree{{name + QStringLiteral(".exe"), ModuleRun::programBytes()},
                     {name + u'/' + name + u'/' + name + u'/' + name, "x"}};
     const Run result
         = m_run.run(m_run.assemble(tree, name + QStringLiteral(".exe")), QStringLiteral(" a"));
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 7);
-    QVERIFY(result.value("folder").endsWith(QStringLiteral("\\app"))); // short, where it can be
+    QVERIFY(result.value("folder").endsWith(QStringLiteral("\\app"))); // short, if possible
     QVERIFY(result.value("program").endsWith(name + QStringLiteral(".exe")));
 }
 
@@ -107,14 +107,15 @@ void TestCleanup::leavesLockedFilesToTheNextStart()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
-    QVERIFY(timer.elapsed() >= 4000); // it has tried for a while
+    QVERIFY(timer.elapsed() >= 4000); // it has retried for some time
     const QString name = folder.section(u'/', -2, -2);
     const QStringList left{name, name + QStringLiteral(".lock")};
     QCOMPARE(m_run.leftovers(), left);
     QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList("data.txt"));
 
-    // A later start does not wait for it; on a machine that stands still for a while, not each of them shows that.
+    // A later start does not wait for the locked file. If the machine stalls, a single start may
+    // not show that.
     const QString file = assembleWithData();
     int starts = 0;
     do {
@@ -136,7 +137,7 @@ void TestCleanup::startsManyAtOnce()
         processes.push_back(m_run.start(file, tail));
         QVERIFY(processes.back() != nullptr);
     }
-    for (const auto &process : processes) { // each has its own files for as long as it runs
+    for (const auto &process : processes) { // each process has its own files while it runs
         QVERIFY(!ModuleRun::waitForOutput(*process, "data=still here").isEmpty());
     }
     QCOMPARE(m_run.leftovers().size(), 40);

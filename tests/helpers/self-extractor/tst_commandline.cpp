@@ -74,7 +74,8 @@ void TestCommandLine::namesTheProgramAsFarAsThereIsRoom_data()
     QTest::addColumn<QString>("line");
     const QString path = QStringLiteral("\"c:\\a b\\c.exe\"");
     const QString name = QStringLiteral("\"c.exe\"");
-    // Of 32766 characters the path takes 14, the name 7; in "o" the outer file takes one.
+    // The limit is 32766 characters. The path takes 14, the name 7, and the outer file in "o" takes
+    // 1.
     const auto tail = [](qsizetype size) {
         return u' ' + QString(size - 1, u'x');
     };

@@ -9,7 +9,7 @@
 
 using namespace sfx;
 
-// Whatever happens to an archive, it is unpacked right or refused.
+// A damaged archive is either unpacked correctly or refused.
 class TestDamagedArchive : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ private:
 void TestDamagedArchive::initTestCase()
 {
     m_tree = mixedTree();
-    for (QByteArray &content : m_tree) { // it is unpacked thousands of times
+    for (QByteArray &content : m_tree) { // it is unpacked thousands of times, so it is small
         content.truncate(40000);
     }
 }
@@ -71,7 +71,7 @@ void TestDamagedArchive::neverAcceptsFlippedBits()
     int refused = 0;
     for (int i = 0; i < 500; ++i) {
         QByteArray flipped = archive;
-        // A third of the flips go to the headers, which are short.
+        // A third of the changed bits lie in the headers, which are short.
         qsizetype at = random.bounded(archive.size());
         if (i % 3 == 0) {
             at = i % 2 == 0 ? random.bounded(32) : archive.size() - 1 - random.bounded(400);
@@ -85,7 +85,8 @@ void TestDamagedArchive::neverAcceptsFlippedBits()
     QVERIFY(refused > 450);
 }
 
-// Checksums keep chance away from the header's parser, not malice: here they are made right.
+// Check sums protect the header's parser against accidents, not against attacks. Here they are
+// corrected.
 void TestDamagedArchive::survivesForgedHeaders()
 {
     const Tree tree{{QStringLiteral("main.exe"), noise(3000, 1)},

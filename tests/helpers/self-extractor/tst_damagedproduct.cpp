@@ -8,8 +8,8 @@
 
 using namespace sfx;
 
-// A whole produced file that was cut or altered on its way: the module as it is, block and
-// archive. No program is started here; tst_selfextractor does.
+// A whole produced file (module, block and archive) that was truncated or changed. No program is
+// started here; tst_selfextractor does that.
 class TestDamagedProduct : public QObject
 {
     Q_OBJECT
@@ -26,13 +26,13 @@ private:
     Tree m_tree;
     QByteArray m_head;    // the module
     QByteArray m_product; // with block and archive
-    QByteArray m_stored;  // the same, with nothing compressed: check sums alone tell
+    QByteArray m_stored;  // the same, not compressed: only check sums show damage
 };
 
 void TestDamagedProduct::initTestCase()
 {
     m_tree = mixedTree();
-    for (QByteArray &content : m_tree) { // it is unpacked thousands of times
+    for (QByteArray &content : m_tree) { // it is unpacked thousands of times, so it is small
         content.truncate(30000);
     }
     m_tree.remove(QStringLiteral("noise.dat"));
@@ -86,7 +86,7 @@ void TestDamagedProduct::neverUnpacksSomethingElse_data()
     const auto storedSize = static_cast<int>(m_stored.size());
     QTest::newRow("block and archive") << m_product << head << size - head << 20;
     QTest::newRow("block and stored archive") << m_stored << head << storedSize - head << 20;
-    // Most of its bytes are text that unpacking does not depend on.
+    // Most bytes of the module are text that does not affect unpacking.
     QTest::newRow("the block alone") << m_product << head << block << 600;
     QTest::newRow("the start header alone") << m_product << head + block << 32 << 60;
     QTest::newRow("the header alone") << m_product << size - 200 << 200 << 60;

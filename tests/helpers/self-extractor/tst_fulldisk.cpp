@@ -10,8 +10,8 @@
 using namespace Qt::StringLiterals;
 using sfx::ExitCode;
 
-// A disk that is full at one point or another: the message says of what, and how much is missing,
-// and nothing stays behind.
+// The disk becomes full at different points. The message says which path failed and how much space
+// is missing. No files stay.
 class TestFullDisk : public QObject
 {
     Q_OBJECT
@@ -34,15 +34,15 @@ void TestFullDisk::initTestCase()
 {
     QVERIFY(m_run.setUp());
     QVERIFY(m_run.renewTemporaryFolder());
-    // A server that is running already would not see the disk.
+    // A running Wine server would not see the disk.
     QVERIFY(m_run.waitForServersEnd());
     if (!keepMountsToOurselves()) {
         QSKIP("only root can mount a small disk");
     }
     m_large = {{u"main.exe"_s, ModuleRun::programBytes()},
                {u"big.bin"_s, QByteArray((20 << 20) + (1 << 19), 'x')}};
-    // The disk gives whole pages of 4096 bytes, so these files take twice as much of it as they
-    // have bytes, and it fills though there seemed to be enough.
+    // The disk allocates pages of 4096 bytes. These files take twice as much space as they have
+    // bytes, so the disk fills although there seemed to be enough space.
     m_wasteful = {{u"main.exe"_s, ModuleRun::programBytes()}};
     for (int i = 0; i < 2000; ++i) {
         m_wasteful[u"a/%1.txt"_s.arg(i, 4, 10, QChar(u'0'))] = QByteArray(4097, 'x');
@@ -54,7 +54,7 @@ void TestFullDisk::initTestCase()
     }
 }
 
-// Nor shall the next test's programs meet a server that sees these mounts.
+// The next test's programs must not meet a server that sees these mounts.
 void TestFullDisk::cleanupTestCase()
 {
     QVERIFY(m_run.waitForServersEnd());

@@ -23,7 +23,7 @@ forge::Coder coder(const char *method, const QByteArray &properties = {}, quint6
     return {QByteArray::fromHex(method), properties, inputs};
 }
 
-// LZMA's five property bytes: the usual context bits, and the dictionary.
+// LZMA's five property bytes: the usual context bits, and the dictionary size.
 QByteArray lzmaProperties(quint32 dictionary)
 {
     QByteArray bytes(5, '\x5d');
@@ -31,7 +31,7 @@ QByteArray lzmaProperties(quint32 dictionary)
     return bytes;
 }
 
-// Coders one behind the other, each with this unpacked size; the first one's output is the file.
+// A chain of coders, each with this unpacked size. The first coder's output is the file.
 forge::Folder chain(const QList<forge::Coder> &coders, quint64 size = 16)
 {
     forge::Folder folder{coders};
@@ -58,8 +58,8 @@ forge::ArchivePlan planOf(const forge::Folder &folder)
 
 } // namespace
 
-// Methods that the module does not have, wirings that make no sense, and dictionaries that nobody
-// can hold.
+// Methods that the module does not have, connections that make no sense, and dictionaries too large
+// for any computer.
 class TestHostileCoders : public QObject
 {
     Q_OBJECT
@@ -194,7 +194,7 @@ void TestHostileCoders::refusesFolders()
     QVERIFY2(run.peakMemory < 2u << 20, qPrintable(QString::number(run.peakMemory)));
 }
 
-// A folder that cannot be unpacked stops the one before it.
+// If one folder cannot be unpacked, the one before it is not unpacked either.
 void TestHostileCoders::looksAtAllFoldersFirst()
 {
     forge::ArchivePlan plan = planWith({});
@@ -230,7 +230,7 @@ void TestHostileCoders::boundsHeadersToo_data()
         << Status::Damaged;
 }
 
-// What packs the header is bounded like what packs the files.
+// The packed header has the same limits as the files.
 void TestHostileCoders::boundsHeadersToo()
 {
     QFETCH(forge::Folder, folder);

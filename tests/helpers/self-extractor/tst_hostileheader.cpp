@@ -11,7 +11,7 @@ namespace {
 
 constexpr quint64 huge = quint64(1) << 63;
 
-// A header that unpacks to this many bytes, by its own word.
+// A header that claims to unpack to `size` bytes.
 QByteArray headerThatUnpacksTo(quint64 size)
 {
     const forge::Folder folder{.unpackSizes = {size}};
@@ -34,8 +34,7 @@ QByteArray packedHeaders(int depth)
 
 } // namespace
 
-// An archive's header as a whole: where it is said to lie, how it is packed, and what it takes to
-// read it.
+// An archive's header as a whole: its claimed place, its packing, and the memory needed to read it.
 class TestHostileHeader : public QObject
 {
     Q_OBJECT
@@ -125,13 +124,13 @@ void TestHostileHeader::boundsHeaders()
     const HostileRun run = runHostile(archive);
     QTEST(run.status, "status");
     QVERIFY(!run.hasBegun);
-    // The header once as it is; nothing for what it says.
+    // The memory holds one copy of the header, but nothing for the sizes that it claims.
     const std::size_t most = (isRead ? static_cast<std::size_t>(archive.size()) : 0) + (1u << 19);
     QVERIFY2(run.peakMemory < most, qPrintable(QString::number(run.peakMemory)));
 }
 
-// As many entries as the budget for tables allows, nearly. To compare their names takes memory of
-// its own.
+// Almost as many entries as the memory limit for tables allows. Comparing their names needs
+// additional memory.
 void TestHostileHeader::boundsVeryManyNames()
 {
     constexpr int count = 7000000;

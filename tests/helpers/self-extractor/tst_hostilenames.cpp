@@ -10,7 +10,7 @@ using namespace sfx;
 
 Q_DECLARE_METATYPE(QList<forge::File>)
 
-// Names and kinds of entries that no honest packer writes.
+// Names and kinds of entries that no normal packer writes.
 class TestHostileNames : public QObject
 {
     Q_OBJECT

@@ -15,7 +15,7 @@ namespace {
 using Forgery = std::function<void(forge::ArchivePlan &)>;
 
 constexpr quint64 huge = quint64(1) << 63;
-constexpr quint64 mostItems = (quint64(1) << 31) - 2; // more are not even read
+constexpr quint64 mostItems = (quint64(1) << 31) - 2; // the module does not read more than this
 
 void row(const char *name, const Forgery &forgery, Status status,
          Refused when = Refused::BeforeWriting)
@@ -28,7 +28,7 @@ void row(const char *name, const Forgery &forgery, Status status,
 Q_DECLARE_METATYPE(Forgery)
 Q_DECLARE_METATYPE(Refused)
 
-// Numbers in an archive's header that contradict each other, the file, or reason.
+// Numbers in an archive's header that are absurd or contradict each other or the file.
 class TestHostileNumbers : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ void TestHostileNumbers::takesHonestNumbers()
     QCOMPARE(run.files, QList<QString>({"a/b.txt", "c", "main.exe"}));
 }
 
-// Packed content, and a header that ends before it comes to files.
+// Packed content, with a header that ends before its list of files.
 void TestHostileNumbers::unpacksNothingWithoutFiles()
 {
     forge::ArchivePlan plan({programFile()});
@@ -224,7 +224,8 @@ void TestHostileNumbers::refusesForgedNumbers()
     QTEST(run.status, "status");
     QCOMPARE(run.hasBegun, when == Refused::WhileWriting);
     QVERIFY(run.written <= 1024);
-    // Decoding has a buffer of 1 MiB; what is refused before has only the header's tables.
+    // Decoding has a buffer of 1 MiB. If the archive is refused earlier, only the header's tables
+    // use memory.
     const std::size_t most = when == Refused::WhileWriting ? 3u << 19 : 1u << 19;
     QVERIFY2(run.peakMemory < most, qPrintable(QString::number(run.peakMemory)));
 }

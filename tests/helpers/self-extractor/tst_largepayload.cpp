@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Keeps the samples of one file, counts its bytes, and throws everything else away.
+// Keeps the samples of one file, counts its bytes, and discards everything else.
 class SampleSink final : public sfx::UnpackSink
 {
 public:
@@ -76,7 +76,7 @@ LargeFile fileAboveFourGibibytes()
 
 } // namespace
 
-// Applications of many files, and with files that are longer than 32 bits can say.
+// Applications with many files, and with files whose sizes do not fit in 32 bits.
 class TestLargePayload : public ModuleTest
 {
     Q_OBJECT
@@ -95,7 +95,7 @@ private:
 void TestLargePayload::initTestCase()
 {
     QVERIFY(m_run.setUp());
-    // A server that is running already would not see what is mounted below.
+    // A running Wine server would not see the disk that is mounted below.
     QVERIFY(m_run.waitForServersEnd());
     m_canMount = keepMountsToOurselves();
 }
@@ -115,7 +115,7 @@ void TestLargePayload::unpacksThousandsOfFiles()
     }
     const QString file = m_run.assemble(tree, u"main.exe"_s);
     QVERIFY(!file.isEmpty());
-    // In memory, where that can be had: a real disk is busy for long with so many small files.
+    // In memory if possible: a real disk needs a long time for so many small files.
     std::optional<SmallDisk> disk;
     if (m_canMount) {
         disk.emplace(m_run.temporaryFolder(), "size=256m");
@@ -135,7 +135,7 @@ void TestLargePayload::unpacksThousandsOfFiles()
     QCOMPARE(m_run.leftovers(), QStringList());
 }
 
-// Natively, and into a sink that keeps little: the disk is not written to for that.
+// Runs natively, with a sink that keeps little, so that the disk is not written.
 void TestLargePayload::decodesAFileAboveFourGibibytes()
 {
     const LargeFile large = fileAboveFourGibibytes();
@@ -150,7 +150,7 @@ void TestLargePayload::decodesAFileAboveFourGibibytes()
     QCOMPARE(sink.samples, large.samples());
 }
 
-// The module itself counts as far.
+// The module itself can count that far.
 void TestLargePayload::asksForMoreThanFourGibibytes()
 {
     if (!m_canMount) {

@@ -20,7 +20,7 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::size_t windowSize = 16 * pageSize;
 constexpr std::size_t inputSize = 2 * pageSize;
 
-// Memory between two pages that nobody may touch. `size` is a multiple of the page size.
+// Memory between two pages that cannot be accessed. `size` is a multiple of the page size.
 class GuardedMemory
 {
 public:
@@ -43,7 +43,8 @@ private:
     std::size_t m_size;
 };
 
-// A decoder of one kind over its own window, fed from memory that ends where the input ends.
+// A decoder of one kind with its own window. The memory with its input ends exactly where the input
+// ends.
 class Feeder
 {
 public:
@@ -64,7 +65,7 @@ public:
     }
     ~Feeder() { m_functions.freeProbs(&m_decoder, &testMemory); }
 
-    // One call; what it did, for comparison.
+    // The result of one call, for comparison.
     struct Step
     {
         SRes result;
@@ -103,7 +104,7 @@ private:
     GuardedMemory m_input;
 };
 
-// Five bytes as the 7z coder has them, with a dictionary as large as the window.
+// Five property bytes as in 7z, with a dictionary as large as the window.
 QByteArray propertiesOf(int literalContext, int literalPosition, int position)
 {
     QByteArray bytes(LZMA_PROPS_SIZE, 0);
@@ -112,7 +113,7 @@ QByteArray propertiesOf(int literalContext, int literalPosition, int position)
     return bytes;
 }
 
-// The packed stream alone: it lies between the start header and the end header.
+// Only the packed stream, which lies between the start header and the end header.
 QByteArray packedStream(const QByteArray &content, const QString &method)
 {
     const QByteArray archive
@@ -132,8 +133,8 @@ QByteArray mixedContent()
     return content + noise(5000, 3) + QByteArray(20000, 'r') + content.left(30000);
 }
 
-// Runs both over the same input in the same random pieces; false: they differ. `output` gets what
-// came out, `result` how it ended.
+// Runs both decoders over the same input in the same random pieces. Returns false if they differ.
+// `output` receives the decoded bytes, `result` the final status.
 bool agree(const QByteArray &stream, const QByteArray &properties, quint32 seed, SizeT limit,
            QByteArray &output, SRes &result)
 {
@@ -168,7 +169,7 @@ bool agree(const QByteArray &stream, const QByteArray &properties, quint32 seed,
 
 } // namespace
 
-// The decoder that this system's self-extractor core uses, against the one in C.
+// Compares the decoder that the self-extractor core uses on this system with the one in C.
 class TestLzmaDecoder : public QObject
 {
     Q_OBJECT
@@ -218,7 +219,7 @@ void TestLzmaDecoder::staysWithinBoundsOnDamage()
     int different = 0;
     for (quint32 seed = 1; seed <= 400; ++seed) {
         QByteArray damaged = stream;
-        // Early bits too: there, a distance can reach behind the first byte.
+        // Damages early bits too: there, a distance can point before the first byte.
         const qsizetype range = random.bounded(2) == 0 ? 200 : damaged.size();
         for (int flips = 1 + static_cast<int>(random.bounded(3)); flips > 0; --flips) {
             const qsizetype at = random.bounded(range);
@@ -241,7 +242,7 @@ void TestLzmaDecoder::staysWithinBoundsOnNoise()
     int refused = 0;
     for (quint32 seed = 1; seed <= 2000; ++seed) {
         QByteArray stream = noise(3000, seed);
-        stream[0] = 0; // else the range decoder refuses at once
+        stream[0] = 0; // otherwise the range decoder refuses at once
         QByteArray output;
         SRes result = SZ_OK;
         QVERIFY2(agree(stream, propertiesOf(3, 0, 2), seed, 1 << 20, output, result),
@@ -251,7 +252,7 @@ void TestLzmaDecoder::staysWithinBoundsOnNoise()
     QVERIFY(refused > 1000);
 }
 
-// The code of the object file has nothing to relocate, so it stands in the module as it is.
+// The object file's code has no relocations, so the module contains it unchanged.
 void TestLzmaDecoder::isInTheModule()
 {
 #ifdef KESTRELPACK_TEST_LZMA_OBJECT

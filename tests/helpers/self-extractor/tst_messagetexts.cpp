@@ -33,7 +33,7 @@ void TestMessageTexts::hasASentenceForEveryFailure()
         QVERIFY2(chinese.endsWith(u'\u3002') && chinese.size() > 5, qPrintable(chinese));
         sentences << english << chinese;
     }
-    // An unknown code gets another one's sentence.
+    // An unknown code has the sentence of another code.
     QCOMPARE(sentences.size(), static_cast<qsizetype>(2 * (last - first + 1)));
 }
 

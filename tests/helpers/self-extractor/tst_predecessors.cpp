@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What a start removes of earlier starts that were killed, and what it leaves alone.
+// A start removes the files of earlier starts that were killed, and leaves other files alone.
 class TestPredecessors : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,7 @@ void TestPredecessors::initTestCase()
     for (int i = 0; i < 300; ++i) {
         tree[u"files/%1.txt"_s.arg(i)] = QByteArray::number(i);
     }
-    // Only one file has the name that the fixture gives.
+    // Only one file can have the name that the fixture uses.
     const QString file = m_run.assemble(tree, u"main.exe"_s);
     m_large = m_run.path(u"made/produced one, large.exe"_s);
     QVERIFY(QFile::rename(file, m_large));
@@ -74,7 +74,7 @@ void TestPredecessors::killModule() const
     }
 }
 
-// In the temporary folder and below.
+// Counts entries in the temporary folder and in all folders below it.
 qsizetype TestPredecessors::entries() const
 {
     qsizetype count = 0;
@@ -87,8 +87,8 @@ qsizetype TestPredecessors::entries() const
     return count;
 }
 
-// One start has half a second for it. That is mostly enough to remove everything, but not on a machine that has
-// other things to do.
+// Each start spends half a second on this. Usually that is enough to remove everything, but not if
+// the machine is busy.
 void TestPredecessors::startWhile(const std::function<bool()> &condition) const
 {
     for (int starts = 0; condition(); ++starts) {
@@ -102,7 +102,7 @@ void TestPredecessors::startUntilEmpty() const
     startWhile([this] { return entries() > 0; });
 }
 
-// Its name comes last, so what else is there has been looked at.
+// This folder's name is the last in the order, so every other folder has been checked before it.
 void TestPredecessors::startUntilADeadOneIsGone() const
 {
     const QString folder = m_run.temporaryFolder() + u"/kp-ffffffffffffffffffff"_s;
@@ -113,8 +113,8 @@ void TestPredecessors::startUntilADeadOneIsGone() const
 
 void TestPredecessors::cleansUpAfterAKilledOne_data()
 {
-    QTest::addColumn<QString>("sign"); // of the point at which it is killed
-    // The files come in the order of the alphabet.
+    QTest::addColumn<QString>("sign"); // what shows the point at which the process is killed
+    // The files come in alphabetical order.
     QTest::newRow("with its lock file made") << "*.lock";
     QTest::newRow("with its folder made") << "kp-*/main";
     QTest::newRow("at the first files") << "kp-*/main/files/1.txt";
@@ -142,7 +142,7 @@ void TestPredecessors::cleansUpAfterAKilledOne()
     }
     std::unique_ptr<QProcess> holder;
     if (sign == u"removing"_s) {
-        // With a file that is in use, the module is not through before it is killed.
+        // With a file in use, the module is still removing files when it is killed.
         holder = m_run.hold(m_run.temporaryFolder() + u'/' + m_run.leftovers().value(0)
                             + u"/main/files/150.txt"_s);
         QVERIFY(holder != nullptr);
@@ -195,7 +195,7 @@ void TestPredecessors::leavesAloneWhatIsNotOurs()
     }
 }
 
-// Nobody but root can give files away.
+// Only root can make another user the owner of a file.
 void TestPredecessors::leavesAloneWhatBelongsToOthers()
 {
     const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef0123"_s;
@@ -228,7 +228,7 @@ void TestPredecessors::leavesAloneWhatLives()
     QCOMPARE(m_run.leftovers(), QStringList());
 }
 
-// The module is dead and so is its job, but a program that had left the job lives.
+// The module and its job are dead, but a program that had left the job still runs.
 void TestPredecessors::leavesAloneWhatAnEscapedProgramUses()
 {
     const auto process = m_run.start(m_file, u" --escape-and-stay"_s);
@@ -257,7 +257,7 @@ void TestPredecessors::doesNotFollowADeadOnesLinks()
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u"3/main/link"_s));
     QVERIFY(QFile::link(m_run.path(u"outside"_s), folder + u'4'));
     startWhile([&folder] { return QFile::exists(folder + u"3/main/x"_s); });
-    QVERIFY(QFile::exists(folder + u'4')); // a link is none of our folders
+    QVERIFY(QFile::exists(folder + u'4')); // a link is not one of our folders
     QCOMPARE(contentOf(m_run.path(u"outside/x"_s)), QByteArray("x"));
 }
 
@@ -276,7 +276,7 @@ void TestPredecessors::removesNoMoreThanSixteenAtOnce()
 
 void TestPredecessors::stopsInTimeAndGoesOnLater()
 {
-    constexpr int files = 60000; // many times of what half a second is enough for
+    constexpr int files = 60000; // far more than half a second is enough for
     const QString folder = m_run.temporaryFolder() + u"/kp-0123456789abcdef0123"_s;
     QVERIFY(QDir().mkpath(folder));
     for (int i = 0; i < files; ++i) {

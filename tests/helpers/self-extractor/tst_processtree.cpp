@@ -8,7 +8,7 @@
 
 #include <csignal>
 
-// The program, what it starts, and the module around them end together.
+// The program, its child processes, and the module end together.
 class TestProcessTree : public ModuleTest
 {
     Q_OBJECT
@@ -60,7 +60,7 @@ void TestProcessTree::waitsForTheWholeTree()
     const Run result = m_run.run(assembleWithData(),
                                  QStringLiteral(" --launch=%1 --exit=5").arg(generations), options);
     QCOMPARE(result.value("data"), QStringLiteral("still here"));
-    QCOMPARE(result.value("ended"), QStringLiteral("5")); // the main program's own code
+    QCOMPARE(result.value("ended"), QStringLiteral("5")); // the main program's exit code
     QVERIFY(!result.output.contains("no job"));
 }
 
@@ -84,7 +84,7 @@ void TestProcessTree::endsTheTreeWithItself()
     m_run.pretendOldWindows(oldWindows);
     const auto process = m_run.start(assembleWithData(), tail);
     QVERIFY(process != nullptr);
-    // The second one tells its start as well.
+    // The second process prints its start too.
     const int starts = tail.contains(QStringLiteral("--start-one")) ? 2 : 1;
     QVERIFY(!ModuleRun::waitForOutput(*process, "program=", starts).isEmpty());
     WAIT_COMPARE(m_run.programProcesses().size(), processes);

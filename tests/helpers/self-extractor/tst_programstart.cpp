@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-// What the packed program is given when it starts, and what of it comes back to the caller.
+// What the packed program receives when it starts, and what of its results reaches the caller.
 class TestProgramStart : public ModuleTest
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ void TestProgramStart::passesArgumentsVerbatim_data()
     QTest::newRow("an open quote") << " \"a b";
     QTest::newRow("other scripts") << QString(" \u4e2d\u6587 \"\U0001f600 x\"");
     QTest::newRow("more than a thousand characters") << " " + QString("abc ").repeated(2000) + "z";
-    // The whole line has 32766 characters, as many as Windows takes, the file's path included.
+    // The whole line has 32766 characters, including the path of the file. Windows accepts no more.
     const qsizetype left = 32766 - windowsPath(m_run.producedFile()).size() - 2;
     QTest::newRow("as many as Windows allows")
         << ' ' + QString("abc ").repeated(9000).left(left - 1);

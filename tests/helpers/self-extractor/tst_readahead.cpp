@@ -18,7 +18,8 @@ constexpr quint64 mebibyte = 1024 * 1024;
 constexpr quint64 pieceSize = mebibyte / 4;
 constexpr quint64 mostAhead = 4 * mebibyte;
 
-// Bytes that depend on their position, in pieces of changing size, with a chosen status at the end.
+// A stream whose bytes encode their offset, in pieces of changing size. It ends with the given
+// status.
 class CountingStream final : public WindowStream
 {
 public:
@@ -85,7 +86,7 @@ private slots:
 void TestReadAhead::givesTheSameBytes_data()
 {
     QTest::addColumn<quint64>("size");
-    QTest::addColumn<quint32>("most"); // that is asked for at once
+    QTest::addColumn<quint32>("most"); // the most that is requested at once
     QTest::addColumn<quint64>("window");
     QTest::newRow("nothing") << quint64(0) << 1000u << mostAhead;
     QTest::newRow("one byte") << quint64(1) << 1000u << mostAhead;
@@ -140,7 +141,7 @@ void TestReadAhead::givesErrorsAfterTheGoodBytes()
     }
 }
 
-// The decoder runs ahead, but does not overwrite what the reader is still using.
+// The decoder runs ahead, but does not overwrite bytes that the reader still uses.
 void TestReadAhead::keepsToItsWindow()
 {
     std::atomic<std::uint64_t> served = 0;

@@ -70,10 +70,10 @@ void TestSelfExtractor::startsExactlyTheNamedProgram()
     QVERIFY(result.value("program").endsWith(QStringLiteral("\\main\\main.exe")));
 }
 
-// tst_damagedproduct has all kinds of damage; here the module itself says so.
+// tst_damagedproduct has all kinds of damage. Here the module itself reports it.
 void TestSelfExtractor::refusesDamage_data()
 {
-    QTest::addColumn<int>("keptPerMille"); // of the archive
+    QTest::addColumn<int>("keptPerMille"); // part of the archive
     QTest::addColumn<int>("flippedPerMille");
     QTest::newRow("without its archive") << 0 << -1;
     QTest::newRow("cut in the middle") << 500 << -1;
@@ -122,7 +122,7 @@ void TestSelfExtractor::saysThatTheProgramCannotStart()
     QVERIFY(result.errors.contains("main.exe"));
 }
 
-// Names and contents as they arrive, seen from outside while the program runs.
+// Names and contents of the unpacked files, read from outside while the program runs.
 void TestSelfExtractor::unpacksNamesOfAllKinds()
 {
     const QString longName(120, u'n');
@@ -146,7 +146,7 @@ void TestSelfExtractor::unpacksNamesOfAllKinds()
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
 }
 
-// The payload is unpacked and the program waits; the module's high-water mark is read meanwhile.
+// Reads the module's peak memory after the payload is unpacked, while the program waits.
 void TestSelfExtractor::staysSmallInMemory()
 {
     const QByteArray archive = packTree({{QStringLiteral("main.exe"), ModuleRun::programBytes()},

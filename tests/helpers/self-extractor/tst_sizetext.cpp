@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-// Numbers of bytes, as messages show them.
+// Sizes in bytes, as messages show them.
 class TestSizeText : public QObject
 {
     Q_OBJECT

@@ -14,7 +14,7 @@
 using namespace Qt::StringLiterals;
 using sfx::ExitCode;
 
-// Temporary folders of all kinds: the program runs from there, or a message says why it cannot.
+// Many kinds of temporary folders. The program runs there, or a message says why it cannot.
 class TestTemporaryFolder : public ModuleTest
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ void TestTemporaryFolder::worksInAnyFolder()
     QCOMPARE(result.value("KESTRELPACK_DIR"), result.value("folder"));
 }
 
-// Windows takes the user's own folder, then.
+// Without a named folder, Windows uses the user's own.
 void TestTemporaryFolder::worksWithoutOneNamed()
 {
     const Run result = m_run.run(m_file, QString(), {u"--temp=-"_s});
@@ -76,7 +76,7 @@ void TestTemporaryFolder::worksWithoutOneNamed()
     QVERIFY(!left.hasNext());
 }
 
-// Wine turns the access list into permissions of Linux, and the administrators into the group.
+// Wine maps the access list to Linux permissions, and the administrators to the group.
 void TestTemporaryFolder::keepsOthersOut()
 {
     QVERIFY(m_run.renewTemporaryFolder());
@@ -113,7 +113,7 @@ void TestTemporaryFolder::saysWhyItCannotBeUsed()
     const QString begin = u"main Portable: A folder for the program cannot be made in the "
                           "temporary folder. %1\\ "_s.arg(folder);
     QVERIFY2(said.startsWith(begin), qPrintable(said));
-    QVERIFY2(said.size() > begin.size() + 5, qPrintable(said)); // and what the system said
+    QVERIFY2(said.size() > begin.size() + 5, qPrintable(said)); // and the system's reason
 }
 
 void TestTemporaryFolder::saysThatItIsReadOnly()

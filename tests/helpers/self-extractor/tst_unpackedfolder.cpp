@@ -9,7 +9,7 @@
 #include <QFileInfo>
 #include <QTest>
 
-// What the program finds around itself, compared with what was packed.
+// Compares the files around the running program with the packed ones.
 class TestUnpackedFolder : public ModuleTest
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ namespace {
 
 constexpr qsizetype mebibyte = 1024 * 1024;
 
-// One line for each file and folder: name, size, time of change, whether it can be written.
+// One line for each file and folder: name, size, time of change, and whether it is writable.
 QStringList listing(const QString &folder)
 {
     QStringList lines;

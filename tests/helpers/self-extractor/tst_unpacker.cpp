@@ -13,7 +13,7 @@ using namespace sfx;
 
 namespace {
 
-// The method lines of the archiver's own listing: which filters are really in there.
+// The method lines of the archiver's own listing. They show which filters the archive really has.
 QByteArray methodsOf(const QByteArray &archive)
 {
     QTemporaryDir folder;
@@ -150,7 +150,7 @@ void TestUnpacker::keepsTimes()
     QCOMPARE(archive.open(0), Status::Ok);
     QCOMPARE(archive.entry(0, entry), Status::Ok);
     QVERIFY(entry.hasModified);
-    // Windows counts 100 ns from 1601, 11644473600 s before 1970.
+    // Windows counts units of 100 ns from the year 1601, which began 11644473600 s before 1970.
     QCOMPARE(entry.modified, (1234567890u + 11644473600ull) * 10000000u);
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr qsizetype mebibyte = 1024 * 1024;
 
-// Quick to pack and to unpack, and different at every position.
+// Content that is quick to pack and to unpack, and has no repeated parts.
 QByteArray stutter(qsizetype size, quint32 seed)
 {
     QByteArray bytes;
@@ -46,7 +46,7 @@ const Tree &largeTree()
     return tree;
 }
 
-// Packed once for each set of switches.
+// Packs once for each set of switches.
 const QByteArray &packed(const QStringList &switches)
 {
     static QMap<QStringList, QByteArray> archives;
@@ -59,7 +59,7 @@ const QByteArray &packed(const QStringList &switches)
 
 // Several solid blocks, with dictionaries of 1 MiB.
 const QStringList inBlocks{"-mx=1", "-mf=off", "-m0=LZMA:d=1m", "-ms=3m"};
-// One solid block, in which the dictionary is reset at regular distances.
+// One solid block that resets the dictionary many times.
 const QStringList inChunks{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
 
 int blockCount(const QByteArray &bytes)
@@ -99,7 +99,7 @@ void TestUnpackThreads::unpacksTheSame_data()
     QTest::newRow("only stored") << QStringList{"-mx=0", "-ms=5m"} << 3 << 23;
 }
 
-// Each solid block is decoded by one thread, also if it could be divided.
+// One thread decodes each solid block, whatever it contains.
 void TestUnpackThreads::unpacksTheSame()
 {
     QFETCH(QStringList, switches);
@@ -117,7 +117,7 @@ void TestUnpackThreads::unpacksTheSame()
     }
 }
 
-// A window of 1 MiB and the buffers take 7 MiB together.
+// A window of 1 MiB and the buffers need 7 MiB.
 void TestUnpackThreads::keepsToTheMemoryGiven()
 {
     const QByteArray &archive = packed(inBlocks);
@@ -140,7 +140,7 @@ void TestUnpackThreads::worksWithOneSinkOnly()
     QVERIFY(sink.tree == largeTree());
 }
 
-// Flips single bits all over the packed data.
+// Changes single bits everywhere in the packed data.
 void TestUnpackThreads::findsDamageInEveryBlock()
 {
     const QByteArray &whole = packed(inBlocks);
@@ -164,7 +164,7 @@ void TestUnpackThreads::stopsAtTheFirstFailure()
         SharedTree shared;
         shared.failAfter(writes);
         QCOMPARE(unpackShared(archive, shared, {4}), Status::DiskFull);
-        // The other threads finish the write that they have begun or are about to begin.
+        // The other threads finish the write that they are doing or have just begun.
         QVERIFY2(shared.writes() <= writes + 1 + 2 * 3,
                  qPrintable(QString::number(shared.writes())));
     }
