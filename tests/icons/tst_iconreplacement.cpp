@@ -28,7 +28,7 @@ class TestIconReplacement : public QObject
     Q_OBJECT
 
 private:
-    // An executable in a folder of its own, and a fake editor that does `script`.
+    // An executable in its own folder, and a fake editor that runs `script`.
     struct Replacement
     {
         explicit Replacement(const QByteArray &script)
@@ -58,7 +58,7 @@ private:
         QTemporaryDir output;
         FakePlatform platform;
         QStringList lines;
-        // Told of each line when it is logged.
+        // Called with each line when it is logged.
         std::function<void(const QString &line)> seen = [](const QString &) {
         };
     };
@@ -181,7 +181,7 @@ private slots:
     {
         Replacement r("");
         QVERIFY(QFile::remove(r.temp.filePath("ResourceHacker.exe")));
-        r.platform.refusal = "not here"; // the copy is what counts
+        r.platform.refusal = "not here"; // only the copy is tested here
         r.run();
         const QString copy = r.temp.filePath("ResourceHacker.exe");
         QCOMPARE(readFile(copy), readFile(":/resources/ResourceHacker.exe"));
@@ -225,8 +225,8 @@ private slots:
         QCOMPARE(r.platform.events, QStringList());
     }
 
-    // The delete run outlasts its time, but not the wait that was meant for the add run: that one is
-    // never started, and the end of the first run is taken for its end.
+    // The delete run needs more than its time, but ends during the wait for the add run. So the add
+    // run never starts, and the end of the delete run counts as its end.
     void aSlowDeleteRunTakesTheAddRunsPlace()
     {
         QTemporaryDir kept;
@@ -254,7 +254,7 @@ private slots:
         QVERIFY(r.isTidy());
     }
 
-    // Only a fake editor makes an executable that can be read as an image.
+    // Only a fake editor makes an executable that Qt can read as an image.
     void finalLook_data()
     {
         QTest::addColumn<QImage>("image");

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Every opacity beside every colour, so that all rounding shows; or opaque all over.
+// Combines every opacity with every colour, to cover all rounding. Or all pixels are opaque.
 QImage colourful(const QSize &size, bool opaque)
 {
     QImage image(size, QImage::Format_ARGB32);
@@ -50,7 +50,7 @@ QImage deep(quint16 alphaOfOnePixel)
     return image;
 }
 
-// The way over the real pixmap.
+// Makes the icon from a real pixmap.
 QByteArray iconByPixmap(const QImage &image)
 {
     QPixmap pixmap = QPixmap::fromImage(image);
@@ -94,7 +94,8 @@ private slots:
         QTest::newRow("16 bits a channel, one pixel clear") << deep(0);
         QTest::newRow("true colours with opacity") << colourful({64, 64}, false);
         QTest::newRow("true colours with opacity, all opaque") << colourful({64, 64}, true);
-        // Those that no reader of files gives are left out: there Qt counts opaque pixels as translucent.
+        // Formats that no file reader returns are left out: with them Qt counts opaque pixels as
+        // translucent.
         const QList<QImage::Format> leftOut
             = {QImage::Format_ARGB8565_Premultiplied, QImage::Format_ARGB6666_Premultiplied,
                QImage::Format_ARGB8555_Premultiplied, QImage::Format_Alpha8};

@@ -8,8 +8,8 @@
 #include <QCoreApplication>
 #include <QTest>
 
-// What the icon functions say when Qt can neither read nor write ICO. Qt looks for its image plugins
-// once, so this is a program of its own, and the icon's bytes are written out by hand.
+// Tests the icon functions when Qt can neither read nor write ICO. Qt searches for its image
+// plugins only once, so this is a separate program. The icon's bytes are written by hand.
 class TestWithoutIcoPlugin : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private slots:
 
     void validationCannotDecode()
     {
-        // A right icon: one image of one white pixel, 32 bits deep.
+        // A valid icon: one image of one white pixel, 32 bits deep.
         const QByteArray icon
             = QByteArray::fromHex("000001000100"                     // header
                                   "01010000010020003000000016000000" // entry
