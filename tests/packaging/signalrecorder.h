@@ -7,8 +7,8 @@
 
 #include <QStringList>
 
-// Writes down every signal of a worker in the test's own thread: "log TEXT", "progress 37",
-// "finished true".
+// Records every signal of a worker in the test's thread: "log TEXT", "progress 37", "finished
+// true".
 class SignalRecorder
 {
 public:

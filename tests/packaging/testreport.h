@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-// Collects what a stage of the run reports: "log TEXT" and "progress 37", in order.
+// Collects the reports of one stage of the job, in order: "log TEXT" and "progress 37".
 class TestReport
 {
 public:

@@ -45,7 +45,7 @@ private slots:
         QTEST(firstPercentage(chunk), "percentage");
     }
 
-    // What a real archiver printed during a run, replayed in chunks of several sizes.
+    // The recorded output of a real archiver, read in chunks of several sizes.
     void recordedOutputGivesRisingPercentages_data()
     {
         QTest::addColumn<QString>("file");
@@ -68,7 +68,7 @@ private slots:
         while (!recording.atEnd()) {
             const auto percentage
                 = firstPercentage(QString::fromLocal8Bit(recording.read(chunkSize)));
-            // A number that a chunk's end has cut in two may come out too small.
+            // A number that is cut by the end of a chunk may be too small.
             if (percentage && (percentages.isEmpty() || *percentage >= percentages.constLast())) {
                 percentages << *percentage;
             }
@@ -88,7 +88,7 @@ private slots:
         QTest::newRow("an empty standard error gives way to what is left of standard output")
             << QByteArray() << QByteArray(" rest\n") << " rest\n";
         QTest::newRow("both empty") << QByteArray() << QByteArray() << "";
-        const QString accented = "é"; // in the code pages of the west, of China, and in UTF-8
+        const QString accented = "é"; // in Western and Chinese code pages, and in UTF-8
         QTest::newRow("in the system's encoding")
             << accented.toLocal8Bit() << QByteArray() << accented;
     }

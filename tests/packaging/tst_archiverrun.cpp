@@ -16,7 +16,7 @@ class TestArchiverRun : public QObject
     Q_OBJECT
 
 private:
-    // One run over the folder "/s" into the private temporary directory.
+    // One run of the archiver over the folder "/s" into the private temporary directory.
     struct Run
     {
         explicit Run(const PrivateTemp &temp)
@@ -39,8 +39,8 @@ private:
         return "log 执行命令: " + temp.filePath("7zr.exe") + ' ' + archiverArguments(job).join(' ');
     }
 
-    // On Windows text on standard error wakes the reader as well, and what it then finds is logged:
-    // an empty line.
+    // On Windows, text on standard error also wakes the reader of standard output. It finds nothing
+    // and logs an empty line.
     static QStringList withoutWakeUps(QStringList events)
     {
         if (onWindows) {
@@ -70,7 +70,7 @@ private slots:
         const Run run(temp);
         QVERIFY(run.success);
         QFile recorded(
-            temp.filePath("arguments.txt")); // a relative name, so it is the directory too
+            temp.filePath("arguments.txt")); // a relative name, so this tests the directory too
         QVERIFY(recorded.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(recorded.readAll()),
                  archiverArguments(run.job).join('\n') + "\n\n");
@@ -115,7 +115,8 @@ private slots:
                  QStringList{"log 7z错误输出: \nERROR: 磁盘已满\n"});
     }
 
-    // Standard output that arrived together with the end is shown after the failure, the rest before.
+    // Standard output that arrived together with the end is shown after the failure. Earlier output
+    // is shown before it.
     void aFailureWithoutStandardErrorShowsWhatIsLeftOfStandardOutput()
     {
         PrivateTemp temp;
@@ -173,7 +174,7 @@ private slots:
     {
         PrivateTemp temp;
         FakePlatform platform;
-        platform.refusal = "not here"; // the copy is what counts
+        platform.refusal = "not here"; // only the copy is tested here
         const Run run(temp);
         QFile bundled(":/resources/7zr.exe");
         QFile copy(temp.filePath("7zr.exe"));

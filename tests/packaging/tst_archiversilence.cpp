@@ -10,7 +10,7 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-// Takes the archiver's whole silence of 30 seconds, so it is a test program of its own.
+// Waits for the archiver's whole silence of 30 seconds, so it is a separate test program.
 class TestArchiverSilence : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,8 @@ private slots:
         QVERIFY(QDir(temp.path()).mkpath("source"));
         QVERIFY(QFile(temp.filePath("source/a.exe")).open(QIODevice::WriteOnly));
         temp.plantModule("module");
-        // Far longer than the test may take: a run that waits for its end does not pass.
+        // Far longer than the test may take. If the job waits for the archiver's end, the test
+        // fails.
         temp.plantArchiver("print 10%\nsleep 4000000\n");
 
         Worker worker;

@@ -42,7 +42,7 @@ private slots:
     {
         QFETCH(QString, baseName);
         QFETCH(QString, mainExeName);
-        // 193 bytes, less four placeholders of two bytes each: %1 twice, %2 and %3.
+        // 193 bytes, minus four placeholders of two bytes each: %1 twice, %2 and %3.
         const qsizetype expected = 193 - 8 + 3 * baseName.toUtf8().size()
             + mainExeName.toUtf8().size();
         QCOMPARE(configurationBlock(baseName, mainExeName).toUtf8().size(), expected);
@@ -56,12 +56,13 @@ private slots:
         QCOMPARE(block.count('\n'), 10);
     }
 
-    // The three fillings come one after another, so a name with a placeholder in it is filled again.
+    // The three placeholders are filled one after the other, so a placeholder in a name is filled
+    // too.
     void aPlaceholderInANameIsFilledByTheNextFilling()
     {
         const QString block = configurationBlock("a%2", "b.exe");
         QVERIFY2(block.contains("Title=\"ab.exe Portable\""), qUtf8Printable(block));
-        // Qt takes every digit for a number, and fills the lowest one first.
+        // Qt accepts every digit as a number, and fills the lowest number first.
         const QString superscript = configurationBlock(QStringLiteral(u"a%\u00b9"), "b.exe");
         QVERIFY2(superscript.contains("Title=\"ab.exe Portable\""), qUtf8Printable(superscript));
         QVERIFY2(configurationBlock("100%", "100%.exe").contains("RunProgram=\"100%.exe\""),

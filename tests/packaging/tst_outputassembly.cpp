@@ -133,7 +133,7 @@ private slots:
     void aModuleThatCannotBeReadFailsAndLeavesAnEmptyOutput()
     {
         PrivateTemp temp;
-        QVERIFY(QDir(temp.path()).mkpath("7zS2.sfx")); // exists, but is no file
+        QVERIFY(QDir(temp.path()).mkpath("7zS2.sfx")); // exists, but is not a file
         TestReport report;
         QVERIFY(!assembleOutput(jobIn(temp), report.report()));
         QCOMPARE(report.events, QStringList{"log 错误：无法读取SFX模块"});
@@ -168,8 +168,8 @@ private slots:
     }
 
 #ifdef Q_OS_LINUX
-    // Writes are not checked: the total shows what came of them. The full device takes nothing, and
-    // each failed write counts for minus one.
+    // Writes are not checked; only the total size shows failed writes. The full device accepts no
+    // bytes, and each failed write counts as minus one.
     void aFullDiskShowsInTheTotalOnly()
     {
         PrivateTemp temp;

@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QThread>
 
-// Runs that get through, every signal in order. The worker lives in the test's thread.
+// Jobs that succeed, with all signals in order. The worker lives in the test's thread.
 class TestWorker : public QObject
 {
     Q_OBJECT
@@ -92,7 +92,7 @@ private slots:
     void aUserIconThatCannotBeOpenedIsNotWorthALine()
     {
         Surroundings s;
-        s.job.iconPath = s.temp.filePath("source"); // exists, but is no file
+        s.job.iconPath = s.temp.filePath("source"); // exists, but is not a file
         QCOMPARE(s.run(), assembled(s) + extracted() + replaced() + done());
     }
 
@@ -169,7 +169,7 @@ private slots:
         QThread thread;
         Worker worker;
         worker.moveToThread(&thread);
-        QStringList seen; // through queued connections, so on this thread
+        QStringList seen; // the connections are queued, so this fills on this thread
         QObject context;
         connect(&worker, &Worker::logMessage, &context,
                 [&seen](const QString &text) { seen << text; });

@@ -5,8 +5,8 @@
 
 #include <QTest>
 
-// Runs that end before the archiver starts: what they say until then, and what they have not begun. Later ends
-// are in tst_archiverrun, tst_outputassembly and the fault matrix (tests/faults).
+// Jobs that end before the archiver starts: the lines they log, and the steps they do not begin.
+// tst_archiverrun, tst_outputassembly and the fault matrix (tests/faults) test later ends.
 class TestWorkerFailures : public QObject
 {
     Q_OBJECT

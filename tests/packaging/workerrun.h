@@ -13,10 +13,10 @@
 #include "tests/fakes/testicons.h"
 #include "tests/packaging/signalrecorder.h"
 
-// Whole runs with fake helpers, and the parts of what they say.
+// Whole jobs with fake helpers, and parts of their signal sequences.
 
-// A folder with a program, an output directory, and helpers that work; a test spoils what it is
-// about.
+// A folder with a program, an output directory, and helpers that work. Each test damages the part
+// that it tests.
 struct Surroundings
 {
     Surroundings()
@@ -57,7 +57,7 @@ struct Surroundings
     PackagingJob job;
 };
 
-// The parts that the sequences are put together from.
+// The parts that form the expected sequences.
 inline QStringList beginning(const Surroundings &s)
 {
     return {"log 开始创建便携应用...", "log 源文件夹: " + s.job.folderPath,
