@@ -11,7 +11,7 @@
 
 namespace {
 
-// A handle's low word is its place in the table.
+// The low word of a handle is its index in the table.
 unsigned long placeOf(const void *handle)
 {
     return static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(handle) & 0xFFFF);

@@ -3,15 +3,15 @@
 
 #pragma once
 
-// How many handles this process has. Wine does not count them; there, and on Windows too, the places tell
-// that the next objects get: the tables hand out free places first, so a place that is never given back
-// moves the next one on.
+// The number of handles of this process. Wine does not count handles. So the test also looks at the
+// indexes that the next objects get, on both systems: the tables give out free indexes first, so a
+// leaked index moves the next one up.
 struct HandleCount
 {
     unsigned long gdi = 0;
     unsigned long user = 0;
-    unsigned long nextGdi = 0;  // the highest place of the next 64 bitmaps
-    unsigned long nextUser = 0; // the highest place of the next 64 icons
+    unsigned long nextGdi = 0;  // the highest index of the next 64 bitmaps
+    unsigned long nextUser = 0; // the highest index of the next 64 icons
 };
 
 HandleCount countHandles();

@@ -56,7 +56,7 @@ private slots:
         QCOMPARE(image, imageOf(after));
     }
 
-    // Of 8 x 3 pixels, so that all bits of a byte and all rows are told apart.
+    // 8 x 3 pixels, so that a mistake in any bit of a byte or any row shows.
     void everyBitIsInItsPlace()
     {
         QImage mask(8, 3, QImage::Format_Mono);

@@ -7,7 +7,7 @@
 
 #include <QTest>
 
-// The native platform on real program files.
+// Tests the native platform with real program files.
 class TestIconOfProgramUnix : public QObject
 {
     Q_OBJECT

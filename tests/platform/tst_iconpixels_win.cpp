@@ -17,7 +17,7 @@
 
 namespace {
 
-// The difference of two images of one size: the mean over pixels and channels, 0 to 255.
+// The difference of two images of the same size: the mean over pixels and channels, 0 to 255.
 double difference(const QImage &one, const QImage &other)
 {
     double sum = 0;
@@ -32,7 +32,7 @@ double difference(const QImage &one, const QImage &other)
     return sum / (4.0 * one.width() * one.height());
 }
 
-// What drawing `icon` on an empty ground gives: the colours are weighted by the opacity.
+// Draws `icon` on an empty ground: the colours are weighted by the opacity.
 QImage drawnOnNothing(const QImage &icon)
 {
     QImage image = icon.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -67,13 +67,14 @@ QByteArray blackIcon(int width, int height, int bits)
 
 } // namespace
 
-// The native platform on real program files. What another reader of icons made of them lies beside them.
+// Tests the native platform with real program files. The folder also has the images that another
+// reader made from their icons.
 class TestIconPixelsWin : public QObject
 {
     Q_OBJECT
 
 private:
-    // A program whose only icon is `icon`.
+    // Makes a program whose only icon is `icon`.
     static QString programWith(const QTemporaryDir &dir, const QByteArray &icon)
     {
         petest::Recipe recipe;
@@ -121,8 +122,8 @@ private slots:
         }
     }
 
-    // The right way up and in the right colours: the other reader's image, and far from what that is upside
-    // down, mirrored, or with red for blue.
+    // The image must match the other reader's image. It must be far from that image turned upside
+    // down, mirrored, or with red and blue exchanged.
     void realProgramsShowTheirIcons()
     {
         QFETCH(QString, name);
@@ -130,7 +131,8 @@ private slots:
         const ExtractedIcon icon = platform().extractIcon(folder.filePath(name + ".exe"));
         QCOMPARE(icon.outcome, ExtractedIcon::Outcome::Extracted);
         QCOMPARE(icon.image.format(), QImage::Format_ARGB32);
-        // Small from Windows, large from Wine, which counts no icons when it is asked that way.
+        // Windows returns the small icon. Wine returns the large one, because it reports no icon
+        // count for this call.
         const int side = icon.image.width();
         QVERIFY(icon.image.size() == QSize(side, side) && (side == 16 || side == 32));
 
@@ -140,14 +142,14 @@ private slots:
         const double distance = difference(icon.image, expected);
         for (const QImage &wrong : {expected.mirrored(false, true), expected.mirrored(true, false),
                                     expected.rgbSwapped()}) {
-            if (difference(expected, wrong) > 4) { // not the same by symmetry
+            if (difference(expected, wrong) > 4) { // false if the image is symmetric
                 const double far = difference(icon.image, wrong);
                 QVERIFY2(distance * 2 < far,
                          qPrintable(QStringLiteral("%1, %2").arg(distance).arg(far)));
             }
         }
-        QVERIFY2(distance < 1, qPrintable(QString::number(distance))); // of rounding
-        if (name.startsWith("nsis")) { // without opacity: every pixel has what the mask says
+        QVERIFY2(distance < 1, qPrintable(QString::number(distance))); // rounding differences
+        if (name.startsWith("nsis")) { // no opacity: the mask alone decides every pixel
             QCOMPARE(icon.image.convertToFormat(QImage::Format_Alpha8),
                      original.convertToFormat(QImage::Format_Alpha8));
         }
@@ -177,7 +179,7 @@ private slots:
         QCOMPARE(extraction.lines, QStringList{"错误：无法获取图标信息"});
     }
 
-    // The shell makes a square of it.
+    // The shell makes it a square.
     void anIconThatIsNoSquare()
     {
         const QTemporaryDir dir;
@@ -202,7 +204,7 @@ private slots:
         QFETCH(QByteArray, icon);
         const QTemporaryDir dir;
         const QString program = programWith(dir, icon);
-        for (int i = 0; i < 20; ++i) { // then what the system keeps for itself is there
+        for (int i = 0; i < 20; ++i) { // first lets the system create the handles that it keeps
             platform().extractIcon(program);
             countHandles();
         }
@@ -214,7 +216,8 @@ private slots:
         QCOMPARE(after.gdi, before.gdi);
         QCOMPARE(after.user, before.user);
         QCOMPARE(after.nextGdi, before.nextGdi);
-        // Wine's table of user objects is that of all processes: a few places may be others'.
+        // Wine has one table of user objects for all processes, so a few indexes may belong to
+        // others.
         QVERIFY2(after.nextUser < before.nextUser + 100,
                  qPrintable(QStringLiteral("%1, %2").arg(before.nextUser).arg(after.nextUser)));
     }

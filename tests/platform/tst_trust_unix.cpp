@@ -31,7 +31,7 @@ class TestTrustUnix : public QObject
     Q_OBJECT
 
 private:
-    // A directory of mode `mode` with a program in it.
+    // Makes a directory with the permissions `mode` and a program in it.
     struct Place
     {
         explicit Place(mode_t mode) : directory(temp.filePath("place")), tool(directory + "/tool")
@@ -63,7 +63,7 @@ private slots:
         QTest::addColumn<uint>("group");
         QTest::addColumn<uint>("mode");
         QTest::addColumn<bool>("others");
-        constexpr uint somebody = 4711; // without an entry
+        constexpr uint somebody = 4711; // not in the list of users
         constexpr uint somebodyElse = 4712;
         QTest::newRow("the user's alone") << somebody << somebody << somebody << 0700U << false;
         QTest::newRow("all may read it") << somebody << somebody << somebody << 0755U << false;
@@ -134,7 +134,7 @@ private slots:
                  used ? QString() : place.tool + " belongs to another user");
     }
 
-    // Whatever the umask: the group that may write is the user's own.
+    // With any umask: the group that may write is the user's own group.
     void aDirectoryAsMkdirMakesItIsPrivate_data()
     {
         QTest::addColumn<uint>("mask");
