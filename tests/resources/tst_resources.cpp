@@ -105,7 +105,7 @@ private slots:
         const QStringList compressed = {":/icons/logo.ico", ":/qss/dark.css", ":/qss/default.css"};
         for (const QString &path : expectedPaths()) {
 #ifdef __SANITIZE_ADDRESS__
-            // A resource editor that was built with sanitizers is full of what compresses well.
+            // A resource editor that was built with sanitizers has much data that compresses well.
             if (path == ":/resources/ResourceHacker.exe")
                 continue;
 #endif

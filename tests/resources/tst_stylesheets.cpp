@@ -29,7 +29,7 @@ QByteArray sheet(const QString &theme)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// What Qt says while it applies \a text to the whole program and draws a widget with it.
+// Returns Qt's messages while \a text is applied to the whole program and a widget is drawn.
 QStringList messagesOfApplying(const QString &text)
 {
     messages.clear();
