@@ -10,12 +10,13 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-// QProcess starts programs with clone(2) so that the child runs in its parent's memory until it executes them.
-// What a sanitizer notes in that time it notes in the parent, whose other threads run on; ThreadSanitizer ends at
-// once with a failed check of its own. A Qt that is built with a sanitizer forks for that reason. Debian's is not,
-// so this takes the place of the C library's function, and forks.
+// QProcess starts programs with clone(2), so the child runs in its parent's memory until it
+// executes the program. A sanitizer's records from that time go into the parent, whose other
+// threads still run. ThreadSanitizer then ends at once with a failed internal check. A Qt that is
+// built with a sanitizer uses fork for this reason. Debian's Qt is not, so this function replaces
+// that of the C library and forks.
 //
-// Only QProcess's call is answered; any other fails with ENOSYS.
+// It accepts only QProcess's call. All other calls fail with ENOSYS.
 extern "C" int clone(int (*run)(void *), void *, int flags, void *argument, ...)
 {
     if (flags != (CLONE_VM | CLONE_VFORK | CLONE_PIDFD | SIGCHLD)) {
