@@ -12,7 +12,8 @@
 
 namespace {
 
-// Of 255. The two draw edges by different methods: single pixels on an edge differ, areas do not.
+// The maximum is 255. The two renderers draw edges differently, so single pixels on an edge may
+// differ. Areas must not.
 constexpr double tolerableMean = 2.0;
 
 QByteArray contentOf(const QString &path)
@@ -28,7 +29,7 @@ QImage drawnByQt(const QString &path, const QSize &size)
     return reader.read();
 }
 
-// The mean difference of a channel of a pixel, with transparency counted in.
+// The mean difference of the channels of all pixels, with premultiplied opacity.
 double meanDifference(const QImage &left, const QImage &right)
 {
     const QImage a = left.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -53,7 +54,7 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("side");
-        // The sizes at which they are shown, on screens scaled to 100, 150 and 200 %.
+        // The sizes in which screens with a scale of 100, 150 and 200 % show them.
         const std::pair<const char *, QList<int>> shown[] = {
             {"foundation", {24, 36, 48}}, {"foundation-hover", {24, 36, 48}},
             {"senior", {24, 36, 48}},     {"senior-hover", {24, 36, 48}},
@@ -95,7 +96,7 @@ private slots:
             "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\">"
             "<rect width=\"10\" height=\"10\" fill=\"#ff0000\"/></svg>");
         QCOMPARE(drawing.size(), QSizeF(10, 10));
-        const QImage wide = drawing.render({40, 20}); // in the middle, as large as it fits
+        const QImage wide = drawing.render({40, 20}); // in the middle, as large as possible
         QCOMPARE(wide.pixelColor(20, 10), QColor(255, 0, 0));
         QCOMPARE(wide.pixelColor(4, 10).alpha(), 0);
         QCOMPARE(wide.pixelColor(35, 10).alpha(), 0);
