@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-// Catches what would go to the web browser.
+// Catches addresses that would open in the web browser.
 class UrlCatcher : public QObject
 {
     Q_OBJECT
@@ -63,7 +63,7 @@ private slots:
         QCOMPARE(names,
                  (QStringList{"logoLabel", "titleLabel", "versionLabel", "descriptionLabel",
                               "websiteLabel", "copyrightLabel"}));
-        QCOMPARE(dialog.findChildren<QWidget *>().size(), 1 + names.size()); // and nothing else
+        QCOMPARE(dialog.findChildren<QWidget *>().size(), 1 + names.size()); // no other widgets
     }
 
     void contentDoesNotFollowTheSize()

@@ -67,7 +67,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("tab");
         QTest::addColumn<QStringList>("order");
-        // Of the two tabs only the checked one is reached; the arrow keys go from one to the other.
+        // Only the checked one of the two tabs gets the focus. The arrow keys move between the
+        // tabs.
         const QStringList header = {"menuButton", "minButton", "closeButton"};
         QTest::newRow("basic page") << QByteArray("basicTabButton")
                                     << QStringList{"basicTabButton"} + header
@@ -97,7 +98,7 @@ private slots:
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         }
         QCOMPARE(seen, order);
-        QCOMPARE(QApplication::focusWidget()->objectName(), order[0]); // and round
+        QCOMPARE(QApplication::focusWidget()->objectName(), order[0]); // back to the first
     }
 
     void startsOnTheTabOfItsPage()
@@ -123,7 +124,7 @@ private slots:
         QTest::newRow("menu") << QByteArray("menuButton") << "";
     }
 
-    // And what they open closes with Escape.
+    // Escape closes what each button opens.
     void buttonsAnswerToSpace()
     {
         QFETCH(QByteArray, button);

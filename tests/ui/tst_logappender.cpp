@@ -15,9 +15,9 @@
 namespace {
 
 constexpr int floodLines = underSanitizer ? 10000 : 20000;
-constexpr int shownAtOnce = 200; // a little below what one turn takes
+constexpr int shownAtOnce = 200; // a little less than one turn shows
 
-// As long as most lines of the archiver's: what waits of a flood is measured in characters.
+// As long as most lines of the archiver. The waiting part of a flood is measured in characters.
 QString lineOf(int number)
 {
     return QStringLiteral("第 %1 行: program/data/usual.dll").arg(number);
@@ -102,7 +102,7 @@ private slots:
         QScrollBar *bar = pane.verticalScrollBar();
         QVERIFY(bar->maximum() > 0);
         QCOMPARE(bar->value(), bar->maximum());
-        bar->setValue(10); // a person reads further up
+        bar->setValue(10); // a person has scrolled up
         log.append("one more");
         QCOMPARE(bar->value(), 10);
     }

@@ -5,13 +5,14 @@
 
 #include <QFrame>
 
-// The window without a system frame is moved by its header and its strip.
+// The window has no system frame. A person moves it by its header and its strip.
 class TestMainWindowDrag : public QObject
 {
     Q_OBJECT
 
 private slots:
-    // The areas count from the window's corner as though they counted from each frame's parent.
+    // The coordinates of the areas count from the frame's parent, but the window reads them as its
+    // own.
     void pressStartsADrag_data()
     {
         QTest::addColumn<QString>("frame");
@@ -40,7 +41,7 @@ private slots:
         QFETCH(bool, drags);
         WindowFixture fixture;
         fixture.open();
-        // In the frame's parent's coordinates, used as the window's.
+        // The geometry counts from the frame's parent, but is used in the window's coordinates.
         const QRect area = fixture.find<QFrame>(qPrintable(frame))->geometry();
         const QPoint at(corner.x() == 0 ? area.left() : area.right(),
                         corner.y() == 0 ? area.top() : area.bottom());
@@ -55,14 +56,14 @@ private slots:
     {
         WindowFixture fixture;
         MainWindow &window = fixture.open();
-        window.move(110, 70); // not where the screen begins
+        window.move(110, 70); // not at the screen's corner
         const QPoint start = window.frameGeometry().topLeft();
         const QPoint grip(120, 15);
         QVERIFY(!moveTo(window, grip + QPoint(3, 3))); // before the press
         QVERIFY(press(window, grip));
         QVERIFY(moveTo(window, grip + QPoint(30, 40)));
         QCOMPARE(window.pos(), start + QPoint(30, 40));
-        // The window has moved along, so the same place in it is further on the screen.
+        // The window has moved with the mouse, so the same place in it is further on the screen.
         QVERIFY(moveTo(window, grip + QPoint(5, 5)));
         QCOMPARE(window.pos(), start + QPoint(35, 45));
 
@@ -70,12 +71,12 @@ private slots:
         QCOMPARE(window.pos(), start + QPoint(35, 45));
         QVERIFY(!release(window, grip, Qt::RightButton));
         QVERIFY(moveTo(window, grip + QPoint(1, 0)));
-        QCOMPARE(window.pos(), start + QPoint(36, 45)); // the other button's release ends nothing
+        QCOMPARE(window.pos(), start + QPoint(36, 45)); // releasing the other button ends nothing
 
         QVERIFY(release(window, grip, Qt::LeftButton));
         QVERIFY(!moveTo(window, grip + QPoint(50, 50)));
         QCOMPARE(window.pos(), start + QPoint(36, 45));
-        QVERIFY(!release(window, grip, Qt::LeftButton)); // there is nothing left to end
+        QVERIFY(!release(window, grip, Qt::LeftButton)); // no drag to end
     }
 
     void dragsByTheFramesThemselves_data()
@@ -98,7 +99,7 @@ private slots:
         QTest::newRow("tab") << "advancedTabButton" << QPoint(5, 5) << Qt::LeftButton << false;
     }
 
-    // Through the widget under the mouse, as the system delivers it.
+    // Sends events through the widget under the mouse, as the system does.
     void dragsByTheFramesThemselves()
     {
         QFETCH(QString, widget);
@@ -108,7 +109,7 @@ private slots:
         WindowFixture fixture;
         MainWindow &window = fixture.open();
         auto *target = fixture.find<QWidget>(qPrintable(widget));
-        if (at.x() < 0) { // a click would open the menu
+        if (at.x() < 0) { // clicking would open the menu
             QTest::mousePress(target, button);
         } else {
             QTest::mousePress(target, button, {}, at);
@@ -120,7 +121,7 @@ private slots:
     }
 
 private:
-    // Each says whether the window has taken the event.
+    // Each function returns true if the window accepted the event.
     static bool send(QWidget &window, QEvent::Type type, const QPoint &position,
                      Qt::MouseButton button, Qt::MouseButtons held)
     {

@@ -8,7 +8,7 @@
 #include <QMenu>
 #include <QStackedWidget>
 
-// What a person does with the window itself: pages, menu, minimising, closing.
+// A person's actions on the window itself: pages, menu, minimising, closing.
 class TestMainWindowFrame : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private slots:
         QCOMPARE(page(fixture), "advancedPage");
         QVERIFY(!fixture.find<QAbstractButton>("basicTabButton")->isChecked());
         QVERIFY(fixture.find<QAbstractButton>("advancedTabButton")->isChecked());
-        fixture.click("advancedTabButton"); // once more does not uncheck it
+        fixture.click("advancedTabButton"); // a second click does not uncheck it
         QVERIFY(fixture.find<QAbstractButton>("advancedTabButton")->isChecked());
         fixture.click("basicTabButton");
         QCOMPARE(page(fixture), "basicPage");
@@ -65,10 +65,10 @@ private slots:
         fixture.open();
         SeenBox box;
         bool quit = true;
-        QObject thisRow; // whose timers end with it
+        QObject thisRow; // its timers end with this row
         QTimer::singleShot(0, &thisRow, [&] {
             box = answerBox([&] { fixture.click("closeButton"); }, answer);
-            // Behind a quit() in the queue; reached only when there was none.
+            // Comes after a quit() in the queue, so it runs only if there was no quit().
             QTimer::singleShot(0, &thisRow, [&quit] {
                 quit = false;
                 QCoreApplication::exit(17);

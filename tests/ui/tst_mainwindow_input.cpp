@@ -7,7 +7,7 @@
 
 #include <QStandardPaths>
 
-// How a person gives the window its inputs: the four dialogs.
+// The four dialogs in which a person chooses the window's inputs.
 class TestMainWindowInput : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ private slots:
 
         answerFileDialog([&] { fixture.click("selectFolderButton"); }, fixture.sourceFolder());
         QCOMPARE(fixture.text("folderLineEdit"), fixture.sourceFolder());
-        // By name: without a flag for sorting, a QDir uses its own.
+        // Sorted by name: without a sorting flag, a QDir uses its own order.
         QCOMPARE(fixture.programNames(),
                  (QStringList{"a.exe", "B.EXE", "c.exe", "k.exe", "m.exe", "my.exe", "x.exe",
                               "z.exe"}));
@@ -116,7 +116,7 @@ private slots:
     {
         WindowFixture fixture;
         const QByteArray home = qgetenv("HOME");
-        qputenv("HOME", fixture.temp.path().toUtf8()); // a desktop of the test's own
+        qputenv("HOME", fixture.temp.path().toUtf8()); // a private desktop
         const auto restore = qScopeGuard([&home] { qputenv("HOME", home); });
         fixture.open();
         const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);

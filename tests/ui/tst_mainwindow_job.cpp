@@ -119,7 +119,7 @@ private slots:
     void listsBecomeTheArchiversWords_data()
     {
         QTest::addColumn<QByteArray>("list");
-        QTest::addColumn<int>("index"); // -1: nothing selected
+        QTest::addColumn<int>("index"); // -1: no selection
         QTest::addColumn<QString>("argument");
 
         const QStringList levels = {"-mx=0", "-mx=1", "-mx=3", "-mx=5", "-mx=7", "-mx=9"};
@@ -190,7 +190,7 @@ private slots:
         QVERIFY(QFile::remove(fixture.outputFolder() + "/my.exe"));
         const auto boxes = answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
         QCOMPARE(boxes.size(), 1);
-        QCOMPARE(fixture.log(), firstLog); // emptied before, so not twice
+        QCOMPARE(fixture.log(), firstLog); // the log was cleared before, so not twice
         QVERIFY(QFile::exists(fixture.outputFolder() + "/my.exe"));
     }
 

@@ -7,7 +7,7 @@
 #include <QFutureWatcher>
 #include <QPromise>
 
-// The window's own process: nothing in the program starts it, so the test does.
+// The window's own process. No part of the program starts it, so the test does.
 class TestMainWindowProcess : public QObject
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ private slots:
     void outputMovesTheBarAndIsLogged_data()
     {
         QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<int>("progress"); // 20 before
+        QTest::addColumn<int>("progress"); // 20 before the output
         QTest::addColumn<QString>("log");
 
         QTest::newRow("percentage between blanks and a line end")
@@ -35,7 +35,7 @@ private slots:
         JobFixture fixture;
         fixture.open();
         fixture.window->onWorkerProgress(20);
-        // Held open, so that the end does not move the bar.
+        // The process stays open, so that its end does not move the bar.
         fixture.temp.plantArchiver(output + "\nwait " + fixture.temp.filePath("go").toUtf8());
         auto *process = start(fixture);
         QFETCH(QString, log);
@@ -50,7 +50,7 @@ private slots:
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QProcess::ExitStatus>("status");
         QTest::addColumn<QString>("log");
-        QTest::addColumn<int>("progress"); // 20 before
+        QTest::addColumn<int>("progress"); // 20 before the end
 
         QTest::newRow("success") << 0 << QProcess::NormalExit << "处理完成！" << 100;
         QTest::newRow("crash with 0") << 0 << QProcess::CrashExit << "处理完成！" << 100;

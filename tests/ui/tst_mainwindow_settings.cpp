@@ -15,7 +15,7 @@ const QStringList allKeys = {"adminRequired",     "cleanupEnabled", "compression
 
 } // namespace
 
-// What the window remembers, as a person sees it: by starting it again.
+// Tests what the window remembers, as a person sees it: by starting it again.
 class TestMainWindowSettings : public QObject
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ private slots:
         for (const char *box : {"chkCleanup", "chkEncrypt", "chkAdmin", "chkTemp"}) {
             QTest::keyClick(fixture.find<QCheckBox>(box), Qt::Key_Space);
         }
-        QCOMPARE(fixture.settings.keys(), QStringList()); // until now, nothing
+        QCOMPARE(fixture.settings.keys(), QStringList()); // the store is empty until now
 
         fixture.close();
         QCOMPARE(fixture.settings.keys(), allKeys);
@@ -162,7 +162,7 @@ private slots:
         QCOMPARE(boxes[1],
                  (SeenBox{"重置成功", "所有设置已恢复为默认值。", QMessageBox::Information,
                           QMessageBox::Ok, fixture.window.get()}));
-        QCOMPARE(keys, QStringList()); // empty before the notice says so
+        QCOMPARE(keys, QStringList()); // the store is empty before the notice says so
         QCOMPARE(fixture.settings.keys(), QStringList());
 
         for (const char *edit : {"folderLineEdit", "outputLineEdit", "iconLineEdit"}) {
@@ -181,7 +181,7 @@ private slots:
         QCOMPARE(fixture.find<QComboBox>("cmbCompression")->currentIndex(), 5);
         QVERIFY(!fixture.window->isCleanupEnabled());
 
-        fixture.close(); // and they go back into the store
+        fixture.close(); // closing writes them to the store again
         QCOMPARE(fixture.settings.keys(), allKeys);
         for (const char *key : {"folderPath", "outputPath", "iconPath", "lastExe"}) {
             QCOMPARE(fixture.settings.value(key), "");
@@ -228,7 +228,7 @@ private slots:
     }
 
 private:
-    // A window in which everything differs from a first start, with a filled store.
+    // A window in which every value differs from a first start, with a filled store.
     static void prepareReset(WindowFixture &fixture)
     {
         fixture.settings.set("compressionLevel", 5);

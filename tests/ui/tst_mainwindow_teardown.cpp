@@ -8,7 +8,7 @@
 #include <QRegularExpression>
 #include <QThread>
 
-// The window's beginning and end: its temporary directory, its thread, what is kept.
+// The window's start and end: its temporary directory, its thread, its stored settings.
 class TestMainWindowTeardown : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ private slots:
     void windowsOfOneSecondShareTheirDirectory()
     {
         WindowFixture fixture;
-        // The second can end between the two; then the next pair starts in a fresh one.
+        // A new second can begin between the two. Then the next attempt makes a new pair.
         for (int attempt = 0; attempt < 3; ++attempt) {
             const auto second = QDateTime::currentSecsSinceEpoch();
             const MainWindow first;
@@ -79,7 +79,7 @@ private slots:
         const QPointer<QProcess> process(fixture.window->findChild<QProcess *>());
         const QString output = fixture.outputFolder() + "/my.exe";
 
-        // Another thread looks on while the destructor waits in this one.
+        // Another thread watches while the destructor waits in this one.
         struct Seen
         {
             bool waited = false;
@@ -110,7 +110,8 @@ private slots:
     {
         WindowFixture fixture;
         fixture.open();
-        // A store inside the directory: stored first, it goes with the directory.
+        // The store is inside the directory. If it is written first, it is removed with the
+        // directory.
         const QString directory = fixture.temp.filePath(directories(fixture).value(0));
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory);
         fixture.close();

@@ -9,7 +9,7 @@
 #include <QStackedWidget>
 #include <QThread>
 
-// What the window is made of on a first start; without a style sheet, which would change sizes.
+// The widgets of the window on a first start, without a style sheet, which would change sizes.
 class TestMainWindowTree : public QObject
 {
     Q_OBJECT
@@ -17,14 +17,14 @@ class TestMainWindowTree : public QObject
 private slots:
     void initTestCase()
     {
-        QApplication::setStyle("Fusion"); // everywhere the same: styles have sizes of their own
+        QApplication::setStyle("Fusion"); // the same everywhere: each style has different sizes
         m_fixture = std::make_unique<WindowFixture>();
         m_fixture->open();
     }
     void cleanupTestCase() { m_fixture.reset(); }
 
-    // The file is what widgetTree() gave when somebody last looked at it. A line that differs is
-    // shown; KESTRELPACK_WRITE_TREE=FILE in the environment writes the tree as it is now.
+    // The file has the output of widgetTree(), checked by a person. The test shows a line that
+    // differs. KESTRELPACK_WRITE_TREE=FILE in the environment writes the present tree.
     void widgetsAndLayoutsAreAsInTheFile()
     {
         const QStringList lines = widgetTree(window());

@@ -5,7 +5,7 @@
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 
-// What is checked before a job, and what is left to the job.
+// The inputs that the window checks before a job, and those that only the job checks.
 class TestMainWindowValidation : public QObject
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ private slots:
         fixture.type("outputLineEdit", fixture.outputFolder());
         fixture.find<QLineEdit>("iconLineEdit")->setText("no icon");
         QCOMPARE(answerBox([&] { fixture.click("startButton"); }), SeenBox());
-        WAIT_VERIFY(fixture.log().contains("错误：")); // by the job, which has begun
+        WAIT_VERIFY(fixture.log().contains("错误：")); // the job has begun and logs this
         QVERIFY(!fixture.log().contains("输入验证失败"));
     }
 };

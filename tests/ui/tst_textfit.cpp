@@ -10,7 +10,7 @@
 #include <QLabel>
 #include <QToolButton>
 
-// With the style sheet and a Chinese font, no text is cut off.
+// No text is cut off with the style sheet and a Chinese font.
 class TestTextFit : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ private slots:
         WindowFixture fixture;
         fixture.open();
         fixture.click(tab.constData());
-        QCOMPARE(fixture.window->size(), QSize(436, 536)); // the sheet does not make it larger
+        QCOMPARE(fixture.window->size(), QSize(436, 536)); // the sheet does not enlarge the window
         int texts = 0;
         const auto widgets = fixture.window->findChildren<QWidget *>();
         for (const QWidget *widget : widgets) {
@@ -82,8 +82,9 @@ private slots:
     }
 
 private:
-    // The size hint has the text with everything that the sheet puts around it. The tabs are lower than
-    // theirs, by the sheet: there it is the icon and the ink that must fit.
+    // The size hint includes the text and everything that the sheet puts around it. The sheet makes
+    // tabs lower than their size hint, so there only the icon and the visible part of the text must
+    // fit.
     static QSize neededSize(const QWidget &widget, const QString &text)
     {
         if (const auto *tab = qobject_cast<const QToolButton *>(&widget)) {
@@ -91,7 +92,7 @@ private:
             return {ink.width(), tab->iconSize().height() + ink.height()};
         }
         if (qobject_cast<const QProgressBar *>(
-                &widget)) { // whose hint is a style's idea of a good length
+                &widget)) { // its hint is only a style's default length
             return widget.fontMetrics().size(Qt::TextSingleLine, text);
         }
         return widget.sizeHint();

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Puts the context before each text of the program, and leaves Qt's own texts alone.
+// Puts the context before each text of the program. Does not change Qt's own texts.
 class ContextShower : public QTranslator
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-// Every text that a person reads can be translated, under the name of its class.
+// Every visible text can be translated, under the name of its class.
 class TestTranslation : public QObject
 {
     Q_OBJECT
@@ -59,7 +59,7 @@ private slots:
             }
         }
         texts.append(fixture.window->findChild<QMenu *>()->actions()[0]->text());
-        texts.removeAll(QString()); // of the buttons that show only an icon
+        texts.removeAll(QString()); // buttons that show only an icon
         QCOMPARE(texts.size(), 35); // title, 12 buttons, 8 labels, 13 items, action
         verifyContext(texts, "MainWindow");
     }

@@ -36,7 +36,7 @@ const QStringList &leftOut()
     return names;
 }
 
-// A new widget of the same class, to compare with; a main window for a class of ours.
+// Makes a new widget of the same class, to compare with. For our own classes, a main window.
 template <typename... Widgets>
 std::unique_ptr<QWidget> newWidgetLike(const QWidget &widget)
 {
@@ -83,7 +83,7 @@ QStringList changedProperties(const QWidget &widget)
         const QMetaProperty property = widget.metaObject()->property(i);
         const QString name = property.name();
         if (leftOut().contains(name) || (widget.isWindow() && name == "minimumSize")) {
-            continue; // a window's least size is its layout's, and depends on fonts
+            continue; // a window's least size comes from its layout and depends on fonts
         }
         const QVariant value = property.read(&widget);
         if (value != (name == "frameShape" ? usualShape : fresh->property(property.name()))) {
@@ -93,7 +93,7 @@ QStringList changedProperties(const QWidget &widget)
     return changed;
 }
 
-// The bundled icons that the button shows unchecked and checked.
+// The icons from the bundle that the button shows when unchecked and when checked.
 QString iconsOf(const QAbstractButton &button)
 {
     const auto fileOf = [&button](QIcon::State state) {
@@ -139,11 +139,11 @@ QString lineOf(const QSpacerItem &spacer)
              policy(spacer.sizePolicy().verticalPolicy()));
 }
 
-// The style's spacing and margins are "default".
+// "default" means the style's spacing and margins.
 QString lineOf(const QLayout &layout)
 {
     QWidget window;
-    QWidget widget(&window); // inside a window the style has others
+    QWidget widget(&window); // inside a window the style uses other values
     const QVBoxLayout fresh(&widget);
     const auto inWords = [&fresh](int spacing) {
         return spacing == fresh.spacing() ? QStringLiteral("default") : QString::number(spacing);

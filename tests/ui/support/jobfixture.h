@@ -6,7 +6,7 @@
 #include "tests/support/waiting.h"
 #include "tests/ui/support/windowfixture.h"
 
-// The window with fake helper programs, so that jobs run, and can be held at the archiver.
+// The window with fake helper programs. Jobs run, and a test can stop them at the archiver.
 class JobFixture : public WindowFixture
 {
 public:
@@ -17,7 +17,7 @@ public:
         useArchiver("print  40%\n");
     }
 
-    // `script` runs first; then the archive is made, and what the archiver was called with is noted.
+    // The archiver runs `script` first. Then it makes the archive and records its arguments.
     void useArchiver(const QByteArray &script)
     {
         temp.plantArchiver("record " + temp.filePath("arguments").toUtf8() + "\n" + script
@@ -27,7 +27,7 @@ public:
     // The archiver waits until release().
     void holdArchiver() { useArchiver("wait " + temp.filePath("go").toUtf8() + "\nprint  40%\n"); }
 
-    // A window whose job runs and does not end before release().
+    // Opens a window whose job runs and does not end before release().
     void startAndHold()
     {
         holdArchiver();
@@ -56,7 +56,7 @@ public:
     bool isLocked(const char *control) const { return !find<QWidget>(control)->isEnabled(); }
     bool isBusy() const { return isLocked("startButton"); }
 
-    // The window's temporary directory, the only one in the private place.
+    // The window's temporary directory, the only one in the private temporary folder.
     QString windowDirectory() const
     {
         return temp.filePath(QDir(temp.path()).entryList({"Kestrelpack_*"}, QDir::Dirs).value(0));

@@ -14,10 +14,10 @@
 
 #include <functional>
 
-// Does what a person does with something modal: `open` makes it appear and returns when it is closed;
-// meanwhile `act` gets it, looks at it and closes it; and so on, when more follow. Returns how many
-// there were. What `act` leaves open is closed by force, and -1 returned, so that the test fails and
-// does not hang.
+// Does what a person does with a modal widget. `open` shows it and returns when it is closed.
+// Before that, `act` receives it, looks at it and closes it. The same happens for each further
+// modal widget. Returns their number. If `act` leaves one open, it is closed by force and the
+// function returns -1, so the test fails and does not hang.
 inline int whileModal(const std::function<void()> &open, const std::function<void(QWidget *)> &act)
 {
     int seen = 0;
@@ -39,7 +39,7 @@ inline int whileModal(const std::function<void()> &open, const std::function<voi
             leftOpen = true;
             modal->close();
         });
-        // Apart from the poll, which must go on when this opens something more.
+        // Separate from the poll, which must go on if `act` opens another one.
         QTimer::singleShot(0, modal, [modal, &act] { act(modal); });
     });
     poll.start(1);
@@ -47,7 +47,7 @@ inline int whileModal(const std::function<void()> &open, const std::function<voi
     return leftOpen ? -1 : seen;
 }
 
-// What a message box showed, in plain values; without a title when there was none.
+// The content of a message box as plain values. The title is empty if there was no box.
 struct SeenBox
 {
     QString title;
@@ -55,7 +55,7 @@ struct SeenBox
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
     QWidget *parent = nullptr;
-    // Where there is a choice; a single button is the default by itself.
+    // Set only if there is a choice: a single button is always the default.
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
 
     bool operator==(const SeenBox &) const = default;
@@ -72,7 +72,8 @@ inline char *toString(const SeenBox &box)
                                .arg(box.defaultButton, 0, 16));
 }
 
-// Looks at the box and clicks `answer`; presses Escape for NoButton, closes the box for Close.
+// Looks at the box and clicks `answer`. For NoButton it presses Escape; for Close it closes the
+// box.
 inline SeenBox useBox(QWidget *modal, QMessageBox::StandardButton answer)
 {
     auto *box = qobject_cast<QMessageBox *>(modal);
@@ -97,7 +98,7 @@ inline SeenBox useBox(QWidget *modal, QMessageBox::StandardButton answer)
 
 using Answers = QList<QMessageBox::StandardButton>;
 
-// Answers the boxes that `open` brings up one after another. `meanwhile` runs before each answer.
+// Answers the boxes that `open` shows one after another. Runs `meanwhile` before each answer.
 inline QList<SeenBox> answerBoxes(
     const std::function<void()> &open, const Answers &answers,
     const std::function<void()> &meanwhile = [] {})
@@ -110,7 +111,7 @@ inline QList<SeenBox> answerBoxes(
     return count < 0 ? QList<SeenBox>{SeenBox{"left open", QString()}} : seen;
 }
 
-// The same for one box; empty when there is none.
+// The same for one box. Returns an empty SeenBox if there was no box.
 inline SeenBox answerBox(
     const std::function<void()> &open, QMessageBox::StandardButton answer = QMessageBox::Ok,
     const std::function<void()> &meanwhile = [] {})
@@ -118,7 +119,7 @@ inline SeenBox answerBox(
     return answerBoxes(open, {answer}, meanwhile).value(0);
 }
 
-// What a file dialog was asked for; without a title when there was none.
+// The request that a file dialog received. The title is empty if there was no dialog.
 struct SeenFileDialog
 {
     QString title;
@@ -129,7 +130,7 @@ struct SeenFileDialog
     QWidget *parent = nullptr;
 };
 
-// Looks at the dialog, types `choice` and accepts it; presses Escape when it is empty.
+// Looks at the dialog, types `choice` and accepts it. If `choice` is empty, presses Escape.
 inline SeenFileDialog useFileDialog(QWidget *modal, const QString &choice)
 {
     auto *dialog = qobject_cast<QFileDialog *>(modal);

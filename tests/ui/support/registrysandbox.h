@@ -3,8 +3,8 @@
 
 #pragma once
 
-// While it lives, this process has a registry branch of its own, empty at first, for the one of the current
-// user. Elsewhere than on Windows there is no registry, and it does nothing.
+// While the object exists, this process uses a private registry branch, empty at first, instead of
+// the current user's. Does nothing on other systems than Windows, which have no registry.
 class RegistrySandbox
 {
 public:

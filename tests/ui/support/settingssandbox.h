@@ -10,7 +10,7 @@
 
 #include <memory>
 
-// A settings store of the test's own, empty at first.
+// A private settings store, empty at first.
 class SettingsSandbox
 {
 public:
@@ -25,7 +25,7 @@ public:
         return *m_store;
     }
 
-    // Seen afresh, as another process would.
+    // Reads the store again, as another process would.
     QVariant value(const QString &key) { return store().value(key); }
     QStringList keys() { return store().allKeys(); }
 

@@ -21,14 +21,14 @@
 #include <memory>
 #include <optional>
 
-// The window in surroundings of its own: temporary directory, settings store, platform. The folder
-// "source" holds my.exe; "output" is empty.
+// The window with a private temporary directory, settings store and platform. The folder "source"
+// contains my.exe; "output" is empty.
 class WindowFixture
 {
 public:
     WindowFixture()
     {
-        // A system's own dialogs cannot be driven from inside.
+        // A program cannot operate the system's own dialogs.
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         const QDir dir(temp.path());
         if (!dir.mkpath("source") || !dir.mkpath("output")
@@ -39,7 +39,7 @@ public:
 
     PrivateTemp temp;
     SettingsSandbox settings;
-    std::optional<FakePlatform> platform{std::in_place}; // reset() for the system's own
+    std::optional<FakePlatform> platform{std::in_place}; // reset() selects the system's platform
     std::unique_ptr<MainWindow> window;
 
     QString source(const QString &name = {}) const { return temp.filePath("source/" + name); }
@@ -58,7 +58,7 @@ public:
 
     void close() { window.reset(); }
 
-    // By its object name; a test cannot go on without it.
+    // Finds a widget by its object name. Ends the program if it is missing.
     template <typename Widget>
     Widget *find(const char *name) const
     {
@@ -110,7 +110,7 @@ public:
         return names;
     }
 
-    // Inputs that pass, typed and chosen without a dialog.
+    // Valid inputs, typed and chosen without a dialog.
     void fillIn() const
     {
         find<QLineEdit>("folderLineEdit")->setText(sourceFolder());
