@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# awkward-paths.sh WINDOWS-PROGRAM HELLO-FOLDER: the terminal program for Windows packs from and to places that
-# a Windows program may stumble over, and the product runs.
+# awkward-paths.sh WINDOWS-PROGRAM HELLO-FOLDER: the terminal program for Windows packs from and to
+# paths that often cause problems on Windows. Then the product runs.
 set -euo pipefail
 windows=$1
 hello=$2
@@ -23,7 +23,7 @@ try() {
     said=$(wine_with_temp "$5" "$(as_windows "$3/hello.exe")" "two words" --exit 42 </dev/null 2>&1) ||
         code=$?
     if [ "$code" != 42 ] || ! grep -q 'Argument 1: two words' <<<"$said" ||
-        ! grep -aq 'Folder: Z:' <<<"$said"; then # there, not on C:
+        ! grep -aq 'Folder: Z:' <<<"$said"; then # the product was unpacked there, not on C:
         echo "FAIL: $1: the product ended with $code: $said"
         exit 1
     fi

@@ -1,8 +1,9 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# check-program.sh FILE LIMIT: a Windows program asks for nothing but Windows' own libraries (those of
-# windows-dlls.txt), delays none, has no symbols, is moved about in memory, and is at most LIMIT bytes.
+# check-program.sh FILE LIMIT: checks a Windows program. It needs only Windows' own libraries (those
+# in windows-dlls.txt), and delays no imports. It has no symbols. Its address in memory is random.
+# It has at most LIMIT bytes.
 set -eu
 program=$1
 limit=$2
@@ -18,7 +19,7 @@ imports=$(echo "$headers" | sed -n 's/^[[:space:]]*DLL Name: //p' | tr '[:upper:
 for name in $imports; do
     grep -qx "$name" "$(dirname "$0")/windows-dlls.txt" || complain "imports $name"
 done
-# Entry d is the directory of delayed imports: its address and size.
+# Entry d is the directory of delayed imports: its address and its size.
 echo "$headers" | grep -Eq '^Entry d 0+ 0+ ' || complain "delays imports"
 for flag in DYNAMIC_BASE NX_COMPAT HIGH_ENTROPY_VA; do
     echo "$headers" | grep -q "$flag" || complain "is without $flag"

@@ -1,8 +1,8 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Makes the tests' Wine prefix ($WINEPREFIX), unless it is there already. Where $LOCPATH is set, it gets
-# the locale $LC_ALL first, so that Wine is a Windows of that language.
+# Makes the tests' Wine prefix ($WINEPREFIX), if it does not exist. If $LOCPATH is set, it first
+# makes the locale $LC_ALL there, so that Wine acts as a Windows in that language.
 set -eu
 if [ -n "${LOCPATH-}" ] && [ ! -d "$LOCPATH/$LC_ALL" ]; then
     mkdir -p "$LOCPATH"

@@ -2,8 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# progress-window.sh NATIVE-PROGRAM MODULE HELLO-FOLDER PICTURES: a produced file that takes a while to unpack shows
-# a window with its title; Cancel leaves nothing behind and starts nothing; a small file shows no window.
+# progress-window.sh NATIVE-PROGRAM MODULE HELLO-FOLDER PICTURES: a produced file that unpacks
+# slowly shows a window with its title. Cancel leaves no files and starts no program. A small file
+# shows no window.
 set -euo pipefail
 native=$1
 module=$2
@@ -32,7 +33,7 @@ fail() {
 is_shown() { [ -n "$(xdotool search --onlyvisible --name '^hello Portable$')" ]; }
 leftovers() { ls -d "$work"/temp/kp-* 2>/dev/null || true; }
 
-# start SIZE: in the background; its exit code goes to the file "code", what it says to "said".
+# start SIZE: runs in the background. Its exit code goes to the file "code", its output to "said".
 start() {
     (
         code=0
@@ -41,7 +42,7 @@ start() {
         echo $code >"$work/code"
     ) &
 }
-# Whether the window shows before the program ends.
+# Succeeds if the window appears before the program ends.
 appears() {
     while kill -0 $! 2>/dev/null; do
         if is_shown; then return 0; fi

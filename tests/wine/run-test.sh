@@ -1,9 +1,10 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Runs a test program (run-test.sh FILE.exe) under Wine and shows its report: Wine hands no variable named
-# QT_... on, and without a console Qt's report would go to the debugger. The rows that are left out
-# must be exactly those that skipped.txt lists for the test.
+# run-test.sh FILE.exe: runs a test program under Wine and shows its report. Without a console, Qt
+# would send the report to the debugger. A variable QT_... could prevent that, but Wine does not
+# pass such variables on. So the report goes to a file. The skipped rows must be exactly those that
+# skipped.txt lists for the test.
 set -u
 program=$1
 name=$(basename "$program" .exe)
@@ -13,8 +14,8 @@ DISPLAY=$(cat "$KESTRELPACK_TEST_DISPLAY")
 export DISPLAY
 
 rm -f "$report"
-# Not straight to this script's output: Wine's own services, which the first of the tests starts, would
-# hold it open.
+# The output goes to a file: Wine's own services, which the first test starts, would keep this
+# script's output open.
 wine "$program" -o "$report,txt" </dev/null >"$name.output" 2>&1
 status=$?
 cat "$name.output"

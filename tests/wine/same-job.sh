@@ -2,9 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# same-job.sh NATIVE-PROGRAM WINDOWS-PROGRAM HELLO-FOLDER ICON: one job done by the terminal program on Linux and
-# by the one for Windows gives the same module with the same icon, the same block, and archives with
-# the same content. NATIVE-PROGRAM lies in a build, whose archiver reads them.
+# same-job.sh NATIVE-PROGRAM WINDOWS-PROGRAM HELLO-FOLDER ICON: the terminal programs for Linux and
+# for Windows do the same job. Both results have the same module with the same icon, the same block,
+# and archives with the same content. NATIVE-PROGRAM lies in a build folder; the archiver of that
+# build reads the archives.
 set -euo pipefail
 native=$1
 windows=$2
@@ -36,7 +37,7 @@ wine_with_temp "$work/wintemp" "$(as_windows "$windows")" "${options[@]}" -i "$(
     -o "$(as_windows "$work/windows")" "$(as_windows "$source")" </dev/null >"$work/log" 2>&1 ||
     { cat "$work/log" && exit 1; }
 
-# After the block comes the archive's signature.
+# The archive's signature follows the block.
 archive_offset() {
     local block
     block=$(grep -abo ';!@InstallEnd@!' "$1" | tail -n 1)

@@ -1,8 +1,8 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Starts an X server without a screen and a window manager on it, and writes its name (":7") to the file
-# $KESTRELPACK_TEST_DISPLAY. Without a window manager Wine waits two seconds for each window that
+# Starts an X server without a screen, with a window manager, and writes its name (":7") to the file
+# $KESTRELPACK_TEST_DISPLAY. Without a window manager, Wine waits two seconds for each window that
 # disappears.
 set -eu
 "$(dirname "$0")/stop-display.sh"

@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Ends what start-display.sh has started; the window manager ends with its X server.
+# Ends the X server that start-display.sh has started. The window manager ends with it.
 set -eu
 pidfile=$KESTRELPACK_TEST_DISPLAY.pid
 [ -e "$pidfile" ] || exit 0

@@ -1,14 +1,14 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# Sourced by the scripts that start the programs as a Windows user would.
+# Included by the scripts that start the programs as a Windows user would.
 
 DISPLAY=$(cat "$KESTRELPACK_TEST_DISPLAY")
 export DISPLAY
 
 as_windows() { printf 'Z:%s' "${1//\//\\}"; }
 
-# wine_with_temp FOLDER PROGRAM [ARGUMENT...]: with FOLDER as its temporary directory. Wine does not hand TMP on
-# from outside.
+# wine_with_temp FOLDER PROGRAM [ARGUMENT...]: runs PROGRAM with FOLDER as its temporary directory.
+# Wine does not pass TMP on from outside.
 wine_with_temp() {
     local folder
     folder=$(as_windows "$1")

@@ -2,9 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# window-session.sh PROGRAM HELLO-FOLDER PICTURES: a person's session with the real window under Wine, by mouse
-# and keyboard: moves it by its header, looks around, chooses folders in the system's dialogs, packs, starts
-# the product, changes options, ends, comes back, resets. Leaves pictures in the folder PICTURES.
+# window-session.sh PROGRAM HELLO-FOLDER PICTURES: operates the real window under Wine by mouse and
+# keyboard, as a person would. Moves it by its header, looks at its pages, chooses folders in the
+# system's dialogs, packs, starts the product, changes options, ends, starts again, resets. Leaves
+# pictures in the folder PICTURES.
 set -euo pipefail
 program=$1
 hello=$2
@@ -21,7 +22,7 @@ fail() {
     exit 1
 }
 
-# wait_for WHAT COMMAND...: until it succeeds, five minutes at most.
+# wait_for WHAT COMMAND...: repeats COMMAND until it succeeds, five minutes at most.
 wait_for() {
     local what=$1 end=$((SECONDS + 300))
     shift
@@ -37,7 +38,7 @@ is_there() { [ -n "$(window_named "$1")" ]; }
 is_gone() { [ -z "$(window_named "$1")" ]; }
 position() { xdotool getwindowgeometry --shell "$window" | sed -n 's/^[XY]=//p' | tr '\n' ' '; }
 click() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
-picture() { sleep 0.4 && import -window root "$pictures/$1.png"; } # once it is drawn
+picture() { sleep 0.4 && import -window root "$pictures/$1.png"; } # after the window is drawn
 registry() { wine reg query "$key" 2>/dev/null | iconv -c -f GBK -t UTF-8 | tr -d '\r' | sed -n 's/^    //p'; }
 
 start_program() {
@@ -45,10 +46,10 @@ start_program() {
     process=$!
     wait_for "the window" is_there '^Kestrel Pack$'
     window=$(window_named '^Kestrel Pack$')
-    sleep 0.5 # its first picture
+    sleep 0.5 # until its first picture is drawn
 }
 
-# A click on Close and the answer to the question.
+# Clicks Close and answers the question.
 end_program() {
     click 406 30
     wait_for "the question" is_there '确认退出'
@@ -57,7 +58,7 @@ end_program() {
     wait "$process" || fail "the program ended with $?"
 }
 
-# choose_folder X Y FOLDER: by the button there and the system's dialog.
+# choose_folder X Y FOLDER: clicks the button at X Y and uses the system's dialog.
 choose_folder() {
     click "$1" "$2"
     wait_for "the folder dialog" is_there '选择'
@@ -109,10 +110,10 @@ grep -qx 'Argument 2: two three' <<<"$said" || fail "the product said: $said"
 click 38 132
 sleep 0.5
 picture advanced
-click 280 133 # the level's list
+click 280 133 # the list of levels
 sleep 0.6
 xdotool key Down Return
-click 82 341 # as administrator
+click 82 341 # run as administrator
 sleep 0.3
 end_program quit
 
@@ -130,8 +131,8 @@ tempExtraction    REG_SZ    true"
 diff <(echo "$expected") <(registry | sort) || fail "the settings are not as expected"
 [ -z "$(ls -d "$work"/temp/Kestrelpack_* 2>/dev/null)" ] || fail "the temporary directory stays"
 
-# A second start shows them again; ended at once, it stores what it shows. The list of programs is filled
-# only when a folder is chosen.
+# A second start shows the settings again. If it ends at once, it stores the settings that it shows.
+# The list of programs is filled only after a folder is chosen.
 start_program
 click 38 132
 sleep 0.5
