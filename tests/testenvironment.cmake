@@ -1,16 +1,17 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# What a test finds around it: environment, Wine prefix, display. There are two ways to run the tests:
+# The environment of the tests: variables, Wine prefix, display. There are two ways to run the
+# tests:
 #
 #   native     windows are drawn off screen; the tests with the label "wine" start Windows programs
-#   cross      all tests are Windows programs; they run under Wine, on a display without a screen, and as on
-#              a Chinese Windows
+#   cross      all tests are Windows programs; they run under Wine as on a Chinese Windows, on a
+#              display without a screen
 
 find_program(KESTRELPACK_WINE NAMES wine wine64)
 mark_as_advanced(KESTRELPACK_WINE)
 
-# One prefix for all; made once, before the first of them.
+# All tests share one prefix. It is made before the first of them runs.
 set(KESTRELPACK_TEST_WINEPREFIX "${CMAKE_CURRENT_BINARY_DIR}/wineprefix")
 set(KESTRELPACK_TEST_WINE_ENVIRONMENT
     "WINEPREFIX=${KESTRELPACK_TEST_WINEPREFIX}"
@@ -29,8 +30,8 @@ if(CMAKE_CROSSCOMPILING AND WIN32)
         "KESTRELPACK_TEST_DISPLAY=${CMAKE_CURRENT_BINARY_DIR}/display")
 endif()
 
-# Tests that start Windows programs from outside take turns. So do windows on the shared display:
-# only one can have the keyboard.
+# Native tests that start Windows programs run one after another. So do tests with windows on the
+# shared display, because only one window can have the keyboard.
 function(kestrelpack_set_test_environment name labels timeout)
     if(tests_are_windows_programs)
         set(environment ${KESTRELPACK_TEST_WINE_ENVIRONMENT})
@@ -53,7 +54,7 @@ function(kestrelpack_set_test_environment name labels timeout)
     if(NOT KESTRELPACK_WINE AND (tests_are_windows_programs OR "wine" IN_LIST labels))
         set_tests_properties(${name} PROPERTIES DISABLED TRUE)
     endif()
-    # Qt Test ends a test function after this many milliseconds; its default is five minutes.
+    # Qt Test ends a test function after this many milliseconds. The default is five minutes.
     math(EXPR function_timeout "${timeout} * 1000 - 30000")
     list(APPEND environment "QTEST_FUNCTION_TIMEOUT=${function_timeout}")
     set_tests_properties(${name} PROPERTIES

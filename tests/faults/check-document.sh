@@ -1,9 +1,9 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# check-document.sh DOCUMENT ROWS TESTS: whether the tables of docs/reliability.md say what the suites found when
-# they last ran. ROWS is the folder with their notes, TESTS the tests' sources. Where a table is meant to
-# change, take over what is shown:
+# check-document.sh DOCUMENT ROWS TESTS: checks that the tables of docs/reliability.md match the
+# last results of the suites. ROWS is the folder with their rows, TESTS the folder with the sources.
+# If a table should change, apply the printed difference:
 #
 #   tests/faults/check-document.sh docs/reliability.md build/dev/tests/faults/rows tests |
 #       patch docs/reliability.md
@@ -13,7 +13,7 @@ rows=$2
 tests=$3
 made=$rows/reliability.md
 
-# A table is made anew from the notes; where a row could not run here, the document's own line stays.
+# Writes each table again from the rows. If a row could not run here, the document's own line stays.
 awk -v rows="$rows" '
     NR == FNR { if ($0 ~ /^\| /) { split($0, cells, " \\| "); own[cells[1]] = $0 } next }
     /^<!-- rows of / {
@@ -33,7 +33,7 @@ awk -v rows="$rows" '
 ' "$document" "$document" >"$made"
 diff -u "$document" "$made"
 
-# Rows that are elsewhere: `tst_subject`: `function()` or `function(row)`.
+# Rows in other suites: `tst_subject`: `function()` or `function(row)`.
 status=0
 sed -n 's/.*| `\(tst_[a-z_]*\)`: `\(.*\)` |$/\1 \2/p' "$document" >"$rows/elsewhere"
 while read -r suite row; do
@@ -48,7 +48,7 @@ while read -r suite row; do
 done <"$rows/elsewhere"
 [ -s "$rows/elsewhere" ] || { echo "no rows elsewhere were found" && exit 1; }
 
-# Every suite has its table.
+# Every suite needs a table.
 for suite in "$tests"/faults/tst_faults_*.cpp; do
     name=$(basename "$suite" .cpp)
     grep -q "^<!-- rows of $name -->" "$document" || { echo "no table of $name" && status=1; }

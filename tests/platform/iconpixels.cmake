@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# Taking icons with the shell and GDI. The images to compare with are made on Linux.
+# Tests reading icons with the shell and GDI. The images for comparison are made on Linux.
 if(NOT CMAKE_CROSSCOMPILING OR NOT TARGET example-hello)
     return()
 endif()

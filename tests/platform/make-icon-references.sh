@@ -1,9 +1,9 @@
 #!/bin/sh
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-# make-icon-references.sh FOLDER HELLO: puts real programs with icons into FOLDER, as NAME.exe, and beside
-# each what another reader makes of its first icon: the deepest images that are 16 and 32 pixels wide, as
-# NAME-16.png and NAME-32.png, where it has them. HELLO is the example's program.
+# make-icon-references.sh FOLDER HELLO: copies real programs with icons to FOLDER, as NAME.exe. For
+# each it extracts images of the first icon with another reader: the deepest images that are 16 and
+# 32 pixels wide, as NAME-16.png and NAME-32.png, if they exist. HELLO is the example's program.
 set -eu
 folder=$1
 wine=/usr/lib/x86_64-linux-gnu/wine/x86_64-windows

@@ -13,8 +13,8 @@
 // QProcess starts programs with clone(2), so the child runs in its parent's memory until it
 // executes the program. A sanitizer's records from that time go into the parent, whose other
 // threads still run. ThreadSanitizer then ends at once with a failed internal check. A Qt that is
-// built with a sanitizer uses fork for this reason. Debian's Qt is not, so this function replaces
-// that of the C library and forks.
+// built with a sanitizer uses fork for this reason. Debian's Qt is built without one, so this
+// function replaces that of the C library and forks.
 //
 // It accepts only QProcess's call. All other calls fail with ENOSYS.
 extern "C" int clone(int (*run)(void *), void *, int flags, void *argument, ...)
