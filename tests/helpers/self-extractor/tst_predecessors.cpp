@@ -113,7 +113,7 @@ void TestPredecessors::startUntilADeadOneIsGone() const
 
 void TestPredecessors::cleansUpAfterAKilledOne_data()
 {
-    QTest::addColumn<QString>("sign"); // what shows the point at which the process is killed
+    QTest::addColumn<QString>("sign"); // shows that the moment to kill the process has come
     // The files come in alphabetical order.
     QTest::newRow("with its lock file made") << "*.lock";
     QTest::newRow("with its folder made") << "kp-*/main";

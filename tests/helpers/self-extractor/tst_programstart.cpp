@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-// What the packed program receives when it starts, and what of its results reaches the caller.
+// The data that the packed program receives at its start, and the results that reach the caller.
 class TestProgramStart : public ModuleTest
 {
     Q_OBJECT
