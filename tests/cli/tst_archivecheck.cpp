@@ -5,7 +5,7 @@
 
 #include "tests/cli/testarchive.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 
 #include <QBuffer>
 #include <QProcess>

@@ -4,7 +4,7 @@
 #include "cli/archivedirectory.h"
 
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 
 #include <QTest>
 

@@ -4,7 +4,7 @@
 #include "cli/outputguard.h"
 
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 
 #include <QTest>
 

@@ -3,7 +3,7 @@
 
 #include "tests/e2e/productrun.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 
 #include <QTest>
 #include <QtEndian>

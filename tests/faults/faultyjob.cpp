@@ -5,10 +5,10 @@
 
 #include "packaging/blockwriter.h"
 #include "packaging/worker.h"
-#include "tests/fakes/testfiles.h"
-#include "tests/fakes/testicons.h"
-#include "tests/faults/folderstate.h"
 #include "tests/faults/rownotes.h"
+#include "tests/support/folderstate.h"
+#include "tests/support/testfiles.h"
+#include "tests/support/testicons.h"
 
 #include <QRegularExpression>
 

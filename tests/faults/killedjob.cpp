@@ -7,7 +7,7 @@
 
 #include "packaging/worker.h"
 #include "platform/nativeplatform.h"
-#include "tests/fakes/testicons.h"
+#include "tests/support/testicons.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/fakes/testfiles.h"
 #include "tests/faults/faultyjob.h"
+#include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
 
 #include <QProcess>

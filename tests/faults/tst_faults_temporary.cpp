@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/fakes/testfiles.h"
-#include "tests/fakes/testicons.h"
 #include "tests/faults/faultyjob.h"
+#include "tests/support/testfiles.h"
+#include "tests/support/testicons.h"
 
 #include <QRandomGenerator>
 #include <QTest>

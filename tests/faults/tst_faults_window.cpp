@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "packaging/blockwriter.h"
-#include "tests/fakes/testicons.h"
 #include "tests/faults/conditions.h"
-#include "tests/faults/folderstate.h"
 #include "tests/faults/heldmoment.h"
 #include "tests/faults/rownotes.h"
+#include "tests/support/folderstate.h"
+#include "tests/support/testicons.h"
 #include "tests/support/waiting.h"
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"

@@ -5,7 +5,7 @@
 
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
-#include "tests/fakes/testicons.h"
+#include "tests/support/testicons.h"
 
 #include <QTest>
 

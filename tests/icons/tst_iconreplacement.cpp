@@ -6,8 +6,8 @@
 #include "icons/resourceeditorcommand.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
-#include "tests/fakes/testicons.h"
+#include "tests/support/testfiles.h"
+#include "tests/support/testicons.h"
 
 #include <QElapsedTimer>
 #include <QTest>

@@ -3,7 +3,7 @@
 
 #include "packaging/worker.h"
 
-#include "tests/fakes/testicons.h"
+#include "tests/support/testicons.h"
 
 #include <QTest>
 

@@ -5,7 +5,7 @@
 
 #include "icons/iconextraction.h"
 #include "tests/fakes/fakeplatform.h"
-#include "tests/fakes/testicons.h"
+#include "tests/support/testicons.h"
 
 #include <QPixmap>
 #include <QRgba64>

@@ -6,8 +6,8 @@
 #include "packaging/blockwriter.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
 #include "tests/packaging/testreport.h"
+#include "tests/support/testfiles.h"
 
 #include <QTest>
 

@@ -9,9 +9,9 @@
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
-#include "tests/fakes/testicons.h"
 #include "tests/packaging/signalrecorder.h"
+#include "tests/support/testfiles.h"
+#include "tests/support/testicons.h"
 
 // Whole jobs with fake helpers, and parts of their signal sequences.
 

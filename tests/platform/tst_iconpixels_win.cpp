@@ -4,9 +4,9 @@
 #include "platform/platform.h"
 
 #include "packaging/worker.h"
-#include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/petest.h"
 #include "tests/platform/handlecount_win.h"
+#include "tests/support/testfiles.h"
 
 #include <QDir>
 #include <QProcess>

@@ -4,7 +4,7 @@
 #include "platform/trust_unix.h"
 
 #include "platform/helperprocess.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 
 #include <QDir>
 #include <QTemporaryDir>

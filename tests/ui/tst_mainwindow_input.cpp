@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/fakes/testicons.h"
+#include "tests/support/testicons.h"
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 

@@ -5,9 +5,9 @@
 
 #include "helpers/pe/icongroups.h"
 #include "helpers/pe/resourceedit.h"
-#include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/nativepathof.h"
 #include "tests/helpers/pe/petest.h"
+#include "tests/support/testfiles.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -3,8 +3,8 @@
 
 #include "helpers/pe/nativepath.h"
 
-#include "tests/fakes/testfiles.h"
 #include "tests/helpers/pe/nativepathof.h"
+#include "tests/support/testfiles.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>

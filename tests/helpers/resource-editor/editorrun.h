@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "tests/fakes/testfiles.h"
 #include "tests/fakes/thissystem.h"
 #include "tests/helpers/pe/petest.h"
+#include "tests/support/testfiles.h"
 
 #include <QFile>
 #include <QProcess>

@@ -5,7 +5,7 @@
 
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
-#include "tests/fakes/testfiles.h"
+#include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
 #include "tests/ui/support/settingssandbox.h"
 #include "ui/mainwindow.h"
