@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "tests/fakes/thissystem.h"
+#include "tests/support/onwindows.h"
+#include "tests/support/temporaryvariable.h"
 #include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
 

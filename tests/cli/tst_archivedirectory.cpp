@@ -4,6 +4,7 @@
 #include "cli/archivedirectory.h"
 
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 
 #include <QTest>

@@ -3,6 +3,7 @@
 
 #include "packaging/blockwriter.h"
 #include "tests/cli/clirun.h"
+#include "tests/support/onwindows.h"
 
 #include <QTest>
 

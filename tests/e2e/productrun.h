@@ -3,8 +3,9 @@
 
 #pragma once
 
-#include "tests/fakes/thissystem.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/waiting.h"
+#include "tests/support/windowsprogram.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -5,6 +5,7 @@
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
 

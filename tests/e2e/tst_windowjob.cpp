@@ -3,6 +3,7 @@
 
 #include "app/stylesheet.h"
 #include "tests/support/waiting.h"
+#include "tests/support/windowsprogram.h"
 #include "tests/ui/support/modalanswer.h"
 #include "tests/ui/support/windowfixture.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "tests/fakes/thissystem.h"
+#include "tests/support/temporaryvariable.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,7 +3,7 @@
 
 #include "tests/faults/conditions.h"
 
-#include "tests/fakes/thissystem.h"
+#include "tests/support/sanitizer.h"
 
 #include <QDirIterator>
 #include <QFile>

@@ -3,6 +3,7 @@
 
 #include "tests/faults/faultyjob.h"
 #include "tests/faults/rownotes.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/waiting.h"
 
 #include <QProcess>

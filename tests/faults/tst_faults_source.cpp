@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/faults/faultyjob.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 
 #include <QProcess>

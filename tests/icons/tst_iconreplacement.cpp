@@ -6,6 +6,8 @@
 #include "icons/resourceeditorcommand.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/knownpermissions.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 #include "tests/support/testicons.h"
 

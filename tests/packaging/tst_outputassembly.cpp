@@ -7,6 +7,8 @@
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/packaging/testreport.h"
+#include "tests/support/knownpermissions.h"
+#include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 
 #include <QTest>

@@ -4,6 +4,7 @@
 #include "packaging/worker.h"
 
 #include "tests/packaging/workerrun.h"
+#include "tests/support/knownpermissions.h"
 #include "tests/support/waiting.h"
 
 #include <QMetaMethod>

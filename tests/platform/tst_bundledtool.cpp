@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/bundledtool.h"
-#include "tests/fakes/thissystem.h"
+#include "tests/support/knownpermissions.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -4,6 +4,7 @@
 #include "ui/logappender.h"
 
 #include "packaging/worker.h"
+#include "tests/support/sanitizer.h"
 #include "tests/support/waiting.h"
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"

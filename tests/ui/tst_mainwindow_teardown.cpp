@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/temporaryvariable.h"
 #include "tests/ui/support/jobfixture.h"
 #include "tests/ui/support/modalanswer.h"
 

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "tests/fakes/thissystem.h"
 #include "tests/helpers/pe/petest.h"
 #include "tests/support/testfiles.h"
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/resource-editor/editorrun.h"
+#include "tests/support/windowsprogram.h"
 
 #include <QDir>
 #include <QTest>
