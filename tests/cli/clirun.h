@@ -5,8 +5,9 @@
 
 #include "tests/cli/testarchive.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/folderstate.h"
+#include "tests/support/testfiles.h"
 
-#include <QDateTime>
 #include <QProcess>
 #include <QStringList>
 
@@ -52,26 +53,14 @@ public:
 
     void write(const QString &name, const QByteArray &content) const
     {
-        QFile file(path(name));
-        if (!QDir().mkpath(QFileInfo(path(name)).path()) || !file.open(QIODevice::WriteOnly)
-            || file.write(content) != content.size()) {
+        if (!QDir().mkpath(QFileInfo(path(name)).path()) || !writeFile(path(name), content)) {
             qFatal("a file could not be made");
         }
     }
 
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-    }
+    QByteArray read(const QString &name) const { return readFile(path(name)); }
 
-    // Names, sizes and times of everything in the source folder.
-    QStringList sourceState() const
-    {
-        QStringList state;
-        collect(path("source"), state);
-        return state;
-    }
+    QStringList sourceState() const { return folderState(path("source")); }
 
     QStringList namesIn(const QString &folder) const
     {
@@ -102,20 +91,4 @@ public:
 
     QTemporaryDir root; // made before the private temporary directory, so it is not inside that
     PrivateTemp temp;
-
-private:
-    static void collect(const QString &folder, QStringList &state)
-    {
-        const QDir dir(folder);
-        const auto entries = dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System
-                                                   | QDir::NoDotAndDotDot,
-                                               QDir::Name);
-        for (const QFileInfo &entry : entries) {
-            state << entry.filePath() + ' ' + QString::number(entry.size()) + ' '
-                    + entry.lastModified().toString(Qt::ISODateWithMs);
-            if (entry.isDir()) {
-                collect(entry.filePath(), state);
-            }
-        }
-    }
 };
