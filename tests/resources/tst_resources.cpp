@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/testfiles.h"
+
 #include <QDirIterator>
 #include <QIcon>
 #include <QImageReader>
@@ -65,12 +67,6 @@ QStringList bundledPaths()
     return paths;
 }
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QColor mostFrequentColor(const QImage &image)
 {
     QHash<QRgb, int> counts;
@@ -97,7 +93,7 @@ private slots:
     void everyFileHasContent()
     {
         for (const QString &path : expectedPaths())
-            QVERIFY2(!contents(path).isEmpty(), qPrintable(path));
+            QVERIFY2(!contentOf(path).isEmpty(), qPrintable(path));
     }
 
     void onlySheetsAndProgramIconAreCompressed()
@@ -134,9 +130,9 @@ private slots:
         const QTemporaryDir folder;
         const QString copy = folder.filePath("copy");
         QVERIFY(QFile::copy(path, copy));
-        QVERIFY(contents(copy) == contents(path));
-        QVERIFY(!contents(source).isEmpty());
-        QVERIFY(contents(copy) == contents(source));
+        QVERIFY(contentOf(copy) == contentOf(path));
+        QVERIFY(!contentOf(source).isEmpty());
+        QVERIFY(contentOf(copy) == contentOf(source));
     }
 
     void imagesHaveTwiceThePixelsTheyAreShownAt()
@@ -180,9 +176,9 @@ private slots:
         for (const QByteArray name : {"foundation", "senior"}) {
             QCOMPARE(color(":/icons/" + name + ".svg"), QString("#34495e"));
             QCOMPARE(color(":/icons/" + name + "-hover.svg"), QString("#00b688"));
-            QByteArray plain = contents(":/icons/" + name + ".svg");
+            QByteArray plain = contentOf(":/icons/" + name + ".svg");
             QCOMPARE(plain.replace("#34495e", "#00b688"),
-                     contents(":/icons/" + name + "-hover.svg"));
+                     contentOf(":/icons/" + name + "-hover.svg"));
         }
     }
 
@@ -204,7 +200,7 @@ private slots:
 
     void sampleConfigurationIsABlock()
     {
-        const QByteArray block = contents(":/resources/config.txt");
+        const QByteArray block = contentOf(":/resources/config.txt");
         QCOMPARE(block.size(), 141);
         QVERIFY(block.startsWith(";!@Install@!UTF-8!\nTitle=\""));
         QVERIFY(block.contains("\nBeginPrompt=\"") && block.contains("\nRunProgram=\""));

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/testfiles.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
@@ -25,8 +27,7 @@ void keepMessage(QtMsgType, const QMessageLogContext &, const QString &text)
 
 QByteArray sheet(const QString &theme)
 {
-    QFile file(":/qss/" + theme + ".css");
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return contentOf(":/qss/" + theme + ".css");
 }
 
 // Returns Qt's messages while \a text is applied to the whole program and a widget is drawn.

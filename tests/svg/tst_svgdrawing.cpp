@@ -3,7 +3,8 @@
 
 #include "svg/svgdrawing.h"
 
-#include <QFile>
+#include "tests/support/testfiles.h"
+
 #include <QImageReader>
 #include <QTest>
 
@@ -15,12 +16,6 @@ namespace {
 // The maximum is 255. The two renderers draw edges differently, so single pixels on an edge may
 // differ. Areas must not.
 constexpr double tolerableMean = 2.0;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QImage drawnByQt(const QString &path, const QSize &size)
 {

@@ -42,12 +42,6 @@ QString windowsPath(const QString &path)
     return QStringLiteral("Z:") + QString(path).replace(u'/', u'\\');
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 int lowByte(sfx::ExitCode code)
 {
     return static_cast<int>(static_cast<quint32>(code) & 0xff);

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/exitcodes.h"
 #include "tests/helpers/self-extractor/sfxtest.h"
+#include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
 
 #include <QProcess>
@@ -96,5 +97,4 @@ private:
 
 // Wine's name for an absolute Linux path.
 QString windowsPath(const QString &path);
-QByteArray contentOf(const QString &path);
 int lowByte(sfx::ExitCode code);

@@ -4,6 +4,7 @@
 #include "tests/helpers/self-extractor/sfxtest.h"
 
 #include "helpers/self-extractor/archive/contents.h"
+#include "tests/support/testfiles.h"
 
 #include "7zCrc.h"
 
@@ -186,8 +187,7 @@ QByteArray pack(const QString &folder, const QStringList &switches)
         qWarning("%s", process.readAllStandardError().constData());
         return QByteArray();
     }
-    QFile file(archive);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return contentOf(archive);
 }
 
 QByteArray packTree(const Tree &tree, const QStringList &switches)
@@ -198,10 +198,8 @@ QByteArray packTree(const Tree &tree, const QStringList &switches)
 
 Tree mixedTree()
 {
-    QFile program(QStringLiteral(KESTRELPACK_TEST_ARCHIVER));
     Tree tree;
-    tree[QStringLiteral("main.exe")] = program.open(QIODevice::ReadOnly) ? program.readAll()
-                                                                         : QByteArray();
+    tree[QStringLiteral("main.exe")] = contentOf(QStringLiteral(KESTRELPACK_TEST_ARCHIVER));
     tree[QStringLiteral("lib/code.bin")] = machineCode(300000);
     tree[QStringLiteral("sound/tone.wav")] = wave(60000);
     tree[QStringLiteral("text/long.txt")] = QByteArray("All work and no play. ").repeated(40000);
