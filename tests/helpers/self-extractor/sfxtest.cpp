@@ -21,11 +21,6 @@
 
 namespace {
 
-QString pathOf(const sfx::Entry &entry)
-{
-    return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
-}
-
 // Call and jump instructions with different targets.
 QByteArray machineCode(qsizetype size)
 {
@@ -69,6 +64,11 @@ QByteArray wave(qsizetype samples)
 }
 
 } // namespace
+
+QString pathOf(const sfx::Entry &entry)
+{
+    return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
+}
 
 bool MemorySource::readAt(std::uint64_t offset, void *data, std::size_t size)
 {

@@ -44,6 +44,8 @@ private:
     QString m_open;
 };
 
+QString pathOf(const sfx::Entry &entry);
+
 // Upper case by Qt's tables, for the check of paths.
 void upperCase(char16_t *text, std::size_t size);
 

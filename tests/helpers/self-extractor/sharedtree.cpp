@@ -7,15 +7,6 @@
 
 using namespace sfx;
 
-namespace {
-
-QString pathOf(const Entry &entry)
-{
-    return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
-}
-
-} // namespace
-
 class SharedTree::Sink final : public UnpackSink
 {
 public:
