@@ -22,7 +22,7 @@ int pack(const CommandLine &line, Console &console)
         return ExitWrongUsage;
     }
     InterruptWatcher watcher; // from here on, an interruption lets the program clean up first
-    const auto &inputs = std::get<PackagingJob>(checked);
+    const PackagingJob &inputs = *std::get_if<PackagingJob>(&checked);
     OutputGuard guard(inputs.outputPath());
     if (const QString reason = guard.hold(); !reason.isEmpty()) {
         console.showMessage(reason);

@@ -73,7 +73,7 @@ quint32 crcAfterZeros(quint32 crc)
     static const std::array<quint32, 32> ofBits = [] {
         CrcGenerateTable();
         const QByteArray zeros(LargeFile::zerosAtOnce, '\0');
-        std::array<quint32, 32> results;
+        std::array<quint32, 32> results{};
         for (unsigned bit = 0; bit < 32; ++bit) {
             results[bit]
                 = CrcUpdate(1u << bit, zeros.constData(), static_cast<std::size_t>(zeros.size()));
