@@ -50,7 +50,8 @@ build with cmake --preset release: $*"
 # Uses ccache, so that object files of earlier builds in any checkout are used again. Its folder is in the cache.
 share_objects() {
     require_packages ccache
-    CCACHE_DIR=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/kestrelpack/objects
+    . scripts/cache.sh
+    CCACHE_DIR=$cache/objects
     CCACHE_BASEDIR=$PWD
     CCACHE_NOHASHDIR=1
     CCACHE_MAXSIZE=2G

@@ -115,7 +115,7 @@ void LogAppender::clear()
     m_pane->clear();
 }
 
-void LogAppender::whenThrough(std::function<void()> action)
+void LogAppender::whenShown(std::function<void()> action)
 {
     if (m_waiting.isEmpty()) {
         action();

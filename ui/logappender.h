@@ -34,7 +34,7 @@ public:
 
     // Calls `action` when every line appended so far is in the pane; this can be at once. Replaces
     // an earlier action that still waits.
-    void whenThrough(std::function<void()> action);
+    void whenShown(std::function<void()> action);
 
 private:
     void take(const QString &line);

@@ -25,7 +25,6 @@ void MainWindow::groupTabButtons()
 
 void MainWindow::makeFrameless()
 {
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
 
     auto *shadow = new QGraphicsDropShadowEffect(this);

@@ -63,7 +63,7 @@ void MainWindow::onWorkerLog(const QString &message)
 
 void MainWindow::onWorkerFinished(bool success)
 {
-    log->whenThrough([this, success] {
+    log->whenShown([this, success] {
         setProcessingState(false);
         if (success) {
             QMessageBox::information(this, tr("完成"), tr("便携应用创建成功！"), QMessageBox::Ok);

@@ -154,7 +154,7 @@ private slots:
         log.append(linesUpTo(5000).replace('\n', lineEnd) + lineEnd);
         log.append("after");
         bool through = false;
-        log.whenThrough([&through] { through = true; });
+        log.whenShown([&through] { through = true; });
         WAIT_VERIFY(through);
         QCOMPARE(pane.toPlainText(), "before\n" + linesUpTo(5000) + "\n\nafter");
     }
@@ -171,7 +171,7 @@ private slots:
         }
         log.append("the end");
         bool through = false;
-        log.whenThrough([&through] { through = true; });
+        log.whenShown([&through] { through = true; });
         WAIT_VERIFY(through);
         const QString text = pane.toPlainText();
         const auto match = QRegularExpression("\nx+\n（此处省略 (\\d+) 行）\nx+\n").match(text);
@@ -211,7 +211,7 @@ private slots:
         log.clear();
         log.append("after");
         bool through = false;
-        log.whenThrough([&through] { through = true; });
+        log.whenShown([&through] { through = true; });
         WAIT_VERIFY(through);
         QCOMPARE(pane.toPlainText(), "after");
     }
