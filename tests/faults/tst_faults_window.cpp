@@ -118,14 +118,14 @@ private slots:
     void flood_data()
     {
         QTest::addColumn<QByteArray>("archiver");
-        QTest::addColumn<int>("memory"); // MiB
+        QTest::addColumn<int>("most"); // characters in the window
         QTest::newRow("the archiver prints 100 MiB: the window shows the beginning and the end")
-            << QByteArray("flood 100\n") << 400;
+            << QByteArray("flood 100\n") << 50 * 1048576;
     }
     void flood()
     {
         QFETCH(QByteArray, archiver);
-        QFETCH(int, memory);
+        QFETCH(int, most);
         JobFixture fixture;
         fixture.useArchiver(archiver);
         fixture.open();
@@ -134,8 +134,6 @@ private slots:
         QTimer turns;
         connect(&turns, &QTimer::timeout, this,
                 [&] { turnsDuringTheFlood += fixture.isBusy() ? 1 : 0; });
-        forgetPeakOfMemory();
-        const auto before = peakOfMemory();
         turns.start(10);
         const auto boxes = answerBoxes([&] { startAndWait(fixture); }, {QMessageBox::Ok});
 
@@ -144,11 +142,10 @@ private slots:
         QVERIFY(fixture.log().contains("（此处省略 "));
         QVERIFY(fixture.log().contains("\n成功创建便携应用！\n"));
         QVERIFY2(turnsDuringTheFlood > 20, qPrintable(QString::number(turnsDuringTheFlood)));
-        if (before) {
-            const int grown = *peakOfMemory() - *before;
-            qInfo("%d MiB more, %d turns", grown, turnsDuringTheFlood);
-            QVERIFY2(grown < memory, qPrintable(QString::number(grown)));
-        }
+        // Usually 17 million: what waited at the end, and what was shown before. The memory follows from that, but
+        // also from the signals that wait at the time, and so from the speed of the machine.
+        const qsizetype shown = fixture.log().size();
+        QVERIFY2(shown < most, qPrintable(QString::number(shown)));
         noteResult({"is done", "`（此处省略 %1 行）`", "my.exe, whole", "the window's directory"});
     }
 
