@@ -35,7 +35,7 @@ namespace {
 } // namespace
 
 // An access list that inherits nothing (P). Each entry allows (A) everything (FA), also for
-// whatever is created inside (OICI): to the system (SY), to administrators (BA), and to the user.
+// everything that is created inside (OICI): to the system (SY), to administrators (BA), and to the user.
 UserOnly::UserOnly()
 {
     Text rights;

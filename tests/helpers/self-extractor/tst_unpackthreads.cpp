@@ -99,7 +99,7 @@ void TestUnpackThreads::unpacksTheSame_data()
     QTest::newRow("only stored") << QStringList{"-mx=0", "-ms=5m"} << 3 << 23;
 }
 
-// One thread decodes each solid block, whatever it contains.
+// One thread decodes each solid block. The method of the block makes no difference.
 void TestUnpackThreads::unpacksTheSame()
 {
     QFETCH(QStringList, switches);
