@@ -4,6 +4,7 @@
 #include "packaging/blockwriter.h"
 #include "tests/cli/clirun.h"
 #include "tests/support/onwindows.h"
+#include "tests/support/waiting.h"
 
 #include <QTest>
 
@@ -16,8 +17,6 @@ class TestOutputSafety : public QObject
     Q_OBJECT
 
 private:
-    static constexpr int hangLimitMs = 240000;
-
     static QByteArray wholeProduct(const CliSurroundings &s)
     {
         return "module" + configurationBlock("my", "my.tool.exe").toUtf8() + s.read("archive.7z");
@@ -49,7 +48,7 @@ private:
         s.useArchiver("write " + s.path("marker").toUtf8() + " 1\nwait " + s.path("go").toUtf8());
         auto process = start(arguments);
         const bool reached
-            = QTest::qWaitFor([&s] { return QFile::exists(s.path("marker")); }, hangLimitMs);
+            = QTest::qWaitFor([&s] { return QFile::exists(s.path("marker")); }, patience);
         s.useArchiver("");
         return reached ? std::move(process) : nullptr;
     }
@@ -138,9 +137,9 @@ private slots:
         s.useArchiver(archiver.replace("@marker", marker));
         s.temp.plantEditor(editor.replace("@marker", marker));
         const auto killed = start(QStringList{"-i", s.path("user.ico")} + s.arguments());
-        QVERIFY(QTest::qWaitFor([&s] { return QFile::exists(s.path("marker")); }, hangLimitMs));
+        QVERIFY(QTest::qWaitFor([&s] { return QFile::exists(s.path("marker")); }, patience));
         killed->kill();
-        QVERIFY(killed->waitForFinished(hangLimitMs));
+        QVERIFY(killed->waitForFinished(patience));
         QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
 
         s.useArchiver("exit 2"); // the archiver of the next job fails
@@ -159,7 +158,7 @@ private slots:
         const auto killed = startAndHold(s, s.arguments());
         QVERIFY(killed);
         killed->kill();
-        QVERIFY(killed->waitForFinished(hangLimitMs));
+        QVERIFY(killed->waitForFinished(patience));
         QFile::remove(s.path("marker"));
         const auto working = startAndHold(s, s.arguments());
         QVERIFY(working);

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/waiting.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -14,7 +16,6 @@ class TestHeartbeat : public QObject
     Q_OBJECT
 
 private:
-    static constexpr int hangLimitMs = 300000;
     static constexpr int stepMs = 100;
 
     // Time is counted in waits of a tenth of a second. These waits stop when the whole machine
@@ -39,7 +40,7 @@ private:
         ~WaitingArchiver()
         {
             m_process.kill();
-            m_process.waitForFinished(hangLimitMs);
+            m_process.waitForFinished(patience);
         }
 
         // Counts steps until the archiver prints more, up to `limit`.
@@ -57,7 +58,7 @@ private:
         {
             QElapsedTimer timer;
             timer.start();
-            while (!m_output.contains(text) && timer.elapsed() < hangLimitMs) {
+            while (!m_output.contains(text) && timer.elapsed() < patience) {
                 silentSteps(1);
             }
             return m_output.contains(text);
@@ -67,7 +68,7 @@ private:
         {
             m_process.write("content");
             m_process.closeWriteChannel();
-            const bool finished = m_process.waitForFinished(hangLimitMs);
+            const bool finished = m_process.waitForFinished(patience);
             m_output += m_process.readAllStandardOutput();
             return finished;
         }
@@ -101,7 +102,7 @@ private slots:
             const int steps = archiver.silentSteps(10000 / stepMs);
             const bool isInTime = archiver.progressLines() > before && steps <= 5000 / stepMs;
             inARow = isInTime ? inARow + 1 : 0;
-            QVERIFY2(timer.elapsed() < hangLimitMs, archiver.output());
+            QVERIFY2(timer.elapsed() < patience, archiver.output());
         }
 
         QVERIFY(archiver.finish());
