@@ -35,10 +35,10 @@ esac
 # What a stage is, its usual minutes on two cores, and those from nothing.
 describe() {
     case $1 in
-        quick) echo '2|8|native programs: build, tests that start no Windows program' ;;
+        quick) echo '2|7|native programs: build, tests that start no Windows program' ;;
         form) echo '1|1|formatting, and which folder includes which' ;;
-        native) echo '3|9|native programs: build, all their tests' ;;
-        windows) echo '5|27|Windows programs: Qt for Windows (once), build, tests under Wine' ;;
+        native) echo '3|8|native programs: build, all their tests' ;;
+        windows) echo '5|24|Windows programs: Qt for Windows (once), build, tests under Wine' ;;
         asan) echo '3|9|AddressSanitizer and UndefinedBehaviorSanitizer: build, native tests' ;;
         tsan) echo '2|5|ThreadSanitizer: build, tests with threads' ;;
         fuzz) echo '1|2|fuzzers: build, a few seconds each' ;;
