@@ -2,15 +2,18 @@
 # SPDX-License-Identifier: MIT
 
 include_guard(GLOBAL)
+include("${CMAKE_CURRENT_LIST_DIR}/FinishProgram.cmake")
 
 set(KESTRELPACK_WINDOWS_TEMPLATES "${CMAKE_CURRENT_LIST_DIR}/windows" CACHE INTERNAL "")
 
 # kestrelpack_link_whole(<target>): on Windows, links the program as one file, adds threadlocals.cpp so that its
 # threads end correctly, and leaves out the build time, so that the same source gives the same file. A release
-# build has no symbols.
+# build has no symbols. The header says that the program needs Windows 10, as its manifest does.
 function(kestrelpack_link_whole target)
     if(MINGW)
-        target_link_options(${target} PRIVATE -static -Wl,--no-insert-timestamp)
+        target_link_options(${target} PRIVATE -static -Wl,--no-insert-timestamp
+            -Wl,--major-os-version,10,--minor-os-version,0
+            -Wl,--major-subsystem-version,10,--minor-subsystem-version,0)
         target_sources(${target} PRIVATE "${KESTRELPACK_WINDOWS_TEMPLATES}/threadlocals.cpp")
         if(CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
             target_link_options(${target} PRIVATE -s -Wl,--gc-sections)

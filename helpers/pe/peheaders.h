@@ -32,7 +32,7 @@ struct Section
 
 // The data directories that are used here, by their index (PE format, "Optional Header Data
 // Directories").
-enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6 };
+enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6, LoadConfig = 10 };
 
 struct DataDirectory
 {
@@ -57,7 +57,10 @@ public:
     std::uint32_t entryPoint() const { return optional32(AddressOfEntryPoint); }
     std::uint32_t sizeOfHeaders() const { return optional32(SizeOfHeaders); }
     // 0 means that the file has no checksum.
-    void clearCheckSum() { setOptional32(CheckSum, 0); }
+    void clearCheckSum() { setCheckSum(0); }
+    void setCheckSum(std::uint32_t value) { setOptional32(CheckSum, value); }
+    void setTimeStamp(std::uint32_t value);
+    void addCharacteristics(std::uint16_t flags); // of the file, IMAGE_FILE_...
 
     const std::vector<Section> &sections() const { return m_sections; }
     std::size_t directoryCount() const { return m_directoryCount; }

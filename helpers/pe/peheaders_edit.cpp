@@ -20,6 +20,18 @@ std::uint32_t shifted(std::uint32_t offset, std::uint64_t at, std::uint64_t leng
 
 } // namespace
 
+void PeHeaders::setTimeStamp(std::uint32_t value)
+{
+    write32(m_bytes, m_coff + 4, value);
+}
+
+void PeHeaders::addCharacteristics(std::uint16_t flags)
+{
+    const std::size_t position = m_coff + 18;
+    const auto old = static_cast<std::uint32_t>(read16(m_bytes, position));
+    write16(m_bytes, position, static_cast<std::uint16_t>(old | flags));
+}
+
 void PeHeaders::setDirectory(Directory which, DataDirectory value)
 {
     const std::size_t position = m_directories + 8 * static_cast<std::size_t>(which);
