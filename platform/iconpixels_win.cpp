@@ -7,6 +7,7 @@
 #include "platform/iconmask.h"
 
 #include <QByteArray>
+#include <QDir>
 
 #include <cstring>
 
@@ -91,7 +92,7 @@ QImage maskImage(HBITMAP bitmap)
 ExtractedIcon iconPixelsOf(const QString &executable)
 {
     IconHandle icon;
-    loadFirstIcon(reinterpret_cast<const wchar_t *>(executable.utf16()), icon);
+    loadFirstIcon(QDir::toNativeSeparators(executable).toStdWString().c_str(), icon);
     if (!icon.get()) {
         return {ExtractedIcon::Outcome::NoIcon, {}};
     }

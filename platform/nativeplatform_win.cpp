@@ -4,6 +4,7 @@
 #include "platform/nativeplatform.h"
 
 #include "platform/iconpixels_win.h"
+#include "platform/trust_win.h"
 
 #include <QProcess>
 
@@ -16,10 +17,9 @@ ExtractedIcon NativePlatform::extractIcon(const QString &executable)
     return iconPixelsOf(executable);
 }
 
-// Only the user can write to %TEMP%, so all files in it are the user's files.
-QString NativePlatform::reasonNotToUse(const QString &)
+QString NativePlatform::reasonNotToUse(const QString &path)
 {
-    return {};
+    return untrustedFileReason(path);
 }
 
 void NativePlatform::prepareStart(QProcess &process)

@@ -32,7 +32,7 @@ private:
             job.job.iconPath = job.folders.filePath("user.ico");
             QVERIFY(writeFile(job.job.iconPath, icoBytes(32, 32)));
             if (onWindows) {
-                job.skip("the temporary directory is the user's alone here");
+                job.skip("a program under Wine cannot give files away");
             }
             for (const QString &helper : helpers) {
                 if (!giveAway(job.temp.filePath(helper))) {
