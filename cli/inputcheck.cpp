@@ -129,8 +129,24 @@ bool canBeStarted(const QString &fileName)
     return !unusable.match(fileName).hasMatch();
 }
 
+// Returns true if Windows takes the name for a device, whatever its extension. A produced file with
+// such a name in it unpacks nothing.
+bool isDevice(const QString &fileName)
+{
+    static const QRegularExpression device(
+        QStringLiteral(R"(^(CON|PRN|AUX|NUL|CONIN\$|CONOUT\$|(COM|LPT)[0-9\xb9\xb2\xb3]) *(\.|$))"),
+        QRegularExpression::CaseInsensitiveOption);
+    return device.match(fileName).hasMatch();
+}
+
 std::optional<Refusal> checkProgramName(const QString &fileName)
 {
+    if (isDevice(fileName)) {
+        return Refusal{
+            QStringLiteral("the produced file could not start %1: on Windows that is the "
+                           "name of a device")
+                .arg(fileName)};
+    }
     if (canBeStarted(fileName)) {
         return std::nullopt;
     }

@@ -232,8 +232,15 @@ private slots:
                 QTest::newRow(name) << QString(name) << true;
             }
         }
+        for (const char *name : {"con.exe", "NUL.exe", "aux.tool.exe", "prn .exe", "com1.exe",
+                                 "Lpt0.exe", "com¹.exe", "conin$.exe", "CONOUT$.exe"}) {
+            if (!onWindows) { // Windows opens a device instead
+                QTest::newRow(name) << QString(name) << true;
+            }
+        }
         for (const char *name :
-             {"100%.exe", "a%b.exe", "a%%T.exe", "a'b.exe", "a;b.exe", "文件.exe"}) {
+             {"100%.exe", "a%b.exe", "a%%T.exe", "a'b.exe", "a;b.exe", "文件.exe", "console.exe",
+              "con-1.exe", "com10.exe", "lpt.exe", "my.con.exe", "nul_.exe", "com1x.exe"}) {
             QTest::newRow(name) << QString(name) << false;
         }
     }
