@@ -23,6 +23,11 @@ QString progressBarText(int percentage)
         .arg(bounded, 3);
 }
 
+QString progressBarEraser()
+{
+    return '\r' + QString(progressBarText(0).size(), ' ') + '\r';
+}
+
 Console::Console(bool quiet) : m_quiet(quiet), m_drawsProgress(!quiet && isTerminal(Stream::Error))
 {
 }
@@ -66,7 +71,7 @@ void Console::clearProgress()
 {
     if (m_percentage >= 0) {
         m_percentage = -1;
-        writeText(Stream::Error, QStringLiteral("\r\x1b[K"));
+        writeText(Stream::Error, progressBarEraser());
     }
 }
 

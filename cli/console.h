@@ -34,3 +34,7 @@ private:
 
 // Returns the bar for `percentage` without a line end: "[########............]  40 %".
 QString progressBarText(int percentage);
+
+// Returns the text that removes a bar: blanks over it. It contains no escape sequences, because a
+// Windows console shows them as they are unless a mode is set, which other programs would share.
+QString progressBarEraser();

@@ -58,6 +58,13 @@ private slots:
         QFETCH(int, percentage);
         QTEST(progressBarText(percentage), "bar");
     }
+
+    // A console without the mode for escape sequences would show them.
+    void aBarIsRemovedWithBlanks()
+    {
+        const QString blanks(progressBarText(100).size(), ' ');
+        QCOMPARE(progressBarEraser(), '\r' + blanks + '\r');
+    }
 };
 
 QTEST_APPLESS_MAIN(TestLogLine)

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/console.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+// What the terminal program sends to a terminal, which is the other end of this test's standard
+// error.
+class TestConsole : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+        QVERIFY(m_terminal != -1 && grantpt(m_terminal) == 0 && unlockpt(m_terminal) == 0);
+        const int program = open(ptsname(m_terminal), O_RDWR | O_NOCTTY);
+        m_usual = dup(STDERR_FILENO);
+        QVERIFY(program != -1 && dup2(program, STDERR_FILENO) == STDERR_FILENO);
+        close(program);
+    }
+    void cleanupTestCase() { dup2(m_usual, STDERR_FILENO); }
+
+    void aBarIsDrawnAndRemoved()
+    {
+        Console console(false);
+        console.showProgress(25);
+        QCOMPARE(sent(), "\r" + progressBarText(25));
+        console.showProgress(50);
+        QCOMPARE(sent(), "\r" + progressBarText(50));
+        console.clearProgress();
+        QCOMPARE(sent(), progressBarEraser());
+        console.clearProgress();
+        QCOMPARE(sent(), QString());
+    }
+
+    void aMessageTakesThePlaceOfTheBar()
+    {
+        Console console(false);
+        console.showProgress(75);
+        console.showMessage("the end");
+        // The terminal makes two characters of a line end.
+        QCOMPARE(sent(),
+                 "\r" + progressBarText(75) + progressBarEraser() + "kestrelpack-cli: the end\r\n");
+    }
+
+    void aQuietProgramDrawsNothing()
+    {
+        Console console(true);
+        console.showProgress(75);
+        console.clearProgress();
+        QCOMPARE(sent(), QString());
+    }
+
+private:
+    QString sent() const
+    {
+        QByteArray bytes(4096, '\0');
+        const ssize_t got = read(m_terminal, bytes.data(), size_t(bytes.size()));
+        return QString::fromUtf8(bytes.left(got > 0 ? got : 0));
+    }
+
+    int m_terminal = -1;
+    int m_usual = -1;
+};
+
+QTEST_APPLESS_MAIN(TestConsole)
+#include "tst_console_unix.moc"
