@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <chrono>
+
 // Turns Ctrl-C and a request to end (SIGTERM, SIGHUP, a closing console) into a Qt signal on the
 // thread that created this object. That thread must run an event loop. While the object exists,
 // these events do not end the program. Only one object at a time.
@@ -24,6 +26,9 @@ signals:
 // Ends the process at once, in the same way as the event `cause` (from interrupted()) ends a
 // process.
 [[noreturn]] void endAsInterrupted(int cause);
+
+// How long a job may take to stop after the event `cause`, at most.
+std::chrono::milliseconds timeToStop(int cause);
 
 // Kills the process with the number `id` at once; does nothing if `id` is 0.
 void killProcess(qint64 id);

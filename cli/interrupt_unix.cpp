@@ -63,6 +63,12 @@ void endAsInterrupted(int cause)
     _exit(128 + cause);
 }
 
+// Nobody waits for the program, so this only guards against an engine that hangs.
+std::chrono::milliseconds timeToStop(int)
+{
+    return std::chrono::seconds(5);
+}
+
 void killProcess(qint64 id)
 {
     if (id > 0) {

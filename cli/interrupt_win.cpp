@@ -47,6 +47,14 @@ void endAsInterrupted(int)
     ExitProcess(STATUS_CONTROL_C_EXIT);
 }
 
+// Five seconds after its console was closed, Windows kills the program. Three of them remain for
+// removing the job's files.
+std::chrono::milliseconds timeToStop(int cause)
+{
+    const bool windowsWaits = cause == CTRL_C_EVENT || cause == CTRL_BREAK_EVENT;
+    return std::chrono::seconds(windowsWaits ? 5 : 2);
+}
+
 void killProcess(qint64 id)
 {
     if (id <= 0) {

@@ -12,13 +12,8 @@
 
 namespace {
 
-using namespace std::chrono_literals;
-
 // Windows does not load a program file whose size needs more than 32 bits.
 constexpr qint64 largestProgramSize = 0xFFFFFFFF;
-
-// How long the engine may take to notice that its helper was killed.
-constexpr auto stopLimit = 5s;
 
 } // namespace
 
@@ -134,9 +129,11 @@ void TerminalJob::interrupt(int cause)
         return; // too late: the exit status reports the job's result
     }
     m_platform.killHelper();
-    m_gate.close(stopLimit);
-    m_archive.remove();
+    m_gate.close(timeToStop(cause)); // the engine notices that its helper was killed
+    // If the time runs out, what is left is better in the temporary directory than beside the
+    // output.
     m_guard.release();
+    m_archive.remove();
     QFile::remove(PackagingJob::temporaryIconPath()); // the stopped engine could not remove it
     m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_guard.output()));
     endAsInterrupted(cause);

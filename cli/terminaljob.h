@@ -29,8 +29,8 @@ public:
     // Starts the job and returns. ended() is emitted at its end.
     void start();
 
-    // Stops the job, removes its files, and ends the process with endAsInterrupted(cause). Blocks
-    // for at most five seconds. If the job has already ended, returns and does nothing.
+    // Stops the job, removes its files, and ends the process with endAsInterrupted(cause). Waits
+    // for timeToStop(cause) at most. If the job has already ended, returns and does nothing.
     void interrupt(int cause);
 
 signals:

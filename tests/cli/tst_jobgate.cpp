@@ -3,6 +3,9 @@
 
 #include "cli/jobgate.h"
 
+#include "cli/interrupt.h"
+#include "tests/support/onwindows.h"
+
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -53,6 +56,27 @@ class TestJobGate : public QObject
     Q_OBJECT
 
 private slots:
+    // Windows kills the program five seconds after its console was closed, or the user has logged
+    // off.
+    void aJobStopsInTimeForTheCleanUp_data()
+    {
+        QTest::addColumn<int>("cause");
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("Ctrl-C") << (onWindows ? 0 : 2) << 5; // CTRL_C_EVENT, SIGINT
+        QTest::newRow("a closed terminal") << (onWindows ? 2 : 1) << (onWindows ? 2 : 5);
+        if (onWindows) {
+            QTest::newRow("Ctrl-Break") << 1 << 5;
+            QTest::newRow("the user logs off") << 5 << 2;
+            QTest::newRow("the system shuts down") << 6 << 2;
+        }
+    }
+    void aJobStopsInTimeForTheCleanUp()
+    {
+        QFETCH(int, cause);
+        QFETCH(int, seconds);
+        QVERIFY(timeToStop(cause) == std::chrono::seconds(seconds));
+    }
+
     void anOpenGateLetsEveryoneThrough()
     {
         const GatedJob &job = GatedJob::start([](JobGate &gate) {
