@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <bit>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -71,9 +72,22 @@ std::uint32_t stampOf(pe::ByteView content)
     return 0x40000000U | static_cast<std::uint32_t>((hash ^ (hash >> 32)) & 0x1fffffffU);
 }
 
-void putHeaders(pe::Bytes &content, const pe::PeHeaders &headers)
+void put(pe::Bytes &content, std::uint64_t offset, pe::ByteView bytes)
 {
-    std::copy(headers.bytes().begin(), headers.bytes().end(), content.begin());
+    std::copy(bytes.begin(), bytes.end(), content.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+// Changes the headers so that they fit `content`, which has the finished load configuration.
+void completeHeaders(pe::PeHeaders &headers, std::uint32_t address, pe::Bytes content)
+{
+    headers.setDirectory(pe::Directory::LoadConfig, {address, sizeof(LoadConfig)});
+    headers.addCharacteristics(removableRunFromSwap | netRunFromSwap);
+    headers.setTimeStamp(0);
+    headers.setCheckSum(0);
+    put(content, 0, headers.bytes());
+    headers.setTimeStamp(stampOf(content));
+    put(content, 0, headers.bytes());
+    headers.setCheckSum(checkSumOf(content));
 }
 
 } // namespace
@@ -84,13 +98,12 @@ pe::Result<pe::Done> finishProgram(pe::File &file)
     if (read.hasError()) {
         return read.error();
     }
-    auto whole = file.readAt(0, static_cast<std::size_t>(file.size()));
-    if (whole.hasError()) {
-        return whole.error();
+    auto content = file.readAt(0, static_cast<std::size_t>(file.size()));
+    if (content.hasError()) {
+        return content.error();
     }
     pe::PeHeaders &headers = read.value();
-    pe::Bytes &content = whole.value();
-    const auto offset = findLoadConfig(content);
+    const auto offset = findLoadConfig(content.value());
     const auto address = offset ? rvaOf(headers, *offset) : std::nullopt;
     if (!address
         || headers.directoryCount() <= static_cast<std::size_t>(pe::Directory::LoadConfig)) {
@@ -98,17 +111,9 @@ pe::Result<pe::Done> finishProgram(pe::File &file)
                          "the load configuration is not in it exactly once; was the program linked "
                          "with loadconfig.cpp?"};
     }
-    headers.setDirectory(pe::Directory::LoadConfig, {*address, sizeof(LoadConfig)});
-    headers.addCharacteristics(removableRunFromSwap | netRunFromSwap);
     const LoadConfigBytes finished = bytesOf(LoadConfig());
-    std::copy(finished.begin(), finished.end(),
-              content.begin() + static_cast<std::ptrdiff_t>(*offset));
-    headers.setTimeStamp(0);
-    headers.setCheckSum(0);
-    putHeaders(content, headers);
-    headers.setTimeStamp(stampOf(content));
-    putHeaders(content, headers);
-    headers.setCheckSum(checkSumOf(content));
+    put(content.value(), *offset, finished);
+    completeHeaders(headers, *address, std::move(content.value()));
     if (auto written = file.writeAt(*offset, finished); written.hasError()) {
         return written;
     }
