@@ -30,9 +30,13 @@ add_library(kestrelpack_sfx_core STATIC
     start/applicationfolder.cpp
     start/blockreader.cpp
     start/commandline.cpp
+    start/heldfile.cpp
+    start/nextstart.cpp
     start/peimage.cpp
     start/privatename.cpp
     start/sizetext.cpp
+    start/standardstreams.cpp
+    start/systemtext.cpp
     start/winpath.cpp
     $<TARGET_OBJECTS:kestrelpack_sevenzip_decoder>
     $<TARGET_PROPERTY:kestrelpack_sevenzip_decoder,KESTRELPACK_ASSEMBLED>)

@@ -3,7 +3,46 @@
 
 #include "helpers/self-extractor/start/winpath.h"
 
+#include <cstring>
+
 namespace sfx {
+
+namespace {
+
+bool beginsWith(const Text &text, const char16_t *prefix)
+{
+    const std::size_t size = textLength(prefix);
+    return text.size() >= size && std::memcmp(text.data(), prefix, size * sizeof(char16_t)) == 0;
+}
+
+bool isSeparator(char16_t unit)
+{
+    return unit == u'\\' || unit == u'/';
+}
+
+char16_t lowerCase(char16_t unit)
+{
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+bool areEqual(const char16_t *left, const char16_t *right, std::size_t size)
+{
+    for (std::size_t i = 0; i < size; ++i) {
+        if (lowerCase(left[i]) != lowerCase(right[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Whether a folder's name that ends before this unit ends there in a command line too.
+bool endsName(char16_t unit)
+{
+    return isSeparator(unit) || unit == 0 || unit == u' ' || unit == u'"' || unit == u'\''
+        || unit == u';' || unit == u',';
+}
+
+} // namespace
 
 bool toExtendedPath(const Text &path, Text &extended)
 {
@@ -25,6 +64,37 @@ bool folderOf(const Text &path, Text &folder)
     // "C:" without the backslash would be the drive's current folder.
     const bool isRoot = size >= 2 && path.data()[size - 2] == u':';
     return folder.assign(path.data(), size == 0 || isRoot ? size : size - 1);
+}
+
+const char16_t *fileNameOf(const Text &path)
+{
+    std::size_t begin = path.size();
+    while (begin > 0 && !isSeparator(path.data()[begin - 1])) {
+        --begin;
+    }
+    return path.data() + begin;
+}
+
+bool toPlainPath(const Text &extended, Text &path)
+{
+    if (beginsWith(extended, u"\\\\?\\UNC\\")) {
+        return path.assign(u"\\", 1) && path.append(extended.data() + 7, extended.size() - 7);
+    }
+    const std::size_t prefix = beginsWith(extended, u"\\\\?\\") ? 4 : 0;
+    return path.assign(extended.data() + prefix, extended.size() - prefix);
+}
+
+bool pointsInto(const Text &text, const Text &folder)
+{
+    const char16_t *name = fileNameOf(folder);
+    const std::size_t size = textLength(name);
+    for (std::size_t begin = 1; size != 0 && begin + size <= text.size(); ++begin) {
+        if (isSeparator(text.data()[begin - 1]) && endsName(text.data()[begin + size])
+            && areEqual(text.data() + begin, name, size)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace sfx

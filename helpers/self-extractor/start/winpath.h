@@ -15,4 +15,20 @@ namespace sfx {
 // a drive's root (`C:\`). Returns false if there is not enough memory.
 [[nodiscard]] bool folderOf(const Text &path, Text &folder);
 
+// The part of a path after its last separator; all of it if there is none.
+const char16_t *fileNameOf(const Text &path);
+
+// Converts a path from the form without a length limit to the usual one. A path of the usual form
+// stays as it is. Returns false if there is not enough memory.
+[[nodiscard]] bool toPlainPath(const Text &extended, Text &path);
+
+// Longest working folder that a process can be started in, in UTF-16 units (Microsoft: MAX_PATH,
+// less the separator and the terminator).
+constexpr std::size_t longestWorkingFolder = 258;
+
+// Whether `text`, a path or a command line, contains a path into `folder`. Only the folder's own
+// name is compared, without regard to case: a private folder's name is unique, but the way to it
+// has many spellings (short names, mapped drives, mount points, device names).
+bool pointsInto(const Text &text, const Text &folder);
+
 } // namespace sfx
