@@ -55,6 +55,7 @@ start large
 appears || fail "no window"
 sleep 0.3
 import -window root "$pictures/progress.png"
+convert "$pictures/progress.png" -format %c histogram:info: | grep -q '#00B688' || fail "no green bar"
 wait $!
 [ "$(cat "$work/code")" = 42 ] || fail "the program ended with $(cat "$work/code")"
 ! is_shown || fail "the window stays"

@@ -12,7 +12,7 @@ namespace sfx {
 
 // A small window that shows the progress of unpacking and lets the user cancel it. It appears only
 // if unpacking takes a while. It runs in another thread and disappears when this object is
-// destroyed. Without a desktop there is no window, and everything else is the same.
+// destroyed. Without a desktop that a user sees there is no window, and everything else is the same.
 class ProgressWindow
 {
 public:
@@ -26,14 +26,19 @@ public:
     void add(std::size_t bytes) { __atomic_fetch_add(&m_done, bytes, __ATOMIC_RELAXED); }
     // The user has cancelled.
     bool isCancelled() const { return __atomic_load_n(&m_isCancelled, __ATOMIC_RELAXED); }
+    // nullptr if the window is not shown.
+    HWND dialog() const { return __atomic_load_n(&m_dialog, __ATOMIC_ACQUIRE); }
 
 private:
     struct Desktop; // the system's functions
     static void run(void *self);
     static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM first, LPARAM second);
     void show();
-    bool handle(HWND dialog, UINT message, WPARAM first, LPARAM second);
-    void drawBar(const void *item) const;
+    bool handle(HWND dialog, UINT message, WPARAM first);
+    void setUp(HWND dialog) const;
+    void close(HWND dialog);
+    // In steps of the progress bar.
+    unsigned progress() const;
 
     const Text &m_title;
     const std::uint64_t m_total;

@@ -6,3 +6,4 @@
 
 #define progressDialog 1
 #define progressBar 100
+#define smoothBar 1 /* PBS_SMOOTH of commctrl.h, which the resource compiler cannot read */
