@@ -154,9 +154,6 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
 // Runs the module; returns the process' exit code.
 unsigned runModule()
 {
-    // Before anything else is loaded: libraries come only from the system folder, never from the
-    // folder that this file was downloaded to.
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
     // At log-off, end after the program: it would end together with this process.
     SetProcessShutdownParameters(lastOfApplications, 0);

@@ -6,10 +6,9 @@
 #include "helpers/self-extractor/start/applicationfolder.h"
 #include "helpers/self-extractor/start/privatename.h"
 #include "helpers/self-extractor/start/winpath.h"
+#include "helpers/self-extractor/windows/random.h"
 #include "helpers/self-extractor/windows/removal.h"
 #include "helpers/self-extractor/windows/useronly.h"
-
-#include <ntsecapi.h>
 
 namespace sfx {
 
@@ -21,8 +20,7 @@ constexpr unsigned attempts = 16;
 {
     unsigned char random[privateNameBytes];
     Text name;
-    if (!RtlGenRandom(random, sizeof random)) {
-        SetLastError(ERROR_NOT_READY);
+    if (!randomBytes(random, sizeof random)) {
         return false;
     }
     return makePrivateName(random, name) && path.assign(parent.data(), parent.size())

@@ -6,14 +6,54 @@
 
 #include "helpers/self-extractor/windows/win32.h"
 
-#include <ntsecapi.h>
-
+#include <cpuid.h>
 #include <cstddef>
 #include <cstdint>
 
 namespace sfx {
 unsigned runModule();
+
+namespace {
+
+// A random number of the processor, or 0 if it has none.
+std::uint64_t processorsNumber()
+{
+    unsigned a = 0;
+    unsigned b = 0;
+    unsigned c = 0;
+    unsigned d = 0;
+    std::uint64_t number = 0;
+    if (__get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_RDRND) != 0) {
+        bool valid = false;
+        __asm__ volatile("rdrand %0" : "=r"(number), "=@ccc"(valid));
+        return valid ? number : 0;
+    }
+    return number;
 }
+
+// A value for the stack guard that differs at every start. No library is loaded for it: times,
+// ids, the place of the stack, which the system chooses at random, and the processor's generator.
+std::uint64_t newStackGuard()
+{
+    LARGE_INTEGER counter = {};
+    FILETIME time = {};
+    QueryPerformanceCounter(&counter);
+    GetSystemTimePreciseAsFileTime(&time);
+    const std::uint64_t sources[]
+        = {static_cast<std::uint64_t>(counter.QuadPart),
+           (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime,
+           (static_cast<std::uint64_t>(GetCurrentProcessId()) << 32) | GetCurrentThreadId(),
+           reinterpret_cast<std::uintptr_t>(&counter), processorsNumber()};
+    std::uint64_t guard = 0;
+    for (const std::uint64_t source : sources) {
+        guard = (guard ^ source) * 0x9e3779b97f4a7c15; // odd, with irregular bits
+        guard ^= guard >> 32;
+    }
+    return guard;
+}
+
+} // namespace
+} // namespace sfx
 
 extern "C" {
 
@@ -104,10 +144,13 @@ void free(void *memory)
     __builtin_unreachable();
 }
 
-// The process starts here. The guard is changed before the first function that checks it.
+// The process starts here. No function that checks the guard is active while it changes.
 [[noreturn]] __attribute__((optimize("no-stack-protector"))) void moduleEntry()
 {
-    RtlGenRandom(&__stack_chk_guard, sizeof __stack_chk_guard);
+    // Before anything else: libraries come only from the system folder, never from the folder that
+    // this file was downloaded to.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    __stack_chk_guard = sfx::newStackGuard();
     ExitProcess(sfx::runModule());
 }
 
