@@ -157,7 +157,7 @@ unsigned runModule()
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
     // At log-off, end after the program: it would end together with this process.
     SetProcessShutdownParameters(lastOfApplications, 0);
-    attachCallersConsole();
+    joinCallersConsole();
     handleConsoleEvents();
     ConfigBlock block;
     Failure failure;

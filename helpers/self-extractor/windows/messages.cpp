@@ -3,8 +3,12 @@
 
 #include "helpers/self-extractor/windows/messages.h"
 
+#include "helpers/self-extractor/start/systemtext.h"
+#include "helpers/self-extractor/start/winpath.h"
+#include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/messagetexts.h"
 #include "helpers/self-extractor/windows/systemlibrary.h"
+#include "helpers/self-extractor/windows/windowstation.h"
 
 namespace sfx {
 
@@ -16,17 +20,17 @@ Language userLanguage()
                                                                      : Language::English;
 }
 
-[[nodiscard]] bool appendSystemText(Text &text, unsigned long error, const char16_t *separator)
+// The system's text for an error; it may contain the name of the file concerned.
+[[nodiscard]] bool appendReason(Text &text, const Failure &failure, const char16_t *separator)
 {
     wchar_t buffer[512];
-    DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                error, 0, buffer, ARRAYSIZE(buffer), nullptr);
-    while (size > 0 && buffer[size - 1] <= L' ') {
-        --size;
-    }
+    const DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                                      nullptr, failure.systemError, 0, buffer, ARRAYSIZE(buffer),
+                                      nullptr);
     return size == 0
         || (text.append(separator)
-            && text.append(reinterpret_cast<const char16_t *>(buffer), size));
+            && appendSystemText(text, reinterpret_cast<const char16_t *>(buffer), size,
+                                fileNameOf(failure.subject)));
 }
 
 [[nodiscard]] bool compose(const Failure &failure, const char16_t *separator, Text &text)
@@ -35,7 +39,7 @@ Language userLanguage()
     return text.append(messageText(failure.code, language))
         && (failure.missingBytes == 0 || appendMissing(text, failure.missingBytes, language))
         && (failure.subject.isEmpty() || (text.append(separator) && text.append(failure.subject)))
-        && (failure.systemError == 0 || appendSystemText(text, failure.systemError, separator));
+        && (failure.systemError == 0 || appendReason(text, failure, separator));
 }
 
 bool isUsersWish(ExitCode code)
@@ -64,8 +68,9 @@ void showBox(const Text &text, const char16_t *title)
 {
     // Loaded only here: otherwise the library would cost every start a few milliseconds.
     using MessageBoxFunction = int(WINAPI *)(HWND, LPCWSTR, LPCWSTR, UINT);
-    SystemLibrary user32(L"user32.dll");
-    if (const auto messageBox = user32.function<MessageBoxFunction>("MessageBoxW")) {
+    const SystemLibrary user32(L"user32.dll");
+    const auto messageBox = user32.function<MessageBoxFunction>("MessageBoxW");
+    if (messageBox != nullptr && hasVisibleWindows(user32)) {
         messageBox(nullptr, wide(text.data()), wide(title),
                    MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     }
@@ -76,9 +81,8 @@ void showBox(const Text &text, const char16_t *title)
 void showFailure(const Failure &failure, const Text &title, bool silent)
 {
     const char16_t *heading = title.isEmpty() ? defaultTitle : title.data();
-    const HANDLE out = GetStdHandle(STD_ERROR_HANDLE);
-    const bool hasStandardError = out != nullptr && out != INVALID_HANDLE_VALUE
-        && GetFileType(out) != FILE_TYPE_UNKNOWN;
+    const HANDLE out = standardHandle(Stream::Error);
+    const bool hasStandardError = out != nullptr && GetFileType(out) != FILE_TYPE_UNKNOWN;
     Text text;
     if (hasStandardError) {
         if (text.append(heading) && text.append(u": ") && compose(failure, u" ", text)

@@ -11,7 +11,8 @@ namespace sfx {
 //
 // If the process has a standard error (a console, a pipe or a file), it gets one line and no
 // message box is shown, so scripts never hang. Without a standard error, as after a double-click, a
-// message box is shown, unless the block contains Silent="1" or the user cancelled.
+// message box is shown, unless the block contains Silent="1", the user cancelled, or no user can see
+// it, as in a service.
 void showFailure(const Failure &failure, const Text &title, bool silent);
 
 } // namespace sfx
