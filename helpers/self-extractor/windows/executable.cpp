@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/windows/executable.h"
 
+#include "helpers/self-extractor/start/winpath.h"
+
 namespace sfx {
 
 namespace {
@@ -22,8 +24,14 @@ bool Executable::open()
     if (size == 0 || size == longestPath || !m_path.assign(path.data(), size)) {
         return false;
     }
-    m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                             nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    Text extended;
+    if (!toExtendedPath(m_path, extended)) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return false;
+    }
+    m_file.reset(CreateFileW(wide(extended.data()), GENERIC_READ,
+                             FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                             FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     LARGE_INTEGER length = {};
     if (!m_file || !GetFileSizeEx(m_file.get(), &length)) {
         return false;
