@@ -10,7 +10,14 @@ namespace sfx {
 
 namespace {
 
-[[nodiscard]] bool currentFolder(Text &folder)
+bool set(const wchar_t *name, const Text &value)
+{
+    return SetEnvironmentVariableW(name, wide(value.data()));
+}
+
+} // namespace
+
+bool callersFolder(Text &folder)
 {
     const DWORD capacity = GetCurrentDirectoryW(0, nullptr);
     Array<char16_t> units;
@@ -21,20 +28,13 @@ namespace {
     return size != 0 && size < capacity && folder.assign(units.data(), size);
 }
 
-bool set(const wchar_t *name, const Text &value)
-{
-    return SetEnvironmentVariableW(name, wide(value.data()));
-}
-
-} // namespace
-
 bool setProgramEnvironment(const Text &executable, const Text &application)
 {
     Text executableFolder;
-    Text callersFolder;
-    return folderOf(executable, executableFolder) && currentFolder(callersFolder)
+    Text working;
+    return folderOf(executable, executableFolder) && callersFolder(working)
         && set(L"KESTRELPACK_EXE", executable) && set(L"KESTRELPACK_EXE_DIR", executableFolder)
-        && set(L"KESTRELPACK_DIR", application) && set(L"KESTRELPACK_CWD", callersFolder);
+        && set(L"KESTRELPACK_DIR", application) && set(L"KESTRELPACK_CWD", working);
 }
 
 } // namespace sfx

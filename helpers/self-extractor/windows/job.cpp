@@ -3,12 +3,15 @@
 
 #include "helpers/self-extractor/windows/job.h"
 
+#include "helpers/self-extractor/base/memory.h"
+#include "helpers/self-extractor/windows/jobmember.h"
+
 namespace sfx {
 
 namespace {
 
 // A job's messages may get lost (Microsoft, JOBOBJECT_ASSOCIATE_COMPLETION_PORT). Without one, the
-// processes are counted at this interval, in milliseconds.
+// processes are looked at in this interval, in milliseconds.
 constexpr DWORD countInterval = 1000;
 
 // winbase.h defines it for Windows 10 only, and the module also runs on earlier versions.
@@ -51,7 +54,32 @@ unsigned Job::activeProcesses() const
     return accounting.ActiveProcesses;
 }
 
-void Job::waitUntilEmpty()
+bool Job::hasProgramsIn(const Text &folder) const
+{
+    const unsigned active = activeProcesses();
+    if (active == 0) {
+        return false;
+    }
+    // Room for processes that start meanwhile; the head of the list takes the place of one id.
+    Array<ULONG_PTR> memory;
+    if (!memory.allocate(active + 64)) {
+        return true;
+    }
+    auto *list = reinterpret_cast<JOBOBJECT_BASIC_PROCESS_ID_LIST *>(memory.data());
+    if (!QueryInformationJobObject(m_job.get(), JobObjectBasicProcessIdList, list,
+                                   static_cast<DWORD>(memory.size() * sizeof(ULONG_PTR)),
+                                   nullptr)) {
+        return true;
+    }
+    for (DWORD i = 0; i < list->NumberOfProcessIdsInList; ++i) {
+        if (worksIn(folder, static_cast<DWORD>(list->ProcessIdList[i]))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void Job::waitForProgramsIn(const Text &folder)
 {
     if (activeProcesses() == 0) {
         return;
@@ -63,7 +91,7 @@ void Job::waitUntilEmpty()
     const bool associated = port
         && SetInformationJobObject(m_job.get(), JobObjectAssociateCompletionPortInformation,
                                    &association, sizeof association);
-    while (activeProcesses() != 0) {
+    while (hasProgramsIn(folder)) {
         DWORD message = 0;
         ULONG_PTR key = 0;
         OVERLAPPED *data = nullptr;
@@ -73,6 +101,7 @@ void Job::waitUntilEmpty()
             GetQueuedCompletionStatus(port.get(), &message, &key, &data, countInterval);
         }
     }
+    detachProcesses();
 }
 
 bool JobAttribute::create(const Job &job)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "helpers/self-extractor/base/text.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {
@@ -18,8 +19,9 @@ public:
     // Puts a process into the job, if possible before its first instruction. Returns false if it is
     // already in another job that does not allow this.
     bool add(HANDLE process);
-    // Waits until no process is left in the job. Returns at once if there is none.
-    void waitUntilEmpty();
+    // Waits until no process in the job works with the files in `folder`. The others, as a browser
+    // that the program has opened, do not end with this process from then on.
+    void waitForProgramsIn(const Text &folder);
     // From now on the processes do not end when this one does. Any thread may call it.
     void detachProcesses();
     HANDLE handle() const { return m_job.get(); }
@@ -27,6 +29,7 @@ public:
 private:
     bool setLimits(DWORD flags);
     unsigned activeProcesses() const;
+    bool hasProgramsIn(const Text &folder) const;
 
     Handle m_job;
 };

@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/archive/contents.h"
 #include "helpers/self-extractor/start/blockreader.h"
+#include "helpers/self-extractor/start/nextstart.h"
+#include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/unpacking/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
@@ -14,6 +16,7 @@
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
 #include "helpers/self-extractor/windows/progresssink.h"
+#include "helpers/self-extractor/windows/shellstart.h"
 #include "helpers/self-extractor/windows/stalefolders.h"
 #include "helpers/self-extractor/windows/temporaryfolder.h"
 
@@ -72,15 +75,22 @@ UnpackLimits limitsOfMachine()
     return limits;
 }
 
-Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const ConfigBlock &block)
+// Empty if the block does not ask for a window.
+Owned<ProgressWindow> progressWindow(const ConfigBlock &block, std::uint64_t totalBytes)
 {
-    if (!block.progress || block.silent) {
+    return block.progress && !block.silent ? makeOwned<ProgressWindow>(block.title, totalBytes)
+                                           : Owned<ProgressWindow>();
+}
+
+Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
+                     const Owned<ProgressWindow> &window)
+{
+    if (!window) {
         return unpack(archive, sink, totalBytes, limitsOfMachine());
     }
-    ProgressWindow window(block.title, totalBytes);
-    ProgressSink watched(sink, window);
-    return unpack(archive, watched, totalBytes, limitsOfMachine());
+    ProgressSink watched(sink, *window);
+    const Status status = unpack(archive, watched, totalBytes, limitsOfMachine());
+    return status == Status::Ok && window->isCancelled() ? Status::Cancelled : status;
 }
 
 bool makeFolder(const ConfigBlock &block, std::uint64_t totalBytes, PrivateFolder &folder,
@@ -103,10 +113,10 @@ bool makeFolder(const ConfigBlock &block, std::uint64_t totalBytes, PrivateFolde
 }
 
 bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t totalBytes,
-                const ConfigBlock &block, Failure &failure)
+                const Owned<ProgressWindow> &window, Failure &failure)
 {
     FileSink sink(folder.application());
-    const Status status = unpackVisibly(archive, sink, totalBytes, block);
+    const Status status = unpackVisibly(archive, sink, totalBytes, window);
     if (status == Status::Ok) {
         return true;
     }
@@ -118,11 +128,37 @@ bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t tot
     return failWith(failure, status, sink.systemError());
 }
 
+// The window that a question to the user belongs to: without one it could appear behind others.
+HWND ownWindow(const Owned<ProgressWindow> &window)
+{
+    const HWND progress = window ? window->dialog() : nullptr;
+    return progress != nullptr ? progress : GetConsoleWindow();
+}
+
+bool startProgram(Program &program, const Text &executable, const ConfigBlock &block,
+                  PrivateFolder &folder, HWND owner, Failure &failure)
+{
+    if (program.start(folder.application(), block.runProgram, failure)) {
+        return true;
+    }
+    switch (nextStart(failure.systemError, isElevated())) {
+    case NextStart::ProducedFile:
+        folder.remove();
+        return program.startElevated(executable, owner, failure);
+    case NextStart::ThroughShell:
+        return program.startThroughShell(owner, failure);
+    case NextStart::None:
+        break;
+    }
+    return false;
+}
+
 bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
 {
     PrivateFolder folder;
+    Program program;
     {
-        // The archive's tables and the file are released before the program runs, which may take
+        // The archive's tables and the file are released when the program runs, which may take
         // hours.
         Executable executable;
         if (!executable.open()) {
@@ -137,7 +173,10 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!makeFolder(block, totalBytes, folder, failure)) {
             return false;
         }
-        if (!unpackInto(folder, archive, totalBytes, block, failure)) {
+        // The window closes when the program has started: what the process in the foreground
+        // starts may come to the foreground itself.
+        const Owned<ProgressWindow> window = progressWindow(block, totalBytes);
+        if (!unpackInto(folder, archive, totalBytes, window, failure)) {
             return false;
         }
         if (!setProgramEnvironment(executable.path(), folder.application())) {
@@ -145,8 +184,13 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
             failure.systemError = GetLastError();
             return false;
         }
+        if (!startProgram(program, executable.path(), block, folder, ownWindow(window), failure)) {
+            return false;
+        }
     }
-    return runProgram(folder.application(), block.runProgram, exitCode, failure);
+    Text root;
+    exitCode = program.wait(folderOf(folder.application(), root) ? root : folder.application());
+    return true;
 }
 
 } // namespace

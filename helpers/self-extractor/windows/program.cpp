@@ -4,163 +4,155 @@
 #include "helpers/self-extractor/windows/program.h"
 
 #include "helpers/self-extractor/start/commandline.h"
+#include "helpers/self-extractor/start/heldfile.h"
+#include "helpers/self-extractor/start/nextstart.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/detachonclose.h"
-#include "helpers/self-extractor/windows/job.h"
-#include "helpers/self-extractor/windows/systemlibrary.h"
-
-#include <shellapi.h>
+#include "helpers/self-extractor/windows/environment.h"
+#include "helpers/self-extractor/windows/shellstart.h"
+#include "helpers/self-extractor/windows/startupinfo.h"
+#include "helpers/self-extractor/windows/workingfolder.h"
 
 namespace sfx {
 
 namespace {
 
-// winerror.h: the program's manifest asks for more rights. MinGW's headers do not define it.
-constexpr DWORD elevationRequired = 740;
-
-// Everything that is needed to start the program.
-struct Launch
-{
-    Text program;     // full path
-    Text application; // the same, as CreateProcessW needs it
-    Text commandLine;
-    const Text *folder = nullptr;
-};
+// How long this process stays in the caller's console after the start, in milliseconds. A GUI
+// program that prints something joins the console of the process that started it, which is this one.
+constexpr DWORD timeToJoinConsole = 20000;
 
 const char16_t *ownCommandLine()
 {
     return reinterpret_cast<const char16_t *>(GetCommandLineW());
 }
 
-[[nodiscard]] bool prepare(Launch &launch, const Text &folder, const Text &name)
+bool failStart(Failure &failure, DWORD systemError, const Text &path)
 {
-    launch.folder = &folder;
-    Text &program = launch.program;
-    if (!program.append(folder) || !program.append(u"\\") || !program.append(name)) {
+    failure.code = exitCodeOfStart(systemError);
+    failure.systemError = systemError;
+    if (!failure.subject.assign(path.data(), path.size())) {
+        failure.subject = Text();
+    }
+    return false;
+}
+
+} // namespace
+
+bool Program::prepare(const Text &folder, const Text &name)
+{
+    if (!m_path.append(folder) || !m_path.append(u"\\") || !m_path.append(name)) {
         return false;
     }
     // The plain path if it is short enough, because the program is told it.
-    const bool prepared = program.size() < MAX_PATH ? launch.application.append(program)
-                                                    : toExtendedPath(program, launch.application);
-    return prepared && inheritCommandLine(program, name, ownCommandLine(), launch.commandLine);
+    const bool prepared = m_path.size() < MAX_PATH ? m_application.append(m_path)
+                                                   : toExtendedPath(m_path, m_application);
+    return prepared && workingFolder(folder, m_workingFolder)
+        && inheritCommandLine(m_path, name, ownCommandLine(), m_commandLine);
 }
 
-// Makes a standard handle inheritable. Returns false if there is none.
-bool makeInheritable(DWORD which, HANDLE &handle)
+bool Program::create(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread)
 {
-    const HANDLE own = GetStdHandle(which);
-    if (own == nullptr || own == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    SetHandleInformation(own, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-    handle = own;
-    return true;
-}
-
-STARTUPINFOEXW startupInfo()
-{
-    STARTUPINFOW own = {};
-    own.cb = sizeof own;
-    GetStartupInfoW(&own);
-    STARTUPINFOEXW extended = {};
-    STARTUPINFOW &startup = extended.StartupInfo;
-    startup.cb = sizeof extended;
-    startup.dwFlags = own.dwFlags & STARTF_USESHOWWINDOW;
-    startup.wShowWindow = own.wShowWindow;
-    const bool input = makeInheritable(STD_INPUT_HANDLE, startup.hStdInput);
-    const bool output = makeInheritable(STD_OUTPUT_HANDLE, startup.hStdOutput);
-    const bool error = makeInheritable(STD_ERROR_HANDLE, startup.hStdError);
-    if (input || output || error) {
-        startup.dwFlags |= STARTF_USESTDHANDLES;
-    }
-    return extended;
-}
-
-bool create(Launch &launch, DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &process,
-            Handle &thread)
-{
-    STARTUPINFOEXW startup = startupInfo();
+    STARTUPINFOEXW startup = startupInfoForProgram();
     startup.lpAttributeList = attributes;
     PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(wide(launch.application.data()),
-                        wide(const_cast<char16_t *>(launch.commandLine.data())), nullptr, nullptr,
-                        TRUE, flags | EXTENDED_STARTUPINFO_PRESENT, nullptr,
-                        wide(launch.folder->data()), &startup.StartupInfo, &started)) {
+    const wchar_t *folder = m_workingFolder.isEmpty() ? nullptr : wide(m_workingFolder.data());
+    if (!CreateProcessW(wide(m_application.data()),
+                        wide(const_cast<char16_t *>(m_commandLine.data())), nullptr, nullptr, TRUE,
+                        flags | EXTENDED_STARTUPINFO_PRESENT, nullptr, folder, &startup.StartupInfo,
+                        &started)) {
         return false;
     }
-    process.reset(started.hProcess);
+    m_process.reset(started.hProcess);
     thread.reset(started.hThread);
     return true;
 }
 
+// A virus scanner may hold the program's file, which is new.
+bool Program::createPatiently(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread)
+{
+    for (const unsigned pause : holderPauses) {
+        if (create(flags, attributes, thread)) {
+            return true;
+        }
+        if (!isHeldByAnother(GetLastError())) {
+            return false;
+        }
+        Sleep(pause);
+    }
+    return create(flags, attributes, thread);
+}
+
 // The process starts inside the job. If Windows does not support that, it is put into the job
 // before its first instruction. If it cannot be in the job at all, it runs without one.
-bool startDirectly(Launch &launch, Job &job, Handle &process)
+bool Program::createInJob()
 {
     Handle thread;
     JobAttribute attribute;
-    const bool hasJob = job.create();
-    if (hasJob && attribute.create(job) && create(launch, 0, attribute.list(), process, thread)) {
-        return true;
+    const bool hasJob = m_job.create();
+    if (hasJob && attribute.create(m_job)) {
+        if (createPatiently(0, attribute.list(), thread)) {
+            return true;
+        }
+        const DWORD error = GetLastError();
+        if (isHeldByAnother(error) || nextStart(error, false) != NextStart::None) {
+            return false; // not because of the job
+        }
     }
-    if (!create(launch, CREATE_SUSPENDED, nullptr, process, thread)) {
+    if (!createPatiently(CREATE_SUSPENDED, nullptr, thread)) {
         return false;
     }
     if (hasJob) {
-        job.add(process.get());
+        m_job.add(m_process.get());
     }
     ResumeThread(thread.get());
     return true;
 }
 
-// The shell asks the user and lets a service start the program: it is not in our job and inherits
-// neither handles nor environment.
-bool startThroughShell(const Launch &launch, Handle &process)
+bool Program::start(const Text &folder, const Text &name, Failure &failure)
 {
-    using ShellExecuteFunction = BOOL(WINAPI *)(SHELLEXECUTEINFOW *);
-    const auto shellExecute
-        = SystemLibrary(L"shell32.dll").function<ShellExecuteFunction>("ShellExecuteExW");
-    SHELLEXECUTEINFOW info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
-    info.lpVerb = L"runas";
-    info.lpFile = wide(launch.program.data());
-    info.lpParameters = wide(argumentTail(ownCommandLine()));
-    info.lpDirectory = wide(launch.folder->data());
-    const STARTUPINFOW startup = startupInfo().StartupInfo;
-    info.nShow = (startup.dwFlags & STARTF_USESHOWWINDOW) != 0 ? startup.wShowWindow
-                                                               : SW_SHOWNORMAL;
-    if (shellExecute == nullptr || !shellExecute(&info)) {
-        return false;
-    }
-    process.reset(info.hProcess);
-    return static_cast<bool>(process);
-}
-
-} // namespace
-
-bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, Failure &failure)
-{
-    Launch launch;
-    if (!prepare(launch, folder, name)) {
+    if (!prepare(folder, name)) {
         failure.code = ExitCode::NoMemory;
         return false;
     }
-    Job job;
-    Handle process;
-    if (!startDirectly(launch, job, process)
-        && (GetLastError() != elevationRequired || !startThroughShell(launch, process))) {
-        failure.systemError = GetLastError();
-        failure.code = failure.systemError == ERROR_CANCELLED ? ExitCode::Cancelled
-                                                              : ExitCode::StartFailed;
-        failure.subject = std::move(launch.program);
-        return false;
+    return createInJob() || failStart(failure, GetLastError(), m_path);
+}
+
+bool Program::startThroughShell(HWND owner, Failure &failure)
+{
+    const ShellStart request{m_path, argumentTail(ownCommandLine()), m_workingFolder, nullptr,
+                             owner};
+    return sfx::startThroughShell(request, m_process) || failStart(failure, GetLastError(), m_path);
+}
+
+bool Program::startElevated(const Text &executable, HWND owner, Failure &failure)
+{
+    // Elevated processes would begin in the system folder otherwise.
+    Text callers;
+    Text working;
+    if (!callersFolder(callers) || !workingFolder(callers, working)) {
+        working = Text();
     }
-    const DetachJobOnClose whileItRuns(job);
-    WaitForSingleObject(process.get(), INFINITE);
-    GetExitCodeProcess(process.get(), &exitCode);
-    job.waitUntilEmpty();
-    return true;
+    const ShellStart request{executable, argumentTail(ownCommandLine()), working, L"runas", owner};
+    return sfx::startThroughShell(request, m_process)
+        || failStart(failure, GetLastError(), executable);
+}
+
+unsigned long Program::wait(const Text &folder)
+{
+    unsigned long exitCode = 0;
+    if (!m_process) {
+        return exitCode;
+    }
+    const DetachJobOnClose whileInConsole(m_job);
+    WaitForSingleObject(m_process.get(), timeToJoinConsole);
+    // Windows would end this process together with the console, before it has cleaned up.
+    FreeConsole();
+    WaitForSingleObject(m_process.get(), INFINITE);
+    if (!GetExitCodeProcess(m_process.get(), &exitCode)) {
+        exitCode = 0;
+    }
+    m_job.waitForProgramsIn(folder);
+    return exitCode;
 }
 
 } // namespace sfx

@@ -3,17 +3,40 @@
 
 #pragma once
 
+#include "helpers/self-extractor/base/text.h"
 #include "helpers/self-extractor/windows/failure.h"
+#include "helpers/self-extractor/windows/job.h"
 
 namespace sfx {
 
-// Starts `folder`\`name` with `folder` as its working directory. Waits until the program and
-// everything that it started have ended. If this process is ended first, all of them end with it.
-//
-// The program gets its quoted path and the unchanged arguments of this process, the standard
-// handles, and the way its window is to be shown. A program that asks for more rights is started
-// through the shell, which asks the user. Returns true if it was started; `exitCode` is then the
-// program's. Otherwise `failure` says why.
-bool runProgram(const Text &folder, const Text &name, unsigned long &exitCode, Failure &failure);
+// The application's main program. Call one of the functions that start it, then wait().
+class Program
+{
+public:
+    // Starts the program `name` of `folder` with the arguments, handles and console of this
+    // process. Returns false on failure; then another way may be tried, see start/nextstart.h.
+    [[nodiscard]] bool start(const Text &folder, const Text &name, Failure &failure);
+    // Starts the same program through the shell, after start() has failed. `owner`: see ShellStart.
+    [[nodiscard]] bool startThroughShell(HWND owner, Failure &failure);
+    // Starts this process' own file again, with the rights of an administrator if the user agrees.
+    [[nodiscard]] bool startElevated(const Text &executable, HWND owner, Failure &failure);
+
+    // Waits until the program and all others in `folder` have ended, and returns the program's exit
+    // code; 0 if the shell has not said which process it started.
+    unsigned long wait(const Text &folder);
+
+private:
+    bool prepare(const Text &folder, const Text &name);
+    bool create(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread);
+    bool createPatiently(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread);
+    bool createInJob();
+
+    Text m_path;        // full path
+    Text m_application; // the same, as CreateProcessW needs it
+    Text m_commandLine;
+    Text m_workingFolder;
+    Job m_job;
+    Handle m_process;
+};
 
 } // namespace sfx

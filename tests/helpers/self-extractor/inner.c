@@ -15,6 +15,13 @@
 //                 starts itself outside the job it is in, with --stay, and stays
 //     --escape    starts itself outside the job it is in, and prints whether that succeeded
 //     --ctrl-c    sends Ctrl+C to its console, and prints whether it received it
+//     --join      leaves its console and joins that of the process that started it, and prints
+//                 whether that succeeded
+//     --join-not  joins the console of the process that started it again and again, and ends when
+//                 that process has left its console
+//     --by-number writes to file descriptor 3
+//     --open=P    starts the program P, which has no blank in its path, elsewhere and for ten minutes
+//     --remain    stays for ten minutes
 
 #include <windows.h>
 
@@ -59,23 +66,78 @@ static void tellStart(void)
     if (startup.dwFlags & STARTF_USESHOWWINDOW) {
         printf("show=%u\n", startup.wShowWindow);
     }
+    if (startup.dwFlags & STARTF_TITLEISLINKNAME) {
+        tell("title", startup.lpTitle);
+    }
     fflush(stdout);
 }
 
-static BOOL startSelf(const wchar_t *arguments, DWORD flags)
+// Without `folder` the program inherits handles and working folder.
+static BOOL startProgram(const wchar_t *program, const wchar_t *arguments, DWORD flags,
+                         const wchar_t *folder)
 {
     static wchar_t line[32768];
-    wchar_t program[1024];
     STARTUPINFOW startup;
     PROCESS_INFORMATION process;
     memset(&startup, 0, sizeof startup);
     startup.cb = sizeof startup;
-    GetModuleFileNameW(NULL, program, 1024);
     wcscpy(line, L"\"");
     wcscat(line, program);
     wcscat(line, L"\"");
     wcscat(line, arguments);
-    return CreateProcessW(program, line, NULL, NULL, TRUE, flags, NULL, NULL, &startup, &process);
+    return CreateProcessW(program, line, NULL, NULL, folder == NULL, flags, NULL, folder, &startup,
+                          &process);
+}
+
+static BOOL startSelf(const wchar_t *arguments, DWORD flags)
+{
+    wchar_t program[1024];
+    GetModuleFileNameW(NULL, program, 1024);
+    return startProgram(program, arguments, flags, NULL);
+}
+
+// The value of an option, up to the next blank. The value stays valid until the next call.
+static const wchar_t *valueOf(const wchar_t *option)
+{
+    static wchar_t value[32768];
+    const wchar_t *found = wcsstr(GetCommandLineW(), option);
+    size_t size = 0;
+    if (found == NULL) {
+        return NULL;
+    }
+    for (found += wcslen(option); *found != 0 && *found != L' '; ++found) {
+        value[size++] = *found;
+    }
+    value[size] = 0;
+    return value;
+}
+
+static void openOther(void)
+{
+    const wchar_t *program = valueOf(L"--open=");
+    if (program != NULL) {
+        printf("opened=%d\n", startProgram(program, L" --remain", 0, L"C:\\"));
+        fflush(stdout);
+    }
+}
+
+static BOOL joinStartersConsole(void)
+{
+    FreeConsole();
+    return AttachConsole(ATTACH_PARENT_PROCESS);
+}
+
+static void tellConsole(const wchar_t *line)
+{
+    if (wcsstr(line, L"--join-not") != NULL) {
+        while (joinStartersConsole()) {
+            Sleep(200);
+        }
+        printf("joined-not=1\n");
+    } else if (wcsstr(line, L"--join") != NULL) {
+        printf("joined=%d\n", joinStartersConsole());
+    }
+    fflush(stdout);
 }
 
 static void tellData(void)
@@ -139,6 +201,18 @@ int wmain(void)
     } else if (wcsstr(line, L"--escape") != NULL) {
         printf("escaped=%d\n", startSelf(L" --exit=9", CREATE_BREAKAWAY_FROM_JOB));
         fflush(stdout);
+    }
+    openOther();
+    tellConsole(line);
+    if (wcsstr(line, L"--by-number") != NULL) {
+        FILE *out = _fdopen(3, "w");
+        if (out != NULL) {
+            fputs("by number", out);
+            fclose(out);
+        }
+    }
+    if (wcsstr(line, L"--remain") != NULL) {
+        Sleep(600000);
     }
     if (wcsstr(line, L"--ctrl-c") != NULL) {
         interruptConsole();

@@ -198,6 +198,16 @@ std::unique_ptr<QProcess> ModuleRun::hold(const QString &file) const
     return waitForOutput(*process, "held=1").isEmpty() ? nullptr : std::move(process);
 }
 
+std::unique_ptr<QProcess> ModuleRun::seizeProgram() const
+{
+    auto process = std::make_unique<QProcess>();
+    prepare(*process);
+    process->start(QStringLiteral("wine"),
+                   {QStringLiteral(KESTRELPACK_TEST_STARTER),
+                    QStringLiteral("--seize=") + windowsPath(m_temporary)});
+    return process;
+}
+
 QByteArray ModuleRun::waitForOutput(QProcess &process, const QByteArray &text, int times,
                                     int milliseconds)
 {
@@ -218,7 +228,12 @@ QList<qint64> ModuleRun::moduleProcesses() const
 
 QList<qint64> ModuleRun::programProcesses() const
 {
-    return processesOf(windowsPath(m_temporary) + u'\\');
+    return processesFrom(m_temporary);
+}
+
+QList<qint64> ModuleRun::processesFrom(const QString &folder)
+{
+    return processesOf(windowsPath(folder) + u'\\');
 }
 
 Run ModuleRun::finish(QProcess &process, int milliseconds)

@@ -62,8 +62,13 @@ public:
     // all programs from the temporary folder.
     QList<qint64> moduleProcesses() const;
     QList<qint64> programProcesses() const;
+    // Those whose program lies in this folder.
+    static QList<qint64> processesFrom(const QString &folder);
     // Keeps a file open, so that other processes cannot delete it, until finish() is called.
     std::unique_ptr<QProcess> hold(const QString &file) const;
+    // Keeps the unpacked main.exe of the next start open in the same way, so that others cannot
+    // read it. It prints "held=1" then.
+    std::unique_ptr<QProcess> seizeProgram() const;
     // Starts the file directly, so that the id of the process is the module's own.
     std::unique_ptr<QProcess> startDirectly(const QString &file,
                                             const QStringList &arguments) const;

@@ -21,6 +21,9 @@ private slots:
     void endsTheTreeWithItself_data();
     void endsTheTreeWithItself();
     void letsOutWhoAsksForIt();
+    void doesNotWaitForABrowser();
+    void staysInTheConsoleForProgramsThatJoinIt();
+    void leavesTheConsole();
     void leavesInterruptsToTheProgram();
     void isInterruptedBeforeTheProgramRuns();
 };
@@ -100,6 +103,40 @@ void TestProcessTree::letsOutWhoAsksForIt()
 {
     QCOMPARE(m_run.run(assembleWithData(), QStringLiteral(" --escape")).value("escaped"),
              QStringLiteral("1"));
+}
+
+// A program from elsewhere that the main program has opened stays in the job. The module neither
+// waits for it nor takes it along.
+void TestProcessTree::doesNotWaitForABrowser()
+{
+    const QString folder = m_run.path(QStringLiteral("elsewhere"));
+    QVERIFY(writeTree(folder, {{QStringLiteral("browser.exe"), ModuleRun::programBytes()}}));
+    const QString browser = windowsPath(folder) + QStringLiteral("\\browser.exe");
+    const Run result = m_run.run(assembleWithData(), QStringLiteral(" --open=") + browser);
+    QCOMPARE(result.value("opened"), QStringLiteral("1"));
+    QCOMPARE(result.exitCode, 7);
+    const QList<qint64> browsers = ModuleRun::processesFrom(folder);
+    for (const qint64 id : browsers) {
+        kill(static_cast<pid_t>(id), SIGKILL);
+    }
+    QCOMPARE(browsers.size(), 1);
+    WAIT_COMPARE(ModuleRun::processesFrom(folder), QList<qint64>());
+}
+
+void TestProcessTree::staysInTheConsoleForProgramsThatJoinIt()
+{
+    const Run result
+        = m_run.run(assembleWithData(), QStringLiteral(" --join"), {QStringLiteral("--console")});
+    QCOMPARE(result.value("joined"), QStringLiteral("1"));
+}
+
+// Later it leaves the console, so that it can clean up after the console has closed.
+void TestProcessTree::leavesTheConsole()
+{
+    const Run result = m_run.run(assembleWithData(), QStringLiteral(" --join-not"),
+                                 {QStringLiteral("--console")});
+    QCOMPARE(result.value("joined-not"), QStringLiteral("1"));
+    QCOMPARE(result.exitCode, 7);
 }
 
 void TestProcessTree::leavesInterruptsToTheProgram()

@@ -19,6 +19,9 @@ private slots:
     void passesTheWayToShow_data();
     void passesTheWayToShow();
     void passesStandardHandles();
+    void passesTheTitle();
+    void passesFileDescriptors();
+    void keepsRedirections();
 };
 
 void TestProgramStart::knowsWhereItComesFrom()
@@ -106,6 +109,32 @@ void TestProgramStart::passesStandardHandles()
     QCOMPARE(result.errors.trimmed(), QByteArray("from the caller"));
     QCOMPARE(result.value("tail"), QStringLiteral(" --echo"));
     QCOMPARE(result.exitCode, 7);
+}
+
+void TestProgramStart::passesTheTitle()
+{
+    const QString shortcut = QStringLiteral("C:\\my shortcut.lnk");
+    QCOMPARE(m_run.run(m_run.assembleProgram(), QString(), {QStringLiteral("--title=") + shortcut})
+                 .value("title"),
+             shortcut);
+}
+
+// The C runtime hands open file descriptors on to other programs.
+void TestProgramStart::passesFileDescriptors()
+{
+    const QString file = m_run.path(QStringLiteral("descriptor"));
+    const Run result = m_run.run(m_run.assembleProgram(), QStringLiteral(" --by-number"),
+                                 {QStringLiteral("--number=") + windowsPath(file)});
+    QCOMPARE(result.exitCode, 7);
+    QCOMPARE(contentOf(file), QByteArray("by number"));
+}
+
+// Joining the caller's console must not replace a redirected handle.
+void TestProgramStart::keepsRedirections()
+{
+    const Run result = m_run.run(m_run.assembleProgram(), QStringLiteral(" --exit=5"),
+                                 {QStringLiteral("--console-later")});
+    QCOMPARE(result.value("tail"), QStringLiteral(" --exit=5"));
 }
 
 QTEST_GUILESS_MAIN(TestProgramStart)

@@ -22,6 +22,7 @@ private slots:
     void refusesDamage();
     void saysThatTheProgramIsMissing();
     void saysThatTheProgramCannotStart();
+    void showsNoBoxThatNobodySees();
     void unpacksNamesOfAllKinds();
     void staysSmallInMemory();
 };
@@ -120,6 +121,15 @@ void TestSelfExtractor::saysThatTheProgramCannotStart()
         m_run.assemble(Tree{{QStringLiteral("main.exe"), "text"}}, QStringLiteral("main.exe")));
     QCOMPARE(result.exitCode, lowByte(ExitCode::StartFailed));
     QVERIFY(result.errors.contains("main.exe"));
+    QVERIFY2(!result.errors.contains('%'), result.errors.constData()); // the name is inserted
+}
+
+// On a desktop that nobody sees, as that of a service, a message box would wait for ever.
+void TestSelfExtractor::showsNoBoxThatNobodySees()
+{
+    const Run result
+        = m_run.run(m_run.write(m_run.module()), QString(), {QStringLiteral("--unseen")});
+    QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(ExitCode::Damaged));
 }
 
 // Names and contents of the unpacked files, read from outside while the program runs.
