@@ -15,9 +15,13 @@ namespace {
 
 constexpr std::size_t startHeaderSize = k7zStartHeaderSize;
 
-// Windows' attribute bits, and 7-Zip's mark that the upper half contains a Unix file mode.
+// Read-only, hidden, system and archive: what a program may set, and what means the same on every
+// disk. The other bits tell how the file was stored where it was packed: compressed, encrypted,
+// sparse, offline, in a cloud. They are dropped, and so is the mark of a reparse point (0x400):
+// cloud drives and disks with deduplication set it on ordinary files, and the archive holds their
+// content.
 constexpr std::uint32_t keptAttributes = 0x01 | 0x02 | 0x04 | 0x20;
-constexpr std::uint32_t reparsePoint = 0x400;
+// 7-Zip's mark that the upper half contains a Unix file mode.
 constexpr std::uint32_t unixExtension = 0x8000;
 constexpr std::uint32_t unixTypeMask = 0170000;
 constexpr std::uint32_t unixFolder = 0040000;
@@ -25,9 +29,6 @@ constexpr std::uint32_t unixFile = 0100000;
 
 bool isPlain(std::uint32_t attributes)
 {
-    if ((attributes & reparsePoint) != 0) {
-        return false;
-    }
     if ((attributes & unixExtension) == 0) {
         return true;
     }

@@ -46,7 +46,7 @@ public:
 
     std::uint32_t entryCount() const { return m_tables.NumFiles; }
     // Fills in an entry. UnsafeName: the path leads out of the folder or is impossible on Windows.
-    // Unsupported: the entry is a link or a device.
+    // Unsupported: the entry is a Unix link or a device.
     Status entry(std::uint32_t index, Entry &entry) { return this->entry(index, entry, m_path); }
     // The same, with a path buffer of the caller; several threads may call it at the same time.
     Status entry(std::uint32_t index, Entry &entry, Array<char16_t> &path) const;

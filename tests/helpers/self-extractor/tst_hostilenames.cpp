@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/self-extractor/hostilerun.h"
+#include "tests/helpers/self-extractor/sfxtest.h"
 
 #include <QSet>
 #include <QTest>
@@ -24,6 +25,8 @@ private slots:
     void takesOddNames();
     void refusesWhatIsNoFile_data();
     void refusesWhatIsNoFile();
+    void takesAttributesOfOtherDisks_data();
+    void takesAttributesOfOtherDisks();
     void takesAntiItemsForEmptyFiles();
 
 private:
@@ -146,9 +149,7 @@ void TestHostileNames::refusesWhatIsNoFile_data()
     QTest::newRow("a device for blocks") << unixMode(0060644);
     QTest::newRow("a device for characters") << unixMode(0020644);
     QTest::newRow("a socket") << unixMode(0140644);
-    QTest::newRow("a reparse point") << 0x400u;
-    QTest::newRow("a junction") << 0x410u;
-    QTest::newRow("a reparse point with a file's mode") << (unixMode(0100644) | 0x400u);
+    QTest::newRow("a symbolic link that is also a reparse point") << (unixMode(0120777) | 0x400u);
 }
 
 void TestHostileNames::refusesWhatIsNoFile()
@@ -159,6 +160,42 @@ void TestHostileNames::refusesWhatIsNoFile()
         return;
     }
     refuse({{"link", QByteArray(), true, false, attributes}}, Status::Unsupported);
+}
+
+void TestHostileNames::takesAttributesOfOtherDisks_data()
+{
+    QTest::addColumn<quint32>("attributes");
+    QTest::addColumn<quint32>("kept");
+    QTest::newRow("all that means the same everywhere") << 0x27u << 0x27u;
+    QTest::newRow("an ordinary file") << 0x80u << 0u;
+    QTest::newRow("a reparse point") << 0x400u << 0u;
+    QTest::newRow("a junction") << 0x410u << 0u;
+    QTest::newRow("always kept on a cloud drive's device") << 0x80420u << 0x20u;
+    QTest::newRow("fetched by a cloud drive when it is read") << 0x501620u << 0x20u;
+    QTest::newRow("fetched by a cloud drive when it is opened") << 0x41420u << 0x20u;
+    QTest::newRow("on a disk with deduplication") << 0x621u << 0x21u;
+    QTest::newRow("compressed and sparse") << 0xa20u << 0x20u;
+    QTest::newRow("encrypted") << 0x4022u << 0x22u;
+    QTest::newRow("temporary, offline and not indexed") << 0x3124u << 0x24u;
+    QTest::newRow("with the integrity stream of ReFS") << 0x8020u << 0x20u;
+    QTest::newRow("a reparse point with a file's mode") << ((0100644u << 16) | 0x8400u) << 0u;
+}
+
+void TestHostileNames::takesAttributesOfOtherDisks()
+{
+    QFETCH(quint32, attributes);
+    for (const bool isFolder : {false, true}) {
+        const QByteArray content(isFolder ? "" : "x");
+        const QByteArray archive
+            = forge::archiveOf(planWith({{"given", content, isFolder, false, attributes}}));
+        QCOMPARE(runHostile(archive).status, Status::Ok);
+        MemorySource source(archive);
+        Archive opened(source);
+        Entry entry;
+        QCOMPARE(opened.open(0), Status::Ok);
+        QCOMPARE(opened.entry(1, entry), Status::Ok);
+        QTEST(entry.attributes, "kept");
+    }
 }
 
 void TestHostileNames::takesAntiItemsForEmptyFiles()
