@@ -25,11 +25,13 @@ add_library(kestrelpack_sfx_core STATIC
     archive/headermemory.cpp
     archive/lookstream.cpp
     archive/pathset.cpp
+    archive/shortname.cpp
     unpacking/unpacker.cpp
     unpacking/unpackthreads.cpp
     start/applicationfolder.cpp
     start/blockreader.cpp
     start/commandline.cpp
+    start/filesystem.cpp
     start/heldfile.cpp
     start/nextstart.cpp
     start/peimage.cpp

@@ -3,27 +3,57 @@
 
 #include "helpers/self-extractor/unpacking/unpacker.h"
 
+#include "helpers/self-extractor/archive/shortname.h"
+
 namespace sfx {
 
 namespace {
 
-// Folders, and files without content. The other files must have a CRC.
+// A folder or an empty file.
+Status makeEmpty(const Entry &entry, UnpackSink &sink)
+{
+    if (entry.isFolder) {
+        return sink.makeFolder(entry);
+    }
+    const Status status = sink.beginFile(entry);
+    return status == Status::Ok ? sink.endFile(entry) : status;
+}
+
+// Entries with names like LONGFI~1.TXT, before others can get this name as their short name. Files
+// are empty at first and get their attributes later: a read-only file could not be opened again.
+Status makeShortNames(Archive &archive, UnpackSink &sink)
+{
+    Status status = Status::Ok;
+    for (std::uint32_t i = 0; status == Status::Ok && i < archive.entryCount(); ++i) {
+        Entry entry;
+        status = archive.entry(i, entry);
+        if (status != Status::Ok || !couldBeShortName(entry.path, entry.pathSize)) {
+            continue;
+        }
+        if (entry.size != 0) {
+            entry.size = 0;
+            entry.attributes = 0;
+            entry.hasModified = false;
+        }
+        status = makeEmpty(entry, sink);
+    }
+    return status;
+}
+
+// The other folders, and files without content. Files with content must have a CRC.
 Status makeEmptyEntries(Archive &archive, UnpackSink &sink)
 {
     const CSzArEx &tables = archive.tables();
-    Status status = Status::Ok;
+    Status status = makeShortNames(archive, sink);
     for (std::uint32_t i = 0; status == Status::Ok && i < archive.entryCount(); ++i) {
         Entry entry;
         status = archive.entry(i, entry);
         if (status != Status::Ok) {
             return status;
         }
-        if (entry.isFolder) {
-            status = sink.makeFolder(entry);
-        } else if (entry.size == 0) {
-            status = sink.beginFile(entry);
-            if (status == Status::Ok) {
-                status = sink.endFile(entry);
+        if (entry.isFolder || entry.size == 0) {
+            if (!couldBeShortName(entry.path, entry.pathSize)) {
+                status = makeEmpty(entry, sink);
             }
         } else if (!SzBitWithVals_Check(&tables.CRCs, i)
                    || tables.FileToFolder[i] >= tables.db.NumFolders) {

@@ -9,7 +9,8 @@ namespace sfx {
 
 // Receives unpacked entries. The order of calls: begin(); then for each entry makeFolder(), or
 // beginFile(), any number of write() and endFile(); at the end finishFolder() for each folder, in
-// reverse order. A status other than Ok ends the run.
+// reverse order. A file whose name could be a short name is first begun and ended as an empty file.
+// A status other than Ok ends the run.
 class UnpackSink
 {
 public:

@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/windows/diskspace.h"
 
+#include "helpers/self-extractor/start/filesystem.h"
 #include "helpers/self-extractor/start/winpath.h"
 
 namespace sfx {
@@ -17,6 +18,14 @@ constexpr DWORD quotaExceeded = 1295;
 bool isDiskFull(DWORD error)
 {
     return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL || error == quotaExceeded;
+}
+
+bool diskHoldsFileOf(HANDLE file, std::uint64_t size)
+{
+    wchar_t name[MAX_PATH + 1];
+    return !GetVolumeInformationByHandleW(file, nullptr, 0, nullptr, nullptr, nullptr, name,
+                                          ARRAYSIZE(name))
+        || holdsFileOf(reinterpret_cast<const char16_t *>(name), size);
 }
 
 std::uint64_t missingSpace(const Text &folder, std::uint64_t needed)

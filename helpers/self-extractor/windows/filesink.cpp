@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/windows/filesink.h"
 
+#include "helpers/self-extractor/archive/shortname.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/diskspace.h"
 #include "helpers/self-extractor/windows/interrupt.h"
@@ -13,6 +14,29 @@ namespace {
 
 // Smaller files are written in one piece anyway.
 constexpr std::uint64_t leastPreallocated = 1024 * 1024;
+
+// Pauses in milliseconds while another process has a file open; 2.5 s together.
+constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280};
+
+// Opens a file that already exists. A scanner may look into it just now.
+HANDLE openAgain(const Text &path)
+{
+    const auto open = [&path] {
+        return CreateFileW(wide(path.data()), GENERIC_WRITE,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    };
+    for (const DWORD pause : pauses) {
+        const HANDLE file = open();
+        if (file != INVALID_HANDLE_VALUE
+            || (GetLastError() != ERROR_SHARING_VIOLATION
+                && GetLastError() != ERROR_LOCK_VIOLATION)) {
+            return file;
+        }
+        Sleep(pause);
+    }
+    return open();
+}
 
 // Failures are ignored: the program runs without them.
 void setTimeAndAttributes(HANDLE file, const Entry &entry)
@@ -31,8 +55,12 @@ bool preallocate(HANDLE file, std::uint64_t size)
 {
     FILE_END_OF_FILE_INFO info = {};
     info.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
-    return SetFileInformationByHandle(file, FileEndOfFileInfo, &info, sizeof info)
-        || !isDiskFull(GetLastError());
+    if (SetFileInformationByHandle(file, FileEndOfFileInfo, &info, sizeof info)
+        || !isDiskFull(GetLastError())) {
+        return true;
+    }
+    SetLastError(diskHoldsFileOf(file, size) ? ERROR_DISK_FULL : ERROR_FILE_TOO_LARGE);
+    return false;
 }
 
 } // namespace
@@ -76,10 +104,13 @@ bool FileSink::locate(const Entry &entry)
     return true;
 }
 
-bool FileSink::createFile()
+// The file is not shared and closed once, so a scanner cannot look into it before it is complete.
+bool FileSink::createFile(const Entry &file)
 {
-    m_file.reset(CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    const bool exists = file.size != 0 && couldBeShortName(file.path, file.pathSize);
+    m_file.reset(exists ? openAgain(m_path)
+                        : CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
     return static_cast<bool>(m_file);
 }
 
@@ -136,8 +167,8 @@ Status FileSink::beginFile(const Entry &file)
     if (!locate(file)) {
         return Status::NoMemory;
     }
-    if (!createFile()
-        && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile())) {
+    if (!createFile(file)
+        && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile(file))) {
         return fail();
     }
     if (file.size >= leastPreallocated && !preallocate(m_file.get(), file.size)) {
@@ -185,9 +216,11 @@ Status FileSink::finishFolder(const Entry &folder)
     if (!locate(folder)) {
         return Status::NoMemory;
     }
-    const Handle handle(CreateFileW(wide(m_path.data()), FILE_WRITE_ATTRIBUTES,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    // For this right alone, Windows does not compare what others share: there is no violation.
+    const Handle handle(
+        CreateFileW(wide(m_path.data()), FILE_WRITE_ATTRIBUTES,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (handle) {
         setTimeAndAttributes(handle.get(), folder);
     }

@@ -11,7 +11,8 @@
 
 namespace sfx {
 
-// Writes unpacked entries into a folder. Every file must be new.
+// Writes unpacked entries into a folder. Every file must be new, but a file with a name like a short
+// one may have been created empty by an earlier beginFile().
 class FileSink final : public UnpackSink
 {
 public:
@@ -50,7 +51,7 @@ private:
     FileSink(const Text &folder, Common &common) : m_folder(folder), m_common(common) {}
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
-    bool createFile();
+    bool createFile(const Entry &file);
     bool createFolder();
     bool makeParents();
 

@@ -4,6 +4,7 @@
 #include "tests/helpers/self-extractor/sfxtest.h"
 
 #include "helpers/self-extractor/archive/contents.h"
+#include "helpers/self-extractor/archive/shortname.h"
 #include "tests/support/testfiles.h"
 
 #include "7zCrc.h"
@@ -88,13 +89,18 @@ sfx::Status TreeSink::begin(std::uint64_t, std::uint32_t)
 sfx::Status TreeSink::makeFolder(const sfx::Entry &folder)
 {
     isConsistent = isConsistent && m_open.isNull();
+    order += pathOf(folder);
     tree.insert(pathOf(folder) + u'/', QByteArray());
     return sfx::Status::Ok;
 }
 
 sfx::Status TreeSink::beginFile(const sfx::Entry &file)
 {
-    isConsistent = isConsistent && m_open.isNull() && !tree.contains(pathOf(file));
+    // Only a file with a name like a short one has been begun before, as an empty file.
+    const bool isAgain = file.size != 0 && sfx::couldBeShortName(file.path, file.pathSize);
+    isConsistent = isConsistent && m_open.isNull() && tree.contains(pathOf(file)) == isAgain
+        && tree.value(pathOf(file)).isEmpty();
+    order += pathOf(file);
     m_open = pathOf(file);
     tree.insert(m_open, QByteArray(""));
     return sfx::Status::Ok;

@@ -31,6 +31,7 @@ class TreeSink final : public sfx::UnpackSink
 public:
     Tree tree;
     QMap<QString, std::uint64_t> modified;
+    QStringList order; // of the calls that create something
     bool isConsistent = true;
 
     sfx::Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/helpers/self-extractor/archivewriter.h"
 #include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDateTime>
@@ -18,6 +19,7 @@ private slots:
     void initTestCase();
     void isWhatWasPacked_data();
     void isWhatWasPacked();
+    void takesFilesOfACloudDrive();
 
 private:
     QString m_source;
@@ -69,6 +71,7 @@ void TestUnpackedFolder::initTestCase()
     tree[QStringLiteral("main.exe")] = ModuleRun::programBytes();
     tree[QStringLiteral("long.bin")] = noise(64 * 1024, 1).repeated(180); // in several blocks
     tree[QStringLiteral("text/readonly.txt")] = "mine";
+    tree[QStringLiteral("text/READON~1.TXT")] = "a name like a short one";
     for (int i = 0; i < 30; ++i) {
         tree[QStringLiteral("many/%1.bin").arg(i)]
             = noise(1024, static_cast<quint32>(i)).repeated(150 + i);
@@ -80,7 +83,7 @@ void TestUnpackedFolder::initTestCase()
     QVERIFY(file.open(QIODevice::ReadWrite)
             && file.setFileTime(past, QFileDevice::FileModificationTime));
     file.close();
-    for (const char *name : {"/long.bin", "/text/readonly.txt"}) {
+    for (const char *name : {"/long.bin", "/text/readonly.txt", "/text/READON~1.TXT"}) {
         QVERIFY(QFile::setPermissions(m_source + QLatin1String(name), QFileDevice::ReadOwner));
     }
 }
@@ -109,6 +112,21 @@ void TestUnpackedFolder::isWhatWasPacked()
     QCOMPARE(listing(unpacked), listing(m_source));
     QCOMPARE(differingFiles(m_source, unpacked), QStringList());
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+    QCOMPARE(m_run.leftovers(), QStringList());
+}
+
+// On such drives ordinary files are reparse points.
+void TestUnpackedFolder::takesFilesOfACloudDrive()
+{
+    const forge::ArchivePlan plan(
+        {{QStringLiteral("main.exe"), ModuleRun::programBytes(), false, false, 0x80420u},
+         {QStringLiteral("folder"), QByteArray(), true, false, 0x80410u},
+         {QStringLiteral("data.txt"), "still here", false, false, 0x501620u}});
+    const Run result = m_run.run(m_run.assemble(forge::archiveOf(plan), QStringLiteral("main.exe")),
+                                 QStringLiteral(" --launch=0"));
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 7);
+    QCOMPARE(result.value("data"), QStringLiteral("still here"));
     QCOMPARE(m_run.leftovers(), QStringList());
 }
 

@@ -49,6 +49,7 @@ private slots:
     void ignoresWhatLiesAround();
     void keepsTimes();
     void unpacksManyFiles();
+    void makesShortNamesFirst();
     void refusesWhatItCannotDo_data();
     void refusesWhatItCannotDo();
     void refusesLinks();
@@ -164,6 +165,30 @@ void TestUnpacker::unpacksManyFiles()
     Tree unpacked;
     QCOMPARE(unpackBytes(packTree(packed, {}), 0, unpacked), Status::Ok);
     QVERIFY(unpacked == packed);
+}
+
+// Otherwise Windows gives their names to other files and folders.
+void TestUnpacker::makesShortNamesFirst()
+{
+    const Tree packed{{QStringLiteral("A long name.txt"), "first in the archive"},
+                      {QStringLiteral("ALONGN~1.TXT"), "content"},
+                      {QStringLiteral("EMPTY~1.TXT"), ""},
+                      {QStringLiteral("a folder/file.txt"), "x"},
+                      {QStringLiteral("a folder/"), QByteArray()},
+                      {QStringLiteral("AFOLDE~1/"), QByteArray()},
+                      {QStringLiteral("main.exe"), "x"}};
+    MemorySource source(packTree(packed, {}));
+    Archive archive(source);
+    TreeSink sink;
+    QCOMPARE(archive.open(0), Status::Ok);
+    QCOMPARE(unpack(archive, sink, 1), Status::Ok);
+    QVERIFY(sink.isConsistent);
+    QVERIFY(sink.tree == packed);
+    QStringList first = sink.order.mid(0, 3);
+    first.sort();
+    QCOMPARE(first, QStringList({"AFOLDE~1", "ALONGN~1.TXT", "EMPTY~1.TXT"}));
+    QCOMPARE(sink.order.count(QStringLiteral("ALONGN~1.TXT")), 2);
+    QCOMPARE(sink.order.count(QStringLiteral("EMPTY~1.TXT")), 1);
 }
 
 void TestUnpacker::refusesWhatItCannotDo_data()
