@@ -28,9 +28,11 @@ add_library(kestrelpack_sfx_core STATIC
     archive/shortname.cpp
     unpacking/unpacker.cpp
     unpacking/unpackthreads.cpp
+    start/accessrights.cpp
     start/applicationfolder.cpp
     start/blockreader.cpp
     start/commandline.cpp
+    start/entryuse.cpp
     start/filesystem.cpp
     start/heldfile.cpp
     start/nextstart.cpp

@@ -5,9 +5,11 @@
 
 #include "helpers/self-extractor/base/text.h"
 
+#include <cstdint>
+
 namespace sfx {
 
-// Number of random bytes in a private folder's name; they make each name unique.
+// Number of bytes in a private folder's name.
 constexpr std::size_t privateNameBytes = 10;
 
 // The lock file has the folder's name with this suffix and lies beside the folder.
@@ -17,7 +19,20 @@ constexpr const char16_t *lockPattern = u"kp-*.lock";
 
 // Sets `name` to "kp-" and the bytes in hexadecimal digits. Returns false if there is not enough
 // memory.
-[[nodiscard]] bool makePrivateName(const unsigned char (&random)[privateNameBytes], Text &name);
+[[nodiscard]] bool makePrivateName(const unsigned char (&bytes)[privateNameBytes], Text &name);
+
+// What the folder of a produced file is named after, as long as no other process uses that name.
+struct ProducedFile
+{
+    const Text &path;       // full path
+    std::uint64_t size;     // in bytes
+    std::uint64_t modified; // in 100 ns since 1601
+    const Text &rights;     // of describeRights(): an elevated start has a folder of its own
+};
+
+// Makes the bytes of a name that is the same for the same file. Upper and lower case of ASCII
+// letters in the path do not matter. Anybody can compute these bytes, so the name is no secret.
+void hashProducedFile(const ProducedFile &file, unsigned char (&bytes)[privateNameBytes]);
 
 // Whether this is the name of a private folder's lock file.
 bool isLockName(const char16_t *name);

@@ -3,47 +3,51 @@
 
 #include "helpers/self-extractor/windows/folderlisting.h"
 
-namespace sfx {
+#include <winternl.h>
 
-bool FolderListing::open(const Text &path)
-{
-    // Not shared for deleting, so that nobody can rename the folder.
-    m_folder.reset(CreateFileW(wide(path.data()), FILE_LIST_DIRECTORY | READ_CONTROL,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                               FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    m_entry = nullptr;
-    BY_HANDLE_FILE_INFORMATION info = {};
-    if (!m_folder || !GetFileInformationByHandle(m_folder.get(), &info)
-        || (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0
-        || (info.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
-        m_folder.reset();
-        return false;
-    }
-    return true;
-}
+// MinGW's winternl.h does not declare it (Microsoft, ntifs.h).
+extern "C" NTSYSAPI NTSTATUS NTAPI NtQueryDirectoryFile(HANDLE, HANDLE, PIO_APC_ROUTINE, PVOID,
+                                                        PIO_STATUS_BLOCK, PVOID, ULONG,
+                                                        FILE_INFORMATION_CLASS, BOOLEAN,
+                                                        PUNICODE_STRING, BOOLEAN);
+
+namespace sfx {
 
 bool FolderListing::advance()
 {
     if (m_entry != nullptr && m_entry->NextEntryOffset != 0) {
         const auto *bytes = reinterpret_cast<const unsigned char *>(m_entry);
-        m_entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(bytes + m_entry->NextEntryOffset);
+        m_entry = reinterpret_cast<const FILE_FULL_DIR_INFO *>(bytes + m_entry->NextEntryOffset);
         return true;
     }
-    m_entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(m_buffer);
-    return GetFileInformationByHandleEx(m_folder.get(), FileIdBothDirectoryInfo, m_buffer,
-                                        sizeof m_buffer);
+    // This class of information has no file ids and short names, which some network drives do not
+    // know. It is asked from the system itself: Wine 8 has no Windows function for it.
+    IO_STATUS_BLOCK result = {};
+    const BOOLEAN restarts = m_entry == nullptr;
+    m_entry = reinterpret_cast<const FILE_FULL_DIR_INFO *>(m_buffer);
+    return NtQueryDirectoryFile(m_folder, nullptr, nullptr, nullptr, &result, m_buffer,
+                                sizeof m_buffer, FileFullDirectoryInformation, FALSE, nullptr,
+                                restarts)
+        >= 0;
 }
 
 bool FolderListing::next()
 {
     while (advance()) {
-        const bool isDots = name()[0] == u'.'
-            && (nameSize() == 1 || (nameSize() == 2 && name()[1] == u'.'));
+        const ListedEntry found = entry();
+        const bool isDots = found.name[0] == u'.'
+            && (found.nameSize == 1 || (found.nameSize == 2 && found.name[1] == u'.'));
         if (!isDots) {
             return true;
         }
     }
     return false;
+}
+
+ListedEntry FolderListing::entry() const
+{
+    return {m_folder, reinterpret_cast<const char16_t *>(m_entry->FileName),
+            m_entry->FileNameLength / sizeof(char16_t), m_entry->FileAttributes};
 }
 
 } // namespace sfx

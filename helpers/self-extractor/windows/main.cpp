@@ -93,12 +93,12 @@ Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalByte
     return status == Status::Ok && window->isCancelled() ? Status::Cancelled : status;
 }
 
-bool makeFolder(const ConfigBlock &block, std::uint64_t totalBytes, PrivateFolder &folder,
-                Failure &failure)
+bool makeFolder(const ConfigBlock &block, const Executable &executable, std::uint64_t totalBytes,
+                PrivateFolder &folder, Failure &failure)
 {
     Text temporary;
     if (findTemporaryFolder(temporary)
-        && folder.create(temporary, block.folderName, block.runProgram)) {
+        && folder.create(temporary, block.folderName, block.runProgram, executable.path())) {
         removeStaleFolders(temporary, folder.lock());
         return true;
     }
@@ -170,7 +170,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         if (!inspect(executable, block, archive, totalBytes, archiveOffset, failure)) {
             return false;
         }
-        if (!makeFolder(block, totalBytes, folder, failure)) {
+        if (!makeFolder(block, executable, totalBytes, folder, failure)) {
             return false;
         }
         // The window closes when the program has started: what the process in the foreground

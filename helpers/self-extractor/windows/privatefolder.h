@@ -8,10 +8,11 @@
 
 namespace sfx {
 
-// A new folder `kp-<random>` in the user's temporary folder that only this user, the system and
-// administrators can access, and the application's folder inside it. The destructor removes both
-// with everything in them. If something is still locked, the folder and the lock file beside it
-// stay, and a later start removes them.
+// A new folder `kp-<20 digits>` in the user's temporary folder that only this user, the system and
+// administrators can access, and the application's folder inside it. The digits are the same at
+// every start of a produced file; if that folder exists, they are random. The destructor removes
+// both folders with everything in them. If something is still in use, everything and the lock file
+// beside it stay, and a later start removes them.
 class PrivateFolder
 {
 public:
@@ -21,10 +22,11 @@ public:
     ~PrivateFolder() { remove(); }
 
     // Creates both folders in `temporaryFolder`, which ends with a separator. The application's
-    // folder gets `applicationName`, or a short name if `program`'s path would be too long. Returns
-    // false on failure, with the reason in GetLastError(); nothing is left behind.
+    // folder gets `applicationName`, or a short name if `program`'s path would be too long.
+    // `producedFile` is the path of this process' file. Returns false on failure, with the reason in
+    // GetLastError(); nothing is left behind.
     [[nodiscard]] bool create(const Text &temporaryFolder, const Text &applicationName,
-                              const Text &program);
+                              const Text &program, const Text &producedFile);
     // Removes everything. Does nothing if nothing has been created.
     void remove();
 
@@ -34,9 +36,23 @@ public:
     HANDLE lock() const { return m_lock.handle(); }
 
 private:
-    bool createRoot(const Text &temporaryFolder);
+    struct RootPath
+    {
+        Text plain;
+        Text extended;
+        Text lock; // of the lock file, in extended form
+    };
+
+    [[nodiscard]] static bool makePath(const Text &temporaryFolder, const Text &name,
+                                       RootPath &path);
+    [[nodiscard]] static bool makeStablePath(const Text &temporaryFolder, const Text &producedFile,
+                                             const Text &rights, RootPath &path);
+    [[nodiscard]] static bool makeRandomPath(const Text &temporaryFolder, RootPath &path);
+    bool createAt(RootPath &path, SECURITY_ATTRIBUTES *security);
+    bool createRoot(const Text &temporaryFolder, const Text &producedFile);
 
     LockFile m_lock;
+    Handle m_guard; // of the private folder: as long as it is open, nobody can replace the folder
     Text m_root;
     Text m_application;
 };

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/windows/fileowner.h"
 #include "helpers/self-extractor/windows/folderlisting.h"
+#include "helpers/self-extractor/windows/markedentries.h"
 
 namespace sfx {
 
@@ -13,108 +14,175 @@ namespace {
 // Pauses between ten tries, in milliseconds; 4.5 s together.
 constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280, 2000};
 constexpr std::uint64_t noDeadline = UINT64_MAX;
+// Files that are open at the same time. Further ones are only asked, and marked later.
+constexpr std::size_t mostMarked = 8192;
 
-// A read-only file or folder cannot be removed. For a link, this changes the link itself.
-void makeWritable(const Text &path, DWORD attributes)
-{
-    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0) {
-        return;
-    }
-    const Handle item(
-        CreateFileW(wide(path.data()), FILE_WRITE_ATTRIBUTES,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    FILE_BASIC_INFO info = {}; // zeros: leave unchanged
-    info.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-    SetFileInformationByHandle(item.get(), FileBasicInfo, &info, sizeof info);
-}
-
-// Walks through a tree and removes files first, and each folder after its content. The current path
-// of folders is on the heap, since a tree may be thousands of folders deep.
-class Removal
+// One try to remove what is in a folder, and the folder.
+//
+// First, all folders are opened, and every program and library is asked whether it could be
+// removed. While a program runs, nothing else is touched: a marked file cannot be opened, and the
+// program might need it at this moment. Then all files are marked and kept open. If one is in use,
+// the marks are taken away again. If none is, the files go as their handles are closed, and then
+// the folders. So each file is opened only once.
+class TreeRemoval
 {
 public:
-    explicit Removal(std::uint64_t deadline) : m_deadline(deadline) {}
-    Removal(const Removal &) = delete;
-    Removal &operator=(const Removal &) = delete;
-    ~Removal()
+    TreeRemoval(HANDLE root, std::uint64_t deadline) : m_root(root), m_deadline(deadline) {}
+    TreeRemoval(const TreeRemoval &) = delete;
+    TreeRemoval &operator=(const TreeRemoval &) = delete;
+    ~TreeRemoval()
     {
         while (m_level) {
             leave();
         }
     }
 
-    // Returns true if the folder has been removed. Does nothing if `mine` is given and the folder
-    // has another owner.
-    bool remove(const Text &root, HANDLE mine = nullptr);
+    // Returns true if nothing is left in the folder, and it is gone when its handle is closed.
+    bool run();
 
 private:
+    // A folder that is being walked through. Levels are on the heap, since a tree may be thousands
+    // of folders deep.
     struct Level
     {
+        Handle folder; // empty for the root
+        DWORD attributes = 0;
         FolderListing listing;
-        std::size_t pathSize = 0; // of the folder above
         Owned<Level> above;
     };
 
-    bool enter(std::size_t sizeAbove);
-    void leave();
-    bool removeCurrent();
-    void removeEntry();
+    bool isLate() const { return GetTickCount64() > m_deadline; }
+    bool enter(Handle &folder, DWORD attributes, HANDLE listed);
+    bool leave();
+    bool askPrograms();
+    bool askEntry(const ListedEntry &entry);
+    bool markFiles(HANDLE folder);
+    bool markFile(const ListedEntry &entry);
+    bool markAll();
 
-    Text m_path;
-    Owned<Level> m_level;
+    HANDLE m_root;
     std::uint64_t m_deadline;
+    Owned<Level> m_level;
+    FolderListing m_listing;
+    MarkedEntries m_folders; // each after those in it
+    MarkedEntries m_files;
+    bool m_hasMore = false; // files that are not marked yet
 };
 
-// Makes the folder at m_path the current one.
-bool Removal::enter(std::size_t sizeAbove)
+bool TreeRemoval::enter(Handle &folder, DWORD attributes, HANDLE listed)
 {
     auto level = makeOwned<Level>();
-    if (!level || !level->listing.open(m_path)) {
+    if (!level) {
         return false;
     }
-    level->pathSize = sizeAbove;
+    level->folder.reset(folder.release());
+    level->attributes = attributes;
+    level->listing.begin(listed);
     level->above = std::move(m_level);
     m_level = std::move(level);
     return true;
 }
 
-void Removal::leave()
+bool TreeRemoval::leave()
 {
-    m_path.truncate(m_level->pathSize);
+    const bool kept = !m_level->folder
+        || m_folders.keepFolder(m_level->folder, m_level->attributes);
     Owned<Level> above = std::move(m_level->above);
     m_level = std::move(above);
+    return kept;
 }
 
-// Removes the current folder, which is empty if everything in it could be removed.
-bool Removal::removeCurrent()
+// Returns false if the entry is in use.
+bool TreeRemoval::askEntry(const ListedEntry &entry)
 {
-    m_level->listing.close();
-    return RemoveDirectoryW(wide(m_path.data()));
+    if (!entry.isFolder() && !isProgramName(entry.name, entry.nameSize)) {
+        return true;
+    }
+    Handle opened;
+    const EntryUse use = openEntry(entry, opened);
+    if (use != EntryUse::Free) {
+        return use != EntryUse::InUse;
+    }
+    return entry.isFolder() ? enter(opened, entry.attributes, opened.get())
+                            : couldBeRemoved(opened.get(), entry.attributes);
 }
 
-void Removal::removeEntry()
+bool TreeRemoval::askPrograms()
 {
-    const FolderListing &entry = m_level->listing;
-    const DWORD attributes = entry.attributes();
-    const std::size_t sizeAbove = m_path.size();
-    if (!m_path.append(u"\\", 1) || !m_path.append(entry.name(), entry.nameSize())) {
-        return;
+    Handle none;
+    if (!enter(none, 0, m_root)) {
+        return false;
     }
-    makeWritable(m_path, attributes);
-    const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (folder && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 && enter(sizeAbove)) {
-        return;
+    while (m_level) {
+        if (isLate()) {
+            return false;
+        }
+        if (m_level->listing.next()) {
+            if (!askEntry(m_level->listing.entry())) {
+                return false;
+            }
+        } else if (!leave()) {
+            return false;
+        }
     }
-    if (folder) {
-        RemoveDirectoryW(wide(m_path.data()));
-    } else {
-        DeleteFileW(wide(m_path.data()));
-    }
-    m_path.truncate(sizeAbove);
+    return true;
 }
 
-// On Windows, enter() notices a link by its handle, too; Wine opens the target.
+// Returns false if the file is in use.
+bool TreeRemoval::markFile(const ListedEntry &entry)
+{
+    Handle opened;
+    const EntryUse use = openEntry(entry, opened);
+    if (use != EntryUse::Free) {
+        return use != EntryUse::InUse;
+    }
+    if (m_files.count() < mostMarked) {
+        return m_files.markFile(opened, entry.attributes);
+    }
+    m_hasMore = true;
+    return couldBeRemoved(opened.get(), entry.attributes);
+}
+
+bool TreeRemoval::markFiles(HANDLE folder)
+{
+    m_listing.begin(folder);
+    while (!isLate() && m_listing.next()) {
+        const ListedEntry entry = m_listing.entry();
+        if (!entry.isFolder() && !markFile(entry)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TreeRemoval::markAll()
+{
+    m_hasMore = false;
+    for (std::size_t i = 0; i < m_folders.count(); ++i) {
+        if (!markFiles(m_folders.handle(i))) {
+            return false;
+        }
+    }
+    return markFiles(m_root);
+}
+
+bool TreeRemoval::run()
+{
+    if (!askPrograms()) {
+        return false;
+    }
+    do {
+        if (!markAll()) {
+            return false;
+        }
+        m_folders.makeWritable();
+        m_files.remove();
+    } while (m_hasMore && !isLate());
+    m_folders.remove();
+    return markForRemoval(m_root);
+}
+
+// On Windows, the handle shows that it is a link, too; Wine opens the target.
 bool isLink(const Text &path)
 {
     const DWORD attributes = GetFileAttributesW(wide(path.data()));
@@ -122,53 +190,70 @@ bool isLink(const Text &path)
         && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-// Continues after a failure, so that as little as possible is left.
-bool Removal::remove(const Text &root, HANDLE mine)
+struct Identity
 {
-    if (isLink(root) || !m_path.append(root) || !enter(root.size())
-        || (mine != nullptr && !haveSameOwner(m_level->listing.handle(), mine))) {
-        return false;
+    explicit Identity(HANDLE file) { isKnown = GetFileInformationByHandle(file, &info); }
+    bool equals(const Identity &other) const
+    {
+        return isKnown && other.isKnown
+            && info.dwVolumeSerialNumber == other.info.dwVolumeSerialNumber
+            && info.nFileIndexHigh == other.info.nFileIndexHigh
+            && info.nFileIndexLow == other.info.nFileIndexLow;
     }
-    bool removed = false;
-    while (m_level && !m_path.isEmpty() && GetTickCount64() <= m_deadline) {
-        if (m_level->listing.next()) {
-            removeEntry();
-        } else {
-            removed = removeCurrent();
-            leave();
-        }
-    }
-    return !m_level && removed;
-}
 
-bool isGone(const Text &path)
+    BY_HANDLE_FILE_INFORMATION info = {};
+    bool isKnown;
+};
+
+bool removeOnce(const Text &path, Handle &root, std::uint64_t deadline)
 {
-    if (GetFileAttributesW(wide(path.data())) != INVALID_FILE_ATTRIBUTES) {
+    if (!TreeRemoval(root.get(), deadline).run()) {
         return false;
     }
-    const DWORD error = GetLastError();
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    root.reset();
+    // Wine 8 takes a folder for empty if its entries have been listed with the same handle.
+    return GetFileAttributesW(wide(path.data())) == INVALID_FILE_ATTRIBUTES;
 }
 
 } // namespace
 
 bool removeOwnTree(const Text &path, HANDLE mine, std::uint64_t deadline)
 {
-    return Removal(deadline).remove(path, mine) || isGone(path);
+    Handle root;
+    if (isLink(path)) {
+        return false;
+    }
+    const EntryUse use = openFolder(path, root);
+    return use == EntryUse::Free
+        ? haveSameOwner(root.get(), mine) && removeOnce(path, root, deadline)
+        : use == EntryUse::Gone;
 }
 
-bool removeTree(const Text &path)
+bool removeTree(const Text &path, Handle &guard)
 {
-    const auto removeOnce = [&path] {
-        return Removal(noDeadline).remove(path) || isGone(path);
+    const Identity made(guard.get());
+    Handle root; // stays open between the tries: nobody can replace the folder
+    guard.reset();
+    const auto tryOnce = [&] {
+        if (!root) {
+            const EntryUse use = openFolder(path, root);
+            if (use != EntryUse::Free) {
+                return use == EntryUse::Gone;
+            }
+            if (!made.equals(Identity(root.get()))) {
+                root.reset();
+                return false;
+            }
+        }
+        return removeOnce(path, root, noDeadline);
     };
     for (const DWORD pause : pauses) {
-        if (removeOnce()) {
+        if (tryOnce()) {
             return true;
         }
         Sleep(pause);
     }
-    return removeOnce();
+    return tryOnce();
 }
 
 } // namespace sfx

@@ -49,7 +49,7 @@ bool isPlainFile(const WIN32_FIND_DATAW &found)
 }
 
 // Returns true if the folder has been removed.
-bool removeStaleFolder(const Text &lockPath, HANDLE mine, std::uint64_t deadline)
+bool removeUntil(std::uint64_t deadline, const Text &lockPath, HANDLE mine)
 {
     LockFile lock;
     Text folder;
@@ -62,11 +62,21 @@ bool removeStaleFolder(const Text &lockPath, HANDLE mine, std::uint64_t deadline
     return true;
 }
 
+std::uint64_t newDeadline()
+{
+    return GetTickCount64() + mostMilliseconds;
+}
+
 } // namespace
+
+bool removeStaleFolder(const Text &lockPath, HANDLE mine)
+{
+    return removeUntil(newDeadline(), lockPath, mine);
+}
 
 void removeStaleFolders(const Text &temporaryFolder, HANDLE mine)
 {
-    const std::uint64_t deadline = GetTickCount64() + mostMilliseconds;
+    const std::uint64_t deadline = newDeadline();
     Text path;
     if (!toExtendedPath(temporaryFolder, path)) {
         return;
@@ -81,7 +91,7 @@ void removeStaleFolders(const Text &temporaryFolder, HANDLE mine)
         const auto *name = reinterpret_cast<const char16_t *>(search.found.cFileName);
         path.truncate(base);
         if (isLockName(name) && isPlainFile(search.found) && path.append(name)
-            && removeStaleFolder(path, mine, deadline)) {
+            && removeUntil(deadline, path, mine)) {
             ++folders;
         }
         if (folders == mostFolders || GetTickCount64() > deadline) {

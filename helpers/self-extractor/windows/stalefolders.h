@@ -16,4 +16,8 @@ namespace sfx {
 // continues.
 void removeStaleFolders(const Text &temporaryFolder, HANDLE mine);
 
+// The same for one folder, whose lock file has this path (in extended form). Returns true if there
+// was one and it is gone.
+bool removeStaleFolder(const Text &lockPath, HANDLE mine);
+
 } // namespace sfx

@@ -11,6 +11,8 @@
 #endif
 #include <windows.h>
 
+#include <utility>
+
 namespace sfx {
 
 // On Windows wchar_t is another name for a UTF-16 unit.
@@ -44,6 +46,8 @@ public:
         m_handle = handle == INVALID_HANDLE_VALUE ? nullptr : handle;
     }
     HANDLE get() const { return m_handle; }
+    // The caller closes it.
+    HANDLE release() { return std::exchange(m_handle, nullptr); }
     explicit operator bool() const { return m_handle != nullptr; }
 
 private:

@@ -13,6 +13,10 @@
 //     --start-one starts itself with --stay
 //     --escape-and-stay
 //                 starts itself outside the job it is in, with --stay, and stays
+//     --escape-and-end
+//                 starts itself outside the job it is in, with --until-told, and ends
+//     --until-told
+//                 stays until its folder contains stop.txt
 //     --escape    starts itself outside the job it is in, and prints whether that succeeded
 //     --ctrl-c    sends Ctrl+C to its console, and prints whether it received it
 //     --join      leaves its console and joins that of the process that started it, and prints
@@ -183,6 +187,17 @@ static void interruptConsole(void)
     fflush(stdout);
 }
 
+// At most five minutes, if the test has failed.
+static void stayUntilTold(void)
+{
+    for (int i = 0; i < 6000; ++i) {
+        if (GetFileAttributesW(L"stop.txt") != INVALID_FILE_ATTRIBUTES) {
+            return;
+        }
+        Sleep(50);
+    }
+}
+
 int wmain(void)
 {
     const wchar_t *line = GetCommandLineW();
@@ -198,6 +213,8 @@ int wmain(void)
     if (wcsstr(line, L"--escape-and-stay") != NULL) {
         startSelf(L" --stay", CREATE_BREAKAWAY_FROM_JOB);
         Sleep(20000);
+    } else if (wcsstr(line, L"--escape-and-end") != NULL) {
+        startSelf(L" --until-told", CREATE_BREAKAWAY_FROM_JOB);
     } else if (wcsstr(line, L"--escape") != NULL) {
         printf("escaped=%d\n", startSelf(L" --exit=9", CREATE_BREAKAWAY_FROM_JOB));
         fflush(stdout);
@@ -225,6 +242,9 @@ int wmain(void)
     }
     if (wcsstr(line, L"--wait") != NULL) {
         getchar();
+    }
+    if (wcsstr(line, L"--until-told") != NULL) {
+        stayUntilTold();
     }
     if (wcsstr(line, L"--stay") != NULL) {
         Sleep(20000);

@@ -65,11 +65,21 @@ bool ModuleRun::setUp()
     return boot.waitForFinished(patience);
 }
 
-void ModuleRun::pretendOldWindows(bool old)
+void ModuleRun::useModule(const QString &nameForTests)
 {
     const QString module = QStringLiteral(KESTRELPACK_TEST_MODULE);
-    m_module = contentOf(old ? module.section(u'/', 0, -2) + QStringLiteral("/old-windows.sfx")
-                             : module);
+    m_module
+        = contentOf(nameForTests.isEmpty() ? module : module.section(u'/', 0, -2) + nameForTests);
+}
+
+void ModuleRun::pretendOldWindows(bool old)
+{
+    useModule(old ? QStringLiteral("/old-windows.sfx") : QString());
+}
+
+void ModuleRun::pretendElevation(bool elevated)
+{
+    useModule(elevated ? QStringLiteral("/elevated.sfx") : QString());
 }
 
 bool ModuleRun::waitForServersEnd() const

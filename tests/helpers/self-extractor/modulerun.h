@@ -38,6 +38,9 @@ public:
 
     // Changes the module for later runs: one that sees a Windows before 10, or the real one.
     void pretendOldWindows(bool old);
+    // The same for one that sees a token with administrator's rights. It prints the access rights of
+    // its folder, "rights=...".
+    void pretendElevation(bool elevated);
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
     static QByteArray starterBytes();
@@ -93,6 +96,8 @@ public:
     const QString &prefix() const { return m_prefix; }
 
 private:
+    void useModule(const QString &nameForTests);
+
     QTemporaryDir m_folder;
     QTemporaryDir m_ownPrefix;
     QString m_prefix;

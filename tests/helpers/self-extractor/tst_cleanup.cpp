@@ -4,11 +4,28 @@
 #include "tests/helpers/self-extractor/moduletest.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 #include <vector>
+
+namespace {
+
+QStringList allFiles(const QString &folder)
+{
+    QStringList names;
+    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        names += files.next().mid(folder.size() + 1);
+    }
+    names.sort();
+    return names;
+}
+
+} // namespace
 
 // A run that ends by itself leaves nothing in the temporary folder, whatever the program did to its
 // folder.
@@ -22,7 +39,10 @@ private slots:
     void doesNotFollowLinks();
     void removesLongNames();
     void removesDeepTrees();
-    void leavesLockedFilesToTheNextStart();
+    void removesMoreFilesThanItOpensAtOnce();
+    void removesNothingWhileAFileIsInUse_data();
+    void removesNothingWhileAFileIsInUse();
+    void removesNothingUnderAnEscapedProgram();
     void startsManyAtOnce();
 };
 
@@ -71,6 +91,7 @@ void TestCleanup::doesNotFollowLinks()
         QCOMPARE(contentOf(m_run.path(item.key())), item.value());
     }
     QVERIFY(!QFile::exists(folder + QStringLiteral("/main.exe")));
+    QVERIFY(m_run.hasTemporary(QStringLiteral("kp-*.lock"))); // for a later start
     QVERIFY(m_run.renewTemporaryFolder());
 }
 
@@ -96,13 +117,40 @@ void TestCleanup::removesDeepTrees()
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
 }
 
-void TestCleanup::leavesLockedFilesToTheNextStart()
+void TestCleanup::removesMoreFilesThanItOpensAtOnce()
 {
     QString folder;
     const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
-    const QString locked = folder + QStringLiteral("/data.txt");
-    const auto holder = m_run.hold(locked);
+    for (int i = 0; i < 9000; ++i) {
+        QFile file(folder + u'/' + QString::number(i));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
+}
+
+void TestCleanup::removesNothingWhileAFileIsInUse_data()
+{
+    QTest::addColumn<QString>("held");
+    QTest::newRow("data of the program") << "data.txt";
+    QTest::newRow("a read-only file") << "readonly.txt";
+    QTest::newRow("a library") << "z/last.dll";
+}
+
+void TestCleanup::removesNothingWhileAFileIsInUse()
+{
+    QFETCH(QString, held);
+    QString folder;
+    const auto process = startWaiting(assembleWithData(), folder);
+    QVERIFY(process != nullptr);
+    QVERIFY(writeTree(folder,
+                      {{QStringLiteral("readonly.txt"), "x"},
+                       {QStringLiteral("a/first.dll"), "x"},
+                       {QStringLiteral("z/last.dll"), "x"}}));
+    QVERIFY(
+        QFile::setPermissions(folder + QStringLiteral("/readonly.txt"), QFileDevice::ReadOwner));
+    const QStringList all = allFiles(folder);
+    const auto holder = m_run.hold(folder + u'/' + held);
     QVERIFY(holder != nullptr);
     QElapsedTimer timer;
     timer.start();
@@ -111,11 +159,12 @@ void TestCleanup::leavesLockedFilesToTheNextStart()
     const QString name = folder.section(u'/', -2, -2);
     const QStringList left{name, name + QStringLiteral(".lock")};
     QCOMPARE(m_run.leftovers(), left);
-    QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             QStringList("data.txt"));
+    QCOMPARE(allFiles(folder), all);
+    QVERIFY(!(QFileInfo(folder + QStringLiteral("/readonly.txt")).permissions()
+              & QFileDevice::WriteOwner));
 
-    // A later start does not wait for the locked file. If the machine stalls, a single start may
-    // not show that.
+    // A later start does not wait for the file. If the machine stalls, a single start may not show
+    // that.
     const QString file = assembleWithData();
     int starts = 0;
     do {
@@ -124,8 +173,30 @@ void TestCleanup::leavesLockedFilesToTheNextStart()
         QCOMPARE(m_run.run(file).exitCode, 7);
     } while (timer.elapsed() >= 4000);
     QCOMPARE(m_run.leftovers(), left);
+    QCOMPARE(allFiles(folder), all);
     ModuleRun::finish(*holder);
     QCOMPARE(m_run.run(assembleWithData()).exitCode, 7);
+}
+
+// The main program starts itself outside the job, and ends: an application that starts itself again
+// with more rights does the same.
+void TestCleanup::removesNothingUnderAnEscapedProgram()
+{
+    const QString file = assembleWithData();
+    const auto process = m_run.start(file, QStringLiteral(" --escape-and-end"));
+    QVERIFY(process != nullptr);
+    QVERIFY(!ModuleRun::waitForOutput(*process, "ended=7").isEmpty());
+    ModuleRun::finish(*process);
+    const QStringList left = m_run.leftovers();
+    QCOMPARE(left.size(), 2);
+    const QString folder = m_run.temporaryFolder() + u'/' + left.first() + QStringLiteral("/main");
+    QCOMPARE(allFiles(folder), QStringList({"data.txt", "main.exe"}));
+    QCOMPARE(m_run.run(file).exitCode, 7); // the next start leaves it alone, too
+    QCOMPARE(m_run.leftovers(), left);
+    QCOMPARE(allFiles(folder), QStringList({"data.txt", "main.exe"}));
+    QVERIFY(writeTree(folder, {{QStringLiteral("stop.txt"), ""}}));
+    WAIT_COMPARE(m_run.programProcesses(), QList<qint64>());
+    QCOMPARE(m_run.run(file).exitCode, 7);
 }
 
 void TestCleanup::startsManyAtOnce()
