@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "tests/support/builtfile.h"
+
 #include <QResource>
 
 // Removes the bundle from the resource system, as in a build without a bundle.
@@ -20,11 +22,11 @@ inline void restoreBundle()
 inline bool useEmptySheet()
 {
     removeBundle();
-    return QResource::registerResource(QStringLiteral(KESTRELPACK_EMPTY_SHEET));
+    return QResource::registerResource(builtFile(KESTRELPACK_EMPTY_SHEET));
 }
 
 inline void dropEmptySheet()
 {
-    QResource::unregisterResource(QStringLiteral(KESTRELPACK_EMPTY_SHEET));
+    QResource::unregisterResource(builtFile(KESTRELPACK_EMPTY_SHEET));
     restoreBundle();
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/temporaryvariable.h"
 #include "tests/support/testfiles.h"
@@ -83,7 +84,7 @@ private slots:
         QFETCH(QByteArray, bundle);
         auto environment = environmentOfRun();
         environment.insert("DRIVEN_BUNDLE", bundle);
-        const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        const Run seen = run(builtFile(KESTRELPACK_DRIVEN_APP), environment);
         QTEST(seen.output, "seen");
         QVERIFY(!seen.crashed);
         QCOMPARE(seen.status, 0);
@@ -112,7 +113,7 @@ private slots:
         auto environment = environmentOfRun();
         environment.insert("DRIVEN_BUNDLE", bundle);
         environment.insert("DRIVEN_HANDLER", "1");
-        Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        Run seen = run(builtFile(KESTRELPACK_DRIVEN_APP), environment);
         // Qt's own code for Windows complains about what Wine lacks, in messages without a category.
         seen.output.removeIf([](const QString &line) { return line.startsWith("critical : "); });
         QTEST(seen.output, "seen");
@@ -121,8 +122,8 @@ private slots:
 
     void argumentsAreIgnored()
     {
-        const Run seen
-            = run(KESTRELPACK_DRIVEN_APP, environmentOfRun(), {"--help", "-x", "a folder", "源"});
+        const Run seen = run(builtFile(KESTRELPACK_DRIVEN_APP), environmentOfRun(),
+                             {"--help", "-x", "a folder", "源"});
         QCOMPARE(seen.output, (QStringList{"window, styled", question}));
         QCOMPARE(seen.status, 0);
     }
@@ -136,7 +137,7 @@ private slots:
         const QString file = m_home.filePath("a file");
         QVERIFY(writeFile(file, "kept"));
         environment.insert("XDG_CONFIG_HOME", file);
-        const Run seen = run(KESTRELPACK_DRIVEN_APP, environment);
+        const Run seen = run(builtFile(KESTRELPACK_DRIVEN_APP), environment);
         QCOMPARE(seen.output, (QStringList{"window, styled", question}));
         QCOMPARE(seen.status, 0);
         QCOMPARE(readFile(file), "kept");
@@ -171,7 +172,7 @@ private slots:
         environment.insert("QT_QPA_PLATFORM", platform);
         environment.remove("WAYLAND_DISPLAY");
         environment.insert("DISPLAY", display);
-        const Run seen = run(KESTRELPACK_PROGRAM, environment);
+        const Run seen = run(builtFile(KESTRELPACK_PROGRAM), environment);
         QVERIFY(!seen.crashed);
         QCOMPARE(seen.status, 1);
         QCOMPARE(seen.errors.count('\n'), 1);

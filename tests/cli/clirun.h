@@ -5,6 +5,7 @@
 
 #include "tests/cli/testarchive.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/folderstate.h"
 #include "tests/support/testfiles.h"
 
@@ -71,7 +72,7 @@ public:
     CliResult run(const QStringList &arguments) const
     {
         QProcess process;
-        process.start(KESTRELPACK_CLI, arguments);
+        process.start(builtFile(KESTRELPACK_CLI), arguments);
         return resultOf(process);
     }
 

@@ -3,6 +3,7 @@
 
 #include "packaging/blockwriter.h"
 #include "tests/cli/clirun.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 
 #include <QTest>
@@ -253,7 +254,7 @@ private slots:
         CliSurroundings s;
         QProcess process;
         process.start("/bin/sh",
-                      {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", KESTRELPACK_CLI,
+                      {"-c", "\"$0\" -o \"$1\" \"$2\" | head -n 1", builtFile(KESTRELPACK_CLI),
                        s.path("output"), s.path("source")});
         const CliResult result = CliSurroundings::resultOf(process);
         QCOMPARE(result.output, "开始创建便携应用...\n");

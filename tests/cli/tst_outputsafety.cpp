@@ -3,6 +3,7 @@
 
 #include "packaging/blockwriter.h"
 #include "tests/cli/clirun.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/waiting.h"
 
@@ -27,7 +28,7 @@ private:
     static std::unique_ptr<QProcess> start(const QStringList &arguments)
     {
         auto process = std::make_unique<QProcess>();
-        process->start(KESTRELPACK_CLI, arguments);
+        process->start(builtFile(KESTRELPACK_CLI), arguments);
         return process;
     }
 
@@ -36,7 +37,7 @@ private:
     {
         QProcess process;
         process.start("/bin/sh",
-                      QStringList{"-c", before + "; exec \"$0\" \"$@\"", KESTRELPACK_CLI}
+                      QStringList{"-c", before + "; exec \"$0\" \"$@\"", builtFile(KESTRELPACK_CLI)}
                           + s.arguments());
         return CliSurroundings::resultOf(process);
     }
@@ -55,7 +56,7 @@ private:
 
     static void addIcon(CliSurroundings &s)
     {
-        QVERIFY(QFile::copy(KESTRELPACK_HELLO_ICON, s.path("user.ico")));
+        QVERIFY(QFile::copy(builtFile(KESTRELPACK_HELLO_ICON), s.path("user.ico")));
     }
 
 private slots:

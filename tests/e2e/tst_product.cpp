@@ -4,6 +4,7 @@
 #include "tests/e2e/productrun.h"
 #include "tests/e2e/sourcefolder.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/builtfile.h"
 
 #include <QTest>
 
@@ -15,14 +16,15 @@ class TestProduct : public QObject
 private:
     static ProgramRun pack(const QStringList &arguments)
     {
-        return runProgram(KESTRELPACK_CLI, arguments);
+        return runProgram(builtFile(KESTRELPACK_CLI), arguments);
     }
 
 private slots:
     void theExampleGetsItsArgumentsAndPassesItsExitCodeOn()
     {
         PrivateTemp temp;
-        const ProgramRun packed = pack({"-o", temp.filePath("out"), KESTRELPACK_HELLO_FOLDER});
+        const ProgramRun packed
+            = pack({"-o", temp.filePath("out"), builtFile(KESTRELPACK_HELLO_FOLDER)});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
         const ProgramRun started = startProduct(temp.filePath("out/hello.exe"),
                                                 {"one", "two three", "", "--exit", "42"});
@@ -48,8 +50,8 @@ private slots:
         QFETCH(QString, method);
         PrivateTemp temp;
         SourceFolder source(temp.filePath("源 文件夹"));
-        source.addProgram("主 程序 🚀.exe", KESTRELPACK_CHECKER);
-        source.addProgram("another.exe", KESTRELPACK_HELLO_EXE);
+        source.addProgram("主 程序 🚀.exe", builtFile(KESTRELPACK_CHECKER));
+        source.addProgram("another.exe", builtFile(KESTRELPACK_HELLO_EXE));
         source.addFile("setup.bat", "exit 99\r\n");
         source.addFile("blank in name.txt", "blank");
         source.addFile("中文/说明 文件.txt", "说明");

@@ -5,6 +5,7 @@
 #include "packaging/worker.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
@@ -66,8 +67,8 @@ private:
         connect(&worker, &Worker::logMessage, &worker, [](const QString &line) {
             qInfo().noquote() << line; // Qt shows these lines if a test fails
         });
-        const QString folder
-            = QFileInfo(KESTRELPACK_HELLO_FOLDER).canonicalFilePath(); // with its drive letter
+        const QString folder = QFileInfo(builtFile(KESTRELPACK_HELLO_FOLDER))
+                                   .canonicalFilePath(); // with its drive letter
         worker.createPortableApp(folder, temp.filePath("temp.7z"), temp.path(), "hello.exe",
                                  iconPath, "5", "LZMA", "16M");
         return success;
@@ -96,7 +97,7 @@ private slots:
     void settingTheIconKeepsBlockAndArchive()
     {
         PrivateTemp temp;
-        QVERIFY(pack(temp, KESTRELPACK_HELLO_ICON));
+        QVERIFY(pack(temp, builtFile(KESTRELPACK_HELLO_ICON)));
         const QByteArray tail = configurationBlock("hello", "hello.exe").toUtf8()
             + readFile(temp.filePath("temp.7z"));
         QVERIFY(readFile(temp.filePath("hello.exe")).endsWith(tail));
@@ -112,14 +113,15 @@ private slots:
             QSKIP("wrestool (package icoutils) is not installed");
         }
         PrivateTemp temp;
-        QVERIFY(pack(temp, KESTRELPACK_HELLO_ICON));
+        QVERIFY(pack(temp, builtFile(KESTRELPACK_HELLO_ICON)));
         const QString product = temp.filePath("hello.exe");
         const ToolRun groups = run("wrestool", {"-l", "-t14", product});
         QCOMPARE(groups.output.count('\n'), 1);
         QVERIFY2(groups.output.contains("--name='MAINICON' --language=0"),
                  groups.output.constData());
         const ToolRun icon = run("wrestool", {"-x", "-t14", "-n", "MAINICON", product});
-        const QList<QByteArray> expected = imagesOfIcon(readFile(KESTRELPACK_HELLO_ICON));
+        const QList<QByteArray> expected
+            = imagesOfIcon(readFile(builtFile(KESTRELPACK_HELLO_ICON)));
         QCOMPARE(expected.size(), 6);
         QCOMPARE(imagesOfIcon(icon.output), expected);
     }
@@ -127,10 +129,10 @@ private slots:
     void packingTwiceGivesTheSameIconAgain()
     {
         PrivateTemp temp;
-        QVERIFY(pack(temp, KESTRELPACK_HELLO_ICON));
+        QVERIFY(pack(temp, builtFile(KESTRELPACK_HELLO_ICON)));
         const QByteArray first = readFile(temp.filePath("hello.exe"));
         QVERIFY(QFile::remove(temp.filePath("temp.7z")));
-        QVERIFY(pack(temp, KESTRELPACK_HELLO_ICON));
+        QVERIFY(pack(temp, builtFile(KESTRELPACK_HELLO_ICON)));
         QCOMPARE(readFile(temp.filePath("hello.exe")).size(), first.size());
     }
 };

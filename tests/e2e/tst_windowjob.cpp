@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/stylesheet.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/waiting.h"
 #include "tests/support/windowsprogram.h"
 #include "tests/ui/support/modalanswer.h"
@@ -63,7 +64,7 @@ private:
     static void copyExample(const QString &folder)
     {
         QVERIFY(QDir().mkpath(folder));
-        const QDir example(KESTRELPACK_HELLO_FOLDER);
+        const QDir example(builtFile(KESTRELPACK_HELLO_FOLDER));
         for (const QString &name : example.entryList(QDir::Files)) {
             QVERIFY(QFile::copy(example.filePath(name), folder + '/' + name));
         }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "tests/support/builtfile.h"
 #include "tests/support/temporaryvariable.h"
 
 #include <QDir>
@@ -65,7 +66,8 @@ public:
 private:
     void plant(const QString &name, const char *scriptVariable, const QByteArray &script)
     {
-        if (!QFile::exists(filePath(name)) && !QFile::copy(KESTRELPACK_FAKE_TOOL, filePath(name))) {
+        if (!QFile::exists(filePath(name))
+            && !QFile::copy(builtFile(KESTRELPACK_FAKE_TOOL), filePath(name))) {
             qFatal("the fake tool could not be planted");
         }
         QFile::setPermissions(filePath(name),

@@ -3,6 +3,7 @@
 
 #include "tests/faults/faultyjob.h"
 #include "tests/faults/rownotes.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/waiting.h"
 
@@ -122,7 +123,7 @@ private slots:
         const QStringList before = job.sourceState();
 
         QProcess process;
-        process.start(KESTRELPACK_KILLED_JOB,
+        process.start(builtFile(KESTRELPACK_KILLED_JOB),
                       {moment, QString::number(which), job.job.folderPath, job.job.archivePath,
                        job.job.outputDir});
         QVERIFY(process.waitForStarted(patience));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/faults/faultyjob.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
 #include "tests/support/waiting.h"
@@ -105,8 +106,9 @@ private slots:
     {
         QFETCH(Fault, fault);
         FaultyJob job;
-        QVERIFY(QFile::remove(job.output()) && QFile::copy(KESTRELPACK_FAKE_TOOL, job.output()));
-        job.older = readFile(KESTRELPACK_FAKE_TOOL);
+        QVERIFY(QFile::remove(job.output())
+                && QFile::copy(builtFile(KESTRELPACK_FAKE_TOOL), job.output()));
+        job.older = readFile(builtFile(KESTRELPACK_FAKE_TOOL));
         qputenv("FAKE_MY", "sleep 900000\n");
         const auto forget = qScopeGuard([] { qunsetenv("FAKE_MY"); });
         QProcess older;

@@ -6,6 +6,7 @@
 #include "icons/resourceeditorcommand.h"
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/knownpermissions.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
@@ -200,7 +201,7 @@ private slots:
         const auto before = QFile::permissions(planted);
         QVERIFY(r.run());
         QCOMPARE(QFile::permissions(planted), before);
-        QCOMPARE(QFileInfo(planted).size(), QFileInfo(KESTRELPACK_FAKE_TOOL).size());
+        QCOMPARE(QFileInfo(planted).size(), QFileInfo(builtFile(KESTRELPACK_FAKE_TOOL)).size());
     }
 
     // Neither run starts, so neither ends in time.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "packaging/archiveroutput.h"
+#include "tests/support/builtfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,7 +51,7 @@ private slots:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<int>("chunkSize");
-        const QDir data(KESTRELPACK_TEST_DATA "/archiver");
+        const QDir data(builtFile(KESTRELPACK_TEST_DATA) + "/archiver");
         for (const QString &name : data.entryList({"7zr-*.txt"}, QDir::Files)) {
             for (const int size : {64, 256, 512}) {
                 QTest::addRow("%s in chunks of %d", qUtf8Printable(name), size)

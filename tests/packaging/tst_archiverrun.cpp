@@ -8,6 +8,7 @@
 #include "tests/fakes/fakeplatform.h"
 #include "tests/fakes/privatetemp.h"
 #include "tests/packaging/testreport.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/knownpermissions.h"
 #include "tests/support/onwindows.h"
 
@@ -202,7 +203,7 @@ private slots:
         QVERIFY(run.success);
         QCOMPARE(QFile(temp.filePath("7zr.exe")).permissions(), before);
         QCOMPARE(QFileInfo(temp.filePath("7zr.exe")).size(),
-                 QFileInfo(KESTRELPACK_FAKE_TOOL).size());
+                 QFileInfo(builtFile(KESTRELPACK_FAKE_TOOL)).size());
     }
 
     void anArchiverThatCannotBeCopiedFails()

@@ -6,6 +6,7 @@
 #include "packaging/worker.h"
 #include "tests/helpers/pe/petest.h"
 #include "tests/platform/handlecount_win.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/testfiles.h"
 
 #include <QDir>
@@ -82,7 +83,7 @@ private:
         const QString program = dir.filePath("程序 a.exe");
         const QString iconFile = dir.filePath("a.ico");
         if (!writeFile(program, petest::makeProgram(recipe)) || !writeFile(iconFile, icon)
-            || QProcess::execute(KESTRELPACK_RESOURCE_EDITOR,
+            || QProcess::execute(builtFile(KESTRELPACK_RESOURCE_EDITOR),
                                  {"-open", program, "-save", program, "-action", "addoverwrite",
                                   "-resource", iconFile, "-mask", "ICONGROUP,MAINICON,", "-log",
                                   "NUL"})
@@ -113,7 +114,7 @@ private slots:
     void realProgramsShowTheirIcons_data()
     {
         QTest::addColumn<QString>("name");
-        const QDir folder(KESTRELPACK_ICON_REFERENCES);
+        const QDir folder(builtFile(KESTRELPACK_ICON_REFERENCES));
         const QStringList programs = folder.entryList({"*.exe"}, QDir::Files, QDir::Name);
         QCOMPARE(programs.size(), 5);
         for (const QString &program : programs) {
@@ -127,7 +128,7 @@ private slots:
     void realProgramsShowTheirIcons()
     {
         QFETCH(QString, name);
-        const QDir folder(KESTRELPACK_ICON_REFERENCES);
+        const QDir folder(builtFile(KESTRELPACK_ICON_REFERENCES));
         const ExtractedIcon icon = platform().extractIcon(folder.filePath(name + ".exe"));
         QCOMPARE(icon.outcome, ExtractedIcon::Outcome::Extracted);
         QCOMPARE(icon.image.format(), QImage::Format_ARGB32);
@@ -158,7 +159,7 @@ private slots:
     void programsWithoutAnIcon_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("a program without an icon") << KESTRELPACK_ICONLESS_EXE;
+        QTest::newRow("a program without an icon") << builtFile(KESTRELPACK_ICONLESS_EXE);
         QTest::newRow("no program") << __FILE__;
         QTest::newRow("a missing file") << "C:/missing/a.exe";
         QTest::newRow("a folder") << "C:/";

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/builtfile.h"
 #include "tests/support/testfiles.h"
 
 #include <QDirIterator>
@@ -116,11 +117,13 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("source");
-        const QStringList sources = QString(KESTRELPACK_HELPER_SOURCES).split('|');
+        const QByteArrayList sources = QByteArray(KESTRELPACK_HELPER_SOURCES).split('|');
         QCOMPARE(sources.size(), 3);
-        QTest::newRow("archiver") << ":/resources/7zr.exe" << sources.at(0);
-        QTest::newRow("self-extractor module") << ":/resources/7zS2.sfx" << sources.at(1);
-        QTest::newRow("resource editor") << ":/resources/ResourceHacker.exe" << sources.at(2);
+        QTest::newRow("archiver") << ":/resources/7zr.exe" << builtFile(sources.at(0));
+        QTest::newRow("self-extractor module")
+            << ":/resources/7zS2.sfx" << builtFile(sources.at(1));
+        QTest::newRow("resource editor")
+            << ":/resources/ResourceHacker.exe" << builtFile(sources.at(2));
     }
 
     void copiedHelperEqualsTheFileItWasMadeOf()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/builtfile.h"
 #include "tests/ui/support/windowfixture.h"
 #include "tests/ui/widgettree.h"
 
@@ -30,7 +31,7 @@ private slots:
         const QStringList lines = widgetTree(window());
         const QString copy = qEnvironmentVariable("KESTRELPACK_WRITE_TREE");
         QVERIFY(copy.isEmpty() || writeFile(copy, lines.join('\n').toUtf8() + '\n'));
-        QFile file(KESTRELPACK_TEST_DATA "/window/tree.txt");
+        QFile file(builtFile(KESTRELPACK_TEST_DATA) + "/window/tree.txt");
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QStringList expected
             = QString::fromUtf8(file.readAll()).remove('\r').chopped(1).split('\n');

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tests/helpers/pe/petest.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/testfiles.h"
 
 #include <QFile>
@@ -21,7 +22,7 @@ struct EditorRun
 inline EditorRun startEditor(const QStringList &arguments)
 {
     QProcess process;
-    process.start(KESTRELPACK_RESOURCE_EDITOR, arguments);
+    process.start(builtFile(KESTRELPACK_RESOURCE_EDITOR), arguments);
     if (!process.waitForFinished(300000) || process.exitStatus() != QProcess::NormalExit) {
         return {-1, "did not end by itself"};
     }

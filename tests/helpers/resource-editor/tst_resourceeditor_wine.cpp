@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/resource-editor/editorrun.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/windowsprogram.h"
 
 #include <QDir>
@@ -44,7 +45,7 @@ private slots:
     {
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("icon.ico"), petest::makeIcon({16, 32, 48, 256})));
-        QStringList originals{KESTRELPACK_HELLO_EXE, KESTRELPACK_MODULE};
+        QStringList originals{builtFile(KESTRELPACK_HELLO_EXE), builtFile(KESTRELPACK_MODULE)};
         // On Windows these are missing, or the same as under Wine.
         const QDir stubs("/usr/share/nsis/Stubs");
         for (const QString &name : stubs.entryList({"*x86*", "*amd64*"}, QDir::Files)) {
@@ -62,7 +63,7 @@ private slots:
             copies << dir.filePath(QStringLiteral("%1.exe").arg(copies.size()));
             QVERIFY(writeFile(copies.constLast(), readFile(original) + petest::overlayOf(5000)));
         }
-        const Run before = run(QStringList{KESTRELPACK_LOADICONS} + copies);
+        const Run before = run(QStringList{builtFile(KESTRELPACK_LOADICONS)} + copies);
         QVERIFY2(before.exitCode == 0, qPrintable(before.output));
 
         for (const QString &copy : std::as_const(copies)) {
@@ -71,7 +72,7 @@ private slots:
                 QCOMPARE(startEditor(addArguments(copy, dir.filePath("icon.ico"))).status, 0);
             }
         }
-        const Run after = run(QStringList{KESTRELPACK_LOADICONS} + copies);
+        const Run after = run(QStringList{builtFile(KESTRELPACK_LOADICONS)} + copies);
         QVERIFY2(after.exitCode == 0, qPrintable(after.output));
         const QStringList lines = after.output.split('\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), copies.size());
@@ -86,7 +87,7 @@ private slots:
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("icon.ico"), petest::makeIcon({16, 32, 128, 200, 256})));
         const QString program = dir.filePath("程序.exe");
-        QVERIFY(writeFile(program, readFile(KESTRELPACK_HELLO_EXE)));
+        QVERIFY(writeFile(program, readFile(builtFile(KESTRELPACK_HELLO_EXE))));
         QCOMPARE(startEditor(deleteArguments(program)).status, 0);
         QCOMPARE(startEditor(addArguments(program, dir.filePath("icon.ico"))).status, 0);
         const Run ended = run({program, "--exit", "23"});
