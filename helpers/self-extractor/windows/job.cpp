@@ -14,6 +14,10 @@ namespace {
 // processes are looked at in this interval, in milliseconds.
 constexpr DWORD countInterval = 1000;
 
+// Most processes from elsewhere, such as the console's own, end together with the program. They may
+// have the private folder as their working folder, so they get this time, in milliseconds.
+constexpr DWORD timeForOthers = 500;
+
 // winbase.h defines it for Windows 10 only, and the module also runs on earlier versions.
 constexpr DWORD_PTR jobListAttribute = 0x2000d;
 
@@ -56,13 +60,9 @@ unsigned Job::activeProcesses() const
 
 bool Job::hasProgramsIn(const Text &folder) const
 {
-    const unsigned active = activeProcesses();
-    if (active == 0) {
-        return false;
-    }
     // Room for processes that start meanwhile; the head of the list takes the place of one id.
     Array<ULONG_PTR> memory;
-    if (!memory.allocate(active + 64)) {
+    if (!memory.allocate(activeProcesses() + 64)) {
         return true;
     }
     auto *list = reinterpret_cast<JOBOBJECT_BASIC_PROCESS_ID_LIST *>(memory.data());
@@ -91,15 +91,23 @@ void Job::waitForProgramsIn(const Text &folder)
     const bool associated = port
         && SetInformationJobObject(m_job.get(), JobObjectAssociateCompletionPortInformation,
                                    &association, sizeof association);
-    while (hasProgramsIn(folder)) {
+    const auto waitForChange = [&port, associated](DWORD milliseconds) {
         DWORD message = 0;
         ULONG_PTR key = 0;
         OVERLAPPED *data = nullptr;
         if (!associated) {
-            Sleep(countInterval);
+            Sleep(milliseconds);
         } else {
-            GetQueuedCompletionStatus(port.get(), &message, &key, &data, countInterval);
+            GetQueuedCompletionStatus(port.get(), &message, &key, &data, milliseconds);
         }
+    };
+    while (hasProgramsIn(folder)) {
+        waitForChange(countInterval);
+    }
+    const std::uint64_t deadline = GetTickCount64() + timeForOthers;
+    std::uint64_t now = 0;
+    while (activeProcesses() != 0 && (now = GetTickCount64()) < deadline) {
+        waitForChange(static_cast<DWORD>(deadline - now));
     }
     detachProcesses();
 }

@@ -59,7 +59,7 @@ bool worksIn(const Text &folder, DWORD processId)
 {
     const Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
     if (!process) {
-        return GetLastError() != ERROR_INVALID_PARAMETER; // then it has ended
+        return true; // another user's, or about to leave the job, but its files may still be open
     }
     const Answer image = imageLiesIn(folder, process.get());
     return image != Answer::No || commandLineNames(folder, process.get());
