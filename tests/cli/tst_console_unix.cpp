@@ -6,8 +6,9 @@
 #include <QFile>
 #include <QTest>
 
+#include <cstdlib>
+
 #include <fcntl.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 // What the terminal program sends to a terminal, which is the other end of this test's standard
