@@ -45,7 +45,9 @@ void setTimeAndAttributes(HANDLE file, const Entry &entry)
     if (entry.hasModified) {
         info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
     }
-    info.FileAttributes = entry.attributes;
+    // A new file has the archive attribute.
+    const bool hasThem = !entry.isFolder && entry.attributes == FILE_ATTRIBUTE_ARCHIVE;
+    info.FileAttributes = hasThem ? 0 : entry.attributes; // 0: leave unchanged
     SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
 }
 
