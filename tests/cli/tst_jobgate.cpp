@@ -5,6 +5,7 @@
 
 #include "cli/interrupt.h"
 #include "tests/support/onwindows.h"
+#include "tests/support/waiting.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -18,6 +19,8 @@
 using namespace std::chrono_literals;
 
 namespace {
+
+constexpr std::chrono::milliseconds hangLimit(patience);
 
 using Way = std::function<void(JobGate &)>;
 
@@ -84,7 +87,7 @@ private slots:
                 gate.pass();
             }
         });
-        QVERIFY(job.isThroughWithin(10s));
+        QVERIFY(job.isThroughWithin(hangLimit));
     }
 
     void aPauseBeforeAnOpenGateTakesItsTime()
@@ -120,7 +123,7 @@ private slots:
         QFETCH(Way, way);
         GatedJob &job = GatedJob::start(way);
         QVERIFY(!job.isThroughWithin(50ms)); // the job still runs, or is in its pause
-        QVERIFY(job.gate.close(10s));
+        QVERIFY(job.gate.close(hangLimit));
         QVERIFY(!job.isThroughWithin(100ms));
         // The gate stays closed: a second call returns the same at once.
         QVERIFY(job.gate.close(0ms));
@@ -138,7 +141,7 @@ private slots:
     void aJobThatIsThroughBeforeTheClosingDoesNotCome()
     {
         GatedJob &job = GatedJob::start([](JobGate &gate) { gate.pass(); });
-        QVERIFY(job.isThroughWithin(10s));
+        QVERIFY(job.isThroughWithin(hangLimit));
         QVERIFY(!job.gate.close(10ms));
     }
 };
