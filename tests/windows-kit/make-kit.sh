@@ -43,7 +43,7 @@ tests/platform/make-icon-references.sh "$kit/files/icon-references" "$kit/files/
 # The products. In the last one, one file has 400 MB.
 pack() { # FOLDER MAIN
     settle "$1"
-    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q -m "$2" -o "$kit/products" "$1"
+    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q -l fastest -m "$2" -o "$kit/products" "$1"
 }
 mkdir -p "$work/temp" "$work/hello" "$work/probe/folder" "$work/large"
 cp build/windows/examples/hello/app/* "$work/hello"
@@ -63,7 +63,7 @@ pack "$work/large" large.exe
 settle "$kit"
 (cd "$kit" && find . -type f | sed 's|^\./||' | LC_ALL=C sort >"$work/list")
 rm -f "$out/kit.7z"
-(cd "$kit" && "$OLDPWD/$native/resources/resources/7zr.exe" a -bso0 -bsp0 -m0=LZMA -mx=5 -md=256m -mf=off -ms=on \
+(cd "$kit" && "$OLDPWD/$native/resources/resources/7zr.exe" a -bso0 -bsp0 -m0=LZMA -mx=1 -md=256m -mf=off -ms=on \
     "$out/kit.7z" "@$work/list")
 cp "$programs/resources/resources/7zr.exe" "$tests/windows-kit/kit/run-tests.cmd" "$out"
 sed 's/$/\r/' tests/windows-kit/README.txt >"$out/README.txt"

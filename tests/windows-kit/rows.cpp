@@ -79,7 +79,7 @@ const std::vector<Row> &allRows()
         {"files: attributes of a cloud folder (0x80420)", cloudAttributes, false, nullptr},
         {"files: 400 MB in one file", largeFile, false, nullptr},
         {"files: a scanner reads while they are written", readersDuringUnpacking, false, nullptr},
-        {"files: the product's path is longer than 260", longPathOfProduct, false, nullptr},
+        {"files: the product's path is longer than 260", longPathOfProduct, false, programs},
         {"files: a path in the product is longer than 260", longPathInProduct, true, nullptr},
         {"files: the temporary path is long", longTemporaryPath, true, nullptr},
         {"files: the program's path is longer than 260", longProgramPath, false, programs},
