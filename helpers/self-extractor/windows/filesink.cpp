@@ -4,6 +4,7 @@
 #include "helpers/self-extractor/windows/filesink.h"
 
 #include "helpers/self-extractor/archive/shortname.h"
+#include "helpers/self-extractor/start/heldfile.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/diskspace.h"
 #include "helpers/self-extractor/windows/interrupt.h"
@@ -15,9 +16,6 @@ namespace {
 // Smaller files are written in one piece anyway.
 constexpr std::uint64_t leastPreallocated = 1024 * 1024;
 
-// Pauses in milliseconds while another process has a file open; 2.5 s together.
-constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280};
-
 // Opens a file that already exists. A scanner may look into it just now.
 HANDLE openAgain(const Text &path)
 {
@@ -26,11 +24,9 @@ HANDLE openAgain(const Text &path)
                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                            OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     };
-    for (const DWORD pause : pauses) {
+    for (const unsigned pause : holderPauses) {
         const HANDLE file = open();
-        if (file != INVALID_HANDLE_VALUE
-            || (GetLastError() != ERROR_SHARING_VIOLATION
-                && GetLastError() != ERROR_LOCK_VIOLATION)) {
+        if (file != INVALID_HANDLE_VALUE || !isHeldByAnother(GetLastError())) {
             return file;
         }
         Sleep(pause);
