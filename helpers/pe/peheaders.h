@@ -52,6 +52,10 @@ public:
     // Fails with Damaged if the section table is not consistent enough to edit the file by it.
     Result<Done> checkForEditing(std::uint64_t fileSize) const;
 
+    // The processor that the program is made for (PE format, "Machine Types").
+    std::uint16_t machine() const { return read16(m_bytes, m_coff); }
+    // Whether it has windows or a console (PE format, "Windows Subsystem").
+    std::uint16_t subsystem() const { return read16(m_bytes, m_optional + Subsystem); }
     std::uint32_t fileAlignment() const { return optional32(FileAlignment); }
     std::uint32_t sectionAlignment() const { return optional32(SectionAlignment); }
     std::uint32_t entryPoint() const { return optional32(AddressOfEntryPoint); }
@@ -94,6 +98,7 @@ private:
         SizeOfImage = 56,
         SizeOfHeaders = 60,
         CheckSum = 64,
+        Subsystem = 68,
     };
     static constexpr std::size_t sectionRowSize = 40;
     static constexpr std::size_t maxSections = 96; // the loader's limit
