@@ -11,7 +11,13 @@ const QStringList levelNames{"store", "fastest", "fast", "normal", "maximum", "u
 const QStringList methodNames{"LZMA", "LZMA2"};
 
 const char helpText[] = R"(Usage: kestrelpack-cli [options] FOLDER
+       kestrelpack-cli inspect [--json] FILE
+       kestrelpack-cli verify FILE
+       kestrelpack-cli extract [--output DIR] FILE
+
 Packs FOLDER, a folder with a Windows application, into one executable that unpacks itself and runs.
+The commands read an executable that was made so: inspect shows what is in it, verify decodes all of it
+and compares every checksum, extract unpacks it into a new folder.
 
 Options:
   -m, --main NAME        main program in FOLDER; not needed if FOLDER contains exactly one .exe file
@@ -20,14 +26,15 @@ Options:
   -l, --level LEVEL      store, fastest, fast, normal (default), maximum, ultra
   -c, --method METHOD    LZMA (default), LZMA2
   -q, --quiet            only warnings and errors
+      --json             inspect: JSON, with the SHA-256 of each file
       --version          show the version
   -h, --help             show this help
 
 The executable's name comes from the main program: my.tool.exe in FOLDER gives DIR/my.exe. It replaces a file
 of that name, but only when it is complete.
 
-Exit status: 0 the executable is complete, 1 the job failed, 2 nothing was started: wrong usage, or another
-job is making the same file. If the job is interrupted, it leaves nothing behind, and the exit status
+Exit status: 0 the executable is complete, 1 the job failed, or the executable that was read would not start,
+2 nothing was started: wrong usage, or another job is making the same file. If the job is interrupted, it leaves nothing behind, and the exit status
 is 130 after Ctrl-C (on Windows 0xC000013A).
 )";
 
@@ -55,6 +62,7 @@ struct Options
     QCommandLineOption level{{"l", "level"}, {}, "LEVEL"};
     QCommandLineOption method{{"c", "method"}, {}, "METHOD"};
     QCommandLineOption quiet{{"q", "quiet"}};
+    QCommandLineOption json{"json"};
     QCommandLineOption version{"version"};
     QCommandLineOption help{{"h", "help"}};
 };
@@ -70,6 +78,52 @@ QString emptyValueMessage(const QCommandLineParser &parser, const Options &optio
         }
     }
     return {};
+}
+
+using Action = CommandLine::Action;
+
+// The commands that read a produced file.
+const QHash<QString, Action> readingCommands{{"inspect", Action::Inspect},
+                                             {"verify", Action::Verify},
+                                             {"extract", Action::Extract}};
+
+// The name of the first option that is given and does not belong to `action`, or nothing.
+QString foreignOption(const QCommandLineParser &parser, const Options &options, Action action)
+{
+    QList<const QCommandLineOption *> foreign{&options.main, &options.icon, &options.level,
+                                              &options.method};
+    if (action != Action::Inspect) {
+        foreign.append(&options.json);
+    }
+    if (action != Action::Extract) {
+        foreign.append(&options.output);
+    }
+    for (const auto *option : foreign) {
+        if (parser.isSet(*option)) {
+            return option->names().constLast();
+        }
+    }
+    return {};
+}
+
+CommandLine readingLine(const QCommandLineParser &parser, const Options &options, Action action,
+                        const QString &command)
+{
+    const QStringList files = parser.positionalArguments().mid(1);
+    if (files.size() != 1 || files.constFirst().isEmpty()) {
+        return refusal(QStringLiteral("%1 needs one FILE").arg(command));
+    }
+    if (const QString option = foreignOption(parser, options, action); !option.isEmpty()) {
+        return refusal(QStringLiteral("--%1 has no meaning for %2").arg(option, command));
+    }
+    CommandLine line;
+    line.action = action;
+    line.file = files.constFirst();
+    line.outputDir = parser.value(options.output);
+    line.asJson = parser.isSet(options.json);
+    line.quiet = parser.isSet(options.quiet);
+    const QString message = emptyValueMessage(parser, options);
+    return message.isEmpty() ? line : refusal(message);
 }
 
 // Sets the compression indexes. Returns an error message if a value is wrong, otherwise nothing.
@@ -99,7 +153,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     const Options options;
     QCommandLineParser parser;
     parser.addOptions({options.main, options.output, options.icon, options.level, options.method,
-                       options.quiet, options.version, options.help});
+                       options.quiet, options.json, options.version, options.help});
     if (!parser.parse(arguments)) {
         return refusal(parser.errorText());
     }
@@ -112,6 +166,15 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
 
     const QStringList folders = parser.positionalArguments();
+    // One argument is always a folder, whatever its name is.
+    const auto command = folders.size() > 1 ? readingCommands.constFind(folders.constFirst())
+                                            : readingCommands.constEnd();
+    if (command != readingCommands.constEnd()) {
+        return readingLine(parser, options, *command, command.key());
+    }
+    if (parser.isSet(options.json)) {
+        return refusal(QStringLiteral("--json needs the command inspect"));
+    }
     if (folders.size() != 1 || folders.constFirst().isEmpty()) {
         return refusal(
             folders.size() > 1

@@ -9,13 +9,17 @@
 // The user's request from the command line. Its paths are not yet checked against the disk.
 struct CommandLine
 {
-    enum class Action { Pack, ShowHelp, ShowVersion, Refuse };
+    enum class Action { Pack, Inspect, Verify, Extract, ShowHelp, ShowVersion, Refuse };
 
     Action action = Action::Pack;
     QString message; // for Refuse: one English sentence; for ShowHelp and ShowVersion: the text
 
+    QString file;        // for Inspect, Verify and Extract
+    bool asJson = false; // for Inspect
+
     QString folder;
     QString mainProgram; // empty: the only program of the folder
+    // For Extract: the new folder; empty: named after the file.
     QString outputDir = QStringLiteral(".");
     QString iconPath;    // empty: the main program's icon
     int levelIndex = 3;  // in the list of compression levels; 3 is "normal"

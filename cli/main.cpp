@@ -7,6 +7,7 @@
 #include "cli/inputcheck.h"
 #include "cli/interrupt.h"
 #include "cli/outputguard.h"
+#include "cli/readingcommands.h"
 #include "cli/terminal.h"
 #include "cli/terminaljob.h"
 
@@ -53,6 +54,10 @@ int main(int argc, char *argv[])
     case CommandLine::Action::Refuse:
         console.showMessage(line.message + "; --help shows the usage");
         return ExitWrongUsage;
+    case CommandLine::Action::Inspect:
+    case CommandLine::Action::Verify:
+    case CommandLine::Action::Extract:
+        return runReadingCommand(line, console);
     case CommandLine::Action::Pack:
         break;
     }

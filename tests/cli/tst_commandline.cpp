@@ -17,6 +17,12 @@ QString summaryOf(const CommandLine &line)
         return "help";
     case CommandLine::Action::ShowVersion:
         return "version";
+    case CommandLine::Action::Inspect:
+        return "inspect " + line.file + (line.asJson ? " as JSON" : "");
+    case CommandLine::Action::Verify:
+        return "verify " + line.file + (line.quiet ? ", quiet" : "");
+    case CommandLine::Action::Extract:
+        return "extract " + line.file + " to <" + line.outputDir + '>';
     case CommandLine::Action::Pack:
         break;
     }
@@ -57,6 +63,16 @@ private slots:
         QTest::newRow("an option twice: the last one counts")
             << QStringList({"-l", "store", "-l", "maximum", "app"})
             << "folder app, main <>, output ., icon <>, level 4, method 0";
+        QTest::newRow("inspect") << QStringList({"inspect", "a.exe"}) << "inspect a.exe";
+        QTest::newRow("inspect, as JSON")
+            << QStringList({"inspect", "a.exe", "--json"}) << "inspect a.exe as JSON";
+        QTest::newRow("verify") << QStringList({"-q", "verify", "a.exe"}) << "verify a.exe, quiet";
+        QTest::newRow("extract") << QStringList({"extract", "a.exe"}) << "extract a.exe to <>";
+        QTest::newRow("extract to a folder")
+            << QStringList({"extract", "-o", "out", "a.exe"}) << "extract a.exe to <out>";
+        QTest::newRow("a folder with the name of a command")
+            << QStringList({"verify"})
+            << "folder verify, main <>, output ., icon <>, level 3, method 0";
         QTest::newRow("words in other capitals")
             << QStringList({"-l", "FastEst", "-c", "lzma2", "app"})
             << "folder app, main <>, output ., icon <>, level 1, method 1";
@@ -95,6 +111,15 @@ private slots:
         QTest::newRow("an empty folder") << QStringList({""}) << "refused: no FOLDER was given";
         QTest::newRow("three folders") << QStringList({"a", "-q", "b", "c"})
                                        << "refused: more than one FOLDER was given: a, b, c";
+        QTest::newRow("a command with two files")
+            << QStringList({"verify", "a", "b"}) << "refused: verify needs one FILE";
+        QTest::newRow("an option of another command")
+            << QStringList({"verify", "--json", "a"})
+            << "refused: --json has no meaning for verify";
+        QTest::newRow("an option for packing") << QStringList({"extract", "-l", "fast", "a"})
+                                               << "refused: --level has no meaning for extract";
+        QTest::newRow("JSON without a command")
+            << QStringList({"--json", "app"}) << "refused: --json needs the command inspect";
         QTest::newRow("an option without its value")
             << QStringList({"app", "--main"}) << "refused: Missing value after '--main'.";
         QTest::newRow("a value for an option that has none")

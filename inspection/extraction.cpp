@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "inspection/extraction.h"
+
+#include "helpers/self-extractor/unpacking/unpacker.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTimeZone>
+
+namespace {
+
+constexpr std::uint32_t readOnly = 0x1; // FILE_ATTRIBUTE_READONLY
+
+// FILETIME counts 100 ns since 1601, Qt counts milliseconds since 1970.
+QDateTime toDateTime(std::uint64_t fileTime)
+{
+    constexpr qint64 millisecondsTo1970 = 11644473600000;
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(fileTime / 10000)
+                                              - millisecondsTo1970,
+                                          Qt::UTC);
+}
+
+// Writes into an existing folder that nobody else uses. All names have been checked.
+class FolderSink final : public sfx::UnpackSink
+{
+public:
+    explicit FolderSink(const QString &folder) : m_folder(folder) {}
+
+    // What could not be written, with the reason; empty if everything could.
+    const QString &failure() const { return m_failure; }
+
+    sfx::Status begin(std::uint64_t, std::uint32_t) override { return sfx::Status::Ok; }
+    sfx::Status makeFolder(const sfx::Entry &folder) override
+    {
+        return QDir(m_folder).mkpath(pathOf(folder)) ? sfx::Status::Ok
+                                                     : fail(pathOf(folder), QString());
+    }
+    sfx::Status beginFile(const sfx::Entry &file) override
+    {
+        const QString path = pathOf(file);
+        m_file.setFileName(m_folder + '/' + path);
+        if (!QDir().mkpath(QFileInfo(m_file.fileName()).path())
+            || !m_file.open(QIODevice::WriteOnly)) {
+            return fail(path, m_file.errorString());
+        }
+        return sfx::Status::Ok;
+    }
+    sfx::Status write(const std::uint8_t *data, std::size_t size) override
+    {
+        const auto bytes = static_cast<qint64>(size);
+        return m_file.write(reinterpret_cast<const char *>(data), bytes) == bytes
+            ? sfx::Status::Ok
+            : fail(QDir(m_folder).relativeFilePath(m_file.fileName()), m_file.errorString());
+    }
+    sfx::Status endFile(const sfx::Entry &file) override
+    {
+        if (!m_file.flush()) {
+            return fail(pathOf(file), m_file.errorString());
+        }
+        if (file.hasModified) {
+            m_file.setFileTime(toDateTime(file.modified), QFileDevice::FileModificationTime);
+        }
+        m_file.close();
+        if ((file.attributes & readOnly) != 0) {
+            m_file.setPermissions(
+                m_file.permissions()
+                & ~(QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther));
+        }
+        return sfx::Status::Ok;
+    }
+    sfx::Status finishFolder(const sfx::Entry &) override { return sfx::Status::Ok; }
+
+private:
+    sfx::Status fail(const QString &path, const QString &reason)
+    {
+        m_failure = reason.isEmpty() ? path : path + ": " + reason;
+        return sfx::Status::WriteFailed;
+    }
+
+    const QString m_folder;
+    QFile m_file;
+    QString m_failure;
+};
+
+Finding cannotWrite(const QString &what)
+{
+    Finding finding = findingOf(sfx::Status::WriteFailed);
+    finding.text += ": " + what;
+    return finding;
+}
+
+} // namespace
+
+QString reasonNotToExtract(const QString &folder)
+{
+    const QFileInfo info(folder);
+    if (info.isSymLink() || (info.exists() && !info.isDir())) {
+        return QStringLiteral("%1 is not a folder").arg(folder);
+    }
+    if (info.isDir()
+        && !QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System
+                                 | QDir::NoDotAndDotDot)) {
+        return QStringLiteral("the folder %1 is not empty").arg(folder);
+    }
+    return {};
+}
+
+std::optional<Finding> extractInto(ProducedFile &file, const QString &folder)
+{
+    const QString target = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    const QString parent = QFileInfo(target).path();
+    if (!QDir().mkpath(parent)) {
+        return cannotWrite(parent);
+    }
+    QTemporaryDir temporary(parent + "/.kestrelpack-XXXXXX");
+    const QString content = temporary.filePath("content");
+    if (!temporary.isValid() || !QDir().mkdir(content)) {
+        return cannotWrite(parent + ": " + temporary.errorString());
+    }
+    FolderSink sink(content);
+    const sfx::Status status = sfx::unpack(file.archive(), sink, file.totalBytes());
+    if (status != sfx::Status::Ok) {
+        return sink.failure().isEmpty() ? findingOf(status) : cannotWrite(sink.failure());
+    }
+    // Removes only an empty folder. Renaming fails if there is another one meanwhile.
+    QDir().rmdir(target);
+    return QDir().rename(content, target) ? std::nullopt : std::optional(cannotWrite(target));
+}

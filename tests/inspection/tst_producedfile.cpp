@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "inspection/producedfile.h"
+
+#include "inspection/contentcheck.h"
+#include "inspection/report.h"
+#include "tests/inspection/forgedproduct.h"
+#include "tests/support/testfiles.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+
+using Forge = std::function<void(ForgedProduct &)>;
+Q_DECLARE_METATYPE(Forge)
+
+class TestProducedFile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aWholeFile();
+    void refused_data();
+    void refused();
+    void aDamagedFileIsNamed();
+    void aFileThatCannotBeOpened();
+    void theModule_data();
+    void theModule();
+    void report();
+
+private:
+    QString write(const QByteArray &bytes) const
+    {
+        const QString path = m_dir.filePath("product.exe");
+        if (!writeFile(path, bytes)) {
+            qFatal("the product could not be written");
+        }
+        return path;
+    }
+
+    QTemporaryDir m_dir;
+};
+
+void TestProducedFile::aWholeFile()
+{
+    const ForgedProduct product;
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    QCOMPARE(toQString(file.block().runProgram), "main.exe");
+    QCOMPARE(file.archiveOffset(), quint64(product.module.size() + product.block.size()));
+    QCOMPARE(file.archive().entryCount(), 4u);
+    QCOMPARE(file.totalBytes(), quint64(11 + 16 + 9));
+    FileHashes hashes;
+    QVERIFY(!checkContent(file, &hashes));
+    QCOMPARE(hashes.size(), 3);
+    QCOMPARE(hashes.value("data/文件.txt"),
+             QCryptographicHash::hash("text in a folder", QCryptographicHash::Sha256));
+}
+
+void TestProducedFile::refused_data()
+{
+    QTest::addColumn<Forge>("change");
+    QTest::addColumn<int>("number");
+    const auto row = [](const char *name, const Forge &change, int number) {
+        QTest::newRow(name) << change << number;
+    };
+    const auto withFile = [](const QString &name, quint32 attributes = 0x20) {
+        return [name, attributes](ForgedProduct &product) {
+            auto files = forgedFiles();
+            files.append({name, "more", false, false, attributes});
+            product.setFiles(files);
+        };
+    };
+    row(
+        "no program at all", [](ForgedProduct &product) { product.module = "text"; }, 201);
+    row(
+        "no block", [](ForgedProduct &product) { product.block.clear(); }, 201);
+    row(
+        "no archive", [](ForgedProduct &product) { product.archive.clear(); }, 201);
+    row(
+        "the last byte is missing", [](ForgedProduct &product) { product.archive.chop(1); }, 201);
+    row("a link of Unix", withFile("link", 0xa1ff8000), 202);
+    row("a name that leads out of the folder", withFile("../out.txt"), 203);
+    row("the name of a device", withFile("nul.txt"), 203);
+    row("names that differ in case only", withFile("MAIN.EXE"), 203);
+    row(
+        "names that differ in case only, not in ASCII",
+        [](ForgedProduct &product) {
+            product.setFiles({{"main.exe", "x"}, {"ä.txt", "x"}, {"Ä.txt", "x"}});
+        },
+        203);
+    row(
+        "without the program",
+        [](ForgedProduct &product) {
+            product.setFiles({{"other.exe", "x"}});
+        },
+        209);
+}
+
+void TestProducedFile::refused()
+{
+    QFETCH(const Forge, change);
+    ForgedProduct product;
+    change(product);
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    const auto finding = file.check();
+    QVERIFY(finding);
+    QTEST(finding->number, "number");
+    QVERIFY(!finding->text.isEmpty());
+}
+
+void TestProducedFile::aDamagedFileIsNamed()
+{
+    ForgedProduct product;
+    const qsizetype content = product.archive.indexOf("text in a folder");
+    QVERIFY(content > 0);
+    product.archive[content] = 'T';
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check()); // nothing is decoded here
+    const auto finding = checkContent(file);
+    QVERIFY(finding);
+    QCOMPARE(finding->number, 201);
+    QVERIFY2(finding->text.endsWith(": data/文件.txt"), qPrintable(finding->text));
+}
+
+void TestProducedFile::aFileThatCannotBeOpened()
+{
+    ProducedFile missing;
+    QVERIFY(!missing.open(m_dir.filePath("missing.exe")).isEmpty());
+    ProducedFile folder;
+    QVERIFY(!folder.open(m_dir.path()).isEmpty());
+}
+
+void TestProducedFile::theModule_data()
+{
+    QTest::addColumn<qsizetype>("changed"); // offset of a byte in the module, or -1
+    QTest::addColumn<bool>("isOwn");
+    const ForgedProduct product;
+    QTest::newRow("unchanged") << qsizetype(-1) << true;
+    QTest::newRow("a byte of its code") << qsizetype(0x500) << false;
+    QTest::newRow("a byte of its resources") << product.module.size() - 1 << true;
+}
+
+void TestProducedFile::theModule()
+{
+    QFETCH(const qsizetype, changed);
+    ForgedProduct product;
+    if (changed >= 0) {
+        product.module[changed] = static_cast<char>(~product.module.at(changed));
+    }
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    QCOMPARE(facts->machine, "x64");
+    QCOMPARE(facts->subsystem, "windows");
+    QVERIFY(!facts->isSigned);
+    QTEST(facts->hasOwnModule, "isOwn");
+}
+
+void TestProducedFile::report()
+{
+    ProducedFile file;
+    QCOMPARE(file.open(write(ForgedProduct().bytes())), QString());
+    QVERIFY(!file.check());
+    FileHashes hashes;
+    QVERIFY(!checkContent(file, &hashes));
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    const QJsonObject report = reportOf(file, *facts, hashes);
+    QCOMPARE(report["block"]["runProgram"].toString(), "main.exe");
+    QCOMPARE(report["archive"]["methods"].toArray(), QJsonArray({"Copy"}));
+    QCOMPARE(report["archive"]["unpackedSize"].toInt(), 36);
+    QVERIFY(!report["program"]["identity"]["FileDescription"].toString().isEmpty());
+    const QJsonArray entries = report["entries"].toArray();
+    QCOMPARE(entries.size(), 4);
+    QCOMPARE(entries.at(1)["isFolder"].toBool(), true);
+    QCOMPARE(entries.at(3)["attributes"].toString(), "RA");
+    QCOMPARE(entries.at(0)["sha256"].toString().size(), 64);
+    const QString text = textOf(report);
+    QVERIFY(text.contains("data/文件.txt"));
+    QVERIFY(text.contains("36 bytes in 4 entries"));
+}
+
+QTEST_GUILESS_MAIN(TestProducedFile)
+
+#include "tst_producedfile.moc"
