@@ -93,8 +93,8 @@ static void openDescriptor(STARTUPINFOW *startup, const wchar_t *path)
     const DWORD count = 4;
     const BYTE flags[4] = {0, 0, 0, 1}; // open
     HANDLE handles[4] = {INVALID_HANDLE_VALUE, INVALID_HANDLE_VALUE, INVALID_HANDLE_VALUE, NULL};
-    handles[3] = CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ, &inheritable, CREATE_ALWAYS, 0,
-                             NULL);
+    handles[3]
+        = CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ, &inheritable, CREATE_ALWAYS, 0, NULL);
     memcpy(table, &count, sizeof count);
     memcpy(table + sizeof count, flags, sizeof flags);
     memcpy(table + sizeof count + sizeof flags, handles, sizeof handles);
@@ -231,8 +231,7 @@ int wmain(int argc, wchar_t **argv)
     wcscat(line, argv[at]);
     wcscat(line, L"\"");
     wcscat(line, tailOf(at + 1 < argc ? argv[at + 1] : NULL));
-    if (!CreateProcessW(argv[at], line, NULL, NULL, TRUE, flags, NULL, NULL, &startup,
-                        &process)) {
+    if (!CreateProcessW(argv[at], line, NULL, NULL, TRUE, flags, NULL, NULL, &startup, &process)) {
         printf("failed=%lu\n", GetLastError());
         return 99;
     }
