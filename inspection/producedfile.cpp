@@ -24,15 +24,6 @@ private:
 
 namespace {
 
-pe::NativePath toNativePath(const QString &path)
-{
-#ifdef Q_OS_WIN
-    return QDir::toNativeSeparators(path).toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
-#endif
-}
-
 // Upper case without a change of length, as Windows compares file names.
 void upperCase(char16_t *text, std::size_t size)
 {
@@ -77,6 +68,15 @@ std::optional<Finding> ProducedFile::check()
         finding.text += ": " + toQString(m_block.runProgram);
     }
     return finding;
+}
+
+pe::NativePath toNativePath(const QString &path)
+{
+#ifdef Q_OS_WIN
+    return QDir::toNativeSeparators(path).toStdWString();
+#else
+    return QFile::encodeName(path).toStdString();
+#endif
 }
 
 QString toQString(const sfx::Text &text)

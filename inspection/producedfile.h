@@ -53,6 +53,7 @@ private:
     std::uint64_t m_totalBytes = 0;
 };
 
-// Conversions from the self-extractor's types.
+// Conversions to and from the types of helpers/.
+pe::NativePath toNativePath(const QString &path);
 QString toQString(const sfx::Text &text);
 QString pathOf(const sfx::Entry &entry); // with "/" between its components

@@ -4,9 +4,12 @@
 #include "inspection/programfacts.h"
 
 #include "helpers/pe/versionresource.h"
+#include "inspection/producedfile.h"
 
 #include <QFile>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
 
 namespace {
 
@@ -84,21 +87,18 @@ bool isBuiltLike(const pe::File &file, const pe::PeHeaders &headers, const pe::F
                       });
 }
 
-// The module of the bundle, compared through a file, because that is what the reader takes.
+// The module of the bundle, compared through a file, because that is what the reader takes. Not a
+// QTemporaryFile: it stays open, and on Windows the reader could not open it a second time.
 bool hasOwnModule(const pe::File &file, const pe::PeHeaders &headers)
 {
-    QFile bundled(":/resources/7zS2.sfx");
-    QTemporaryFile copy;
-    if (!bundled.open(QIODevice::ReadOnly) || !copy.open()
-        || copy.write(bundled.readAll()) != bundled.size() || !copy.flush()) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("module");
+    if (!folder.isValid() || !QFile::copy(":/resources/7zS2.sfx", path)) {
         return false;
     }
-#ifdef Q_OS_WIN
-    const pe::NativePath path = copy.fileName().toStdWString();
-#else
-    const pe::NativePath path = QFile::encodeName(copy.fileName()).toStdString();
-#endif
-    const auto module = pe::File::open(path, pe::File::Access::Read);
+    // A copy of a resource is read-only, and Windows does not remove such files.
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    const auto module = pe::File::open(toNativePath(path), pe::File::Access::Read);
     return !module.hasError() && isBuiltLike(file, headers, module.value());
 }
 
