@@ -33,6 +33,9 @@ public:
 
     // What could not be written, with the reason; empty if everything could.
     const QString &failure() const { return m_failure; }
+    // Files that have yet to be made read-only. Until everything is complete they must be removable,
+    // which read-only files on Windows are not.
+    const QStringList &readOnlyFiles() const { return m_readOnlyFiles; }
 
     sfx::Status begin(std::uint64_t, std::uint32_t) override { return sfx::Status::Ok; }
     sfx::Status makeFolder(const sfx::Entry &folder) override
@@ -67,9 +70,7 @@ public:
         }
         m_file.close();
         if ((file.attributes & readOnly) != 0) {
-            m_file.setPermissions(
-                m_file.permissions()
-                & ~(QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther));
+            m_readOnlyFiles.append(pathOf(file));
         }
         return sfx::Status::Ok;
     }
@@ -85,7 +86,16 @@ private:
     const QString m_folder;
     QFile m_file;
     QString m_failure;
+    QStringList m_readOnlyFiles;
 };
+
+void makeReadOnly(const QString &path)
+{
+    QFile::setPermissions(path,
+                          QFile::permissions(path)
+                              & ~(QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup
+                                  | QFile::WriteOther));
+}
 
 Finding cannotWrite(const QString &what)
 {
@@ -129,5 +139,11 @@ std::optional<Finding> extractInto(ProducedFile &file, const QString &folder)
     }
     // Removes only an empty folder. Renaming fails if there is another one meanwhile.
     QDir().rmdir(target);
-    return QDir().rename(content, target) ? std::nullopt : std::optional(cannotWrite(target));
+    if (!QDir().rename(content, target)) {
+        return cannotWrite(target);
+    }
+    for (const QString &path : sink.readOnlyFiles()) {
+        makeReadOnly(target + '/' + path);
+    }
+    return std::nullopt;
 }

@@ -8,9 +8,9 @@
 QList<forge::File> forgedFiles()
 {
     return {{"main.exe", "the program"},
+            {"fixed.ini", "read-only", false, false, 0x21},
             {"data", {}, true},
-            {"data/文件.txt", "text in a folder"},
-            {"fixed.ini", "read-only", false, false, 0x21}};
+            {"data/文件.txt", "text in a folder"}};
 }
 
 ForgedProduct::ForgedProduct()

@@ -181,8 +181,8 @@ void TestProducedFile::report()
     QVERIFY(!report["program"]["identity"]["FileDescription"].toString().isEmpty());
     const QJsonArray entries = report["entries"].toArray();
     QCOMPARE(entries.size(), 4);
-    QCOMPARE(entries.at(1)["isFolder"].toBool(), true);
-    QCOMPARE(entries.at(3)["attributes"].toString(), "RA");
+    QCOMPARE(entries.at(2)["isFolder"].toBool(), true);
+    QCOMPARE(entries.at(1)["attributes"].toString(), "RA");
     QCOMPARE(entries.at(0)["sha256"].toString().size(), 64);
     const QString text = textOf(report);
     QVERIFY(text.contains("data/文件.txt"));
