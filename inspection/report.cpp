@@ -123,7 +123,7 @@ QString numberText(const QJsonValue &value)
 QString listText(const QJsonArray &values)
 {
     QStringList texts;
-    for (const QJsonValue &value : values) {
+    for (const auto &value : values) {
         texts.append(value.toString());
     }
     return texts.join(", ");
@@ -185,7 +185,7 @@ QString textOf(const QJsonObject &report)
                   .arg(numberText(archive["unpackedSize"]))
                   .arg(entries.size())
                   .arg(ratio, 0, 'f', 1));
-    for (const QJsonValue &value : entries) {
+    for (const auto &value : entries) {
         const QJsonObject entry = value.toObject();
         text += QStringLiteral("%1  %2  %3\n")
                     .arg(entry["isFolder"].toBool() ? QString() : numberText(entry["size"]), 15)
