@@ -10,6 +10,8 @@
 #include "tests/windows-kit/system.h"
 #include "tests/windows-kit/text.h"
 
+#include <optional>
+
 namespace kit {
 
 namespace {
@@ -38,28 +40,39 @@ std::string joined(const std::vector<std::wstring> &names)
     return text;
 }
 
+// The rights of the private folder while the product runs; nothing if it does not start.
+std::optional<FolderSecurity> securityWhileItRuns(const Place &place, Check &check)
+{
+    const ProbeControl probe(place);
+    Process product;
+    const Notes notes = startWaiting(place, probe, product);
+    if (!check.that(notes.isThere(), "the product did not start")) {
+        return std::nullopt;
+    }
+    const FolderSecurity security = securityOf(privateFolder(notes));
+    check.note(security.text);
+    return security;
+}
+
 } // namespace
 
 Result folderRights(const Place &place)
 {
-    const ProbeControl probe(place);
-    Process product;
     Check check;
-    const Notes notes = startWaiting(place, probe, product);
-    if (!check.that(notes.isThere(), "the product did not start")) {
+    const auto security = securityWhileItRuns(place, check);
+    if (!security) {
         return check.result();
     }
-    const FolderSecurity security = securityOf(privateFolder(notes));
-    check.note(security.text);
-    check.that(security.error == 0, "cannot be read: " + systemText(security.error));
-    check.that(security.isProtected, "inherits from the folder above");
-    for (const std::string &account : security.accounts) {
+    check.that(security->error == 0, "cannot be read: " + systemText(security->error));
+    check.that(security->isProtected, "inherits from the folder above");
+    for (const std::string &account : security->accounts) {
         check.that(account == systemSid || account == administratorsSid || account == userSid(),
                    "lets " + account + " in");
     }
-    check.that(!security.accounts.empty(), "has no access list");
-    check.that(security.owner == userSid() || (isElevated() && security.owner == administratorsSid),
-               "belongs to " + security.owner);
+    check.that(!security->accounts.empty(), "has no access list");
+    check.that(security->owner == userSid()
+                   || (isElevated() && security->owner == administratorsSid),
+               "belongs to " + security->owner);
     return check.result();
 }
 
@@ -68,17 +81,13 @@ Result folderRightsElevated(const Place &place)
     if (elevationType() != Elevation::Full) {
         return notJudged("not started with \"Run as administrator\" by a user who has UAC");
     }
-    const ProbeControl probe(place);
-    Process product;
     Check check;
-    const Notes notes = startWaiting(place, probe, product);
-    if (!check.that(notes.isThere(), "the product did not start")) {
+    const auto security = securityWhileItRuns(place, check);
+    if (!security) {
         return check.result();
     }
-    const FolderSecurity security = securityOf(privateFolder(notes));
-    check.note(security.text);
-    check.that(!security.userMayWrite, "the user's programs without the rights may write it");
-    check.that(security.isLabelledHigh, "it has no label of high integrity");
+    check.that(!security->userMayWrite, "the user's programs without the rights may write it");
+    check.that(security->isLabelledHigh, "it has no label of high integrity");
     return check.result();
 }
 
