@@ -34,8 +34,8 @@ The executable's name comes from the main program: my.tool.exe in FOLDER gives D
 of that name, but only when it is complete.
 
 Exit status: 0 the executable is complete, 1 the job failed, or the executable that was read would not start,
-2 nothing was started: wrong usage, or another job is making the same file. If the job is interrupted, it leaves nothing behind, and the exit status
-is 130 after Ctrl-C (on Windows 0xC000013A).
+2 nothing was started: wrong usage, or another job is making the same file. If the job is interrupted, it
+leaves nothing behind, and the exit status is 130 after Ctrl-C (on Windows 0xC000013A).
 )";
 
 CommandLine refusal(const QString &message)

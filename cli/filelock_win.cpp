@@ -3,7 +3,7 @@
 
 #include "cli/filelock.h"
 
-#include "cli/nativepath_win.h"
+#include "platform/nativepath.h"
 
 #include <windows.h>
 
@@ -18,7 +18,7 @@ FileLock::~FileLock()
 // closed, also when the process is killed, and also on a network drive.
 FileLock::Result FileLock::tryHold()
 {
-    const HANDLE file = CreateFileW(unlimitedPath(m_path).c_str(),
+    const HANDLE file = CreateFileW(pe::extendedPath(toNativePath(m_path)).c_str(),
                                     GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file != INVALID_HANDLE_VALUE) {

@@ -3,7 +3,7 @@
 
 #include "cli/replacefile.h"
 
-#include "cli/nativepath_win.h"
+#include "platform/nativepath.h"
 
 #include <QFile>
 
@@ -17,7 +17,9 @@ constexpr DWORD pauseMs = 100;
 
 bool move(const QString &from, const QString &to, DWORD flags)
 {
-    return MoveFileExW(unlimitedPath(from).c_str(), unlimitedPath(to).c_str(), flags) != 0;
+    return MoveFileExW(pe::extendedPath(toNativePath(from)).c_str(),
+                       pe::extendedPath(toNativePath(to)).c_str(), flags)
+        != 0;
 }
 
 bool isPassing(DWORD error)
@@ -62,7 +64,7 @@ QString replaceFile(const QString &from, const QString &to)
     if (move(to, aside, 0)) {
         error = moveOver(from, to);
         if (error == ERROR_SUCCESS) {
-            DeleteFileW(unlimitedPath(aside).c_str());
+            DeleteFileW(pe::extendedPath(toNativePath(aside)).c_str());
             return {};
         }
         move(aside, to, 0);

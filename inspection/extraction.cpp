@@ -5,25 +5,14 @@
 
 #include "helpers/self-extractor/unpacking/unpacker.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTimeZone>
 
 namespace {
 
 constexpr std::uint32_t readOnly = 0x1; // FILE_ATTRIBUTE_READONLY
-
-// FILETIME counts 100 ns since 1601, Qt counts milliseconds since 1970.
-QDateTime toDateTime(std::uint64_t fileTime)
-{
-    constexpr qint64 millisecondsTo1970 = 11644473600000;
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(fileTime / 10000)
-                                              - millisecondsTo1970,
-                                          Qt::UTC);
-}
 
 // Writes into an existing folder that nobody else uses. All names have been checked.
 class FolderSink final : public sfx::UnpackSink
@@ -66,7 +55,7 @@ public:
             return fail(pathOf(file), m_file.errorString());
         }
         if (file.hasModified) {
-            m_file.setFileTime(toDateTime(file.modified), QFileDevice::FileModificationTime);
+            m_file.setFileTime(modifiedTimeOf(file), QFileDevice::FileModificationTime);
         }
         m_file.close();
         if ((file.attributes & readOnly) != 0) {

@@ -4,9 +4,7 @@
 #include "inspection/producedfile.h"
 
 #include "helpers/self-extractor/archive/contents.h"
-
-#include <QDir>
-#include <QFile>
+#include "platform/nativepath.h"
 
 class ProducedFile::Source final : public sfx::ByteSource
 {
@@ -70,15 +68,6 @@ std::optional<Finding> ProducedFile::check()
     return finding;
 }
 
-pe::NativePath toNativePath(const QString &path)
-{
-#ifdef Q_OS_WIN
-    return QDir::toNativeSeparators(path).toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
-#endif
-}
-
 QString toQString(const sfx::Text &text)
 {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
@@ -87,4 +76,13 @@ QString toQString(const sfx::Text &text)
 QString pathOf(const sfx::Entry &entry)
 {
     return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
+}
+
+QDateTime modifiedTimeOf(const sfx::Entry &entry)
+{
+    // FILETIME counts 100 ns since 1601, Qt counts milliseconds since 1970.
+    constexpr qint64 millisecondsTo1970 = 11644473600000;
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(entry.modified / 10000)
+                                              - millisecondsTo1970,
+                                          Qt::UTC);
 }

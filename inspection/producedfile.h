@@ -8,6 +8,8 @@
 #include "helpers/self-extractor/start/blockreader.h"
 #include "inspection/finding.h"
 
+#include <QDateTime>
+
 #include <memory>
 #include <optional>
 
@@ -53,7 +55,7 @@ private:
     std::uint64_t m_totalBytes = 0;
 };
 
-// Conversions to and from the types of helpers/.
-pe::NativePath toNativePath(const QString &path);
+// Conversions from the self-extractor's types.
 QString toQString(const sfx::Text &text);
-QString pathOf(const sfx::Entry &entry); // with "/" between its components
+QString pathOf(const sfx::Entry &entry);           // with "/" between its components
+QDateTime modifiedTimeOf(const sfx::Entry &entry); // needs entry.hasModified

@@ -4,7 +4,7 @@
 #include "inspection/programfacts.h"
 
 #include "helpers/pe/versionresource.h"
-#include "inspection/producedfile.h"
+#include "platform/nativepath.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -5,10 +5,8 @@
 
 #include "helpers/self-extractor/decoding/methods.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QLocale>
-#include <QTimeZone>
 
 namespace {
 
@@ -45,14 +43,6 @@ QJsonArray methodsOf(const sfx::Archive &archive)
     return QJsonArray::fromStringList(methods);
 }
 
-// FILETIME, as text of ISO 8601.
-QString timeText(std::uint64_t fileTime)
-{
-    constexpr qint64 secondsTo1970 = 11644473600;
-    const qint64 seconds = static_cast<qint64>(fileTime / 10000000) - secondsTo1970;
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(Qt::ISODate);
-}
-
 QString attributesText(std::uint32_t attributes)
 {
     QString text;
@@ -73,7 +63,7 @@ QJsonObject entryObject(const sfx::Entry &entry, const FileHashes &hashes)
                        {"size", static_cast<qint64>(entry.size)},
                        {"attributes", attributesText(entry.attributes)}};
     if (entry.hasModified) {
-        object["modified"] = timeText(entry.modified);
+        object["modified"] = modifiedTimeOf(entry).toString(Qt::ISODate);
     }
     if (const auto hash = hashes.constFind(path); hash != hashes.constEnd()) {
         object["sha256"] = QString::fromLatin1(hash->toHex());

@@ -5,9 +5,9 @@
 
 #include "platform/gdihandles_win.h"
 #include "platform/iconmask.h"
+#include "platform/nativepath.h"
 
 #include <QByteArray>
-#include <QDir>
 
 #include <cstring>
 
@@ -92,7 +92,7 @@ QImage maskImage(HBITMAP bitmap)
 ExtractedIcon iconPixelsOf(const QString &executable)
 {
     IconHandle icon;
-    loadFirstIcon(QDir::toNativeSeparators(executable).toStdWString().c_str(), icon);
+    loadFirstIcon(toNativePath(executable).c_str(), icon);
     if (!icon.get()) {
         return {ExtractedIcon::Outcome::NoIcon, {}};
     }

@@ -4,9 +4,9 @@
 #include "platform/nativeplatform.h"
 
 #include "helpers/pe/iconofprogram.h"
+#include "platform/nativepath.h"
 #include "platform/trust_unix.h"
 
-#include <QFile>
 #include <QProcess>
 
 #ifdef __linux__
@@ -19,7 +19,7 @@
 // of the first group. (The Windows shell prefers the small icon.)
 ExtractedIcon NativePlatform::extractIcon(const QString &executable)
 {
-    const auto icon = pe::iconOfProgram(QFile::encodeName(executable).toStdString());
+    const auto icon = pe::iconOfProgram(toNativePath(executable));
     if (icon.hasError() || !icon.value()) {
         return {ExtractedIcon::Outcome::NoIcon, {}};
     }

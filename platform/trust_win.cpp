@@ -3,11 +3,10 @@
 
 #include "platform/trust_win.h"
 
-#include "helpers/pe/nativepath.h"
 #include "platform/accessrules.h"
+#include "platform/nativepath.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QFileInfo>
 
 #include <optional>
@@ -60,7 +59,7 @@ QString textOf(PSID identifier)
 // itself.
 HANDLE openToAsk(const QString &path, DWORD flags)
 {
-    const pe::NativePath name = pe::extendedPath(QDir::toNativeSeparators(path).toStdWString());
+    const pe::NativePath name = pe::extendedPath(toNativePath(path));
     return CreateFileW(name.c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES,
                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr);
