@@ -83,7 +83,7 @@ void completeHeaders(pe::PeHeaders &headers, std::uint32_t address, pe::Bytes co
     headers.setDirectory(pe::Directory::LoadConfig, {address, sizeof(LoadConfig)});
     headers.addCharacteristics(removableRunFromSwap | netRunFromSwap);
     headers.setTimeStamp(0);
-    headers.setCheckSum(0);
+    headers.clearCheckSum();
     put(content, 0, headers.bytes());
     headers.setTimeStamp(stampOf(content));
     put(content, 0, headers.bytes());
