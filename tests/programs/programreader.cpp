@@ -66,25 +66,17 @@ QByteArray ProgramReader::loadConfig() const
     return begin < 0 ? QByteArray() : m_program.mid(begin, qint64(number(begin, 4)));
 }
 
-QStringList ProgramReader::libraries() const
+QMap<QString, QStringList> ProgramReader::imports() const
 {
-    QStringList names;
+    QMap<QString, QStringList> found;
     for (qint64 row = offsetOf(directory(1).address); number(row + 12, 4) != 0; row += 20) {
-        names << textAt(quint32(number(row + 12, 4))).toLower();
-    }
-    return names;
-}
-
-QStringList ProgramReader::functions() const
-{
-    QStringList names;
-    for (qint64 row = offsetOf(directory(1).address); number(row + 12, 4) != 0; row += 20) {
+        QStringList &functions = found[textAt(quint32(number(row + 12, 4))).toLower()];
         for (qint64 entry = offsetOf(quint32(number(row, 4))); number(entry, 8) != 0; entry += 8) {
             const quint64 name = number(entry, 8);
-            if (!(name >> 63)) { // otherwise a number
-                names << textAt(quint32(name) + 2);
-            }
+            const bool byNumber = (name >> 63) != 0;
+            functions << (byNumber ? '#' + QString::number(name & 0xffff)
+                                   : textAt(quint32(name) + 2));
         }
     }
-    return names;
+    return found;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QStringList>
 
 // Reads a 64-bit Windows program's header, imports and load configuration, without the code that
@@ -35,8 +36,9 @@ public:
     // The bytes of the load configuration, by the size that it gives itself; empty without one.
     QByteArray loadConfig() const;
 
-    QStringList libraries() const; // in lower case
-    QStringList functions() const; // of all libraries
+    // The imported functions by their library, whose name is in lower case. Imports by number are "#"
+    // and the number.
+    QMap<QString, QStringList> imports() const;
 
 private:
     qint64 coff() const { return qint64(number(60, 4)) + 4; }
