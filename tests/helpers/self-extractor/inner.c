@@ -178,11 +178,24 @@ static BOOL WINAPI onEvent(DWORD event)
     return TRUE;
 }
 
+static DWORD WINAPI sendInterrupt(LPVOID sent)
+{
+    Sleep(500);
+    *(BOOL *)sent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+    Sleep(700);
+    return 0;
+}
+
+// Wine brings the event as a Unix signal to the oldest thread of each process in the console. The
+// signal's handler creates a thread, which is safe only if the interrupted one does nothing. So
+// another thread sends the event, when this process and those that started it wait.
 static void interruptConsole(void)
 {
+    BOOL sent = FALSE;
     SetConsoleCtrlHandler(onEvent, TRUE);
-    const BOOL sent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
-    Sleep(700);
+    const HANDLE sender = CreateThread(NULL, 0, sendInterrupt, &sent, 0, NULL);
+    WaitForSingleObject(sender, INFINITE);
+    CloseHandle(sender);
     printf("sent=%d\ninterrupted=%ld\n", sent, interrupted);
     fflush(stdout);
 }

@@ -143,7 +143,8 @@ void TestProcessTree::leavesInterruptsToTheProgram()
 {
     const Run result = m_run.run(assembleWithData(), QStringLiteral(" --ctrl-c --exit=6"),
                                  {QStringLiteral("--console")});
-    QCOMPARE(result.value("sent"), QStringLiteral("1"));
+    QVERIFY2(result.value("sent") == QStringLiteral("1"),
+             ("output: " + result.output + "\nerrors: " + result.errors).constData());
     QCOMPARE(result.value("interrupted"), QStringLiteral("1"));
     QCOMPARE(result.value("ended"), QStringLiteral("6"));
 }
