@@ -11,8 +11,9 @@ namespace sfx {
 
 namespace {
 
-// Pauses between ten tries, in milliseconds; 4.5 s together.
-constexpr DWORD pauses[] = {10, 20, 40, 80, 160, 320, 640, 1280, 2000};
+// Pauses between the tries, in milliseconds; 4.5 s together. The first ones are short: a program
+// that has just ended holds its file a little longer.
+constexpr DWORD pauses[] = {1, 2, 4, 10, 20, 40, 80, 160, 320, 640, 1280, 2000};
 constexpr std::uint64_t noDeadline = UINT64_MAX;
 // Files that are open at the same time. Further ones are only asked, and marked later.
 constexpr std::size_t mostMarked = 8192;
