@@ -31,7 +31,10 @@ if(CMAKE_CROSSCOMPILING AND WIN32)
 endif()
 
 # Native tests that start Windows programs run one after another. So do tests with windows on the
-# shared display, because only one window can have the keyboard.
+# shared display, because only one window can have the keyboard. These are the tests of our window,
+# and those with the label "display": they start programs that can show one. A produced file, for
+# example, shows its progress if unpacking takes longer than 300 ms; its window once took the
+# keyboard from another test's open menu, which closed.
 function(kestrelpack_set_test_environment name labels timeout)
     if(tests_are_windows_programs)
         set(environment ${KESTRELPACK_TEST_WINE_ENVIRONMENT})
@@ -40,7 +43,8 @@ function(kestrelpack_set_test_environment name labels timeout)
         if(TARGET ${name})
             get_target_property(libraries ${name} LINK_LIBRARIES)
         endif()
-        if("kestrelpack_app" IN_LIST libraries OR "kestrelpack_bundle_swap" IN_LIST libraries)
+        if("kestrelpack_app" IN_LIST libraries OR "kestrelpack_bundle_swap" IN_LIST libraries
+           OR "display" IN_LIST labels)
             set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
         endif()
     else()
