@@ -3,6 +3,7 @@
 
 #include "tests/helpers/resource-editor/editorrun.h"
 #include "tests/programs/programreader.h"
+#include "tests/support/builtfile.h"
 #include "tests/support/testfiles.h"
 
 #include <QTest>
@@ -24,12 +25,12 @@ private:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("system"); // the oldest version of Windows
-        QTest::newRow("module") << KESTRELPACK_MODULE << "6.1";
+        QTest::newRow("module") << builtFile(KESTRELPACK_MODULE) << "6.1";
 #ifdef Q_OS_WIN
-        QTest::newRow("window") << KESTRELPACK_WINDOW << "10.0";
-        QTest::newRow("terminal program") << KESTRELPACK_CLI << "10.0";
-        QTest::newRow("archiver") << KESTRELPACK_ARCHIVER << "10.0";
-        QTest::newRow("resource editor") << KESTRELPACK_RESOURCE_EDITOR << "10.0";
+        QTest::newRow("window") << builtFile(KESTRELPACK_WINDOW) << "10.0";
+        QTest::newRow("terminal program") << builtFile(KESTRELPACK_CLI) << "10.0";
+        QTest::newRow("archiver") << builtFile(KESTRELPACK_ARCHIVER) << "10.0";
+        QTest::newRow("resource editor") << builtFile(KESTRELPACK_RESOURCE_EDITOR) << "10.0";
 #endif
     }
 
@@ -63,7 +64,7 @@ private slots:
     // The linker makes the same check sum.
     void theTestsOwnCheckSumIsRight()
     {
-        const ProgramReader header(readFile(KESTRELPACK_HELLO_EXE));
+        const ProgramReader header(readFile(builtFile(KESTRELPACK_HELLO_EXE)));
         QVERIFY(header.checkSum() != 0);
         QCOMPARE(header.computedCheckSum(), header.checkSum());
     }
@@ -71,11 +72,11 @@ private slots:
     void differentProgramsHaveDifferentStamps()
     {
 #ifdef Q_OS_WIN
-        QVERIFY(ProgramReader(readFile(KESTRELPACK_CLI)).timeStamp()
-                != ProgramReader(readFile(KESTRELPACK_WINDOW)).timeStamp());
+        QVERIFY(ProgramReader(readFile(builtFile(KESTRELPACK_CLI))).timeStamp()
+                != ProgramReader(readFile(builtFile(KESTRELPACK_WINDOW))).timeStamp());
 #else
-        QVERIFY(ProgramReader(readFile(KESTRELPACK_MODULE)).timeStamp()
-                != ProgramReader(readFile(KESTRELPACK_HELLO_EXE)).timeStamp());
+        QVERIFY(ProgramReader(readFile(builtFile(KESTRELPACK_MODULE))).timeStamp()
+                != ProgramReader(readFile(builtFile(KESTRELPACK_HELLO_EXE))).timeStamp());
 #endif
     }
 
@@ -138,7 +139,7 @@ private slots:
 
     void anIconLeavesTheLoadConfigIntact()
     {
-        const QByteArray module = readFile(KESTRELPACK_MODULE);
+        const QByteArray module = readFile(builtFile(KESTRELPACK_MODULE));
         const EditorFiles files(module + "block and archive", {16, 32, 48, 256});
         QCOMPARE(files.remove().status, 0);
         QCOMPARE(files.add().status, 0);
