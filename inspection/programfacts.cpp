@@ -3,6 +3,7 @@
 
 #include "inspection/programfacts.h"
 
+#include "helpers/pe/programheader.h"
 #include "helpers/pe/versionresource.h"
 #include "platform/nativepath.h"
 
@@ -13,39 +14,13 @@
 
 namespace {
 
-QString machineName(std::uint16_t machine)
-{
-    switch (machine) {
-    case 0x8664:
-        return QStringLiteral("x64");
-    case 0x14c:
-        return QStringLiteral("x86");
-    case 0xaa64:
-        return QStringLiteral("ARM64");
-    default:
-        return "0x" + QString::number(machine, 16);
-    }
-}
-
-QString subsystemName(std::uint16_t subsystem)
-{
-    switch (subsystem) {
-    case 2:
-        return QStringLiteral("windows");
-    case 3:
-        return QStringLiteral("console");
-    default:
-        return QString::number(subsystem);
-    }
-}
-
 bool isSigned(const pe::File &file, const pe::PeHeaders &headers)
 {
     const pe::DataDirectory signature = headers.directory(pe::Directory::Security);
     return signature.size != 0 && pe::fits(signature.address, signature.size, file.size());
 }
 
-// The sections with code and data. Editing changes resources only.
+// The sections with code and data. Editing changes resources and the subsystem only.
 std::vector<pe::Section> fixedSections(const pe::PeHeaders &headers)
 {
     std::vector<pe::Section> sections = headers.sections();
@@ -112,8 +87,8 @@ std::optional<ProgramFacts> programFactsOf(const pe::File &file)
     }
     const pe::PeHeaders &headers = read.value();
     ProgramFacts facts;
-    facts.machine = machineName(headers.machine());
-    facts.subsystem = subsystemName(headers.subsystem());
+    facts.machine = QString::fromStdString(pe::machineName(headers.machine()));
+    facts.subsystem = QString::fromStdString(pe::subsystemName(headers.subsystem()));
     facts.isSigned = isSigned(file, headers);
     facts.hasOwnModule = hasOwnModule(file, headers);
     const auto strings = pe::versionStringsOf(file, headers);

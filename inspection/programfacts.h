@@ -14,12 +14,12 @@
 // What the program image at the beginning of a file says about itself.
 struct ProgramFacts
 {
-    QString machine;   // "x64", "x86", "ARM64", or a number like 0x1c0
+    QString machine;   // "x64", "x86", "ARM64", "ARM", or a number like 0x1c0
     QString subsystem; // "windows", "console", or a number
     // The file contains a signature. Whether it is valid is not checked.
     bool isSigned = false;
-    // Code and data are those of this program's own self-extractor module; icons, version
-    // information and other resources may differ.
+    // Code and data are those of this program's own self-extractor module; the subsystem, icons,
+    // version information and other resources may differ.
     bool hasOwnModule = false;
     // The strings of the version resource, in their order: name and value.
     QList<std::pair<QString, QString>> identity;

@@ -3,72 +3,63 @@
 
 #include "preparation/settingstext.h"
 
-#include <QStringList>
+#include "preparation/controlcharacters.h"
+
+#include <optional>
 
 namespace {
 
-const QStringList &knownKeys()
+bool isKnown(const QString &key)
 {
     static const QStringList keys{"Program",   "Folder",        "Title",
                                   "Arguments", "WorkingFolder", "Silent"};
-    return keys;
+    return keys.contains(key);
 }
 
-bool isOneLine(const QString &value)
+std::optional<Message> reasonToRefuse(const Setting &setting)
 {
-    return !value.contains(u'\n') && !value.contains(u'\r') && !value.contains(QChar(0));
-}
-
-// An empty sentence if the setting is fine.
-QString reasonToRefuse(const Setting &setting)
-{
-    const QString &value = setting.value;
-    if (!knownKeys().contains(setting.key)) {
-        return QStringLiteral("the self-extractor does not know this setting");
+    const auto &[key, value] = setting;
+    if (!isKnown(key)) {
+        return Message{"the self-extractor does not know the setting %1", {key}};
     }
-    if (!isOneLine(value)) {
-        return QStringLiteral("a line end or a NUL character is not possible here");
+    if (!isCleanText(value)) {
+        return Message{"%1 contains a line end or another control character", {key}};
     }
-    if (!value.isValidUtf16()) {
-        return QStringLiteral("the text is not valid Unicode");
+    if (key == "Arguments" && value.size() > maxArgumentsLength) {
+        return Message{"%1 has %2 characters; the self-extractor takes at most %3",
+                       {key, QString::number(value.size()), QString::number(maxArgumentsLength)}};
     }
-    if (setting.key == "Arguments" && value.size() > maxArgumentsLength) {
-        return QStringLiteral("it has %1 characters; at most %2 are possible")
-            .arg(value.size())
-            .arg(maxArgumentsLength);
+    if (key == "WorkingFolder" && value != "app" && value != "caller" && value != "exe") {
+        return Message{"%1 must be app, caller or exe", {key}};
     }
-    if (setting.key == "WorkingFolder" && value != "app" && value != "caller" && value != "exe") {
-        return QStringLiteral("the value must be app, caller or exe");
+    if (key == "Silent" && value != "0" && value != "1") {
+        return Message{"%1 must be 0 or 1", {key}};
     }
-    if (setting.key == "Silent" && value != "0" && value != "1") {
-        return QStringLiteral("the value must be 0 or 1");
+    if ((key == "Program" || key == "Folder") && value.isEmpty()) {
+        return Message{"%1 is empty", {key}};
     }
-    if ((setting.key == "Program" || setting.key == "Folder") && value.isEmpty()) {
-        return QStringLiteral("the value is empty");
-    }
-    return {};
+    return std::nullopt;
 }
 
 } // namespace
 
-std::variant<QByteArray, QString> settingsText(const QList<Setting> &settings)
+std::variant<QByteArray, Message> settingsText(const QList<Setting> &settings)
 {
     QByteArray text;
     QStringList keys;
     for (const Setting &setting : settings) {
-        if (const QString reason = reasonToRefuse(setting); !reason.isEmpty()) {
-            return QString(setting.key + ": " + reason);
+        if (const auto reason = reasonToRefuse(setting)) {
+            return *reason;
         }
         if (keys.contains(setting.key)) {
-            return QString(setting.key + ": it is there twice");
+            return Message{"%1 is set twice", {setting.key}};
         }
         keys.append(setting.key);
         text += setting.key.toUtf8() + "=\"" + setting.value.toUtf8() + "\"\n";
     }
     if (text.size() > maxSettingsSize) {
-        return QStringLiteral("the settings have %1 bytes together; at most %2 are possible")
-            .arg(text.size())
-            .arg(maxSettingsSize);
+        return Message{"the settings have %1 bytes together; the self-extractor takes at most %2",
+                       {QString::number(text.size()), QString::number(maxSettingsSize)}};
     }
     return text;
 }

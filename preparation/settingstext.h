@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "preparation/message.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -20,7 +22,7 @@ struct Setting
 constexpr qsizetype maxSettingsSize = 64 * 1024; // bytes of the whole text
 constexpr qsizetype maxArgumentsLength = 8191;   // UTF-16 units of the value of "Arguments"
 
-// Returns the content of the resource, or an English sentence that says which setting is refused
-// and why. Nothing is escaped: a value is everything between the first and the last quote of its
-// line. So a value may contain quotes, but no line end.
-std::variant<QByteArray, QString> settingsText(const QList<Setting> &settings);
+// Returns the content of the resource, or why a setting is refused. Nothing is escaped: a value is
+// everything between the first and the last quote of its line. So a value may contain quotes, but
+// no line end. Whether "Program" and "Folder" are names that Windows can hold is not checked.
+std::variant<QByteArray, Message> settingsText(const QList<Setting> &settings);

@@ -147,15 +147,21 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file)
     return images;
 }
 
-Bytes icoFileOf(const IconImage &image)
+Bytes icoFileOf(const std::vector<IconImage> &images)
 {
     Bytes out;
-    out.reserve(directorySize + fileEntrySize + image.data.size());
-    appendDirectory(out, 1);
-    appendMeasures(out, image);
-    append32(out, static_cast<std::uint32_t>(image.data.size()));
-    append32(out, directorySize + fileEntrySize);
-    out.insert(out.end(), image.data.begin(), image.data.end());
+    appendDirectory(out, images.size());
+    std::size_t position = directorySize + fileEntrySize * images.size();
+    for (const IconImage &image : images) {
+        appendMeasures(out, image);
+        append32(out, static_cast<std::uint32_t>(image.data.size()));
+        append32(out, static_cast<std::uint32_t>(position));
+        position += image.data.size();
+    }
+    out.reserve(position);
+    for (const IconImage &image : images) {
+        out.insert(out.end(), image.data.begin(), image.data.end());
+    }
     return out;
 }
 

@@ -34,8 +34,11 @@ Result<std::vector<IconImage>> parseIcoFile(ByteView file);
 // The largest size that the content of an icon group can have.
 constexpr std::uint32_t maxIconGroupSize = 6 + 14 * maxIconImages;
 
-// Makes an ICO file with this one image.
-Bytes icoFileOf(const IconImage &image);
+// Real icons are smaller. The resource editor refuses larger files.
+constexpr std::uint64_t maxIcoFileSize = 12U << 20;
+
+// Makes an ICO file with these images: at least one and at most maxIconImages.
+Bytes icoFileOf(const std::vector<IconImage> &images);
 
 // Makes the content of an icon group (RT_GROUP_ICON: GRPICONDIR, GRPICONDIRENTRY). The images are stored
 // as RT_ICON resources; ids[i] is the id of images[i].

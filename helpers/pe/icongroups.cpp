@@ -17,42 +17,6 @@ ResourceKey idKey(std::uint32_t id)
     return {std::nullopt, id};
 }
 
-ResourceEntry directoryEntry(ResourceKey key)
-{
-    ResourceEntry entry;
-    entry.key = std::move(key);
-    entry.directory = std::make_unique<ResourceDirectory>();
-    entry.directory->header.assign(12, 0);
-    return entry;
-}
-
-void insertEntry(ResourceDirectory &directory, ResourceEntry entry)
-{
-    directory.entries.push_back(std::move(entry));
-    std::stable_sort(directory.entries.begin(), directory.entries.end(),
-                     [](const ResourceEntry &left, const ResourceEntry &right) {
-                         return sortsBefore(left.key, right.key);
-                     });
-}
-
-void removeEntry(ResourceDirectory &directory, const ResourceKey &key)
-{
-    std::erase_if(directory.entries, [&](const ResourceEntry &entry) {
-        return !sortsBefore(entry.key, key) && !sortsBefore(key, entry.key);
-    });
-}
-
-ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key)
-{
-    ResourceEntry *entry = findEntry(parent, key);
-    if (entry == nullptr || !entry->directory) {
-        removeEntry(parent, key);
-        insertEntry(parent, directoryEntry(key));
-        entry = findEntry(parent, key);
-    }
-    return *entry->directory;
-}
-
 // A group that cannot be read, as in some packed programs, counts as empty.
 void collectImageIds(const ResourceEntry &entry, const File &file, const PeHeaders &headers,
                      IdSet &ids)
@@ -108,17 +72,6 @@ Result<std::vector<std::uint16_t>> freeImageIds(const ResourceTree &tree, IdSet 
     return free;
 }
 
-void addNeutral(ResourceDirectory &type, const ResourceKey &key, Bytes content)
-{
-    ResourceEntry language;
-    language.key = idKey(0);
-    language.data.size = static_cast<std::uint32_t>(content.size());
-    language.data.newContent = std::move(content);
-    ResourceEntry named = directoryEntry(key);
-    insertEntry(*named.directory, std::move(language));
-    insertEntry(type, std::move(named));
-}
-
 } // namespace
 
 bool removeIconGroups(ResourceTree &tree, const File &file, const PeHeaders &headers)
@@ -155,12 +108,11 @@ Result<Done> setIconGroup(ResourceTree &tree, const File &file, const PeHeaders 
         return ids.error();
     }
     Bytes group = iconGroupOf(images, ids.value());
-    // Look the directory up again: removing the image type has moved the root's entries.
-    addNeutral(directoryOf(tree.root, idKey(groupIconType)), key, std::move(group));
+    setResource(tree, idKey(groupIconType), key, 0, std::move(group));
     for (std::size_t i = 0; i < images.size(); ++i) {
         const ByteView data = images[i].data;
-        addNeutral(directoryOf(tree.root, idKey(iconType)), idKey(ids.value()[i]),
-                   Bytes(data.begin(), data.end()));
+        setResource(tree, idKey(iconType), idKey(ids.value()[i]), 0,
+                    Bytes(data.begin(), data.end()));
     }
     return Done{};
 }

@@ -7,6 +7,7 @@
 #include "helpers/pe/resourcetree.h"
 
 #include <utility>
+#include <vector>
 
 namespace pe {
 
@@ -64,41 +65,107 @@ const ResourceData *bestImage(const ResourceTree &tree, const File &file, const 
     return best;
 }
 
-} // namespace
-
-Result<std::optional<Bytes>> iconOfProgram(const NativePath &program)
+// A program with an icon group.
+struct IconProgram
 {
-    const auto file = File::open(program, File::Access::Read);
+    File file;
+    PeHeaders headers;
+    ResourceTree tree;
+    Bytes group; // the first group's content
+};
+
+Result<std::optional<IconProgram>> openIconProgram(const NativePath &program)
+{
+    auto file = File::open(program, File::Access::Read);
     if (file.hasError()) {
         return file.error();
     }
-    const auto headers = PeHeaders::read(file.value());
+    auto headers = PeHeaders::read(file.value());
     if (headers.hasError()) {
         return headers.error();
     }
-    const auto tree = readResourceTree(file.value(), headers.value());
+    auto tree = readResourceTree(file.value(), headers.value());
     if (tree.hasError()) {
         return tree.error();
     }
     const ResourceData *group = tree.value() ? resourceOf(*tree.value(), groupIconType) : nullptr;
     if (group == nullptr) {
-        return std::optional<Bytes>();
+        return std::optional<IconProgram>();
     }
-    const auto content = readResource(file.value(), headers.value(), *group, maxIconGroupSize);
+    auto content = readResource(file.value(), headers.value(), *group, maxIconGroupSize);
     if (content.hasError()) {
+        return std::optional<IconProgram>();
+    }
+    return std::optional(IconProgram{std::move(file.value()), std::move(headers.value()),
+                                     std::move(*tree.value()), std::move(content.value())});
+}
+
+// The images of the group; none if one of them is missing or damaged, or if they are too large
+// together: in a hostile file all images can be the same long range of bytes.
+std::vector<Bytes> imagesOf(const IconProgram &program)
+{
+    std::vector<Bytes> images;
+    std::uint64_t size = 0;
+    for (const std::uint16_t id : imageIdsOfGroup(program.group)) {
+        const ResourceData *data = imageOf(program.tree, id);
+        size += data != nullptr ? data->size : 0;
+        if (data == nullptr || size > maxIcoFileSize) {
+            return {};
+        }
+        auto content = readResource(program.file, program.headers, *data, maxImageSize);
+        if (content.hasError()) {
+            return {};
+        }
+        images.push_back(std::move(content.value()));
+    }
+    return images;
+}
+
+} // namespace
+
+Result<std::optional<Bytes>> iconOfProgram(const NativePath &program)
+{
+    const auto opened = openIconProgram(program);
+    if (opened.hasError()) {
+        return opened.error();
+    }
+    if (!opened.value()) {
         return std::optional<Bytes>();
     }
-    const ResourceData *best
-        = bestImage(*tree.value(), file.value(), headers.value(), content.value());
+    const IconProgram &found = *opened.value();
+    const ResourceData *best = bestImage(found.tree, found.file, found.headers, found.group);
     if (best == nullptr) {
         return std::optional<Bytes>();
     }
-    const auto bytes = readResource(file.value(), headers.value(), *best, maxImageSize);
+    const auto bytes = readResource(found.file, found.headers, *best, maxImageSize);
     if (bytes.hasError()) {
         return bytes.error();
     }
     const auto image = describeIconImage(bytes.value());
-    return image.hasError() ? std::optional<Bytes>() : icoFileOf(image.value());
+    return image.hasError() ? std::optional<Bytes>() : icoFileOf({image.value()});
+}
+
+Result<std::optional<Bytes>> iconGroupOfProgram(const NativePath &program)
+{
+    const auto opened = openIconProgram(program);
+    if (opened.hasError()) {
+        return opened.error();
+    }
+    const std::vector<Bytes> contents
+        = opened.value() ? imagesOf(*opened.value()) : std::vector<Bytes>();
+    if (contents.empty() || contents.size() != read16(opened.value()->group, 4)) {
+        return std::optional<Bytes>();
+    }
+    std::vector<IconImage> images;
+    for (const Bytes &content : contents) {
+        const auto image = describeIconImage(content);
+        if (image.hasError()) {
+            return std::optional<Bytes>();
+        }
+        images.push_back(image.value());
+    }
+    Bytes icon = icoFileOf(images);
+    return icon.size() > maxIcoFileSize ? std::optional<Bytes>() : std::move(icon);
 }
 
 } // namespace pe

@@ -17,4 +17,9 @@ namespace pe {
 // read or is not a PE file.
 Result<std::optional<Bytes>> iconOfProgram(const NativePath &program);
 
+// The same icon group as an ICO file with all its images, each with the bytes that it has in the
+// program, in the group's order. Returns nothing also if one image is missing or damaged, or if the
+// ICO file would be larger than maxIcoFileSize.
+Result<std::optional<Bytes>> iconGroupOfProgram(const NativePath &program);
+
 } // namespace pe

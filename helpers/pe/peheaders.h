@@ -32,7 +32,14 @@ struct Section
 
 // The data directories that are used here, by their index (PE format, "Optional Header Data
 // Directories").
-enum class Directory { Resource = 2, Security = 4, BaseRelocation = 5, Debug = 6, LoadConfig = 10 };
+enum class Directory {
+    Resource = 2,
+    Security = 4,
+    BaseRelocation = 5,
+    Debug = 6,
+    LoadConfig = 10,
+    Clr = 14, // of .NET programs
+};
 
 struct DataDirectory
 {
@@ -56,6 +63,9 @@ public:
     std::uint16_t machine() const { return read16(m_bytes, m_coff); }
     // Whether it has windows or a console (PE format, "Windows Subsystem").
     std::uint16_t subsystem() const { return read16(m_bytes, m_optional + Subsystem); }
+    void setSubsystem(std::uint16_t value) { write16(m_bytes, m_optional + Subsystem, value); }
+    std::uint16_t characteristics() const { return read16(m_bytes, m_coff + 18); } // IMAGE_FILE_...
+    bool isPe32Plus() const { return read16(m_bytes, m_optional) == 0x20b; }
     std::uint32_t fileAlignment() const { return optional32(FileAlignment); }
     std::uint32_t sectionAlignment() const { return optional32(SectionAlignment); }
     std::uint32_t entryPoint() const { return optional32(AddressOfEntryPoint); }
@@ -64,7 +74,7 @@ public:
     void clearCheckSum() { setCheckSum(0); }
     void setCheckSum(std::uint32_t value) { setOptional32(CheckSum, value); }
     void setTimeStamp(std::uint32_t value);
-    void addCharacteristics(std::uint16_t flags); // of the file, IMAGE_FILE_...
+    void addCharacteristics(std::uint16_t flags);
 
     const std::vector<Section> &sections() const { return m_sections; }
     std::size_t directoryCount() const { return m_directoryCount; }

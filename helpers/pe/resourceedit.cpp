@@ -67,10 +67,19 @@ Result<ResourceTree> readTree(const File &file, const PeHeaders &headers)
     return none;
 }
 
+// The tree stays where it is.
+std::optional<EditPlan> planForHeaders(const PeHeaders &headers)
+{
+    EditPlan plan;
+    plan.headers = headers;
+    plan.headers.clearCheckSum();
+    return plan;
+}
+
 // Reads the tree, changes it and plans the edit. No plan: there was nothing to change.
 Result<std::optional<EditPlan>> planChange(const File &file, const TreeChange &change)
 {
-    const auto headers = PeHeaders::read(file);
+    auto headers = PeHeaders::read(file);
     if (headers.hasError()) {
         return headers.error();
     }
@@ -81,12 +90,14 @@ Result<std::optional<EditPlan>> planChange(const File &file, const TreeChange &c
     if (tree.hasError()) {
         return tree.error();
     }
+    const Bytes oldHeaders = headers.value().bytes();
     const auto changed = change(tree.value(), file, headers.value());
     if (changed.hasError()) {
         return changed.error();
     }
     if (!changed.value()) {
-        return std::optional<EditPlan>();
+        return oldHeaders == headers.value().bytes() ? std::optional<EditPlan>()
+                                                     : planForHeaders(headers.value());
     }
     auto plan = planEdit(file, headers.value(), tree.value());
     if (plan.hasError()) {

@@ -15,9 +15,10 @@ enum class EditOutcome {
     Changed,   // a new file has taken the name
 };
 
-// Changes a program's resource tree. Returns false if there was nothing to change.
+// Changes a program's resource tree. Returns false if the tree stays as it is. It may also set fields
+// of the headers that say nothing about places: machine, subsystem, time stamp.
 using TreeChange
-    = std::function<Result<bool>(ResourceTree &tree, const File &file, const PeHeaders &headers)>;
+    = std::function<Result<bool>(ResourceTree &tree, const File &file, PeHeaders &headers)>;
 
 // Applies the change to the PE32 or PE32+ file `open` and gives the result the name `save`, which may
 // be `open` itself. Everything else in the file keeps its bytes, above all data appended to the

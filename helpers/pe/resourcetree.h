@@ -12,15 +12,18 @@
 
 namespace pe {
 
-// Resource types (WinUser.h: RT_ICON, RT_GROUP_ICON).
+// Resource types (WinUser.h: RT_ICON, RT_RCDATA, RT_GROUP_ICON, RT_VERSION).
 constexpr std::uint16_t iconType = 3;
+constexpr std::uint16_t rcDataType = 10;
 constexpr std::uint16_t groupIconType = 14;
+constexpr std::uint16_t versionType = 16;
 
 // The key of a directory entry: a 16-bit id, or a name in capitals.
 struct ResourceKey
 {
     std::optional<std::u16string> name; // nothing: the key is the id
     std::uint32_t id = 0;
+    bool operator==(const ResourceKey &) const = default;
 };
 
 // One resource's data entry.
@@ -95,6 +98,21 @@ const ResourceEntry *findEntry(const ResourceDirectory &directory, const Resourc
 
 // The data of an entry, in its first language if there are several. Null if it has none.
 const ResourceData *firstData(const ResourceEntry &entry);
+
+// Adds the entry at its place in the order, after entries with the same key.
+void insertEntry(ResourceDirectory &directory, ResourceEntry entry);
+// Removes all entries with the key. Returns false if there is none.
+bool removeEntry(ResourceDirectory &directory, const ResourceKey &key);
+// The subdirectory with the key; makes it if there is none.
+ResourceDirectory &directoryOf(ResourceDirectory &parent, const ResourceKey &key);
+
+// Puts a resource in. It replaces one of the same type, name and language (a LANGID; 0 is neutral).
+// New names are stored in capitals, as Windows looks for them.
+void setResource(ResourceTree &tree, const ResourceKey &type, const ResourceKey &name,
+                 std::uint16_t language, Bytes content);
+// Removes a resource, and the directories that it leaves empty. Returns false if it is not there.
+bool removeResource(ResourceTree &tree, const ResourceKey &type, const ResourceKey &name,
+                    std::uint16_t language);
 
 // The name in capitals, as Windows changes resource names. Knows Latin, Greek and Cyrillic letters.
 std::u16string upperCased(std::u16string_view name);

@@ -3,126 +3,101 @@
 
 #include "helpers/pe/versionresource.h"
 
-#include <optional>
-
 namespace pe {
 
 namespace {
 
-constexpr std::uint16_t versionType = 16; // WinUser.h: RT_VERSION
-constexpr std::uint32_t maxVersionSize = 64 * 1024;
-
-// Every structure begins with its length, the length of its value and a type, 16 bits each, and a
-// zero-terminated key. The value and the structures inside begin at multiples of 4.
-struct Node
+Error damaged(const char *what)
 {
-    std::u16string key;
-    std::size_t value = 0;  // position
-    std::size_t inside = 0; // position of the first structure inside; of strings, unused
-    std::size_t end = 0;
+    return {ErrorKind::Damaged, what};
+}
+
+// A version resource in the tree. Not read yet.
+struct Place
+{
+    ResourceKey name;
+    std::uint16_t language = 0;
+    ResourceData data;
 };
 
-constexpr std::size_t headSize = 6;
-
-// Reads the structure at `begin`, which must end before `limit`. Nothing if it is damaged.
-std::optional<Node> readNode(ByteView bytes, std::size_t begin, std::size_t limit)
-{
-    if (!fits(begin, headSize, limit)) {
-        return std::nullopt;
-    }
-    const std::size_t length = read16(bytes, begin);
-    if (length < headSize || length > limit - begin) {
-        return std::nullopt;
-    }
-    Node node;
-    node.end = begin + length;
-    std::size_t at = begin + headSize;
-    for (; at + 2 <= node.end && read16(bytes, at) != 0; at += 2) {
-        node.key += static_cast<char16_t>(read16(bytes, at));
-    }
-    if (at + 2 > node.end) {
-        return std::nullopt; // the key does not end
-    }
-    node.value = alignUp(at + 2, 4);
-    node.inside = alignUp(node.value + read16(bytes, begin + 2), 4);
-    return node;
-}
-
-// Calls `visit` with each structure in [begin, end) until it returns false. Returns false if one is
-// damaged.
-template <typename Visit>
-bool forEachNode(ByteView bytes, std::size_t begin, std::size_t end, Visit visit)
-{
-    for (std::size_t at = begin; at < end;) {
-        const auto node = readNode(bytes, at, end);
-        if (!node) {
-            return false;
-        }
-        if (!visit(*node)) {
-            return true;
-        }
-        at = alignUp(node->end, 4);
-    }
-    return true;
-}
-
-VersionString stringOf(ByteView bytes, const Node &node)
-{
-    VersionString string{node.key, {}};
-    for (std::size_t at = node.value; at + 2 <= node.end && read16(bytes, at) != 0; at += 2) {
-        string.value += static_cast<char16_t>(read16(bytes, at));
-    }
-    return string;
-}
-
-} // namespace
-
-Result<std::vector<VersionString>> readVersionStrings(ByteView resource)
-{
-    std::vector<VersionString> strings;
-    const auto root = readNode(resource, 0, resource.size());
-    bool isIntact = root && root->key == u"VS_VERSION_INFO";
-    isIntact = isIntact && forEachNode(resource, root->inside, root->end, [&](const Node &info) {
-                   if (info.key != u"StringFileInfo") {
-                       return true;
-                   }
-                   // The tables have no value; each is one language.
-                   const auto table = readNode(resource, info.value, info.end);
-                   isIntact = table
-                       && forEachNode(resource, table->value, table->end, [&](const Node &string) {
-                                  strings.push_back(stringOf(resource, string));
-                                  return true;
-                              });
-                   return false;
-               });
-    if (!isIntact) {
-        return Error{ErrorKind::Damaged, "the version resource is damaged"};
-    }
-    return strings;
-}
-
-Result<std::vector<VersionString>> versionStringsOf(const File &file, const PeHeaders &headers)
+Result<std::vector<Place>> placesOf(const File &file, const PeHeaders &headers)
 {
     auto tree = readResourceTree(file, headers);
     if (tree.hasError()) {
         return tree.error();
     }
-    if (!tree.value()) {
-        return std::vector<VersionString>();
+    std::vector<Place> places;
+    const ResourceEntry *type
+        = tree.value() ? findEntry(tree.value()->root, ResourceKey{{}, versionType}) : nullptr;
+    if (type == nullptr || !type->directory) {
+        return places;
     }
-    const ResourceEntry *type = findEntry(tree.value()->root, ResourceKey{{}, versionType});
-    if (type == nullptr || !type->directory || type->directory->entries.empty()) {
-        return std::vector<VersionString>();
+    for (const ResourceEntry &name : type->directory->entries) {
+        if (!name.directory) {
+            places.push_back({name.key, 0, name.data});
+            continue;
+        }
+        for (const ResourceEntry &language : name.directory->entries) {
+            if (language.directory || language.key.name || language.key.id > 0xffff) {
+                return damaged("the version resource has no language");
+            }
+            places.push_back(
+                {name.key, static_cast<std::uint16_t>(language.key.id), language.data});
+        }
     }
-    const ResourceData *data = firstData(type->directory->entries.front());
-    if (data == nullptr) {
-        return std::vector<VersionString>();
-    }
-    auto content = readResource(file, headers, *data, maxVersionSize);
+    return places;
+}
+
+Result<VersionInfo> readPlace(const File &file, const PeHeaders &headers, const Place &place)
+{
+    const auto content = readResource(file, headers, place.data, maxVersionSize);
     if (content.hasError()) {
         return content.error();
     }
-    return readVersionStrings(content.value());
+    return readVersionInfo(content.value());
+}
+
+} // namespace
+
+Result<std::vector<VersionResource>> versionResourcesOf(const File &file, const PeHeaders &headers)
+{
+    const auto places = placesOf(file, headers);
+    if (places.hasError()) {
+        return places.error();
+    }
+    std::vector<VersionResource> resources;
+    std::uint64_t size = 0;
+    for (const Place &place : places.value()) {
+        size += place.data.size;
+        if (size > maxVersionSizes) {
+            return damaged("the version resources are too large");
+        }
+        auto info = readPlace(file, headers, place);
+        if (info.hasError()) {
+            return info.error();
+        }
+        resources.push_back({place.name, place.language, std::move(info.value())});
+    }
+    return resources;
+}
+
+Result<std::vector<VersionString>> versionStringsOf(const File &file, const PeHeaders &headers)
+{
+    const auto places = placesOf(file, headers);
+    if (places.hasError()) {
+        return places.error();
+    }
+    if (places.value().empty()) {
+        return std::vector<VersionString>();
+    }
+    auto info = readPlace(file, headers, places.value().front());
+    if (info.hasError()) {
+        return info.error();
+    }
+    if (info.value().tables.empty()) {
+        return std::vector<VersionString>();
+    }
+    return std::move(info.value().tables.front().strings);
 }
 
 } // namespace pe

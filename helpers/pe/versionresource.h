@@ -4,25 +4,31 @@
 #pragma once
 
 #include "helpers/pe/resourcetree.h"
+#include "helpers/pe/versioninfo.h"
 
-#include <string>
 #include <vector>
 
 namespace pe {
 
-// One row of a version resource, as Explorer shows them: "FileDescription", "My application".
-struct VersionString
+// One version resource of a program. Windows shows the one with the id 1, in the user's language if
+// there are several.
+struct VersionResource
 {
-    std::u16string name;
-    std::u16string value;
+    ResourceKey name;
+    std::uint16_t language = 0;
+    VersionInfo info;
+    bool operator==(const VersionResource &) const = default;
 };
 
-// Reads the strings of a version resource, of its first language only. Layout: Microsoft,
-// VS_VERSIONINFO and the structures inside it. Fails with Damaged if the resource is not such a
-// structure; a resource without strings gives none.
-Result<std::vector<VersionString>> readVersionStrings(ByteView resource);
+// All version resources of a program together may have this many bytes.
+constexpr std::uint32_t maxVersionSizes = 1U << 20;
 
-// The same for a program. Without a version resource there are no strings.
+// Reads all version resources of a program, in the order of the directory; none if it has none. Fails
+// with Damaged if one of them cannot be read, or if they exceed maxVersionSizes.
+Result<std::vector<VersionResource>> versionResourcesOf(const File &file,
+                                                        const PeHeaders &headers);
+
+// The strings of the first version resource's first table. Without one there are no strings.
 Result<std::vector<VersionString>> versionStringsOf(const File &file, const PeHeaders &headers);
 
 } // namespace pe

@@ -12,9 +12,6 @@
 
 namespace {
 
-// Real icons are smaller. The limit keeps memory use small.
-constexpr std::uint64_t maxIconSize = 12U << 20;
-
 // A failure together with the file that it is about.
 struct Failure
 {
@@ -66,7 +63,7 @@ pe::Result<pe::Bytes> readIcon(const pe::NativePath &path)
     if (file.hasError()) {
         return file.error();
     }
-    if (file.value().size() > maxIconSize) {
+    if (file.value().size() > pe::maxIcoFileSize) {
         return pe::Error{pe::ErrorKind::BadIcon, "the icon file is too large"};
     }
     return file.value().readAt(0, static_cast<std::size_t>(file.value().size()));

@@ -25,7 +25,7 @@ Bytes smallIcon()
     write32(bitmap, 8, 2);
     write16(bitmap, 14, 32);
     image.data = bitmap;
-    return icoFileOf(image);
+    return icoFileOf({image});
 }
 
 // An edit of a file of unknown origin either leaves it alone or does what it says. Returns true if it
