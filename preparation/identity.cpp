@@ -51,26 +51,28 @@ void setFlag(pe::FixedVersion &fixed, std::uint32_t flag, bool isSet)
     fixed.flags = isSet ? fixed.flags | flag : fixed.flags & ~flag;
 }
 
-// The fixed part has versions as numbers, and knows which of the rare strings there are.
-void setFixedPart(pe::VersionInfo &info, const QString &name, const QString &text)
+// The fixed part has the versions as numbers, and flags for two rare strings.
+void setFixedPart(pe::FixedVersion &fixed, const QString &name, const QString &text)
 {
-    if (!info.fixed) {
-        info.fixed.emplace();
-    }
-    if (isVersionField(name)) {
-        const auto number = pe::versionNumberOf(text.toStdU16String());
-        (name == "FileVersion" ? info.fixed->file : info.fixed->product)
-            = number.value_or(pe::VersionNumber());
+    const auto number = pe::versionNumberOf(text.toStdU16String()).value_or(pe::VersionNumber());
+    if (name == "FileVersion") {
+        fixed.file = number;
+    } else if (name == "ProductVersion") {
+        fixed.product = number;
     } else if (name == "PrivateBuild") {
-        setFlag(*info.fixed, privateBuildFlag, !text.isEmpty());
+        setFlag(fixed, privateBuildFlag, !text.isEmpty());
     } else if (name == "SpecialBuild") {
-        setFlag(*info.fixed, specialBuildFlag, !text.isEmpty());
+        setFlag(fixed, specialBuildFlag, !text.isEmpty());
     }
 }
 
 void setField(pe::VersionInfo &info, const QString &name, const QString &text)
 {
-    setFixedPart(info, name, text);
+    pe::FixedVersion fixed = info.fixed.value_or(pe::FixedVersion());
+    setFixedPart(fixed, name, text);
+    if (info.fixed || fixed != pe::FixedVersion()) {
+        info.fixed = fixed;
+    }
     if (text.isEmpty()) {
         pe::removeVersionString(info, name.toStdU16String());
     } else {
@@ -82,6 +84,7 @@ pe::VersionResource newResource(const QString &productName)
 {
     pe::VersionResource resource;
     resource.name.id = 1;
+    resource.info.fixed.emplace();
     setField(resource.info, "InternalName", productName.section(u'.', 0, -2));
     return resource;
 }
@@ -90,9 +93,9 @@ pe::VersionResource newResource(const QString &productName)
 
 QStringList identityFieldNames()
 {
-    return {"Comments",       "CompanyName",     "FileDescription",  "FileVersion",
-            "InternalName",   "LegalCopyright",  "LegalTrademarks",  "OriginalFilename",
-            "PrivateBuild",   "ProductName",     "ProductVersion",   "SpecialBuild"};
+    return {"Comments",     "CompanyName",    "FileDescription", "FileVersion",
+            "InternalName", "LegalCopyright", "LegalTrademarks", "OriginalFilename",
+            "PrivateBuild", "ProductName",    "ProductVersion",  "SpecialBuild"};
 }
 
 std::optional<Message> reasonToRefuse(const QList<IdentityField> &fields)

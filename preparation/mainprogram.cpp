@@ -55,21 +55,30 @@ Startability startabilityOfMachine(const pe::ProgramHeader &header)
         return {true, std::nullopt};
     case pe::machineX86:
         if (isAnyCpu) {
-            return {true, Message{"it is a .NET Framework program for any processor; the produced "
-                                  "file starts on 64-bit Windows only", {}}};
+            return {true,
+                    Message{"it is a .NET Framework program for any processor; the produced "
+                            "file starts on 64-bit Windows only",
+                            {}}};
         }
-        return {true, Message{"it is a 32-bit program; the produced file starts on 64-bit Windows "
-                              "only", {}}};
+        return {true,
+                Message{"it is a 32-bit program; the produced file starts on 64-bit Windows "
+                        "only",
+                        {}}};
     case pe::machineArm64:
-        return {true, Message{"it is an ARM64 program; the produced file starts on Windows 11 on "
-                              "ARM only and fails elsewhere with the exit code 0x4B5000D2", {}}};
+        return {true,
+                Message{"it is an ARM64 program; the produced file starts on Windows 11 on "
+                        "ARM only and fails elsewhere with the exit code 0x4B5000D2",
+                        {}}};
     case pe::machineArm:
-        return {true, Message{"it is a 32-bit ARM program; the produced file starts on Windows 11 "
-                              "on ARM before version 24H2 only and fails elsewhere with the exit "
-                              "code 0x4B5000D2", {}}};
+        return {true,
+                Message{"it is a 32-bit ARM program; the produced file starts on Windows 11 "
+                        "on ARM before version 24H2 only and fails elsewhere with the exit "
+                        "code 0x4B5000D2",
+                        {}}};
     default:
-        return {false, Message{"it is made for a processor that Windows no longer supports (%1)",
-                               {QString::fromStdString(pe::machineName(header.machine))}}};
+        return {false,
+                Message{"it is made for a processor that Windows no longer supports (%1)",
+                        {QString::fromStdString(pe::machineName(header.machine))}}};
     }
 }
 

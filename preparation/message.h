@@ -11,17 +11,23 @@
 struct Message
 {
     const char *sentence = "";
-    QStringList values;
+    QStringList values = {}; // at most three
 };
 
 // The sentence, or its translation, with the values.
 inline QString textOf(const Message &message, const QString &sentence)
 {
-    QString text = sentence;
-    for (const QString &value : message.values) {
-        text = text.arg(value);
+    // All at once: a value may contain "%2".
+    switch (message.values.size()) {
+    case 0:
+        return sentence;
+    case 1:
+        return sentence.arg(message.values[0]);
+    case 2:
+        return sentence.arg(message.values[0], message.values[1]);
+    default:
+        return sentence.arg(message.values[0], message.values[1], message.values[2]);
     }
-    return text;
 }
 
 inline QString textOf(const Message &message)

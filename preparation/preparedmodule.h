@@ -15,8 +15,8 @@
 struct ModulePlan
 {
     ProgramKind kind = ProgramKind::Windows;
-    QList<Setting> settings;                   // none: the module gets no resource SETTINGS
-    std::vector<pe::VersionResource> identity; // replaces the module's version resources
+    QList<Setting> settings = {};                   // none: the module gets no resource SETTINGS
+    std::vector<pe::VersionResource> identity = {}; // replaces the module's version resources
 };
 
 // Writes the module to the file "7zS2.sfx" in `directory`, which must not exist yet: there the

@@ -151,8 +151,8 @@ Result<std::optional<Bytes>> iconGroupOfProgram(const NativePath &program)
     if (opened.hasError()) {
         return opened.error();
     }
-    const std::vector<Bytes> contents
-        = opened.value() ? imagesOf(*opened.value()) : std::vector<Bytes>();
+    const std::vector<Bytes> contents = opened.value() ? imagesOf(*opened.value())
+                                                       : std::vector<Bytes>();
     if (contents.empty() || contents.size() != read16(opened.value()->group, 4)) {
         return std::optional<Bytes>();
     }

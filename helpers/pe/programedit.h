@@ -23,9 +23,9 @@ struct ResourceEdit
 // What changes in a program, in this order.
 struct ProgramEdit
 {
-    std::optional<std::uint16_t> subsystem; // for the header, IMAGE_SUBSYSTEM_...
-    std::vector<ResourceKey> removedTypes;  // all resources of these types are removed
-    std::vector<ResourceEdit> resources;    // each replaces one of the same type, name and language
+    std::optional<std::uint16_t> subsystem = {}; // for the header, IMAGE_SUBSYSTEM_...
+    std::vector<ResourceKey> removedTypes = {};  // all resources of these types are removed
+    std::vector<ResourceEdit> resources = {}; // replace those of the same type, name and language
 };
 
 // Applies the edit to the program `open` and gives the result the name `save`, which may be `open`

@@ -40,9 +40,8 @@ Result<ProgramHeader::Format> olderFormatOf(const File &file)
         return second.error();
     }
     const std::string letters(second.value().begin(), second.value().end());
-    return letters == "NE" || letters == "LE" || letters == "LX"
-        ? ProgramHeader::Format::SixteenBit
-        : ProgramHeader::Format::Dos;
+    return letters == "NE" || letters == "LE" || letters == "LX" ? ProgramHeader::Format::SixteenBit
+                                                                 : ProgramHeader::Format::Dos;
 }
 
 std::optional<std::uint32_t> clrFlagsOf(const File &file, const PeHeaders &headers)
@@ -55,8 +54,7 @@ std::optional<std::uint32_t> clrFlagsOf(const File &file, const PeHeaders &heade
         return std::nullopt;
     }
     const auto header = file.readAt(*offset, flagsPosition + 4);
-    return header.hasError() ? std::nullopt
-                             : std::optional(read32(header.value(), flagsPosition));
+    return header.hasError() ? std::nullopt : std::optional(read32(header.value(), flagsPosition));
 }
 
 } // namespace

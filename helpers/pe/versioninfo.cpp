@@ -92,7 +92,9 @@ std::optional<FixedVersion> fixedOf(ByteView bytes, const Node &root)
         || read32(bytes, root.value) != fixedSignature) {
         return std::nullopt;
     }
-    const auto field = [&](std::size_t index) { return read32(bytes, root.value + 4 * index); };
+    const auto field = [&](std::size_t index) {
+        return read32(bytes, root.value + 4 * index);
+    };
     FixedVersion fixed;
     fixed.structVersion = field(1);
     fixed.file = numberAt(bytes, root.value + 8);
@@ -111,11 +113,10 @@ bool readTables(ByteView bytes, const Node &block, VersionInfo &info)
 {
     return forEachNode(bytes, block.value, block.end, [&](const Node &node) {
         VersionTable table{node.key, {}};
-        const bool isIntact
-            = forEachNode(bytes, node.value, node.end, [&](const Node &string) {
-                  table.strings.push_back(stringOf(bytes, string));
-                  return true;
-              });
+        const bool isIntact = forEachNode(bytes, node.value, node.end, [&](const Node &string) {
+            table.strings.push_back(stringOf(bytes, string));
+            return true;
+        });
         info.tables.push_back(std::move(table));
         return isIntact;
     });

@@ -123,7 +123,7 @@ private:
 
     void append(const VersionNumber &number)
     {
-        for (const std::size_t index : {1, 0, 3, 2}) {
+        for (const std::size_t index : {1U, 0U, 3U, 2U}) {
             append16(number[index]);
         }
     }

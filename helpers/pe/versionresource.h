@@ -25,8 +25,7 @@ constexpr std::uint32_t maxVersionSizes = 1U << 20;
 
 // Reads all version resources of a program, in the order of the directory; none if it has none. Fails
 // with Damaged if one of them cannot be read, or if they exceed maxVersionSizes.
-Result<std::vector<VersionResource>> versionResourcesOf(const File &file,
-                                                        const PeHeaders &headers);
+Result<std::vector<VersionResource>> versionResourcesOf(const File &file, const PeHeaders &headers);
 
 // The strings of the first version resource's first table. Without one there are no strings.
 Result<std::vector<VersionString>> versionStringsOf(const File &file, const PeHeaders &headers);

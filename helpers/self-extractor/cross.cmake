@@ -24,7 +24,6 @@ ExternalProject_Add(self-extractor
     CMAKE_ARGS
         "-DCMAKE_TOOLCHAIN_FILE=${root}/cmake/toolchain-mingw64.cmake"
         -DCMAKE_BUILD_TYPE=Release
-        "-DKESTRELPACK_VERSION=${KESTRELPACK_VERSION}"
         "-DKESTRELPACK_SEVENZIP_DIR=${sevenzip_dir}"
         "-DKESTRELPACK_LLVM_ML=${KESTRELPACK_LLVM_ML}"
         "-DKESTRELPACK_SFX_TEST_MODULES=${KESTRELPACK_BUILD_TESTS}"

@@ -3,7 +3,9 @@
 
 #include "helpers/pe/icongroups.h"
 #include "helpers/pe/iconofprogram.h"
+#include "helpers/pe/programheader.h"
 #include "helpers/pe/resourceedit.h"
+#include "helpers/pe/versionresource.h"
 #include "tests/fuzz/programfile.h"
 #include "tests/fuzz/require.h"
 #include "tests/fuzz/untouchedbytes.h"
@@ -62,7 +64,39 @@ bool checkEdit(ProgramFile &file, const TreeChange &change)
 
 } // namespace
 
-// The input is a program, or any bytes. The fuzzer reads, removes and sets the icon.
+void checkIconGroup(const ProgramFile &file)
+{
+    const auto icon = iconGroupOfProgram(file.path());
+    if (!icon.hasError() && icon.value()) {
+        require(icon.value()->size() <= maxIcoFileSize, "an icon file has a limit");
+        require(!parseIcoFile(*icon.value()).hasError(), "an icon group gives an icon file");
+    }
+}
+
+void checkVersions(const ProgramFile &file)
+{
+    const auto opened = File::open(file.path(), File::Access::Read);
+    static_cast<void>(programHeaderOf(opened.value()));
+    const auto headers = PeHeaders::read(opened.value());
+    if (headers.hasError()) {
+        return;
+    }
+    const auto versions = versionResourcesOf(opened.value(), headers.value());
+    if (versions.hasError()) {
+        return;
+    }
+    for (const VersionResource &version : versions.value()) {
+        const auto written = writeVersionInfo(version.info);
+        if (!written.hasError()) {
+            const auto read = readVersionInfo(written.value());
+            require(!read.hasError() && read.value() == version.info,
+                    "version information that is written is read again");
+        }
+    }
+}
+
+// The input is a program, or any bytes. The fuzzer reads, removes and sets the icon, and reads the
+// version information.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     ProgramFile file({data, size});
@@ -72,6 +106,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         require(!images.hasError() && images.value().size() == 1,
                 "a program's icon is an icon file with one image");
     }
+    checkIconGroup(file);
+    checkVersions(file);
     require(file.content() == Bytes(data, data + size), "reading changes nothing");
 
     checkEdit(file, [](ResourceTree &tree, const File &opened, const PeHeaders &headers) {

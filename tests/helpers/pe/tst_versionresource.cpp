@@ -3,56 +3,33 @@
 
 #include "helpers/pe/versionresource.h"
 
-#include <QByteArray>
+#include "helpers/pe/programedit.h"
+#include "tests/helpers/pe/nativepathof.h"
+#include "tests/helpers/pe/petest.h"
+#include "tests/support/builtfile.h"
+#include "tests/support/testfiles.h"
+
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-QByteArray units(const QString &text)
-{
-    return QByteArray(reinterpret_cast<const char *>(text.utf16()), 2 * (text.size() + 1));
-}
+using Resources = pe::Result<std::vector<pe::VersionResource>>;
 
-QByteArray padded(QByteArray bytes)
+Resources resourcesOf(const QString &program)
 {
-    return bytes.append((4 - bytes.size() % 4) % 4, '\0');
-}
-
-QByteArray number16(qsizetype value)
-{
-    return {QByteArray(1, static_cast<char>(value & 0xff)) + static_cast<char>(value >> 8)};
-}
-
-// A structure with a value and the structures inside it.
-QByteArray node(const QString &key, const QByteArray &value, qsizetype valueLength,
-                const QByteArray &inside = {})
-{
-    QByteArray rest = number16(valueLength) + number16(1) + units(key);
-    rest = padded("xx" + rest).mid(2) + value;
-    if (!inside.isEmpty()) {
-        rest = padded("xx" + rest).mid(2) + inside;
+    const auto file = pe::File::open(nativePathOf(program), pe::File::Access::Read);
+    if (file.hasError()) {
+        return file.error();
     }
-    return number16(rest.size() + 2) + rest;
+    const auto headers = pe::PeHeaders::read(file.value());
+    if (headers.hasError()) {
+        return headers.error();
+    }
+    return pe::versionResourcesOf(file.value(), headers.value());
 }
 
-QByteArray string(const QString &name, const QString &value)
-{
-    return padded(node(name, units(value), value.size() + 1));
-}
-
-QByteArray resource(const QByteArray &strings)
-{
-    const QByteArray table = node("080404b0", {}, 0, strings);
-    const QByteArray other = node("VarFileInfo", {}, 0, node("Translation", QByteArray(4, 1), 4));
-    return node("VS_VERSION_INFO", QByteArray(52, 7), 52,
-                padded(other) + node("StringFileInfo", {}, 0, table));
-}
-
-pe::ByteView view(const QByteArray &bytes)
-{
-    return {reinterpret_cast<const std::uint8_t *>(bytes.constData()),
-            static_cast<std::size_t>(bytes.size())};
-}
+const pe::ResourceKey version{std::nullopt, pe::versionType};
 
 } // namespace
 
@@ -61,64 +38,90 @@ class TestVersionResource : public QObject
     Q_OBJECT
 
 private slots:
-    void stringsInTheirOrder();
-    void withoutStrings();
+    void allLanguagesOfAProgram();
+    void writingGivesTheBytesOfTheCompiler();
+    void withoutOne();
     void damaged_data();
     void damaged();
-    void everyTruncationIsSafe();
+
+private:
+    QTemporaryDir m_dir;
 };
 
-void TestVersionResource::stringsInTheirOrder()
+void TestVersionResource::allLanguagesOfAProgram()
 {
-    const QByteArray bytes = resource(string("ProductName", "应用")
-                                      + string("FileDescription", "My app")
-                                      + string("Comments", ""));
-    const auto read = pe::readVersionStrings(view(bytes));
+    const Resources read = resourcesOf(builtFile(KESTRELPACK_IDENTIFIED));
     QVERIFY(!read.hasError());
-    QCOMPARE(read.value().size(), 3u);
-    QCOMPARE(QString::fromStdU16String(read.value()[0].name), "ProductName");
-    QCOMPARE(QString::fromStdU16String(read.value()[0].value), "应用");
-    QCOMPARE(QString::fromStdU16String(read.value()[1].value), "My app");
-    QCOMPARE(read.value()[2].value, std::u16string());
+    QCOMPARE(read.value().size(), 2u);
+    const pe::VersionResource &english = read.value()[0];
+    QCOMPARE(english.name.id, 1U);
+    QCOMPARE(english.language, 0x409);
+    QVERIFY(english.info.fixed);
+    QCOMPARE(english.info.fixed->file, (pe::VersionNumber{3, 4, 6, 65535}));
+    QCOMPARE(english.info.tables.size(), 2u);
+    QCOMPARE(english.info.tables[0].strings.size(), 7u);
+    QCOMPARE(english.info.tables[1].key, std::u16string(u"040704b0"));
+    QVERIFY(english.info.tables[1].strings[0]
+            == (pe::VersionString{u"FileDescription", u"Tongenerator für alle"}));
+    QVERIFY(english.info.translations
+            == (std::vector<pe::VersionTranslation>{{0x409, 1200}, {0x407, 1200}}));
+    const pe::VersionResource &chinese = read.value()[1];
+    QCOMPARE(chinese.language, 0x804);
+    QCOMPARE(chinese.info.tables[0].strings[0].value, std::u16string(u"音频发生器"));
 }
 
-void TestVersionResource::withoutStrings()
+void TestVersionResource::writingGivesTheBytesOfTheCompiler()
 {
-    const auto read = pe::readVersionStrings(view(node("VS_VERSION_INFO", QByteArray(52, 7), 52)));
+    const petest::PeFacts facts = petest::lookAt(readFile(builtFile(KESTRELPACK_IDENTIFIED)));
+    const Resources read = resourcesOf(builtFile(KESTRELPACK_IDENTIFIED));
+    QVERIFY(!read.hasError());
+    for (const pe::VersionResource &resource : read.value()) {
+        const QString key = QStringLiteral("16/1/%1").arg(resource.language);
+        const auto written = pe::writeVersionInfo(resource.info);
+        QVERIFY(!written.hasError());
+        const QByteArray bytes(reinterpret_cast<const char *>(written.value().data()),
+                               static_cast<qsizetype>(written.value().size()));
+        QCOMPARE(bytes.toHex(), facts.resources.value(key).content.toHex());
+    }
+}
+
+void TestVersionResource::withoutOne()
+{
+    const QString program = m_dir.filePath("none.exe");
+    QVERIFY(writeFile(program, petest::makeProgram({.resources = false, .icons = false})));
+    const Resources read = resourcesOf(program);
     QVERIFY(!read.hasError());
     QVERIFY(read.value().empty());
 }
 
 void TestVersionResource::damaged_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("another structure") << node("SOMETHING", {}, 0);
-    QByteArray longer = resource(string("A", "b"));
-    longer[0] = static_cast<char>(longer.at(0) + 4);
-    QTest::newRow("longer than the resource") << longer;
-    QByteArray empty = resource(string("A", "b"));
-    const auto inside = empty.indexOf(units("StringFileInfo")) - 6;
-    empty[inside] = 0;
-    empty[inside + 1] = 0;
-    QTest::newRow("a structure of no length") << empty;
-    QTest::newRow("a key without an end") << number16(8) + number16(0) + number16(1) + "V ";
+    QTest::addColumn<int>("size");  // of each resource
+    QTest::addColumn<int>("count"); // of languages
+    QTest::newRow("no structure") << 600 << 1;
+    QTest::newRow("larger than possible") << 0x10000 << 1;
+    QTest::newRow("too many languages") << 0xffff << 20;
 }
 
 void TestVersionResource::damaged()
 {
-    QFETCH(const QByteArray, bytes);
-    QVERIFY(pe::readVersionStrings(view(bytes)).hasError());
-}
-
-// AddressSanitizer would notice a read after the end of the copy.
-void TestVersionResource::everyTruncationIsSafe()
-{
-    const QByteArray bytes = resource(string("FileDescription", "My app"));
-    for (qsizetype size = 0; size < bytes.size(); ++size) {
-        const std::vector<std::uint8_t> cut(bytes.begin(), bytes.begin() + size);
-        QVERIFY(pe::readVersionStrings(cut).hasError());
+    QFETCH(const int, size);
+    QFETCH(const int, count);
+    const QString program = m_dir.filePath("damaged.exe");
+    QVERIFY(writeFile(program, petest::makeProgram({.icons = false})));
+    pe::ProgramEdit edit;
+    edit.removedTypes.push_back(version);
+    for (int language = 0; language < count; ++language) {
+        edit.resources.push_back({version,
+                                  {std::nullopt, 1},
+                                  static_cast<std::uint16_t>(language),
+                                  pe::Bytes(static_cast<std::size_t>(size), 0x55)});
     }
+    const auto path = nativePathOf(program);
+    QVERIFY(!pe::editProgram(path, path, edit).hasError());
+    const Resources read = resourcesOf(program);
+    QVERIFY(read.hasError());
+    QCOMPARE(read.error().kind, pe::ErrorKind::Damaged);
 }
 
 QTEST_APPLESS_MAIN(TestVersionResource)

@@ -17,6 +17,7 @@ class TestModuleFile : public QObject
 private slots:
     void importsNothingThatCanBePlanted();
     void hasAProgressBarThatScreenReadersKnow();
+    void namesNoProduct();
 };
 
 // Windows loads the imported libraries before the module's first instruction. It looks for them in
@@ -66,6 +67,17 @@ void TestModuleFile::hasAProgressBarThatScreenReadersKnow()
     const QByteArray inDialog(reinterpret_cast<const char *>(bar.utf16()), 2 * bar.size());
     QCOMPARE(module.toLower().count(inDialog), 2); // the dialog of each language
     QVERIFY(module.contains("Microsoft.Windows.Common-Controls"));
+}
+
+// Without version information Windows shows the name of the produced file. With a requested level of
+// rights, Windows does not guess from names and texts whether a program is an installer.
+void TestModuleFile::namesNoProduct()
+{
+    const QByteArray module = readFile(KESTRELPACK_TEST_MODULE);
+    const QString version = u"VS_VERSION_INFO"_s;
+    QVERIFY(!module.contains(
+        QByteArray(reinterpret_cast<const char *>(version.utf16()), 2 * version.size())));
+    QVERIFY(module.contains("requestedExecutionLevel level=\"asInvoker\""));
 }
 
 QTEST_APPLESS_MAIN(TestModuleFile)
