@@ -3,8 +3,12 @@
 
 #include "inspection/producedfile.h"
 
+#include "helpers/pe/programedit.h"
+#include "helpers/pe/programheader.h"
+#include "helpers/pe/versioninfo.h"
 #include "inspection/contentcheck.h"
 #include "inspection/report.h"
+#include "platform/nativepath.h"
 #include "tests/inspection/forgedproduct.h"
 #include "tests/support/testfiles.h"
 
@@ -30,6 +34,7 @@ private slots:
     void aFileThatCannotBeOpened();
     void theModule_data();
     void theModule();
+    void aModuleWithAnIdentity();
     void report();
 
 private:
@@ -163,6 +168,31 @@ void TestProducedFile::theModule()
     QCOMPARE(facts->subsystem, "windows");
     QVERIFY(!facts->isSigned);
     QTEST(facts->hasOwnModule, "isOwn");
+}
+
+// The subsystem and the resources of a genuine module may differ from the bundle's.
+void TestProducedFile::aModuleWithAnIdentity()
+{
+    const auto path = toNativePath(write(ForgedProduct().bytes()));
+    pe::VersionInfo info;
+    pe::setVersionString(info, u"FileDescription", u"音 maker");
+    const pe::ProgramEdit edit{
+        .subsystem = pe::subsystemConsole,
+        .resources = {{{std::nullopt, pe::versionType},
+                       {std::nullopt, 1},
+                       0x409,
+                       pe::writeVersionInfo(info).value()},
+                      {{std::nullopt, pe::rcDataType}, {u"LARGE", 0}, 0, pe::Bytes(100000, 1)}}};
+    QVERIFY(!pe::editProgram(path, path, edit).hasError());
+    ProducedFile file;
+    QCOMPARE(file.open(m_dir.filePath("product.exe")), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    QVERIFY(facts->hasOwnModule);
+    const QJsonObject program = reportOf(file, *facts)["program"].toObject();
+    QCOMPARE(program["subsystem"].toString(), "console");
+    QCOMPARE(program["identity"].toObject(), (QJsonObject{{"FileDescription", "音 maker"}}));
 }
 
 void TestProducedFile::report()
