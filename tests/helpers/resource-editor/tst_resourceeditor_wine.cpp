@@ -45,7 +45,8 @@ private slots:
     {
         QTemporaryDir dir;
         QVERIFY(writeFile(dir.filePath("icon.ico"), petest::makeIcon({16, 32, 48, 256})));
-        QStringList originals{builtFile(KESTRELPACK_HELLO_EXE), builtFile(KESTRELPACK_MODULE)};
+        QStringList originals{builtFile(KESTRELPACK_HELLO_EXE), builtFile(KESTRELPACK_MODULE),
+                              builtFile(KESTRELPACK_IDENTIFIED)};
         // On Windows these are missing, or the same as under Wine.
         const QDir stubs("/usr/share/nsis/Stubs");
         for (const QString &name : stubs.entryList({"*x86*", "*amd64*"}, QDir::Files)) {
