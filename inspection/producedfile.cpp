@@ -51,19 +51,19 @@ QString ProducedFile::open(const QString &path)
 
 std::optional<Finding> ProducedFile::check()
 {
-    sfx::Status status = sfx::readConfigBlock(*m_source, m_block, m_archiveOffset);
+    sfx::Status status = sfx::readStartPlan(*m_source, m_plan, m_archiveOffset);
     if (status == sfx::Status::Ok) {
         status = m_archive->open(m_archiveOffset);
     }
     if (status == sfx::Status::Ok) {
-        status = sfx::checkContents(*m_archive, m_block.runProgram, upperCase, m_totalBytes);
+        status = sfx::checkContents(*m_archive, m_plan.program(), upperCase, m_totalBytes);
     }
     if (status == sfx::Status::Ok) {
         return std::nullopt;
     }
     Finding finding = findingOf(status);
     if (status == sfx::Status::ProgramMissing) {
-        finding.text += ": " + toQString(m_block.runProgram);
+        finding.text += ": " + toQString(m_plan.program());
     }
     return finding;
 }

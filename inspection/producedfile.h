@@ -5,7 +5,7 @@
 
 #include "helpers/pe/file.h"
 #include "helpers/self-extractor/archive/archive.h"
-#include "helpers/self-extractor/start/blockreader.h"
+#include "helpers/self-extractor/start/startplan.h"
 #include "inspection/finding.h"
 
 #include <QDateTime>
@@ -26,8 +26,9 @@ public:
     // Call it once, before everything else.
     QString open(const QString &path);
 
-    // Checks what the self-extractor checks before it writes anything: image, configuration block,
-    // the archive's header, and every name. Nothing is decoded. Returns nothing if all is well.
+    // Checks what the self-extractor checks before it writes anything: image, settings,
+    // configuration block, the archive's header, and every name. Nothing is decoded. Returns nothing
+    // if all is well.
     std::optional<Finding> check();
 
     const QString &path() const { return m_path; }
@@ -36,7 +37,7 @@ public:
     const pe::File &file() const { return m_file; }
 
     // These need a check() that has found nothing.
-    const sfx::ConfigBlock &block() const { return m_block; }
+    const sfx::StartPlan &plan() const { return m_plan; }
     sfx::Archive &archive() { return *m_archive; }
     // Where the archive begins, in bytes from the beginning of the file.
     quint64 archiveOffset() const { return m_archiveOffset; }
@@ -50,7 +51,7 @@ private:
     pe::File m_file;
     std::unique_ptr<Source> m_source;
     std::unique_ptr<sfx::Archive> m_archive;
-    sfx::ConfigBlock m_block;
+    sfx::StartPlan m_plan;
     std::uint64_t m_archiveOffset = 0;
     std::uint64_t m_totalBytes = 0;
 };

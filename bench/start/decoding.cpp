@@ -4,7 +4,7 @@
 #include "bench/start/decoding.h"
 
 #include "helpers/self-extractor/archive/contents.h"
-#include "helpers/self-extractor/start/blockreader.h"
+#include "helpers/self-extractor/start/startplan.h"
 #include "helpers/self-extractor/unpacking/unpacker.h"
 
 #include <cinttypes>
@@ -90,9 +90,9 @@ bool succeeded(sfx::Status status, const char *path)
 bool printArchiveOffset(const char *path)
 {
     FileSource source(path);
-    sfx::ConfigBlock block;
+    sfx::StartPlan plan;
     std::uint64_t offset = 0;
-    if (!succeeded(sfx::readConfigBlock(source, block, offset), path)) {
+    if (!succeeded(sfx::readStartPlan(source, plan, offset), path)) {
         return false;
     }
     std::printf("%" PRIu64 "\n", offset);
@@ -102,17 +102,17 @@ bool printArchiveOffset(const char *path)
 bool decodeIntoNothing(const char *path)
 {
     FileSource source(path);
-    sfx::ConfigBlock block;
+    sfx::StartPlan plan;
     sfx::Archive archive(source);
     NoSink sink;
     std::uint64_t offset = 0;
     std::uint64_t totalBytes = 0;
-    sfx::Status status = sfx::readConfigBlock(source, block, offset);
+    sfx::Status status = sfx::readStartPlan(source, plan, offset);
     if (status == sfx::Status::Ok) {
         status = archive.open(offset);
     }
     if (status == sfx::Status::Ok) {
-        status = sfx::checkContents(archive, block.runProgram, upperCase, totalBytes);
+        status = sfx::checkContents(archive, plan.program(), upperCase, totalBytes);
     }
     if (status == sfx::Status::Ok) {
         status = sfx::unpack(archive, sink, totalBytes);

@@ -35,11 +35,16 @@ add_library(kestrelpack_sfx_core STATIC
     start/entryuse.cpp
     start/filesystem.cpp
     start/heldfile.cpp
+    start/keylines.cpp
     start/nextstart.cpp
+    start/notice.cpp
     start/peimage.cpp
     start/privatename.cpp
+    start/settings.cpp
+    start/settingsresource.cpp
     start/sizetext.cpp
     start/standardstreams.cpp
+    start/startplan.cpp
     start/systemtext.cpp
     start/winpath.cpp
     $<TARGET_OBJECTS:kestrelpack_sevenzip_decoder>

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/archive.h"
-#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/start/peimage.h"
+#include "helpers/self-extractor/start/startplan.h"
 #include "tests/fuzz/inputsource.h"
 #include "tests/fuzz/require.h"
+#include "tests/fuzz/windowsnames.h"
 #include "tests/helpers/self-extractor/countedmemory.h"
 
 #include <algorithm>
@@ -60,23 +61,28 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     countedmemory::reset();
     InputSource source(data, size);
-    std::uint64_t end = 0;
-    const Status found = findImageEnd(source, end);
+    PeImage image;
+    const Status found = image.read(source);
     const auto expected = imageEnd(data, size);
     require((found == Status::Ok) == expected.has_value(), "an image is found where there is one");
     if (found != Status::Ok) {
         require(found == Status::Damaged, "what is no image is damaged");
         return 0;
     }
-    require(end == *expected, "the image ends where its last section does");
+    require(image.end() == *expected, "the image ends where its last section does");
 
-    ConfigBlock block;
+    StartPlan plan;
     std::uint64_t archiveOffset = 0;
-    if (readConfigBlock(source, block, archiveOffset) != Status::Ok) {
+    if (readStartPlan(source, plan, archiveOffset) != Status::Ok) {
         return 0;
     }
-    require(archiveOffset > end && archiveOffset <= size && archiveOffset - end <= maxBlockSize,
+    require(archiveOffset > *expected && archiveOffset <= size
+                && archiveOffset - *expected <= maxBlockSize,
             "the archive lies behind the block");
+    require(windowsnames::isRelativePath({plan.program().data(), plan.program().size()}),
+            "the program is in the archive's folder");
+    require(windowsnames::isName({plan.folderName().data(), plan.folderName().size()}),
+            "the folder is one plain name");
     {
         Archive archive(source);
         if (archive.open(archiveOffset) == Status::Ok) {

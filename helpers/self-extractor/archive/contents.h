@@ -9,8 +9,8 @@
 namespace sfx {
 
 // Checks every entry before anything is written: names, kinds and collisions. Checks how all solid
-// blocks are packed, and that `program` is a file at the top level. `totalBytes` becomes the size
-// of all files together.
+// blocks are packed, and that `program` is the path of a file. `totalBytes` becomes the size of all
+// files together.
 Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
                      std::uint64_t &totalBytes);
 

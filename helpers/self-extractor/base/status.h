@@ -19,7 +19,7 @@ enum class Status : std::uint8_t {
     WriteFailed, // a file or folder could not be created; the sink knows the error
     DiskFull,
     Interrupted,    // by Ctrl+C, or because the console was closed
-    ProgramMissing, // the archive has no file of RunProgram's name at its top level
+    ProgramMissing, // the archive does not contain the program to run
     Cancelled,      // by the user, in the progress window
 };
 

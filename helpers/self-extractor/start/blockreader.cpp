@@ -4,25 +4,13 @@
 #include "helpers/self-extractor/start/blockreader.h"
 
 #include "helpers/self-extractor/archive/entryname.h"
-#include "helpers/self-extractor/start/peimage.h"
+#include "helpers/self-extractor/start/keylines.h"
 
 #include <cstring>
 
 namespace sfx {
 
 namespace {
-
-// A part of the block's bytes, which belong to the caller.
-struct Slice
-{
-    const char *data = nullptr;
-    std::size_t size = 0;
-
-    bool equals(const char *text) const
-    {
-        return size == std::strlen(text) && std::memcmp(data, text, size) == 0;
-    }
-};
 
 // The keys that the packer writes. Those without a member in ConfigBlock are only checked for their
 // form.
@@ -41,42 +29,6 @@ enum Key {
 constexpr const char *keyNames[KeyCount] = {"Title",       "BeginPrompt", "Progress", "RunProgram",
                                             "InstallPath", "GUIMode",     "Silent",   "Overwrite"};
 
-// Removes the next line from `rest`. Returns false if there is no further line end.
-bool takeLine(Slice &rest, Slice &line)
-{
-    const void *found = rest.size == 0 ? nullptr : std::memchr(rest.data, '\n', rest.size);
-    if (found == nullptr) {
-        return false;
-    }
-    const char *end = static_cast<const char *>(found);
-    line.data = rest.data;
-    line.size = static_cast<std::size_t>(end - rest.data);
-    rest.data = end + 1;
-    rest.size -= line.size + 1;
-    if (line.size != 0 && line.data[line.size - 1] == '\r') {
-        --line.size;
-    }
-    return true;
-}
-
-// Splits `Key="value"`.
-bool splitLine(const Slice &line, Slice &key, Slice &value)
-{
-    const void *found = line.size == 0 ? nullptr : std::memchr(line.data, '=', line.size);
-    if (found == nullptr) {
-        return false;
-    }
-    key.data = line.data;
-    key.size = static_cast<std::size_t>(static_cast<const char *>(found) - line.data);
-    const std::size_t open = key.size + 1;
-    if (line.size < open + 2 || line.data[open] != '"' || line.data[line.size - 1] != '"') {
-        return false;
-    }
-    value.data = line.data + open + 1;
-    value.size = line.size - open - 2;
-    return true;
-}
-
 bool readValues(Slice &rest, Slice (&values)[KeyCount])
 {
     Slice line;
@@ -89,17 +41,9 @@ bool readValues(Slice &rest, Slice (&values)[KeyCount])
         if (line.size == 0 || line.data[0] == ';') {
             continue;
         }
-        if (!splitLine(line, key, value)) {
+        if (!splitLine(line, key, value)
+            || storeValue(key, value, keyNames, KeyCount, values) == KeyUse::Repeated) {
             return false;
-        }
-        for (int i = 0; i < KeyCount; ++i) {
-            if (!key.equals(keyNames[i])) {
-                continue;
-            }
-            if (values[i].data != nullptr) {
-                return false;
-            }
-            values[i] = value;
         }
     }
     return false;
@@ -132,10 +76,16 @@ bool readFolderName(const Slice &installPath, Text &folder)
     return folder.assign(name.data(), name.size());
 }
 
+bool readProgram(const Slice &program, Text &name)
+{
+    return program.data != nullptr && decodeUtf8(program.data, program.size, name)
+        && isSafeComponent(name.data(), name.size());
+}
+
 } // namespace
 
 Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
-                        std::size_t &blockSize)
+                        std::size_t &blockSize, const BlockUse &use)
 {
     Slice rest{data, size < maxBlockSize ? size : maxBlockSize};
     Slice line;
@@ -143,12 +93,9 @@ Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
     if (!takeLine(rest, line) || !line.equals(";!@Install@!UTF-8!") || !readValues(rest, values)) {
         return Status::Damaged;
     }
-    const Slice &program = values[RunProgram];
     const Slice &title = values[Title];
-    if (program.data == nullptr || values[InstallPath].data == nullptr
-        || !decodeUtf8(program.data, program.size, block.runProgram)
-        || !isSafeComponent(block.runProgram.data(), block.runProgram.size())
-        || !readFolderName(values[InstallPath], block.folderName)
+    if ((use.runProgram && !readProgram(values[RunProgram], block.runProgram))
+        || (use.installPath && !readFolderName(values[InstallPath], block.folderName))
         || (title.data != nullptr && !decodeUtf8(title.data, title.size, block.title))) {
         return Status::Damaged;
     }
@@ -158,13 +105,9 @@ Status parseConfigBlock(const char *data, std::size_t size, ConfigBlock &block,
     return Status::Ok;
 }
 
-Status readConfigBlock(ByteSource &source, ConfigBlock &block, std::uint64_t &archiveOffset)
+Status readConfigBlock(ByteSource &source, std::uint64_t imageEnd, const BlockUse &use,
+                       ConfigBlock &block, std::uint64_t &archiveOffset)
 {
-    std::uint64_t imageEnd = 0;
-    const Status found = findImageEnd(source, imageEnd);
-    if (found != Status::Ok) {
-        return found;
-    }
     const std::uint64_t left = source.size() - imageEnd;
     const std::size_t size = left < maxBlockSize ? static_cast<std::size_t>(left) : maxBlockSize;
     Array<char> bytes;
@@ -175,7 +118,7 @@ Status readConfigBlock(ByteSource &source, ConfigBlock &block, std::uint64_t &ar
         return Status::ReadFailed;
     }
     std::size_t blockSize = 0;
-    const Status parsed = parseConfigBlock(bytes.data(), size, block, blockSize);
+    const Status parsed = parseConfigBlock(bytes.data(), size, block, blockSize, use);
     archiveOffset = imageEnd + blockSize;
     return parsed;
 }

@@ -20,17 +20,26 @@ const char16_t *argumentTail(const char16_t *commandLine)
     return commandLine;
 }
 
-bool inheritCommandLine(const Text &path, const Text &name, const char16_t *own, Text &commandLine)
+bool joinArguments(const Text &first, const char16_t *own, Text &arguments)
 {
-    const char16_t *tail = argumentTail(own);
-    const std::size_t tailSize = textLength(tail);
+    return (first.isEmpty() || (arguments.append(u" ") && arguments.append(first)))
+        && arguments.append(argumentTail(own));
+}
+
+bool inheritCommandLine(const Text &path, const Text &name, const Text &first, const char16_t *own,
+                        Text &commandLine)
+{
+    Text arguments;
+    if (!joinArguments(first, own, arguments)) {
+        return false;
+    }
     for (const Text *program : {&path, &name}) {
-        if (program->size() + 2 + tailSize <= maxCommandLine) {
+        if (program->size() + 2 + arguments.size() <= maxCommandLine) {
             return commandLine.assign(u"\"", 1) && commandLine.append(*program)
-                && commandLine.append(u"\"") && commandLine.append(tail);
+                && commandLine.append(u"\"") && commandLine.append(arguments);
         }
     }
-    return commandLine.assign(own, textLength(own));
+    return !first.isEmpty() || commandLine.assign(own, textLength(own));
 }
 
 } // namespace sfx

@@ -16,10 +16,15 @@ constexpr std::size_t maxCommandLine = 32766;
 // (Microsoft, "Parsing C command-line arguments": no backslash escapes in the name).
 const char16_t *argumentTail(const char16_t *commandLine);
 
-// Creates a command line with the quoted `path` and the arguments of `own`, unchanged. If that is
-// too long for Windows, it uses the quoted `name` instead of `path`; if that is too long as well,
-// `own` itself, which Windows has accepted before. Returns false if there is not enough memory.
-[[nodiscard]] bool inheritCommandLine(const Text &path, const Text &name, const char16_t *own,
-                                      Text &commandLine);
+// Sets `arguments` to `first`, which may be empty, and the arguments of the command line `own`, both
+// unchanged and with a space before them. Returns false if there is not enough memory.
+[[nodiscard]] bool joinArguments(const Text &first, const char16_t *own, Text &arguments);
+
+// Creates a command line with the quoted `path` and the arguments of joinArguments(). If that is too
+// long for Windows, it uses the quoted `name` instead of `path`. If that is too long as well, it is
+// `own` itself, which Windows has accepted before; with arguments in `first` it stays empty, because
+// the program must not run without them. Returns false if there is not enough memory.
+[[nodiscard]] bool inheritCommandLine(const Text &path, const Text &name, const Text &first,
+                                      const char16_t *own, Text &commandLine);
 
 } // namespace sfx

@@ -66,6 +66,21 @@ bool folderOf(const Text &path, Text &folder)
     return folder.assign(path.data(), size == 0 || isRoot ? size : size - 1);
 }
 
+bool appendArchivePath(Text &path, const char16_t *archivePath, std::size_t size)
+{
+    const std::size_t begin = path.size();
+    if (!path.append(archivePath, size)) {
+        return false;
+    }
+    auto *units = const_cast<char16_t *>(path.data());
+    for (std::size_t i = begin; i < path.size(); ++i) {
+        if (units[i] == u'/') {
+            units[i] = u'\\';
+        }
+    }
+    return true;
+}
+
 const char16_t *fileNameOf(const Text &path)
 {
     std::size_t begin = path.size();
@@ -80,7 +95,8 @@ bool toPlainPath(const Text &extended, Text &path)
     if (beginsWith(extended, u"\\\\?\\UNC\\")) {
         return path.assign(u"\\", 1) && path.append(extended.data() + 7, extended.size() - 7);
     }
-    const std::size_t prefix = beginsWith(extended, u"\\\\?\\") ? 4 : 0;
+    const bool hasDrive = extended.size() > 5 && extended.data()[5] == u':';
+    const std::size_t prefix = hasDrive && beginsWith(extended, u"\\\\?\\") ? 4 : 0;
     return path.assign(extended.data() + prefix, extended.size() - prefix);
 }
 

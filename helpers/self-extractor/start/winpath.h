@@ -15,11 +15,16 @@ namespace sfx {
 // a drive's root (`C:\`). Returns false if there is not enough memory.
 [[nodiscard]] bool folderOf(const Text &path, Text &folder);
 
+// Appends a path of the archive, with the system's separators in place of `/`. Returns false if there
+// is not enough memory.
+[[nodiscard]] bool appendArchivePath(Text &path, const char16_t *archivePath, std::size_t size);
+
 // The part of a path after its last separator; all of it if there is none.
 const char16_t *fileNameOf(const Text &path);
 
 // Converts a path from the form without a length limit to the usual one. A path of the usual form
-// stays as it is. Returns false if there is not enough memory.
+// stays as it is, and so does one that has no usual form (`\\?\Volume{...}`). Returns false if there
+// is not enough memory.
 [[nodiscard]] bool toPlainPath(const Text &extended, Text &path);
 
 // Longest working folder that a process can be started in, in UTF-16 units (Microsoft: MAX_PATH,

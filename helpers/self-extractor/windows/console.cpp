@@ -46,22 +46,33 @@ HANDLE handleFrom(StreamSource source, Stream stream, HANDLE callers, HANDLE att
 
 } // namespace
 
+bool isConsoleProgram()
+{
+    const auto *image = reinterpret_cast<const unsigned char *>(GetModuleHandleW(nullptr));
+    const auto *dos = reinterpret_cast<const IMAGE_DOS_HEADER *>(image);
+    const auto *headers = reinterpret_cast<const IMAGE_NT_HEADERS *>(image + dos->e_lfanew);
+    return headers->OptionalHeader.Subsystem == IMAGE_SUBSYSTEM_WINDOWS_CUI;
+}
+
 // AttachConsole() opens three new handles and sets them as the standard handles, unless the caller
 // has used STARTF_USESTDHANDLES. The Windows command prompt redirects without it, by inheritance
 // alone, so its redirections are noted before and set again after that.
-void joinCallersConsole()
+void findStandardHandles()
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     GetStartupInfoW(&startup);
+    // The fields of a program for the console are always handles: Windows has replaced the others.
+    const bool isForConsole = isConsoleProgram();
     HANDLE callers[streamCount] = {};
     StreamFacts facts[streamCount];
     for (unsigned i = 0; i < streamCount; ++i) {
         callers[i] = GetStdHandle(standardIds[i]);
-        facts[i].callersIsOpen = isMeantAsHandle(static_cast<Stream>(i), startup.dwFlags)
-            && isOpen(callers[i]);
+        const bool isHandle = isForConsole
+            || isMeantAsHandle(static_cast<Stream>(i), startup.dwFlags);
+        facts[i].callersIsOpen = isHandle && isOpen(callers[i]);
     }
-    const bool hasConsole = AttachConsole(ATTACH_PARENT_PROCESS);
+    const bool hasConsole = !isForConsole && AttachConsole(ATTACH_PARENT_PROCESS);
     for (unsigned i = 0; i < streamCount; ++i) {
         const HANDLE attached = GetStdHandle(standardIds[i]);
         facts[i].hasConsole = hasConsole;
@@ -72,6 +83,13 @@ void joinCallersConsole()
             SetStdHandle(standardIds[i], handles[i]);
         }
     }
+}
+
+DWORD consoleFlag()
+{
+    DWORD first = 0;
+    const bool hasConsole = GetConsoleProcessList(&first, 1) != 0;
+    return isConsoleProgram() && !hasConsole ? DETACHED_PROCESS : 0;
 }
 
 HANDLE standardHandle(Stream stream)

@@ -8,11 +8,20 @@
 
 namespace sfx {
 
-// Attaches this process to its caller's console, if there is one, and finds the standard handles.
-// The module is a program of the graphical subsystem, so that no console window appears in
-// front of a GUI application; with this call a console application gets what it would have had
-// without the module. Call it once, before standardHandle().
-void joinCallersConsole();
+// Whether the header of this process' file says that it is a program for the console. Windows has
+// given it its caller's console, or a new one, before it began. The module itself is a program of the
+// graphical subsystem; the packer may change that.
+bool isConsoleProgram();
+
+// Finds the standard handles. A program of the graphical subsystem, which has no console window in
+// front of a GUI application, joins its caller's console here, if there is one: with this call a
+// console application gets what it would have had without the module. Call it once, before
+// standardHandle().
+void findStandardHandles();
+
+// The flag for CreateProcessW that keeps Windows from opening a new console for the main program, if
+// this is a program for the console that its caller has started without one; otherwise 0.
+DWORD consoleFlag();
 
 // The handle of a standard stream: the caller's, or else the console's. nullptr if there is none.
 HANDLE standardHandle(Stream stream);

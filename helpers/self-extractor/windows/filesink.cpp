@@ -90,16 +90,7 @@ bool FileSink::locate(const Entry &entry)
         return false;
     }
     m_base = m_path.size();
-    if (!m_path.append(entry.path, entry.pathSize)) {
-        return false;
-    }
-    char16_t *path = const_cast<char16_t *>(m_path.data());
-    for (std::size_t i = m_base; i < m_path.size(); ++i) {
-        if (path[i] == u'/') {
-            path[i] = u'\\';
-        }
-    }
-    return true;
+    return appendArchivePath(m_path, entry.path, entry.pathSize);
 }
 
 // The file is not shared and closed once, so a scanner cannot look into it before it is complete.

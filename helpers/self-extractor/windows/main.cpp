@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/contents.h"
-#include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/start/nextstart.h"
+#include "helpers/self-extractor/start/startplan.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/unpacking/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
@@ -42,18 +42,19 @@ bool failWith(Failure &failure, Status status, unsigned long systemError = 0)
 }
 
 // Finds everything that can be wrong before a byte is written.
-bool inspect(Executable &executable, ConfigBlock &block, Archive &archive,
-             std::uint64_t &totalBytes, std::uint64_t &archiveOffset, Failure &failure)
+bool inspect(Executable &executable, StartPlan &plan, Archive &archive, std::uint64_t &totalBytes,
+             Failure &failure)
 {
-    Status status = readConfigBlock(executable, block, archiveOffset);
+    std::uint64_t archiveOffset = 0;
+    Status status = readStartPlan(executable, plan, archiveOffset);
     if (status == Status::Ok) {
         status = archive.open(archiveOffset);
     }
     if (status == Status::Ok) {
-        status = checkContents(archive, block.runProgram, upperCaseAsFileSystem, totalBytes);
+        status = checkContents(archive, plan.program(), upperCaseAsFileSystem, totalBytes);
     }
-    if (status == Status::ProgramMissing) {
-        failure.subject = std::move(block.runProgram);
+    if (status == Status::ProgramMissing && !failure.subject.append(plan.program())) {
+        failure.subject = Text();
     }
     return status == Status::Ok || failWith(failure, status);
 }
@@ -75,11 +76,12 @@ UnpackLimits limitsOfMachine()
     return limits;
 }
 
-// Empty if the block does not ask for a window.
-Owned<ProgressWindow> progressWindow(const ConfigBlock &block, std::uint64_t totalBytes)
+// Empty if the file does not ask for a window.
+Owned<ProgressWindow> progressWindow(const StartPlan &plan, std::uint64_t totalBytes)
 {
-    return block.progress && !block.silent ? makeOwned<ProgressWindow>(block.title, totalBytes)
-                                           : Owned<ProgressWindow>();
+    return plan.showsProgress(isConsoleProgram())
+        ? makeOwned<ProgressWindow>(plan.title(), totalBytes)
+        : Owned<ProgressWindow>();
 }
 
 Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
@@ -93,12 +95,12 @@ Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalByte
     return status == Status::Ok && window->isCancelled() ? Status::Cancelled : status;
 }
 
-bool makeFolder(const ConfigBlock &block, const Executable &executable, std::uint64_t totalBytes,
+bool makeFolder(const StartPlan &plan, const Executable &executable, std::uint64_t totalBytes,
                 PrivateFolder &folder, Failure &failure)
 {
     Text temporary;
     if (findTemporaryFolder(temporary)
-        && folder.create(temporary, block.folderName, block.runProgram, executable.path())) {
+        && folder.create(temporary, plan.folderName(), plan.program(), executable.path())) {
         removeStaleFolders(temporary, folder.lock());
         return true;
     }
@@ -135,10 +137,10 @@ HWND ownWindow(const Owned<ProgressWindow> &window)
     return progress != nullptr ? progress : GetConsoleWindow();
 }
 
-bool startProgram(Program &program, const Text &executable, const ConfigBlock &block,
+bool startProgram(Program &program, const Text &executable, const StartPlan &plan,
                   PrivateFolder &folder, HWND owner, Failure &failure)
 {
-    if (program.start(folder.application(), block.runProgram, failure)) {
+    if (program.start(folder.application(), executable, plan, failure)) {
         return true;
     }
     switch (nextStart(failure.systemError, isElevated())) {
@@ -146,14 +148,14 @@ bool startProgram(Program &program, const Text &executable, const ConfigBlock &b
         folder.remove();
         return program.startElevated(executable, owner, failure);
     case NextStart::ThroughShell:
-        return program.startThroughShell(owner, failure);
+        return program.startThroughShell(plan.settings.arguments, owner, failure);
     case NextStart::None:
         break;
     }
     return false;
 }
 
-bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
+bool run(StartPlan &plan, unsigned long &exitCode, Failure &failure)
 {
     PrivateFolder folder;
     Program program;
@@ -166,16 +168,15 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
         }
         Archive archive(executable);
         std::uint64_t totalBytes = 0;
-        std::uint64_t archiveOffset = 0;
-        if (!inspect(executable, block, archive, totalBytes, archiveOffset, failure)) {
+        if (!inspect(executable, plan, archive, totalBytes, failure)) {
             return false;
         }
-        if (!makeFolder(block, executable, totalBytes, folder, failure)) {
+        if (!makeFolder(plan, executable, totalBytes, folder, failure)) {
             return false;
         }
         // The window closes when the program has started: what the process in the foreground
         // starts may come to the foreground itself.
-        const Owned<ProgressWindow> window = progressWindow(block, totalBytes);
+        const Owned<ProgressWindow> window = progressWindow(plan, totalBytes);
         if (!unpackInto(folder, archive, totalBytes, window, failure)) {
             return false;
         }
@@ -184,7 +185,7 @@ bool run(ConfigBlock &block, unsigned long &exitCode, Failure &failure)
             failure.systemError = GetLastError();
             return false;
         }
-        if (!startProgram(program, executable.path(), block, folder, ownWindow(window), failure)) {
+        if (!startProgram(program, executable.path(), plan, folder, ownWindow(window), failure)) {
             return false;
         }
     }
@@ -201,15 +202,15 @@ unsigned runModule()
     HeapSetInformation(nullptr, HeapEnableTerminationOnCorruption, nullptr, 0);
     // At log-off, end after the program: it would end together with this process.
     SetProcessShutdownParameters(lastOfApplications, 0);
-    joinCallersConsole();
+    findStandardHandles();
     handleConsoleEvents();
-    ConfigBlock block;
+    StartPlan plan;
     Failure failure;
     unsigned long exitCode = 0;
-    if (run(block, exitCode, failure)) {
+    if (run(plan, exitCode, failure)) {
         return exitCode;
     }
-    showFailure(failure, block.title, block.silent);
+    showFailure(failure, plan.title(), plan.isSilent());
     return static_cast<unsigned>(failure.code);
 }
 

@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/windows/messages.h"
 
+#include "helpers/self-extractor/start/notice.h"
 #include "helpers/self-extractor/start/systemtext.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/console.h"
@@ -42,11 +43,6 @@ Language userLanguage()
         && (failure.systemError == 0 || appendReason(text, failure, separator));
 }
 
-bool isUsersWish(ExitCode code)
-{
-    return code == ExitCode::Cancelled || code == ExitCode::Interrupted;
-}
-
 void writeLine(HANDLE out, const Text &line)
 {
     DWORD written = 0;
@@ -82,15 +78,25 @@ void showFailure(const Failure &failure, const Text &title, bool silent)
 {
     const char16_t *heading = title.isEmpty() ? defaultTitle : title.data();
     const HANDLE out = standardHandle(Stream::Error);
-    const bool hasStandardError = out != nullptr && GetFileType(out) != FILE_TYPE_UNKNOWN;
+    NoticeFacts facts;
+    facts.hasStandardError = out != nullptr && GetFileType(out) != FILE_TYPE_UNKNOWN;
+    facts.isSilent = silent;
+    facts.isForConsole = isConsoleProgram();
     Text text;
-    if (hasStandardError) {
+    switch (noticeOf(failure.code, facts)) {
+    case Notice::Line:
         if (text.append(heading) && text.append(u": ") && compose(failure, u" ", text)
             && text.append(u"\r\n")) {
             writeLine(out, text);
         }
-    } else if (!silent && !isUsersWish(failure.code) && compose(failure, u"\n\n", text)) {
-        showBox(text, heading);
+        break;
+    case Notice::Box:
+        if (compose(failure, u"\n\n", text)) {
+            showBox(text, heading);
+        }
+        break;
+    case Notice::None:
+        break;
     }
 }
 

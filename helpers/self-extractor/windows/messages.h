@@ -9,10 +9,9 @@ namespace sfx {
 
 // Tells the user about a failure, in Chinese on a Chinese Windows, otherwise in English.
 //
-// If the process has a standard error (a console, a pipe or a file), it gets one line and no
-// message box is shown, so scripts never hang. Without a standard error, as after a double-click, a
-// message box is shown, unless the block contains Silent="1", the user cancelled, or no user can see
-// it, as in a service.
+// If the process has a standard error (a console, a pipe or a file), it gets one line. Without one,
+// as after a double-click, there may be a message box: see start/notice.h. None is shown where no
+// user can see it, as in a service.
 void showFailure(const Failure &failure, const Text &title, bool silent);
 
 } // namespace sfx

@@ -7,6 +7,7 @@
 #include "helpers/self-extractor/start/heldfile.h"
 #include "helpers/self-extractor/start/nextstart.h"
 #include "helpers/self-extractor/start/winpath.h"
+#include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/detachonclose.h"
 #include "helpers/self-extractor/windows/environment.h"
 #include "helpers/self-extractor/windows/shellstart.h"
@@ -38,16 +39,37 @@ bool failStart(Failure &failure, DWORD systemError, const Text &path)
 
 } // namespace
 
-bool Program::prepare(const Text &folder, const Text &name)
+bool Program::chooseWorkingFolder(const Text &folder, const Text &executable, WorkingFolder choice)
 {
-    if (!m_path.append(folder) || !m_path.append(u"\\") || !m_path.append(name)) {
+    Text own;
+    Text plain;
+    switch (choice) {
+    case WorkingFolder::Caller:
+        return true;
+    case WorkingFolder::Executable:
+        return folderOf(executable, own) && toPlainPath(own, plain)
+            && workingFolder(plain, m_workingFolder);
+    case WorkingFolder::Application:
+        break;
+    }
+    return workingFolder(folder, m_workingFolder);
+}
+
+bool Program::prepare(const Text &folder, const Text &executable, const StartPlan &plan)
+{
+    const Text &program = plan.program();
+    if (!m_path.append(folder) || !m_path.append(u"\\")
+        || !appendArchivePath(m_path, program.data(), program.size())) {
         return false;
     }
+    Text name;
     // The plain path if it is short enough, because the program is told it.
     const bool prepared = m_path.size() < MAX_PATH ? m_application.append(m_path)
                                                    : toExtendedPath(m_path, m_application);
-    return prepared && workingFolder(folder, m_workingFolder)
-        && inheritCommandLine(m_path, name, ownCommandLine(), m_commandLine);
+    return prepared && chooseWorkingFolder(folder, executable, plan.settings.workingFolder)
+        && name.append(fileNameOf(m_path))
+        && inheritCommandLine(m_path, name, plan.settings.arguments, ownCommandLine(),
+                              m_commandLine);
 }
 
 bool Program::create(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread)
@@ -88,9 +110,10 @@ bool Program::createInJob()
 {
     Handle thread;
     JobAttribute attribute;
+    const DWORD flag = consoleFlag();
     const bool hasJob = m_job.create();
     if (hasJob && attribute.create(m_job)) {
-        if (createPatiently(0, attribute.list(), thread)) {
+        if (createPatiently(flag, attribute.list(), thread)) {
             return true;
         }
         const DWORD error = GetLastError();
@@ -98,7 +121,7 @@ bool Program::createInJob()
             return false; // not because of the job
         }
     }
-    if (!createPatiently(CREATE_SUSPENDED, nullptr, thread)) {
+    if (!createPatiently(flag | CREATE_SUSPENDED, nullptr, thread)) {
         return false;
     }
     if (hasJob) {
@@ -108,19 +131,27 @@ bool Program::createInJob()
     return true;
 }
 
-bool Program::start(const Text &folder, const Text &name, Failure &failure)
+bool Program::start(const Text &folder, const Text &executable, const StartPlan &plan,
+                    Failure &failure)
 {
-    if (!prepare(folder, name)) {
+    if (!prepare(folder, executable, plan)) {
         failure.code = ExitCode::NoMemory;
         return false;
+    }
+    if (m_commandLine.isEmpty()) {
+        return failStart(failure, ERROR_FILENAME_EXCED_RANGE, m_path); // as Windows says it
     }
     return createInJob() || failStart(failure, GetLastError(), m_path);
 }
 
-bool Program::startThroughShell(HWND owner, Failure &failure)
+bool Program::startThroughShell(const Text &first, HWND owner, Failure &failure)
 {
-    const ShellStart request{m_path, argumentTail(ownCommandLine()), m_workingFolder, nullptr,
-                             owner};
+    Text arguments;
+    if (!joinArguments(first, ownCommandLine(), arguments)) {
+        failure.code = ExitCode::NoMemory;
+        return false;
+    }
+    const ShellStart request{m_path, arguments.data(), m_workingFolder, nullptr, owner};
     return sfx::startThroughShell(request, m_process) || failStart(failure, GetLastError(), m_path);
 }
 
@@ -144,9 +175,11 @@ unsigned long Program::wait(const Text &folder)
         return exitCode;
     }
     const DetachJobOnClose whileInConsole(m_job);
-    WaitForSingleObject(m_process.get(), timeToJoinConsole);
-    // Windows would end this process together with the console, before it has cleaned up.
-    FreeConsole();
+    if (!isConsoleProgram()) {
+        WaitForSingleObject(m_process.get(), timeToJoinConsole);
+        // Windows would end this process together with the console, before it has cleaned up.
+        FreeConsole();
+    }
     WaitForSingleObject(m_process.get(), INFINITE);
     if (!GetExitCodeProcess(m_process.get(), &exitCode)) {
         exitCode = 0;

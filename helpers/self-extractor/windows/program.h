@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/base/text.h"
+#include "helpers/self-extractor/start/startplan.h"
 #include "helpers/self-extractor/windows/failure.h"
 #include "helpers/self-extractor/windows/job.h"
 
@@ -13,12 +13,16 @@ namespace sfx {
 class Program
 {
 public:
-    // Starts the program `name` of `folder` with the arguments, handles and console of this
-    // process. Returns false on failure; then another way may be tried, see start/nextstart.h.
-    [[nodiscard]] bool start(const Text &folder, const Text &name, Failure &failure);
-    // Starts the same program through the shell, after start() has failed. `owner`: see ShellStart.
-    [[nodiscard]] bool startThroughShell(HWND owner, Failure &failure);
+    // Starts the program of `plan` in `folder` with the arguments, handles and console of this
+    // process, whose file is `executable`. Returns false on failure; then another way may be tried,
+    // see start/nextstart.h.
+    [[nodiscard]] bool start(const Text &folder, const Text &executable, const StartPlan &plan,
+                             Failure &failure);
+    // Starts the same program through the shell, after start() has failed. `first`: its arguments
+    // before those of this process. `owner`: see ShellStart.
+    [[nodiscard]] bool startThroughShell(const Text &first, HWND owner, Failure &failure);
     // Starts this process' own file again, with the rights of an administrator if the user agrees.
+    // It gets the arguments of this process only, since it adds the plan's itself.
     [[nodiscard]] bool startElevated(const Text &executable, HWND owner, Failure &failure);
 
     // Waits until the program and all others in `folder` have ended, and returns the program's exit
@@ -26,7 +30,8 @@ public:
     unsigned long wait(const Text &folder);
 
 private:
-    bool prepare(const Text &folder, const Text &name);
+    bool prepare(const Text &folder, const Text &executable, const StartPlan &plan);
+    bool chooseWorkingFolder(const Text &folder, const Text &executable, WorkingFolder choice);
     bool create(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread);
     bool createPatiently(DWORD flags, LPPROC_THREAD_ATTRIBUTE_LIST attributes, Handle &thread);
     bool createInJob();
@@ -34,7 +39,7 @@ private:
     Text m_path;        // full path
     Text m_application; // the same, as CreateProcessW needs it
     Text m_commandLine;
-    Text m_workingFolder;
+    Text m_workingFolder; // empty: that of this process, which is the caller's
     Job m_job;
     Handle m_process;
 };

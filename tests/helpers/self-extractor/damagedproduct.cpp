@@ -3,21 +3,21 @@
 
 #include "tests/helpers/self-extractor/damagedproduct.h"
 
-#include "helpers/self-extractor/start/blockreader.h"
+#include "helpers/self-extractor/start/startplan.h"
 
 using namespace sfx;
 
 Status unpackProduct(const QByteArray &product, Tree &tree)
 {
     MemorySource source(product);
-    ConfigBlock block;
+    StartPlan plan;
     std::uint64_t archiveOffset = 0;
-    const Status status = readConfigBlock(source, block, archiveOffset);
+    const Status status = readStartPlan(source, plan, archiveOffset);
     if (status != Status::Ok) {
         return status;
     }
-    const QString program = QString::fromUtf16(block.runProgram.data(),
-                                               static_cast<qsizetype>(block.runProgram.size()));
+    const QString program
+        = QString::fromUtf16(plan.program().data(), static_cast<qsizetype>(plan.program().size()));
     return unpackBytes(product, archiveOffset, tree, program);
 }
 

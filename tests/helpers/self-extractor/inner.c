@@ -21,6 +21,7 @@
 //     --ctrl-c    sends Ctrl+C to its console, and prints whether it received it
 //     --join      leaves its console and joins that of the process that started it, and prints
 //                 whether that succeeded
+//     --join-late the same, 25 seconds later
 //     --join-not  joins the console of the process that started it again and again, and ends when
 //                 that process has left its console
 //     --by-number writes to file descriptor 3
@@ -54,6 +55,7 @@ static void tellStart(void)
 {
     static wchar_t buffer[32768];
     STARTUPINFOW startup;
+    DWORD process;
     const wchar_t *line = GetCommandLineW();
     const wchar_t *tail = *line == L'"' ? wcschr(line + 1, L'"') : NULL;
     tell("line", line);
@@ -73,6 +75,7 @@ static void tellStart(void)
     if (startup.dwFlags & STARTF_TITLEISLINKNAME) {
         tell("title", startup.lpTitle);
     }
+    printf("console=%d\n", GetConsoleProcessList(&process, 1) != 0);
     fflush(stdout);
 }
 
@@ -139,6 +142,9 @@ static void tellConsole(const wchar_t *line)
         }
         printf("joined-not=1\n");
     } else if (wcsstr(line, L"--join") != NULL) {
+        if (wcsstr(line, L"--join-late") != NULL) {
+            Sleep(25000);
+        }
         printf("joined=%d\n", joinStartersConsole());
     }
     fflush(stdout);

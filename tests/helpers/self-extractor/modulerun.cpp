@@ -3,6 +3,8 @@
 
 #include "tests/helpers/self-extractor/modulerun.h"
 
+#include "tests/helpers/self-extractor/preparedmodule.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -80,6 +82,13 @@ void ModuleRun::pretendOldWindows(bool old)
 void ModuleRun::pretendElevation(bool elevated)
 {
     useModule(elevated ? QStringLiteral("/elevated.sfx") : QString());
+}
+
+bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole)
+{
+    useModule(QString());
+    m_module = preparedModule(m_module, settings, forConsole);
+    return !m_module.isEmpty();
 }
 
 bool ModuleRun::waitForServersEnd() const

@@ -41,6 +41,9 @@ public:
     // The same for one that sees a token with administrator's rights. It prints the access rights of
     // its folder, "rights=...".
     void pretendElevation(bool elevated);
+    // Gives the module of later runs this text as its resource SETTINGS, and makes it a program for
+    // the console.
+    [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false);
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
     static QByteArray starterBytes();

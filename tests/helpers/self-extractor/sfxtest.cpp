@@ -18,7 +18,6 @@
 #include <QtEndian>
 
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -69,15 +68,6 @@ QByteArray wave(qsizetype samples)
 QString pathOf(const sfx::Entry &entry)
 {
     return QString::fromUtf16(entry.path, static_cast<qsizetype>(entry.pathSize));
-}
-
-bool MemorySource::readAt(std::uint64_t offset, void *data, std::size_t size)
-{
-    if (offset > this->size() || size > this->size() - offset) {
-        return false;
-    }
-    std::memcpy(data, m_bytes.constData() + offset, size);
-    return true;
 }
 
 sfx::Status TreeSink::begin(std::uint64_t, std::uint32_t)

@@ -4,23 +4,12 @@
 #pragma once
 
 #include "helpers/self-extractor/unpacking/unpacker.h"
+#include "tests/helpers/self-extractor/memorysource.h"
 
 #include <QByteArray>
 #include <QMap>
 #include <QString>
 #include <QStringList>
-
-// Bytes in memory as the module sees its own file.
-class MemorySource final : public sfx::ByteSource
-{
-public:
-    explicit MemorySource(QByteArray bytes) : m_bytes(std::move(bytes)) {}
-    bool readAt(std::uint64_t offset, void *data, std::size_t size) override;
-    std::uint64_t size() const override { return static_cast<std::uint64_t>(m_bytes.size()); }
-
-private:
-    QByteArray m_bytes;
-};
 
 // Files by path. The name of a folder ends with a slash, and it has no content.
 using Tree = QMap<QString, QByteArray>;

@@ -28,6 +28,7 @@
 //     --title=TEXT  a window title, as from a shortcut
 //     --number=FILE opens FILE as its file descriptor 3, as the C runtime does it
 //     --unseen      where nobody can see its windows, and without standard handles
+//     --detached    without a console
 
 #include <windows.h>
 
@@ -218,12 +219,14 @@ int wmain(int argc, wchar_t **argv)
             interrupts = TRUE;
         } else if (wcscmp(argv[at], L"--console-later") == 0) {
             flags = CREATE_SUSPENDED;
+        } else if (wcscmp(argv[at], L"--detached") == 0) {
+            flags = DETACHED_PROCESS;
         }
     }
     if (at >= argc) {
         return 98;
     }
-    if (flags != 0) {
+    if (flags == CREATE_SUSPENDED) {
         startup.dwFlags &= ~(DWORD)STARTF_USESTDHANDLES;
         FreeConsole();
     }
@@ -235,7 +238,7 @@ int wmain(int argc, wchar_t **argv)
         printf("failed=%lu\n", GetLastError());
         return 99;
     }
-    if (flags != 0) {
+    if (flags == CREATE_SUSPENDED) {
         openConsole(&startup);
         ResumeThread(process.hThread);
     }

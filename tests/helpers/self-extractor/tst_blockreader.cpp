@@ -3,33 +3,14 @@
 
 #include "helpers/self-extractor/start/blockreader.h"
 #include "helpers/self-extractor/start/peimage.h"
+#include "tests/helpers/self-extractor/memorysource.h"
 
 #include <QTest>
 #include <QtEndian>
 
-#include <cstring>
-
 using namespace sfx;
 
 namespace {
-
-class Bytes final : public ByteSource
-{
-public:
-    explicit Bytes(QByteArray bytes) : m_bytes(std::move(bytes)) {}
-    bool readAt(std::uint64_t offset, void *data, std::size_t size) override
-    {
-        if (offset > this->size() || size > this->size() - offset) {
-            return false;
-        }
-        std::memcpy(data, m_bytes.constData() + offset, size);
-        return true;
-    }
-    std::uint64_t size() const override { return static_cast<std::uint64_t>(m_bytes.size()); }
-
-private:
-    QByteArray m_bytes;
-};
 
 QByteArray blockOf(const QByteArray &lines)
 {
@@ -222,25 +203,25 @@ void TestBlockReader::findsTheEndOfTheImage()
 {
     QFETCH(QByteArray, image);
     QFETCH(qint64, end);
-    Bytes source(image);
-    std::uint64_t found = 0;
-    const Status status = findImageEnd(source, found);
+    MemorySource source(image);
+    PeImage read;
+    const Status status = read.read(source);
     QCOMPARE(status, end < 0 ? Status::Damaged : Status::Ok);
     if (end >= 0) {
-        QCOMPARE(found, static_cast<std::uint64_t>(end));
+        QCOMPARE(read.end(), static_cast<std::uint64_t>(end));
     }
 }
 
 void TestBlockReader::readsBehindTheImage()
 {
     const QByteArray bytes = blockFor("a.exe", "%%T\\a");
-    Bytes source(smallImage() + bytes + "7z");
+    MemorySource source(smallImage() + bytes + "7z");
     ConfigBlock block;
     std::uint64_t offset = 0;
-    QCOMPARE(readConfigBlock(source, block, offset), Status::Ok);
+    QCOMPARE(readConfigBlock(source, 1024, {}, block, offset), Status::Ok);
     QCOMPARE(offset, static_cast<std::uint64_t>(1024 + bytes.size()));
-    Bytes bare(smallImage());
-    QCOMPARE(readConfigBlock(bare, block, offset), Status::Damaged);
+    MemorySource bare(smallImage());
+    QCOMPARE(readConfigBlock(bare, 1024, {}, block, offset), Status::Damaged);
 }
 
 QTEST_APPLESS_MAIN(TestBlockReader)

@@ -14,13 +14,16 @@ const char16_t *units(const QString &text)
     return reinterpret_cast<const char16_t *>(text.utf16());
 }
 
-QString inherited(const QString &path, const QString &name, const QString &own)
+QString inherited(const QString &path, const QString &name, const QString &first,
+                  const QString &own)
 {
     Text program;
     Text bareName;
+    Text firstArguments;
     Text line;
     if (!program.append(units(path)) || !bareName.append(units(name))
-        || !inheritCommandLine(program, bareName, units(own), line)) {
+        || !firstArguments.append(units(first))
+        || !inheritCommandLine(program, bareName, firstArguments, units(own), line)) {
         return QStringLiteral("no memory");
     }
     return QString::fromUtf16(line.data(), static_cast<qsizetype>(line.size()));
@@ -37,6 +40,8 @@ private slots:
     void keepsArgumentsVerbatim();
     void namesTheProgramAsFarAsThereIsRoom_data();
     void namesTheProgramAsFarAsThereIsRoom();
+    void putsOtherArgumentsFirst_data();
+    void putsOtherArgumentsFirst();
 };
 
 void TestCommandLine::keepsArgumentsVerbatim_data()
@@ -91,7 +96,43 @@ void TestCommandLine::namesTheProgramAsFarAsThereIsRoom_data()
 void TestCommandLine::namesTheProgramAsFarAsThereIsRoom()
 {
     QFETCH(QString, own);
-    QTEST(inherited(QStringLiteral("c:\\a b\\c.exe"), QStringLiteral("c.exe"), own), "line");
+    QTEST(inherited(QStringLiteral("c:\\a b\\c.exe"), QStringLiteral("c.exe"), QString(), own),
+          "line");
+}
+
+void TestCommandLine::putsOtherArgumentsFirst_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("own");
+    QTest::addColumn<QString>("line");
+    const QString path = QStringLiteral("\"c:\\a b\\c.exe\"");
+    const QString name = QStringLiteral("\"c.exe\"");
+    const auto tail = [](qsizetype size) {
+        return u' ' + QString(size - 1, u'x');
+    };
+    QTest::newRow("none of the caller's") << "-a \"b c\""
+                                          << "o" << path + " -a \"b c\"";
+    QTest::newRow("before the caller's") << "-a"
+                                         << "\"o\"  b \"\"" << path + " -a  b \"\"";
+    QTest::newRow("before a tab") << "-a"
+                                  << "o\tb" << path + " -a\tb";
+    QTest::newRow("with blanks around them") << " -a "
+                                             << "o b" << path + "  -a  b";
+    QTest::newRow("just room for the path")
+        << "-a" << u'o' + tail(32749) << path + " -a" + tail(32749);
+    QTest::newRow("one too many for the path")
+        << "-a" << u'o' + tail(32750) << name + " -a" + tail(32750);
+    QTest::newRow("just room for the name")
+        << "-a" << u'o' + tail(32756) << name + " -a" + tail(32756);
+    QTest::newRow("one too many for the name: the program cannot start without them")
+        << "-a" << u'o' + tail(32757) << "";
+}
+
+void TestCommandLine::putsOtherArgumentsFirst()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, own);
+    QTEST(inherited(QStringLiteral("c:\\a b\\c.exe"), QStringLiteral("c.exe"), first, own), "line");
 }
 
 QTEST_APPLESS_MAIN(TestCommandLine)

@@ -30,6 +30,7 @@ private slots:
     void extends();
     void findsTheFolder_data();
     void findsTheFolder();
+    void takesPathsOfTheArchive();
     void findsTheName_data();
     void findsTheName();
     void shortens_data();
@@ -78,6 +79,14 @@ void TestWinPath::findsTheFolder()
     QTEST(mapped(folderOf, path), "folder");
 }
 
+void TestWinPath::takesPathsOfTheArchive()
+{
+    Text path;
+    QVERIFY(path.append(u"C:/x\\"));
+    QVERIFY(appendArchivePath(path, u"bin/a/b.exe/", 11));
+    QCOMPARE(QString::fromUtf16(path.data()), QStringLiteral("C:/x\\bin\\a\\b.exe"));
+}
+
 void TestWinPath::findsTheName_data()
 {
     QTest::addColumn<QString>("path");
@@ -110,6 +119,12 @@ void TestWinPath::shortens_data()
                              << R"(C:\x\y)";
     QTest::newRow("a share") << R"(\\?\UNC\server\share\x)"
                              << R"(\\server\share\x)";
+    QTest::newRow("a volume without a letter") << R"(\\?\Volume{1a}\x)"
+                                               << R"(\\?\Volume{1a}\x)";
+    QTest::newRow("a device") << R"(\\?\GLOBALROOT\Device\x)"
+                              << R"(\\?\GLOBALROOT\Device\x)";
+    QTest::newRow("a drive's root") << R"(\\?\C:\)"
+                                    << R"(C:\)";
     QTest::newRow("a plain path") << R"(C:\x)"
                                   << R"(C:\x)";
     QTest::newRow("a plain share") << R"(\\server\share)"
