@@ -105,6 +105,55 @@ QJsonObject blockObject(const sfx::ConfigBlock &block)
             {"progress", block.progress}};
 }
 
+QString workingFolderName(sfx::WorkingFolder folder)
+{
+    switch (folder) {
+    case sfx::WorkingFolder::Caller:
+        return QStringLiteral("caller");
+    case sfx::WorkingFolder::Executable:
+        return QStringLiteral("exe");
+    case sfx::WorkingFolder::Application:
+        break;
+    }
+    return QStringLiteral("app");
+}
+
+// Only what the resource contains.
+QJsonObject settingsObject(const sfx::Settings &settings)
+{
+    QJsonObject object;
+    const auto insert = [&object](const char *key, const sfx::Text &value) {
+        if (!value.isEmpty()) {
+            object[QLatin1String(key)] = toQString(value);
+        }
+    };
+    insert("program", settings.program);
+    insert("folder", settings.folderName);
+    insert("title", settings.title);
+    insert("arguments", settings.arguments);
+    if (settings.hasWorkingFolder) {
+        object["workingFolder"] = workingFolderName(settings.workingFolder);
+    }
+    if (settings.hasSilent) {
+        object["silent"] = settings.silent;
+    }
+    return object;
+}
+
+// What the self-extractor does, from settings and block together.
+QJsonObject startObject(const sfx::StartPlan &plan, const ProgramFacts &facts)
+{
+    const bool isForConsole = facts.subsystem == "console";
+    return {{"kind", isForConsole ? "console" : "graphical"},
+            {"program", toQString(plan.program())},
+            {"arguments", toQString(plan.settings.arguments)},
+            {"workingFolder", workingFolderName(plan.settings.workingFolder)},
+            {"folder", toQString(plan.folderName())},
+            {"title", toQString(plan.title())},
+            {"silent", plan.isSilent()},
+            {"progress", plan.showsProgress(isForConsole)}};
+}
+
 QString numberText(const QJsonValue &value)
 {
     return QLocale::c().toString(value.toInteger());
@@ -134,6 +183,23 @@ QString programText(const QJsonObject &program)
                                            : QStringLiteral("another module"));
 }
 
+QString startRows(const QJsonObject &start, const QJsonObject &settings)
+{
+    const QString arguments = start["arguments"].toString();
+    QString text = row("kind", start["kind"].toString())
+        + row("starts",
+              start["program"].toString() + (arguments.isEmpty() ? QString() : ' ' + arguments))
+        + row("works in", start["workingFolder"].toString())
+        + row("title", start["title"].toString())
+        + row("silent", start["silent"].toBool() ? QStringLiteral("yes") : QStringLiteral("no"));
+    const char *name = "settings";
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting) {
+        text += row(name, setting.key() + ": " + setting.value().toVariant().toString());
+        name = "";
+    }
+    return text;
+}
+
 } // namespace
 
 QJsonObject reportOf(ProducedFile &file, const ProgramFacts &facts, const FileHashes &hashes)
@@ -145,7 +211,9 @@ QJsonObject reportOf(ProducedFile &file, const ProgramFacts &facts, const FileHa
     return {{"file", file.path()},
             {"size", static_cast<qint64>(file.size())},
             {"program", programObject(facts)},
-            {"block", blockObject(file.block())},
+            {"start", startObject(file.plan(), facts)},
+            {"settings", settingsObject(file.plan().settings)},
+            {"block", blockObject(file.plan().block)},
             {"archive", archive},
             {"entries", entriesOf(file.archive(), hashes)}};
 }
@@ -153,7 +221,6 @@ QJsonObject reportOf(ProducedFile &file, const ProgramFacts &facts, const FileHa
 QString textOf(const QJsonObject &report)
 {
     const QJsonObject program = report["program"].toObject();
-    const QJsonObject block = report["block"].toObject();
     const QJsonObject archive = report["archive"].toObject();
     const QJsonArray entries = report["entries"].toArray();
     const double unpacked = archive["unpackedSize"].toDouble();
@@ -165,7 +232,7 @@ QString textOf(const QJsonObject &report)
     for (auto string = identity.begin(); string != identity.end(); ++string) {
         text += row("", string.key() + ": " + string.value().toString());
     }
-    text += row("starts", block["runProgram"].toString()) + row("title", block["title"].toString())
+    text += startRows(report["start"].toObject(), report["settings"].toObject())
         + row("archive",
               QStringLiteral("%1 bytes at %2, %3")
                   .arg(numberText(archive["size"]), numberText(archive["offset"]),

@@ -3,6 +3,8 @@
 
 #include "tests/inspection/forgedproduct.h"
 
+#include "tests/helpers/self-extractor/preparedmodule.h"
+
 #include <QFile>
 
 QList<forge::File> forgedFiles()
@@ -28,4 +30,12 @@ ForgedProduct::ForgedProduct()
 void ForgedProduct::setFiles(const QList<forge::File> &files)
 {
     archive = forge::archiveOf(forge::ArchivePlan(files));
+}
+
+void ForgedProduct::setSettings(const QByteArray &settings, bool forConsole)
+{
+    module = preparedModule(module, settings, forConsole);
+    if (module.isEmpty()) {
+        qFatal("the module cannot be edited");
+    }
 }

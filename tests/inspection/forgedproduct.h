@@ -14,6 +14,8 @@ struct ForgedProduct
 
     QByteArray bytes() const { return module + block + archive; }
     void setFiles(const QList<forge::File> &files);
+    // Gives the module this text as its settings.
+    void setSettings(const QByteArray &settings, bool forConsole = false);
 
     QByteArray module;
     QByteArray block;

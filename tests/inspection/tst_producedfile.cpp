@@ -36,6 +36,8 @@ private slots:
     void theModule();
     void aModuleWithAnIdentity();
     void report();
+    void settings();
+    void settingsInTheText();
 
 private:
     QString write(const QByteArray &bytes) const
@@ -56,7 +58,7 @@ void TestProducedFile::aWholeFile()
     ProducedFile file;
     QCOMPARE(file.open(write(product.bytes())), QString());
     QVERIFY(!file.check());
-    QCOMPARE(toQString(file.block().runProgram), "main.exe");
+    QCOMPARE(toQString(file.plan().program()), "main.exe");
     QCOMPARE(file.archiveOffset(), quint64(product.module.size() + product.block.size()));
     QCOMPARE(file.archive().entryCount(), 4u);
     QCOMPARE(file.totalBytes(), quint64(11 + 16 + 9));
@@ -105,6 +107,21 @@ void TestProducedFile::refused_data()
             product.setFiles({{"other.exe", "x"}});
         },
         209);
+    row(
+        "settings that are damaged",
+        [](ForgedProduct &product) { product.setSettings("Colour=\"red\"\n"); }, 201);
+    row(
+        "settings with a program that leads out",
+        [](ForgedProduct &product) { product.setSettings("Program=\"../main.exe\"\n"); }, 201);
+    row(
+        "settings with a program that is not there",
+        [](ForgedProduct &product) { product.setSettings("Program=\"data/main.exe\"\n"); }, 209);
+    row(
+        "settings with a folder as the program",
+        [](ForgedProduct &product) { product.setSettings("Program=\"data\"\n"); }, 209);
+    row(
+        "a program in a folder without settings",
+        [](ForgedProduct &product) { product.block.replace("main.exe", "data/main.exe"); }, 201);
 }
 
 void TestProducedFile::refused()
@@ -217,6 +234,62 @@ void TestProducedFile::report()
     const QString text = textOf(report);
     QVERIFY(text.contains("data/文件.txt"));
     QVERIFY(text.contains("36 bytes in 4 entries"));
+    QCOMPARE(report["start"]["kind"].toString(), "graphical");
+    QCOMPARE(report["settings"].toObject(), QJsonObject());
+    QVERIFY(!text.contains("\nsettings"));
+}
+
+void TestProducedFile::settings()
+{
+    ForgedProduct product;
+    product.setFiles({{"bin", {}, true}, {"bin/app.exe", "the program"}});
+    product.block.replace("main.exe", "bin/app.exe").replace("\\folder", "\\bin/app");
+    product.setSettings("Program=\"bin/app.exe\"\nFolder=\"app\"\nArguments=\"--x \"y z\"\"\n"
+                        "WorkingFolder=\"caller\"\n",
+                        true);
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    QVERIFY(facts->hasOwnModule); // neither settings nor kind change that
+    const QJsonObject report = reportOf(file, *facts);
+    QCOMPARE(report["start"].toObject(),
+             (QJsonObject{{"kind", "console"},
+                          {"program", "bin/app.exe"},
+                          {"arguments", "--x \"y z\""},
+                          {"workingFolder", "caller"},
+                          {"folder", "app"},
+                          {"title", "A title"},
+                          {"silent", false},
+                          {"progress", false}}));
+    QCOMPARE(report["settings"].toObject(),
+             (QJsonObject{{"program", "bin/app.exe"},
+                          {"folder", "app"},
+                          {"arguments", "--x \"y z\""},
+                          {"workingFolder", "caller"}}));
+    QCOMPARE(report["block"]["runProgram"].toString(), QString());
+}
+
+void TestProducedFile::settingsInTheText()
+{
+    ForgedProduct product;
+    product.setSettings("Title=\"Other\"\nSilent=\"1\"\nArguments=\"-a\"\n");
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    const QJsonObject report = reportOf(file, *facts);
+    QCOMPARE(report["settings"].toObject(),
+             (QJsonObject{{"title", "Other"}, {"silent", true}, {"arguments", "-a"}}));
+    const QString text = textOf(report);
+    for (const char *line :
+         {"\nkind          graphical\n", "\nstarts        main.exe -a\n", "\nworks in      app\n",
+          "\ntitle         Other\n", "\nsilent        yes\n", "\nsettings      arguments: -a\n",
+          "\n              silent: true\n", "\n              title: Other\n"}) {
+        QVERIFY2(text.contains(QLatin1String(line)), qPrintable(line + text));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestProducedFile)
