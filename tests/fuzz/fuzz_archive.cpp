@@ -6,9 +6,8 @@
 #include "tests/fuzz/discardingsink.h"
 #include "tests/fuzz/inputsource.h"
 #include "tests/fuzz/require.h"
+#include "tests/fuzz/sealedarchive.h"
 #include "tests/helpers/self-extractor/countedmemory.h"
-
-#include "7zCrc.h"
 
 #include <vector>
 
@@ -16,35 +15,9 @@ using namespace sfx;
 
 namespace {
 
-constexpr std::size_t startHeaderSize = 32;
 constexpr std::size_t memoryLimit = 96u << 20;
 constexpr std::uint64_t outputLimit = 4u << 20;
 constexpr std::uint8_t usualMinorVersion = 4;
-
-void write(std::uint8_t *to, std::uint64_t value, unsigned width)
-{
-    for (unsigned i = 0; i < width; ++i) {
-        to[i] = static_cast<std::uint8_t>(value >> (8 * i));
-    }
-}
-
-// Random bytes never have correct check sums, so this corrects them. The header is the last part of
-// the input; it begins at the offset that the start header names.
-void seal(std::vector<std::uint8_t> &archive)
-{
-    static constexpr std::uint8_t signature[] = {'7', 'z', 0xbc, 0xaf, 0x27, 0x1c, 0};
-    std::memcpy(archive.data(), signature, sizeof signature);
-    std::uint64_t offset = 0;
-    for (unsigned i = 8; i-- > 0;) {
-        offset = offset * 256 + archive[12 + i];
-    }
-    offset %= archive.size() - startHeaderSize + 1;
-    const std::size_t size = archive.size() - startHeaderSize - static_cast<std::size_t>(offset);
-    write(archive.data() + 12, offset, 8);
-    write(archive.data() + 20, size, 8);
-    write(archive.data() + 28, CrcCalc(archive.data() + startHeaderSize + offset, size), 4);
-    write(archive.data() + 8, CrcCalc(archive.data() + 12, 20), 4);
-}
 
 Status run(const std::vector<std::uint8_t> &bytes, unsigned threads)
 {
@@ -83,9 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size < startHeaderSize) {
         return 0;
     }
-    CrcGenerateTable();
     std::vector<std::uint8_t> archive(data, data + size);
-    seal(archive);
+    sealArchive(archive);
     // Nothing reads the minor version. If it is not the usual one, it selects the block of memory
     // that is refused.
     const unsigned minor = archive[7];

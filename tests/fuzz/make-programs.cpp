@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/pe/petest.h"
+#include "tests/helpers/self-extractor/settingsimage.h"
 
 #include <QFile>
 
@@ -33,16 +34,44 @@ const Program programs[] = {
       .overlay = 64}},
 };
 
+// Texts of settings, for images that have them as their only resource.
+struct Image
+{
+    const char *name;
+    const char *settings;
+};
+
+const Image images[] = {
+    {"no-settings", ""},
+    {"settings", "Title=\"a\"\nArguments=\"-x \"y\"\"\nWorkingFolder=\"caller\"\nSilent=\"1\"\n"},
+    {"program-in-a-folder", "Program=\"data/text.txt\"\nFolder=\"app\"\nWorkingFolder=\"exe\"\n"},
+    {"damaged-settings", "Program=\"../main.exe\"\n"},
+};
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
 } // namespace
 
-// make-programs FOLDER: writes made-up Windows programs into FOLDER, one in each file.
+// make-programs FOLDER IMAGES: writes made-up Windows programs into FOLDER, and images for produced
+// files into IMAGES, one in each file.
 int main(int argc, char **argv)
 {
+    if (argc != 3) {
+        return 2;
+    }
     for (const Program &program : programs) {
-        QFile file(QString::fromLocal8Bit(argc == 2 ? argv[1] : ".") + u'/'
-                   + QLatin1String(program.name));
-        const QByteArray bytes = petest::makeProgram(program.recipe);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        if (!writeFile(QString::fromLocal8Bit(argv[1]) + u'/' + QLatin1String(program.name),
+                       petest::makeProgram(program.recipe))) {
+            return 1;
+        }
+    }
+    for (const Image &image : images) {
+        if (!writeFile(QString::fromLocal8Bit(argv[2]) + u'/' + QLatin1String(image.name),
+                       settingsimage::withText(image.settings))) {
             return 1;
         }
     }
