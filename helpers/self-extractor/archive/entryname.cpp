@@ -64,21 +64,29 @@ bool isForbidden(char16_t unit)
 
 } // namespace
 
-bool isSafeComponent(const char16_t *name, std::size_t size)
+NameFault faultOfComponent(const char16_t *name, std::size_t size)
 {
-    if (size == 0 || size > 255) {
-        return false;
+    if (size == 0) {
+        return NameFault::Empty;
+    }
+    if (size > 255) {
+        return NameFault::TooLong;
     }
     for (std::size_t i = 0; i < size; ++i) {
         if (isForbidden(name[i])) {
-            return false;
+            return NameFault::Character;
         }
     }
     // This covers "." and ".." too.
     if (name[size - 1] == u'.' || name[size - 1] == u' ') {
-        return false;
+        return NameFault::SpaceOrDot;
     }
-    return !isDevice(name, size);
+    return isDevice(name, size) ? NameFault::Device : NameFault::None;
+}
+
+bool isSafeComponent(const char16_t *name, std::size_t size)
+{
+    return faultOfComponent(name, size) == NameFault::None;
 }
 
 bool isSafePath(const char16_t *path, std::size_t size)

@@ -7,11 +7,21 @@
 
 namespace sfx {
 
-// Whether a name of `size` UTF-16 units can be the name of one folder or file on Windows, and
-// stands for nothing else. It must not be empty, `.` or `..`, or longer than 255 units. It must not
-// contain a separator, a stream or wildcard character, or a control character, or end with a space
-// or a dot. It must not be a device (CON, NUL, COM1, ..., also with an extension or a superscript
-// digit). (Microsoft, "Naming Files, Paths, and Namespaces".)
+// Why a name cannot be the name of one folder or file on Windows.
+enum class NameFault {
+    None,
+    Empty,
+    TooLong,    // longer than 255 UTF-16 units
+    Character,  // a separator, a stream or wildcard character, or a control character
+    SpaceOrDot, // at the end; `.` and `..` too
+    Device,     // CON, NUL, COM1, ..., also with an extension or a superscript digit
+};
+
+// Returns the first fault of a name of `size` UTF-16 units. A name without one stands for nothing
+// but one folder or file. (Microsoft, "Naming Files, Paths, and Namespaces".)
+NameFault faultOfComponent(const char16_t *name, std::size_t size);
+
+// Whether the name has no fault.
 bool isSafeComponent(const char16_t *name, std::size_t size);
 
 // Whether a path with `/` between its components stays inside the folder that it is unpacked into:
