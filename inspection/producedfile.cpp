@@ -4,6 +4,7 @@
 #include "inspection/producedfile.h"
 
 #include "helpers/self-extractor/archive/contents.h"
+#include "platform/filenamecase.h"
 #include "platform/nativepath.h"
 
 class ProducedFile::Source final : public sfx::ByteSource
@@ -19,18 +20,6 @@ public:
 private:
     const pe::File &m_file;
 };
-
-namespace {
-
-// Upper case without a change of length, as Windows compares file names.
-void upperCase(char16_t *text, std::size_t size)
-{
-    for (std::size_t i = 0; i < size; ++i) {
-        text[i] = QChar(text[i]).toUpper().unicode();
-    }
-}
-
-} // namespace
 
 ProducedFile::ProducedFile() = default;
 ProducedFile::~ProducedFile() = default;
@@ -56,7 +45,8 @@ std::optional<Finding> ProducedFile::check()
         status = m_archive->open(m_archiveOffset);
     }
     if (status == sfx::Status::Ok) {
-        status = sfx::checkContents(*m_archive, m_plan.program(), upperCase, m_totalBytes);
+        status
+            = sfx::checkContents(*m_archive, m_plan.program(), toFileNameUpperCase, m_totalBytes);
     }
     if (status == sfx::Status::Ok) {
         return std::nullopt;
