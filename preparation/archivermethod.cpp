@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "preparation/archivermethod.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int mebibyte = 1 << 20;
+// From this level on, the archiver looks for repetitions with a second thread, if it may.
+constexpr int firstLevelWithTwoThreads = 5;
+
+// In bytes; what 7-Zip takes for a level on 64-bit systems (LzmaEncProps_Normalize in LzmaEnc.c).
+qint64 dictionaryOf(int level)
+{
+    return level <= 4 ? qint64(1) << (level * 2 + 16) : qint64(1) << std::min(level + 20, 28);
+}
+
+// In MiB; what 7-Zip takes on four and more processors (Lzma2EncProps_Normalize in Lzma2Enc.c).
+qint64 blockOf(int level)
+{
+    const qint64 dictionary = dictionaryOf(level);
+    const qint64 block = std::clamp<qint64>(4 * dictionary, mebibyte, qint64(256) * mebibyte);
+    return std::max(block, dictionary) / mebibyte;
+}
+
+} // namespace
+
+QString archiverMethod(const QString &level, const QString &method, bool independent)
+{
+    const int number = level.toInt();
+    if (number == 0) {
+        return QStringLiteral("Copy");
+    }
+    if (!independent) {
+        return method;
+    }
+    if (method == QLatin1String("LZMA2")) {
+        return QStringLiteral("LZMA2:c=%1m").arg(blockOf(number));
+    }
+    return number >= firstLevelWithTwoThreads ? method + ":mt=2" : method;
+}

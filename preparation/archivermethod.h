@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// Returns the method for the archiver's one argument for it, such as "LZMA" or "LZMA2:c=128m".
+// `level` is a digit from "0" to "9", `method` is "LZMA" or "LZMA2".
+//
+// Level 0 is "Copy": the archiver would otherwise compress with its fastest setting. If
+// `independent`, the archive does not depend on the number of processors and the memory of this
+// machine (README.md says what that costs).
+QString archiverMethod(const QString &level, const QString &method, bool independent);

@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "preparation/stagedtree.h"
+
+#include "preparation/windowsname.h"
+
+#include <QTemporaryDir>
+#include <QThread>
+
+namespace {
+
+// Scanners hold new files for a moment on Windows, and then a file cannot be removed.
+constexpr int removalAttempts = 10;
+constexpr unsigned long removalPauseMs = 100;
+
+QString failed(const char *what, const QString &path, const QString &reason)
+{
+    return QStringLiteral("cannot %1 %2 for packing: %3")
+        .arg(QLatin1String(what), shownPath(path), reason);
+}
+
+} // namespace
+
+QString StagedTree::create(const SourcePlan &plan, const Progress &progress)
+{
+    QTemporaryDir folder(m_parent + "/.kestrelpack-tree-XXXXXX");
+    if (!folder.isValid()) {
+        return failed("make a folder in", m_parent, folder.errorString());
+    }
+    folder.setAutoRemove(false);
+    m_path = folder.path();
+    QString error = makeFolders(plan);
+    if (error.isEmpty()) {
+        error = makeFiles(plan, progress);
+    }
+    if (error.isEmpty()) {
+        error = finishFolders(plan);
+    }
+    if (!error.isEmpty()) {
+        remove();
+    }
+    return error;
+}
+
+QString StagedTree::makeFolders(const SourcePlan &plan)
+{
+    for (const PlannedFolder &folder : plan.folders) {
+        const QString path = m_path + '/' + folder.path;
+        const QString error = makeFolder(path);
+        if (!error.isEmpty()) {
+            return failed("make the folder", folder.path, error);
+        }
+        m_folders.append(path);
+    }
+    return {};
+}
+
+QString StagedTree::makeFiles(const SourcePlan &plan, const Progress &progress)
+{
+    const CopyProgress onCopied = [&](qint64 bytes) {
+        m_doneBytes += bytes;
+        m_copiedBytes += bytes;
+        m_wasStopped = m_wasStopped || !progress(m_doneBytes);
+        return !m_wasStopped;
+    };
+    for (const PlannedFile &file : plan.files) {
+        m_wasStopped = m_wasStopped || !progress(m_doneBytes);
+        const QString error = m_wasStopped
+            ? QStringLiteral("stopped")
+            : makeFile(plan.folder + '/' + file.source, file, onCopied);
+        if (!error.isEmpty()) {
+            return failed("copy", file.path, error);
+        }
+    }
+    return {};
+}
+
+QString StagedTree::makeFile(const QString &source, const PlannedFile &file,
+                             const CopyProgress &progress)
+{
+    const QString target = m_path + '/' + file.path;
+    if (!file.isChanged && !file.mustNotBeLinked && linkFile(source, target)) {
+        m_files.append({target, false});
+        m_doneBytes += file.size;
+        ++m_linkedFiles;
+        return {};
+    }
+    // The list has the file before it exists, so that a half copy is removed, too.
+    m_files.append({target, true});
+    return copyFile(source, target, file, progress);
+}
+
+// From the innermost to the outermost, because each new entry changes its folder's time.
+QString StagedTree::finishFolders(const SourcePlan &plan)
+{
+    for (auto folder = plan.folders.crbegin(); folder != plan.folders.crend(); ++folder) {
+        const QString error = finishFolder(m_path + '/' + folder->path, *folder);
+        if (!error.isEmpty()) {
+            return failed("finish the folder", folder->path, error);
+        }
+    }
+    return {};
+}
+
+bool StagedTree::removeOnce()
+{
+    for (const QString &folder : m_folders) {
+        openFolderForRemoval(folder);
+    }
+    m_files.removeIf([](const MadeFile &file) { return removeStagedFile(file.path, file.isCopy); });
+    while (!m_folders.isEmpty() && removeStagedFolder(m_folders.constLast())) {
+        m_folders.removeLast();
+    }
+    return m_files.isEmpty() && m_folders.isEmpty() && removeStagedFolder(m_path);
+}
+
+bool StagedTree::remove()
+{
+    for (int attempt = 0; !m_path.isEmpty(); ++attempt) {
+        if (removeOnce()) {
+            m_path.clear();
+        } else if (attempt + 1 == removalAttempts) {
+            return false;
+        } else {
+            QThread::msleep(removalPauseMs);
+        }
+    }
+    return true;
+}
