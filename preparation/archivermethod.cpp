@@ -8,8 +8,6 @@
 namespace {
 
 constexpr int mebibyte = 1 << 20;
-// From this level on, the archiver looks for repetitions with a second thread, if it may.
-constexpr int firstLevelWithTwoThreads = 5;
 
 // In bytes; what 7-Zip takes for a level on 64-bit systems (LzmaEncProps_Normalize in LzmaEnc.c).
 qint64 dictionaryOf(int level)
@@ -33,11 +31,8 @@ QString archiverMethod(const QString &level, const QString &method, bool indepen
     if (number == 0) {
         return QStringLiteral("Copy");
     }
-    if (!independent) {
-        return method;
-    }
-    if (method == QLatin1String("LZMA2")) {
-        return QStringLiteral("LZMA2:c=%1m").arg(blockOf(number));
-    }
-    return number >= firstLevelWithTwoThreads ? method + ":mt=2" : method;
+    // LZMA's output is the same with one and with two threads, and it uses no more.
+    return independent && method == QLatin1String("LZMA2")
+        ? QStringLiteral("LZMA2:c=%1m").arg(blockOf(number))
+        : method;
 }

@@ -83,6 +83,7 @@ QString copyFile(const QString &source, const QString &target, const PlannedFile
                      COPY_FILE_FAIL_IF_EXISTS | COPY_FILE_ALLOW_DECRYPTED_DESTINATION)) {
         return systemText();
     }
+    progress(planned.size - copy.reported); // small files are copied without a report
     // The attributes come last, because a read-only file does not let its time be set everywhere.
     const bool isDone = SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL) != 0
         && setTime(name, planned.modified) && setAttributes(name, planned.attributes);

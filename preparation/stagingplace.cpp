@@ -16,6 +16,12 @@ namespace {
 constexpr qint64 worthANote = 256 << 20;  // in bytes
 constexpr qint64 bytesToLeave = 64 << 20; // free on the disk
 
+// Returns true if the archiver would read the path as a pattern.
+bool isPattern(const QString &path)
+{
+    return path.contains('*') || path.contains('?');
+}
+
 QString sizeText(qint64 bytes)
 {
     return QLocale::c().formattedDataSize(bytes, 1);
@@ -26,6 +32,7 @@ QString sizeText(qint64 bytes)
 ChosenPlace chooseStagingPlace(const SourcePlan &plan, const QList<PlaceToStage> &places)
 {
     QList<PlaceToStage> sorted = places;
+    sorted.removeIf([](const PlaceToStage &place) { return isPattern(place.path); });
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const PlaceToStage &left, const PlaceToStage &right) {
                          return left.canLink != right.canLink

@@ -27,7 +27,8 @@ struct ChosenPlace
 };
 
 // Chooses the place. The first one where hard links are possible is best. Without one, it is the
-// place with the most free space. Its note tells the user if more than 256 MiB have to be copied.
+// place with the most free space. Places with a * or ? in their path are left out, because the
+// archiver takes them for patterns. The note tells the user if more than 256 MiB have to be copied.
 ChosenPlace chooseStagingPlace(const SourcePlan &plan, const QList<PlaceToStage> &places);
 
 // Asks the system about a folder; tries a link to one of the plan's files there.

@@ -30,8 +30,8 @@ void TestArchiverMethod::methods_data()
     row("9", "LZMA2", false, "LZMA2");
     row("1", "LZMA", true, "LZMA");
     row("3", "LZMA", true, "LZMA");
-    row("5", "LZMA", true, "LZMA:mt=2");
-    row("9", "LZMA", true, "LZMA:mt=2");
+    row("5", "LZMA", true, "LZMA");
+    row("9", "LZMA", true, "LZMA");
     row("1", "LZMA2", true, "LZMA2:c=1m");
     row("3", "LZMA2", true, "LZMA2:c=16m");
     row("5", "LZMA2", true, "LZMA2:c=128m");

@@ -69,7 +69,7 @@ QList<FileOfTree> makeTreeFiles()
         files.append({QStringLiteral("folder%1/same.txt").arg(i), textOf(quint32(i), 60000)});
         files.append({QStringLiteral("name%1.dll").arg(i), textOf(quint32(100 + i), 40000)});
     }
-    files.append({"app.exe", QByteArray("MZ") + textOf(77, 2500000)});
+    files.append({"app.exe", QByteArray("MZ") + textOf(77, 1200000)});
     files.append(FileOfTree{"folder0/empty", {}});
     return files;
 }

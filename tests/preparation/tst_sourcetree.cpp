@@ -80,6 +80,8 @@ private slots:
     void collisionsAreThoseOfTheSelfExtractor();
     void patternsThatMatchNothingAreReported();
     void manyProblemsAreShortened();
+    void aFolderWithoutFilesIsRefused();
+    void theMainProgramIsNamedAsOnTheDisk();
     void linksWithoutMeasureAreRefused();
     void stagingIsNeededOnlyForChanges_data();
     void stagingIsNeededOnlyForChanges();
@@ -268,6 +270,34 @@ void TestSourceTree::manyProblemsAreShortened()
     const QStringList sentences = std::get<TreeProblems>(result).sentences;
     QCOMPARE(sentences.size(), 21);
     QCOMPARE(sentences.constLast(), "and 5 more");
+}
+
+void TestSourceTree::aFolderWithoutFilesIsRefused()
+{
+    const auto sentences = [](const Entries &entries, const QStringList &excludes) {
+        TreeOptions options;
+        options.excludes = excludes;
+        const auto result = planTree("/folder", entries, options);
+        const auto *problems = std::get_if<TreeProblems>(&result);
+        return problems != nullptr ? problems->sentences : QStringList();
+    };
+    const QStringList empty{"the folder /folder contains no files"};
+    QCOMPARE(sentences({}, {}), empty);
+    QCOMPARE(sentences({entry("a", Kind::Folder)}, {}), empty);
+    QCOMPARE(sentences({entry("a")}, {"*"}), QStringList("the patterns leave no files to pack"));
+}
+
+void TestSourceTree::theMainProgramIsNamedAsOnTheDisk()
+{
+    TreeOptions options;
+    options.mainProgram = "BIN/App.EXE";
+    const Entries entries{entry("bin", Kind::Folder), entry("bin/app.exe")};
+    const auto plan = std::get<SourcePlan>(planTree("/folder", entries, options));
+    QCOMPARE(plan.mainProgram, "bin/app.exe");
+    options.mainProgram = "app.exe";
+    const auto result = planTree("/folder", entries, options);
+    QCOMPARE(std::get<TreeProblems>(result).sentences,
+             QStringList("the folder /folder contains no file app.exe"));
 }
 
 // 40 folders with two links each to the next one stand for 2^40 files.

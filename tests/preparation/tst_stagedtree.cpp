@@ -231,6 +231,13 @@ private slots:
         }
     }
 
+    void aPlaceThatTheArchiverCannotReadIsNotChosen()
+    {
+        const ChosenPlace chosen
+            = chooseStagingPlace(plan(), {{"/tmp/a*b", true, 1 << 30}, {"/out", true, 1 << 30}});
+        QCOMPARE(chosen.path, "/out");
+    }
+
     void aPlaceIsTried()
     {
         const QStringList before = folderState(source());
