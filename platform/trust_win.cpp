@@ -119,24 +119,6 @@ std::optional<FolderAccess> accessOf(const Handle &folder)
     return access;
 }
 
-// The user of this thread, or else of the process. Empty if the system does not tell.
-QString currentUser()
-{
-    HANDLE token = nullptr;
-    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token)
-        && !OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) {
-        return {};
-    }
-    const Handle closing(token);
-    DWORD size = 0;
-    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
-    QByteArray buffer(static_cast<qsizetype>(size), '\0');
-    if (size == 0 || !GetTokenInformation(token, TokenUser, buffer.data(), size, &size)) {
-        return {};
-    }
-    return textOf(reinterpret_cast<const TOKEN_USER *>(buffer.constData())->User.Sid);
-}
-
 // FAT disks and some network drives have no owners.
 bool hasOwners(const Handle &folder)
 {
@@ -154,6 +136,29 @@ bool isLink(const Handle &file)
 }
 
 } // namespace
+
+QString currentUser()
+{
+    HANDLE token = nullptr;
+    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token)
+        && !OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) {
+        return {};
+    }
+    const Handle closing(token);
+    DWORD size = 0;
+    GetTokenInformation(token, TokenUser, nullptr, 0, &size);
+    QByteArray buffer(static_cast<qsizetype>(size), '\0');
+    if (size == 0 || !GetTokenInformation(token, TokenUser, buffer.data(), size, &size)) {
+        return {};
+    }
+    return textOf(reinterpret_cast<const TOKEN_USER *>(buffer.constData())->User.Sid);
+}
+
+bool isOwnFile(const QString &path)
+{
+    const QString owner = ownerOf(Handle(openToAsk(path, FILE_FLAG_OPEN_REPARSE_POINT)));
+    return !owner.isEmpty() && owner == currentUser();
+}
 
 // The helpers have fixed names, so in a directory like C:\Windows\Temp, which is the temporary
 // directory of services, anybody could create a program with such a name.
