@@ -3,195 +3,179 @@
 
 #include "cli/commandline.h"
 
+#include "cli/configfile.h"
+
 #include <QCommandLineParser>
 
 namespace {
 
-const QStringList levelNames{"store", "fastest", "fast", "normal", "maximum", "ultra"};
-const QStringList methodNames{"LZMA", "LZMA2"};
-
-const char helpText[] = R"(Usage: kestrelpack-cli [options] FOLDER
-       kestrelpack-cli inspect [--json] FILE
-       kestrelpack-cli verify FILE
-       kestrelpack-cli extract [--output DIR] FILE
-
-Packs FOLDER, a folder with a Windows application, into one executable that unpacks itself and runs.
-The commands read an executable that was made so: inspect shows what is in it, verify decodes all of it
-and compares every checksum, extract unpacks it into a new folder.
-
-Options:
-  -m, --main NAME        main program in FOLDER; not needed if FOLDER contains exactly one .exe file
-  -o, --output DIR       where the executable goes (default: the current directory; created if missing)
-  -i, --icon FILE        .ico file (default: the main program's own icon)
-  -l, --level LEVEL      store, fastest, fast, normal (default), maximum, ultra
-  -c, --method METHOD    LZMA (default), LZMA2
-  -q, --quiet            only warnings and errors
-      --json             inspect: JSON, with the SHA-256 of each file
-      --version          show the version
-  -h, --help             show this help
-
-The executable's name comes from the main program: my.tool.exe in FOLDER gives DIR/my.exe. It replaces a file
-of that name, but only when it is complete.
-
-Exit status: 0 the executable is complete, 1 the job failed, or the executable that was read would not start,
-2 nothing was started: wrong usage, or another job is making the same file. If the job is interrupted, it
-leaves nothing behind, and the exit status is 130 after Ctrl-C (on Windows 0xC000013A).
-)";
+using Action = CommandLine::Action;
 
 CommandLine refusal(const QString &message)
 {
     CommandLine line;
-    line.action = CommandLine::Action::Refuse;
+    line.action = Action::Refuse;
     line.message = message;
     return line;
 }
 
-CommandLine answer(CommandLine::Action action, const QString &text)
+CommandLine answer(Action action, const QString &message = {})
 {
     CommandLine line;
     line.action = action;
-    line.message = text;
+    line.message = message;
     return line;
 }
 
-struct Options
+struct ReadingCommand
 {
-    QCommandLineOption main{{"m", "main"}, {}, "NAME"};
-    QCommandLineOption output{{"o", "output"}, {}, "DIR"};
-    QCommandLineOption icon{{"i", "icon"}, {}, "FILE"};
-    QCommandLineOption level{{"l", "level"}, {}, "LEVEL"};
-    QCommandLineOption method{{"c", "method"}, {}, "METHOD"};
-    QCommandLineOption quiet{{"q", "quiet"}};
-    QCommandLineOption json{"json"};
-    QCommandLineOption version{"version"};
-    QCommandLineOption help{{"h", "help"}};
+    const char *name;
+    CommandFlag flag;
+    Action action;
 };
 
-// Returns the message for the first option with an empty value, or nothing. An empty value mostly
-// comes from a shell variable that is not set.
-QString emptyValueMessage(const QCommandLineParser &parser, const Options &options)
+constexpr ReadingCommand readingCommands[] = {{"inspect", Inspect, Action::Inspect},
+                                              {"verify", Verify, Action::Verify},
+                                              {"extract", Extract, Action::Extract}};
+
+// One argument is always a folder, whatever its name is.
+const ReadingCommand *commandIn(const QStringList &positional)
 {
-    for (const auto *option :
-         {&options.main, &options.output, &options.icon, &options.level, &options.method}) {
-        if (parser.isSet(*option) && parser.value(*option).isEmpty()) {
-            return QStringLiteral("--%1 needs a non-empty value").arg(option->names().constLast());
+    for (const ReadingCommand &command : readingCommands) {
+        if (positional.size() > 1 && positional.constFirst() == QLatin1String(command.name)) {
+            return &command;
         }
     }
-    return {};
+    return nullptr;
 }
 
-using Action = CommandLine::Action;
-
-// The commands that read a produced file.
-const QHash<QString, Action> readingCommands{{"inspect", Action::Inspect},
-                                             {"verify", Action::Verify},
-                                             {"extract", Action::Extract}};
-
-// The name of the first option that is given and does not belong to `action`, or nothing.
-QString foreignOption(const QCommandLineParser &parser, const Options &options, Action action)
+void addOptions(QCommandLineParser &parser)
 {
-    QList<const QCommandLineOption *> foreign{&options.main, &options.icon, &options.level,
-                                              &options.method};
-    if (action != Action::Inspect) {
-        foreign.append(&options.json);
+    for (const OptionInfo &info : options()) {
+        QStringList names{QString::fromLatin1(info.name)};
+        if (info.shortName) {
+            names.prepend(QString(QLatin1Char(info.shortName)));
+        }
+        parser.addOption(QCommandLineOption(names, {}, QString::fromLatin1(info.valueName)));
     }
-    if (action != Action::Extract) {
-        foreign.append(&options.output);
-    }
-    for (const auto *option : foreign) {
-        if (parser.isSet(*option)) {
-            return option->names().constLast();
+}
+
+OptionValues valuesOf(const QCommandLineParser &parser)
+{
+    OptionValues values;
+    for (const OptionInfo &info : options()) {
+        const QString name = QString::fromLatin1(info.name);
+        if (parser.isSet(name)) {
+            values.insert(info.id,
+                          info.kind == OptionKind::Switch ? QStringList(QString())
+                                                          : parser.values(name));
         }
     }
-    return {};
+    return values;
 }
 
-CommandLine readingLine(const QCommandLineParser &parser, const Options &options, Action action,
-                        const QString &command)
+// The first option that is given and does not belong to `command`, or nullptr.
+const OptionInfo *foreignOption(const OptionValues &values, CommandFlag command)
 {
-    const QStringList files = parser.positionalArguments().mid(1);
+    for (const OptionInfo &info : options()) {
+        if (values.contains(info.id) && !info.commands.testFlag(command)) {
+            return &info;
+        }
+    }
+    return nullptr;
+}
+
+CommandLine readingLine(const OptionValues &values, const ReadingCommand &command,
+                        const QStringList &files)
+{
+    const QString name = QString::fromLatin1(command.name);
     if (files.size() != 1 || files.constFirst().isEmpty()) {
-        return refusal(QStringLiteral("%1 needs one FILE").arg(command));
+        return refusal(text("%1 needs one FILE").arg(name));
     }
-    if (const QString option = foreignOption(parser, options, action); !option.isEmpty()) {
-        return refusal(QStringLiteral("--%1 has no meaning for %2").arg(option, command));
+    if (const OptionInfo *const foreign = foreignOption(values, command.flag)) {
+        return refusal(text("--%1 has no meaning for %2").arg(QLatin1String(foreign->name), name));
+    }
+    if (const QString message = wrongValue(values); !message.isEmpty()) {
+        return refusal(message);
     }
     CommandLine line;
-    line.action = action;
+    line.action = command.action;
     line.file = files.constFirst();
-    line.outputDir = parser.value(options.output);
-    line.asJson = parser.isSet(options.json);
-    line.quiet = parser.isSet(options.quiet);
-    const QString message = emptyValueMessage(parser, options);
-    return message.isEmpty() ? line : refusal(message);
+    line.outputDir = lastValue(values, OptionId::Output);
+    line.asJson = values.contains(OptionId::Json);
+    line.quiet = values.contains(OptionId::Quiet);
+    line.language = languageNamed(lastValue(values, OptionId::Language));
+    return line;
 }
 
-// Sets the compression indexes. Returns an error message if a value is wrong, otherwise nothing.
-QString readCompression(const QCommandLineParser &parser, const Options &options, CommandLine &line)
+CommandLine packingLine(OptionValues values, const QStringList &folders)
 {
-    if (parser.isSet(options.level)) {
-        line.levelIndex = int(levelNames.indexOf(parser.value(options.level).toLower()));
-        if (line.levelIndex < 0) {
-            return QStringLiteral("no such compression level: %1 (available: %2)")
-                .arg(parser.value(options.level), levelNames.join(", "));
+    if (folders.size() != 1 || folders.constFirst().isEmpty()) {
+        return refusal(folders.size() > 1
+                           ? text("more than one FOLDER was given: %1").arg(folders.join(", "))
+                           : text("no FOLDER was given"));
+    }
+    if (values.contains(OptionId::Config)) {
+        const QString path = lastValue(values, OptionId::Config);
+        if (path.isEmpty()) {
+            return refusal(text("--%1 needs a non-empty value").arg(QLatin1String("config")));
+        }
+        const auto read = readConfigFile(path);
+        if (const auto *message = std::get_if<QString>(&read)) {
+            return refusal(*message);
+        }
+        const OptionValues &inFile = std::get<OptionValues>(read);
+        for (auto it = inFile.begin(); it != inFile.end(); ++it) {
+            if (!values.contains(it.key())) { // the command line has priority
+                values.insert(it.key(), it.value());
+            }
         }
     }
-    if (parser.isSet(options.method)) {
-        line.methodIndex = int(methodNames.indexOf(parser.value(options.method).toUpper()));
-        if (line.methodIndex < 0) {
-            return QStringLiteral("no such compression method: %1 (available: %2)")
-                .arg(parser.value(options.method), methodNames.join(", "));
-        }
+    const auto pack = packOptionsFrom(values, folders.constFirst());
+    if (const auto *message = std::get_if<QString>(&pack)) {
+        return refusal(*message);
     }
-    return {};
+    CommandLine line;
+    line.pack = std::get<PackOptions>(pack);
+    line.language = languageNamed(lastValue(values, OptionId::Language));
+    return line;
 }
 
 } // namespace
 
 CommandLine parseCommandLine(const QStringList &arguments)
 {
-    const Options options;
     QCommandLineParser parser;
-    parser.addOptions({options.main, options.output, options.icon, options.level, options.method,
-                       options.quiet, options.json, options.version, options.help});
+    addOptions(parser);
     if (!parser.parse(arguments)) {
         return refusal(parser.errorText());
     }
-    if (parser.isSet(options.help)) {
-        return answer(CommandLine::Action::ShowHelp, QString::fromUtf8(helpText));
+    const OptionValues values = valuesOf(parser);
+    if (values.contains(OptionId::Help)) {
+        return answer(Action::ShowHelp);
     }
-    if (parser.isSet(options.version)) {
-        return answer(CommandLine::Action::ShowVersion,
+    if (values.contains(OptionId::Version)) {
+        return answer(Action::ShowVersion,
                       QStringLiteral("kestrelpack-cli " KESTRELPACK_VERSION "\n"));
     }
+    const QStringList positional = parser.positionalArguments();
+    if (const ReadingCommand *const command = commandIn(positional)) {
+        return readingLine(values, *command, positional.mid(1));
+    }
+    return packingLine(values, positional);
+}
 
-    const QStringList folders = parser.positionalArguments();
-    // One argument is always a folder, whatever its name is.
-    const auto command = folders.size() > 1 ? readingCommands.constFind(folders.constFirst())
-                                            : readingCommands.constEnd();
-    if (command != readingCommands.constEnd()) {
-        return readingLine(parser, options, *command, command.key());
+std::optional<Language> languageIn(const QStringList &arguments)
+{
+    const QString option = QStringLiteral("--language");
+    std::optional<Language> found;
+    for (qsizetype i = 1; i < arguments.size() && arguments.at(i) != QLatin1String("--"); ++i) {
+        const QString &argument = arguments.at(i);
+        if (argument == option && i + 1 < arguments.size()) {
+            found = languageNamed(arguments.at(i + 1));
+        } else if (argument.startsWith(option + '=')) {
+            found = languageNamed(argument.mid(option.size() + 1));
+        }
     }
-    if (parser.isSet(options.json)) {
-        return refusal(QStringLiteral("--json needs the command inspect"));
-    }
-    if (folders.size() != 1 || folders.constFirst().isEmpty()) {
-        return refusal(
-            folders.size() > 1
-                ? QStringLiteral("more than one FOLDER was given: %1").arg(folders.join(", "))
-                : QStringLiteral("no FOLDER was given"));
-    }
-    CommandLine line;
-    line.folder = folders.constFirst();
-    line.mainProgram = parser.value(options.main);
-    line.iconPath = parser.value(options.icon);
-    line.quiet = parser.isSet(options.quiet);
-    if (parser.isSet(options.output)) {
-        line.outputDir = parser.value(options.output);
-    }
-    QString message = emptyValueMessage(parser, options);
-    if (message.isEmpty()) {
-        message = readCompression(parser, options, line);
-    }
-    return message.isEmpty() ? line : refusal(message);
+    return found;
 }

@@ -3,8 +3,13 @@
 
 #pragma once
 
+#include "cli/language.h"
+#include "cli/packoptions.h"
+
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 // The user's request from the command line. Its paths are not yet checked against the disk.
 struct CommandLine
@@ -12,21 +17,20 @@ struct CommandLine
     enum class Action { Pack, Inspect, Verify, Extract, ShowHelp, ShowVersion, Refuse };
 
     Action action = Action::Pack;
-    QString message; // for Refuse: one English sentence; for ShowHelp and ShowVersion: the text
+    QString message; // for Refuse: one sentence; for ShowVersion: the text
 
-    QString file;        // for Inspect, Verify and Extract
-    bool asJson = false; // for Inspect
+    QString file;                     // for Inspect, Verify and Extract
+    QString outputDir;                // for Extract: the new folder; empty: named after the file
+    bool asJson = false;              // for Inspect
+    bool quiet = false;               // for Inspect, Verify and Extract
+    std::optional<Language> language; // nothing: the system's
 
-    QString folder;
-    QString mainProgram; // empty: the only program of the folder
-    // For Extract: the new folder; empty: named after the file.
-    QString outputDir = QStringLiteral(".");
-    QString iconPath;    // empty: the main program's icon
-    int levelIndex = 3;  // in the list of compression levels; 3 is "normal"
-    int methodIndex = 0; // in the list of methods; 0 is LZMA
-    bool quiet = false;
+    PackOptions pack; // for Pack
 };
 
-// Reads the arguments; the first one is the name of this program. Wrong arguments give
-// Action::Refuse.
+// Reads the arguments; the first one is the name of this program. Reads the configuration file too,
+// if one is named. Wrong arguments give Action::Refuse.
 CommandLine parseCommandLine(const QStringList &arguments);
+
+// The language that the arguments ask for, even if they are wrong otherwise.
+std::optional<Language> languageIn(const QStringList &arguments);

@@ -3,7 +3,7 @@
 
 #include "cli/inputcheck.h"
 
-#include "packaging/compressionoptions.h"
+#include "cli/language.h"
 #include "packaging/outputname.h"
 
 #include <QDir>
@@ -53,71 +53,48 @@ bool isPattern(const QString &path)
     return name.contains('*') || name.contains('?');
 }
 
-std::optional<Refusal> checkFolder(const QString &folder)
-{
-    const QFileInfo info(folder);
-    if (!info.exists()) {
-        return Refusal{QStringLiteral("the folder %1 does not exist").arg(folder)};
-    }
-    if (!info.isDir()) {
-        return Refusal{QStringLiteral("%1 is not a folder").arg(folder)};
-    }
-    if (!info.isReadable() || !info.isExecutable()) {
-        return Refusal{QStringLiteral("the folder %1 cannot be read").arg(folder)};
-    }
-    if (isPattern(resolvedPath(folder))) {
-        return Refusal{
-            QStringLiteral(
-                "the path of the folder %1 has a * or ? in it, which the archiver takes for a "
-                "pattern")
-                .arg(resolvedPath(folder))};
-    }
-    if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt returns an empty path if it is missing
-        return Refusal{QStringLiteral("the temporary directory of this user does not exist")};
-    }
-    if (isSameOrInside(QDir::tempPath(), folder)) {
-        return Refusal{QStringLiteral("the temporary directory %1 is inside the folder to pack")
-                           .arg(QDir::tempPath())};
-    }
-    return std::nullopt;
-}
-
 // Finds the main program's file name if the user did not name one.
 std::variant<QString, Refusal> onlyProgram(const QString &folder)
 {
     const QStringList programs = programsIn(QDir(folder));
     if (programs.isEmpty()) {
-        return Refusal{QStringLiteral("the folder %1 contains no .exe file").arg(folder)};
+        return Refusal{text("the folder %1 contains no .exe file").arg(folder)};
     }
     if (programs.size() > 1) {
-        return Refusal{
-            QStringLiteral("the folder %1 contains several programs; choose one with --main: %2")
-                .arg(folder, programs.join(", "))};
+        return Refusal{text("the folder %1 contains several programs; choose one with --main: %2")
+                           .arg(folder, programs.join(", "))};
     }
     return programs.constFirst();
 }
 
-// Accepts a file name, or a path to a file directly inside the folder.
+// Returns the path relative to the folder, or an empty text if it is not inside.
+QString pathInside(const QString &folder, const QString &path)
+{
+    const QString outer = resolvedPath(folder);
+    const QString inner
+        = QDir(resolvedPath(QFileInfo(path).path())).filePath(QFileInfo(path).fileName());
+    return isSameOrInside(QFileInfo(inner).path(), folder) ? QDir(outer).relativeFilePath(inner)
+                                                           : QString();
+}
+
+// Accepts a path inside the folder, or a path from the current directory to such a file.
 std::variant<QString, Refusal> namedProgram(const QString &folder, const QString &name)
 {
-    const QString fileName = QFileInfo(name).fileName();
-    if (name.contains('/') || name.contains('\\')) {
-        const bool isInFolder = QFileInfo::exists(name)
-            && resolvedPath(QFileInfo(name).absolutePath()) == resolvedPath(folder);
-        if (!isInFolder) {
-            return Refusal{
-                QStringLiteral("the main program %1 is not directly inside the folder %2")
-                    .arg(name, folder)};
-        }
+    const QString path = QString(name).replace('\\', '/');
+    const QString inFolder = QDir(folder).filePath(path);
+    const bool isHere = !QFileInfo(inFolder).isFile() && path.contains('/')
+        && QFileInfo::exists(path);
+    const QString program = pathInside(folder, isHere ? path : inFolder);
+    if (program.isEmpty()) {
+        return Refusal{text("the main program %1 is not inside the folder %2").arg(name, folder)};
     }
-    const QFileInfo program(QDir(folder).filePath(fileName));
-    if (!program.isFile()) {
-        return Refusal{QStringLiteral("the folder %1 contains no file %2").arg(folder, fileName)};
+    if (!QFileInfo(QDir(folder).filePath(program)).isFile()) {
+        return Refusal{text("the folder %1 contains no file %2").arg(folder, program)};
     }
-    if (!fileName.endsWith(".exe", Qt::CaseInsensitive)) {
-        return Refusal{QStringLiteral("the main program %1 is not an .exe file").arg(fileName)};
+    if (!program.endsWith(".exe", Qt::CaseInsensitive)) {
+        return Refusal{text("the main program %1 is not an .exe file").arg(program)};
     }
-    return fileName;
+    return program;
 }
 
 // Returns true if a produced file can start a program of that name. The configuration block
@@ -139,22 +116,35 @@ bool isDevice(const QString &fileName)
     return device.match(fileName).hasMatch();
 }
 
-std::optional<Refusal> checkProgramName(const QString &fileName)
+std::optional<Refusal> checkProgramName(const QString &program)
 {
-    if (isDevice(fileName)) {
+    for (const QString &part : program.split('/')) {
+        if (isDevice(part)) {
+            return Refusal{text("the produced file could not start %1: on Windows that is the "
+                                "name of a device")
+                               .arg(program)};
+        }
+        if (!canBeStarted(part)) {
+            return Refusal{
+                text("the produced file could not start %1: the main program's name must not "
+                     "have control characters, any of \" * : < > ? \\ |, or a % before "
+                     "a digit")
+                    .arg(program)};
+        }
+    }
+    return std::nullopt;
+}
+
+// Windows cuts blanks and dots off the end of a name.
+std::optional<Refusal> checkProductName(const QString &name)
+{
+    static const QRegularExpression unusable(R"([\x00-\x1f"*:<>?\\|/]|[ .]$|^ *\.exe$)",
+                                             QRegularExpression::CaseInsensitiveOption);
+    if (isDevice(name) || unusable.match(name).hasMatch()) {
         return Refusal{
-            QStringLiteral("the produced file could not start %1: on Windows that is the "
-                           "name of a device")
-                .arg(fileName)};
+            text("the executable cannot be named %1: Windows does not allow that name").arg(name)};
     }
-    if (canBeStarted(fileName)) {
-        return std::nullopt;
-    }
-    return Refusal{
-        QStringLiteral("the produced file could not start %1: the main program's name must not "
-                       "have control characters, any of \" * : < > ? \\ |, or a % before "
-                       "a digit")
-            .arg(fileName)};
+    return std::nullopt;
 }
 
 std::optional<Refusal> checkIcon(const QString &icon)
@@ -166,46 +156,99 @@ std::optional<Refusal> checkIcon(const QString &icon)
     if (info.isFile() && info.isReadable()) {
         return info.size() <= largestIconFile
             ? std::nullopt
-            : std::optional(
-                Refusal{QStringLiteral("the icon file %1 is larger than 64 MiB").arg(icon)});
+            : std::optional(Refusal{text("the icon file %1 is larger than 64 MiB").arg(icon)});
     }
-    return Refusal{(info.exists() ? QStringLiteral("the icon file %1 cannot be read")
-                                  : QStringLiteral("the icon file %1 does not exist"))
+    return Refusal{(info.exists() ? text("the icon file %1 cannot be read")
+                                  : text("the icon file %1 does not exist"))
                        .arg(icon)};
 }
 
-std::optional<Refusal> checkOutput(const QString &outputDir, const QString &folder,
-                                   const QString &mainProgram)
+bool isFilePath(const QString &output)
 {
+    return output.endsWith(".exe", Qt::CaseInsensitive) && !QFileInfo(output).isDir();
+}
+
+// Returns the path of the executable. Its folder may be missing.
+std::variant<QString, Refusal> productPath(const PackOptions &options, const QString &mainProgram)
+{
+    if (const auto refusal = checkProductName(options.name)) {
+        return *refusal;
+    }
+    if (!isFilePath(options.output)) {
+        const QString name = options.name.isEmpty() ? outputBaseName(mainProgram) + ".exe"
+                                                    : options.name;
+        return QDir(options.output).filePath(name);
+    }
+    const QString name = QFileInfo(options.output).fileName();
+    if (!options.name.isEmpty() && options.name != name) {
+        return Refusal{text("--name %1 and --output %2 contradict each other")
+                           .arg(options.name, options.output)};
+    }
+    return options.output;
+}
+
+std::optional<Refusal> checkOutput(const QFileInfo &product, const QString &folder)
+{
+    const QString outputDir = product.path();
+    if (const auto refusal = checkProductName(product.fileName())) {
+        return *refusal;
+    }
     if (isSameOrInside(outputDir, folder)) {
-        return Refusal{
-            QStringLiteral("the output directory %1 is inside the folder to pack").arg(outputDir)};
+        return Refusal{text("the output directory %1 is inside the folder to pack").arg(outputDir)};
     }
     if (!QDir().mkpath(outputDir)) {
-        return Refusal{QStringLiteral("cannot create the output directory %1").arg(outputDir)};
+        return Refusal{text("cannot create the output directory %1").arg(outputDir)};
     }
     // The only sure way to know whether a file can be made is to make one.
     QTemporaryFile probe(QDir(outputDir).filePath(".kestrelpack-XXXXXX"));
     if (!probe.open()) {
-        return Refusal{QStringLiteral("cannot write to the output directory %1: %2")
+        return Refusal{text("cannot write to the output directory %1: %2")
                            .arg(outputDir, probe.errorString())};
     }
-    const QFileInfo output(outputPath(outputDir, mainProgram));
-    if (output.isDir() || (output.exists() && !output.isWritable())) {
-        return Refusal{QStringLiteral("cannot replace the output file %1").arg(output.filePath())};
+    if (product.isDir() || (product.exists() && !product.isWritable())) {
+        return Refusal{text("cannot replace the output file %1").arg(product.filePath())};
     }
     return std::nullopt;
 }
 
 } // namespace
 
-std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line)
+std::optional<Refusal> checkFolder(const QString &folder)
 {
-    if (const auto refusal = checkFolder(line.folder)) {
+    const QFileInfo info(folder);
+    if (!info.exists()) {
+        return Refusal{text("the folder %1 does not exist").arg(folder)};
+    }
+    if (!info.isDir()) {
+        return Refusal{text("%1 is not a folder").arg(folder)};
+    }
+    if (!info.isReadable() || !info.isExecutable()) {
+        return Refusal{text("the folder %1 cannot be read").arg(folder)};
+    }
+    if (isPattern(resolvedPath(folder))) {
+        return Refusal{
+            text("the path of the folder %1 has a * or ? in it, which the archiver takes for a "
+                 "pattern")
+                .arg(resolvedPath(folder))};
+    }
+    if (!QFileInfo(QDir::tempPath()).isDir()) { // Qt returns an empty path if it is missing
+        return Refusal{text("the temporary directory of this user does not exist")};
+    }
+    if (isSameOrInside(QDir::tempPath(), folder)) {
+        return Refusal{
+            text("the temporary directory %1 is inside the folder to pack").arg(QDir::tempPath())};
+    }
+    return std::nullopt;
+}
+
+std::variant<CheckedInputs, Refusal> checkInputs(const PackOptions &options)
+{
+    if (const auto refusal = checkFolder(options.folder)) {
         return *refusal;
     }
-    const auto program = line.mainProgram.isEmpty() ? onlyProgram(line.folder)
-                                                    : namedProgram(line.folder, line.mainProgram);
+    const auto program = options.mainProgram.isEmpty()
+        ? onlyProgram(options.folder)
+        : namedProgram(options.folder, options.mainProgram);
     if (const auto *refusal = std::get_if<Refusal>(&program)) {
         return *refusal;
     }
@@ -213,21 +256,20 @@ std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line)
     if (const auto refusal = checkProgramName(mainProgram)) {
         return *refusal;
     }
-    if (const auto refusal = checkIcon(line.iconPath)) {
+    if (const auto refusal = checkIcon(options.iconPath)) {
         return *refusal;
     }
-    if (const auto refusal = checkOutput(line.outputDir, line.folder, mainProgram)) {
+    const auto path = productPath(options, mainProgram);
+    if (const auto *refusal = std::get_if<Refusal>(&path)) {
         return *refusal;
     }
-
-    PackagingJob job;
-    job.folderPath = resolvedPath(line.folder);
-    job.outputDir = resolvedPath(line.outputDir);
-    job.mainExeName = mainProgram;
-    job.iconPath = line.iconPath.isEmpty() ? QString()
-                                           : QFileInfo(line.iconPath).absoluteFilePath();
-    job.compressionLevel = compressionLevelText(line.levelIndex);
-    job.compressionMethod = compressionMethodText(line.methodIndex);
-    job.dictionarySize = dictionarySizeText(-1);
-    return job;
+    const QFileInfo product(std::get<QString>(path));
+    if (const auto refusal = checkOutput(product, options.folder)) {
+        return *refusal;
+    }
+    return CheckedInputs{resolvedPath(options.folder), mainProgram,
+                         options.iconPath.isEmpty()
+                             ? QString()
+                             : QFileInfo(options.iconPath).absoluteFilePath(),
+                         QDir(resolvedPath(product.path())).filePath(product.fileName())};
 }

@@ -3,19 +3,30 @@
 
 #pragma once
 
-#include "cli/commandline.h"
-#include "packaging/packagingjob.h"
+#include "cli/packoptions.h"
 
+#include <optional>
 #include <variant>
 
-// A reason for not starting the job, as one English sentence.
+// A reason for not starting the job, as one sentence.
 struct Refusal
 {
     QString message;
 };
 
+// What the request means on this disk. The paths are absolute.
+struct CheckedInputs
+{
+    QString folder;
+    QString mainProgram; // relative to the folder, with "/"
+    QString icon;        // empty: the user gave none
+    QString product;     // the executable
+};
+
+// Checks that the folder can be packed, also whether the temporary directory is inside it. Nothing
+// if all is well. Changes nothing.
+std::optional<Refusal> checkFolder(const QString &folder);
+
 // Checks the request against the disk before anything is started, so that a mistake costs no time
 // and leaves no files. Creates the output directory if it is missing; changes nothing else.
-//
-// The job's paths are absolute. Its archivePath is still empty.
-std::variant<PackagingJob, Refusal> checkInputs(const CommandLine &line);
+std::variant<CheckedInputs, Refusal> checkInputs(const PackOptions &options);

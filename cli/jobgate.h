@@ -15,18 +15,14 @@ public:
     // On the job's thread. Returns at once, or never if the gate is closed.
     void pass();
 
-    // On the job's thread. Waits for `duration`, or until the gate is closed; then does the same
-    // as pass().
-    void passAfter(std::chrono::milliseconds duration);
-
     // On any other thread. Closes the gate for ever and waits until the job has stopped at it.
     // Returns false if the job did not arrive within `limit`.
     bool close(std::chrono::milliseconds limit);
 
 private:
     std::mutex m_mutex;
-    std::condition_variable m_closing;
     std::condition_variable m_standing;
+    std::condition_variable m_never;
     bool m_isClosed = false;
     bool m_jobStands = false;
 };

@@ -3,31 +3,82 @@
 
 #include "cli/logline.h"
 
+#include "cli/enginetexts.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
 #include <algorithm>
-#include <array>
 
 namespace {
 
-template <std::size_t size>
-bool startsWithOneOf(const QString &line, const std::array<const char *, size> &beginnings)
+// A line that ends with a value begins with the text before the placeholder.
+bool isMadeFrom(const QString &line, const QString &text)
 {
-    return std::any_of(beginnings.begin(), beginnings.end(), [&line](const char *beginning) {
-        return line.startsWith(QString::fromUtf8(beginning));
+    const qsizetype placeholder = text.indexOf("%1");
+    return placeholder < 0 ? line.startsWith(text) : line.startsWith(text.left(placeholder));
+}
+
+const EngineText *engineTextOf(const QString &line)
+{
+    const auto &texts = engineTexts();
+    const auto found = std::find_if(texts.begin(), texts.end(), [&line](const EngineText &text) {
+        return isMadeFrom(line, QString::fromUtf8(text.chinese))
+            || isMadeFrom(line, QString::fromLatin1(text.english));
     });
+    return found == texts.end() ? nullptr : &*found;
+}
+
+// Writes over what is there after the cursor has gone back.
+QString afterBackspaces(const QString &line)
+{
+    QString shown;
+    qsizetype cursor = 0;
+    for (const QChar c : line) {
+        if (c == '\b') {
+            cursor = qMax<qsizetype>(0, cursor - 1);
+        } else if (c == '\r') {
+            cursor = 0;
+        } else {
+            shown.replace(cursor, 1, c);
+            ++cursor;
+        }
+    }
+    while (shown.endsWith(' ')) {
+        shown.chop(1);
+    }
+    return shown;
+}
+
+bool isProgress(const QString &line)
+{
+    static const QRegularExpression progress(QStringLiteral(R"(^ *(\d{1,3}%|\d+M Scan)( |$))"));
+    return progress.match(line).hasMatch();
 }
 
 } // namespace
 
-// Most failures and warnings have their kind as the first word. The other texts here are the
-// details of a failure, and the reasons for refusing an icon; a warning follows directly after such
-// a reason.
 LogLineKind kindOfLogLine(const QString &line)
 {
-    static constexpr std::array errors{"错误：", "错误详情:", "7z错误输出:", "创建单文件失败"};
-    static constexpr std::array warnings{"警告：", "图标数据太小", "无效的ICO文件头",
-                                         "无法将数据加载为ICO格式"};
-    if (startsWithOneOf(line, errors)) {
-        return LogLineKind::Error;
+    const EngineText *const text = engineTextOf(line);
+    return text ? text->kind : LogLineKind::Information;
+}
+
+JobStage stageBegunBy(const QString &line)
+{
+    const EngineText *const text = engineTextOf(line);
+    return text ? text->begins : JobStage::Unchanged;
+}
+
+QString withoutProgress(const QString &text)
+{
+    QStringList lines = text.split('\n');
+    bool changed = false;
+    for (QString &line : lines) {
+        const bool hasCursor = line.contains('\b') || line.contains('\r');
+        const QString shown = hasCursor ? afterBackspaces(line) : line;
+        changed = changed || hasCursor || isProgress(shown);
+        line = isProgress(shown) ? QString() : shown;
     }
-    return startsWithOneOf(line, warnings) ? LogLineKind::Warning : LogLineKind::Information;
+    return changed ? lines.join('\n').trimmed() : text;
 }

@@ -8,5 +8,16 @@
 // The kinds of lines in the job log, for the user at the terminal.
 enum class LogLineKind { Information, Warning, Error };
 
-// Returns the kind of a line, judged by its text.
+// The stages of the engine's job.
+enum class JobStage { Unchanged, Archive, Assembly, Icon };
+
+// Returns the kind of a line, in whatever language the engine has written it.
 LogLineKind kindOfLogLine(const QString &line);
+
+// Returns the stage that begins with this line.
+JobStage stageBegunBy(const QString &line);
+
+// Returns what a terminal would show of a piece of the archiver's output at its end, without lines
+// of progress. The archiver erases them with backspaces, which only a terminal understands. Other
+// lines of the log do not change. The result may be empty.
+QString withoutProgress(const QString &text);

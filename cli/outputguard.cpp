@@ -3,6 +3,7 @@
 
 #include "cli/outputguard.h"
 
+#include "cli/language.h"
 #include "cli/replacefile.h"
 
 #include <QCryptographicHash>
@@ -27,8 +28,9 @@ QString prefixFor(const QString &output)
 
 } // namespace
 
-OutputGuard::OutputGuard(const QString &output)
+OutputGuard::OutputGuard(const QString &output, const QString &madeName)
     : m_output(output)
+    , m_madeName(madeName)
     , m_prefix(prefixFor(output))
     , m_lock(m_prefix + ".lock")
 {
@@ -46,23 +48,23 @@ QString OutputGuard::hold()
         removeThoseOfKilledJobs();
         break;
     case FileLock::Result::HeldByAnother:
-        return QStringLiteral("another job is making %1").arg(m_output);
+        return text("another job is making %1").arg(m_output);
     case FileLock::Result::NoLocksHere:
         // The directory itself is the lock. It may be in use, or it may remain from a killed job.
         if (QFileInfo::exists(directoryName(1))) {
-            return QStringLiteral("another job is making %1; if there is none, remove %2")
+            return text("another job is making %1; if there is none, remove %2")
                 .arg(m_output, directoryName(1));
         }
         break;
     case FileLock::Result::Failed:
-        return QStringLiteral("cannot lock the output %1: %2").arg(m_output, m_lock.errorString());
+        return text("cannot lock the output %1: %2").arg(m_output, m_lock.errorString());
     }
     return makeDirectory();
 }
 
 QString OutputGuard::madeFile() const
 {
-    return QDir(m_directory).filePath(QFileInfo(m_output).fileName());
+    return QDir(m_directory).filePath(m_madeName);
 }
 
 QString OutputGuard::putInPlace() const
@@ -110,5 +112,5 @@ QString OutputGuard::makeDirectory()
         }
     }
     m_lock.release();
-    return QStringLiteral("cannot create the directory %1").arg(directoryName(1));
+    return text("cannot create the directory %1").arg(directoryName(1));
 }

@@ -15,21 +15,22 @@ class OutputGuard
 {
 public:
     // `output` is the absolute path of the executable that the job makes. Its directory must exist.
-    explicit OutputGuard(const QString &output);
+    // The job gives its file the name `madeName`.
+    OutputGuard(const QString &output, const QString &madeName);
     // Calls release().
     ~OutputGuard();
     OutputGuard(const OutputGuard &) = delete;
     OutputGuard &operator=(const OutputGuard &) = delete;
 
     // Locks the output, removes the files that a killed job has left there, and creates the private
-    // directory. Returns an empty text, or on failure one English sentence with the reason. Call it
+    // directory. Returns an empty text, or on failure one sentence with the reason. Call it
     // once.
     QString hold();
 
     // The output's path.
     QString output() const { return m_output; }
 
-    // The private directory. The job creates in it a file with the output's name.
+    // The private directory, in which the job creates its file.
     QString directory() const { return m_directory; }
 
     // The path of that file.
@@ -48,6 +49,7 @@ private:
     QString makeDirectory();
 
     const QString m_output;
+    const QString m_madeName;
     const QString m_prefix; // the paths of the lock and of the private directory begin with it
     FileLock m_lock;
     QString m_directory; // empty if the directory does not exist

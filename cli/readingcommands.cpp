@@ -4,6 +4,7 @@
 #include "cli/readingcommands.h"
 
 #include "cli/exitstatus.h"
+#include "cli/language.h"
 #include "cli/terminal.h"
 #include "inspection/extraction.h"
 #include "inspection/report.h"
@@ -15,7 +16,8 @@ namespace {
 
 int failWith(const QString &path, const Finding &finding, Console &console)
 {
-    console.showMessage(QStringLiteral("%1: %2 (%3)").arg(path, finding.text).arg(finding.number));
+    console.showMessage(
+        QStringLiteral("%1: %2 (%3)").arg(path, textOfFinding(finding.text)).arg(finding.number));
     return ExitJobFailed;
 }
 
@@ -39,7 +41,7 @@ int verify(ProducedFile &file, const CommandLine &line, Console &console)
     if (const auto finding = checkContent(file)) {
         return failWith(line.file, *finding, console);
     }
-    console.showInformation(QStringLiteral("%1: complete, all checksums are right").arg(line.file));
+    console.showInformation(text("%1: complete, all checksums are right").arg(line.file));
     return ExitDone;
 }
 
@@ -71,7 +73,7 @@ int runReadingCommand(const CommandLine &line, Console &console)
 {
     ProducedFile file;
     if (const QString reason = file.open(line.file); !reason.isEmpty()) {
-        console.showMessage(QStringLiteral("cannot open %1: %2").arg(line.file, reason));
+        console.showMessage(text("cannot open %1: %2").arg(line.file, reason));
         return ExitWrongUsage;
     }
     if (const auto finding = file.check()) {

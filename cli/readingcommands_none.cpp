@@ -6,9 +6,10 @@
 #include "cli/readingcommands.h"
 
 #include "cli/exitstatus.h"
+#include "cli/language.h"
 
 int runReadingCommand(const CommandLine &, Console &console)
 {
-    console.showMessage("this build of kestrelpack-cli cannot read produced files");
+    console.showMessage(text("this build of kestrelpack-cli cannot read produced files"));
     return ExitWrongUsage;
 }

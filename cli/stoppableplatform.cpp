@@ -15,6 +15,11 @@ void StoppablePlatform::killHelper()
     killProcess(m_helperId);
 }
 
+ExtractedIcon StoppablePlatform::extractIcon(const QString &executable)
+{
+    return m_usesProgramIcon ? NativePlatform::extractIcon(executable) : ExtractedIcon();
+}
+
 void StoppablePlatform::prepareStart(QProcess &process)
 {
     NativePlatform::prepareStart(process);
@@ -25,7 +30,9 @@ void StoppablePlatform::prepareStart(QProcess &process)
     });
 }
 
-void StoppablePlatform::pause(std::chrono::milliseconds duration)
+void StoppablePlatform::startDetached(const QString &) {}
+
+void StoppablePlatform::pause(std::chrono::milliseconds)
 {
-    m_gate.passAfter(duration);
+    m_gate.pass();
 }

@@ -6,7 +6,10 @@
 #include "cli/archivecheck.h"
 #include "cli/exitstatus.h"
 #include "cli/interrupt.h"
+#include "cli/language.h"
+#include "cli/logline.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -15,17 +18,30 @@ namespace {
 // Windows does not load a program file whose size needs more than 32 bits.
 constexpr qint64 largestProgramSize = 0xFFFFFFFF;
 
+QString sha256Of(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file)
+        ? QString::fromLatin1(hash.result().toHex())
+        : QString();
+}
+
 } // namespace
 
-TerminalJob::TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &console)
-    : m_job(job)
-    , m_outputDir(job.outputDir)
+TerminalJob::TerminalJob(const PreparedJob &job, OutputGuard &guard, PrivateDirectory &temporary,
+                         Console &console, const ProductCheck &check)
+    : m_prepared(job)
+    , m_job(job.job)
     , m_guard(guard)
+    , m_temporary(temporary)
     , m_console(console)
+    , m_check(check)
     , m_platform(m_gate)
 {
-    m_job.archivePath = m_archive.archivePath();
+    m_job.archivePath = m_temporary.archivePath();
     m_job.outputDir = m_guard.directory();
+    m_platform.setProgramIconUsed(!job.options.noIcon);
     setPlatform(&m_platform);
     m_worker.moveToThread(&m_thread);
 
@@ -38,7 +54,10 @@ TerminalJob::TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &c
     connect(&m_worker, &Worker::logMessage, this, &TerminalJob::show);
     connect(&m_worker, &Worker::progressChanged, this,
             [this](int percentage) { m_console.showProgress(percentage); });
-    connect(&m_worker, &Worker::finished, this, &TerminalJob::finish);
+    connect(
+        this, &TerminalJob::checking, this, [this] { m_clock.begin("check"); },
+        Qt::QueuedConnection);
+    connect(this, &TerminalJob::completed, this, &TerminalJob::finish, Qt::QueuedConnection);
 }
 
 TerminalJob::~TerminalJob()
@@ -50,38 +69,31 @@ TerminalJob::~TerminalJob()
 
 void TerminalJob::start()
 {
-    if (!m_archive.isValid()) {
-        m_console.showMessage(
-            QStringLiteral("cannot create a temporary directory for the archive: %1")
-                .arg(m_archive.errorString()));
-        m_hasEnded = true;
-        m_guard.release();
-        emit ended(ExitJobFailed);
-        return;
-    }
+    m_console.showEvent("start",
+                        {{"folder", m_job.folderPath},
+                         {"main", m_job.mainExeName},
+                         {"path", m_guard.output()}});
+    m_clock.begin("archive");
     m_thread.start();
-    QMetaObject::invokeMethod(&m_worker, [this] { m_worker.run(m_job); });
+    QMetaObject::invokeMethod(&m_worker, [this] { runEngineAndCheck(); });
 }
 
-// Shows the user's output directory in the log, not the private directory.
-void TerminalJob::show(QString line)
+// On the job's thread.
+void TerminalJob::runEngineAndCheck()
 {
-    m_console.showLogLine(line.replace(m_job.outputDir, m_outputDir));
-}
-
-void TerminalJob::finish(bool success)
-{
-    m_hasEnded = true;
-    m_console.clearProgress();
-    const QString reason = problem(success);
-    if (reason.isEmpty()) {
-        tellSuccess();
-    } else {
-        m_console.showMessage(reason);
-    }
-    m_archive.remove();
-    m_guard.release();
-    emit ended(reason.isEmpty() ? ExitDone : ExitJobFailed);
+    bool success = false;
+    const auto connection = connect(
+        &m_worker, &Worker::finished, &m_worker, [&success](bool done) { success = done; },
+        Qt::DirectConnection);
+    m_worker.run(m_job);
+    disconnect(connection);
+    m_gate.pass();
+    emit checking();
+    const QString wrong = problem(success);
+    const QString sha256 = wrong.isEmpty() && m_console.isJson() ? sha256Of(m_guard.madeFile())
+                                                                 : QString();
+    m_gate.pass();
+    emit completed(wrong, sha256);
 }
 
 // The engine treats an archiver that is silent for too long as finished, and does not notice a full
@@ -89,38 +101,88 @@ void TerminalJob::finish(bool success)
 QString TerminalJob::problem(bool success) const
 {
     if (!success) {
-        return QStringLiteral("the job failed; see the lines above");
+        return text("the job failed; see the lines above");
     }
-    QFile archive(m_archive.archivePath());
+    QFile archive(m_job.archivePath);
     if (!archive.open(QIODevice::ReadOnly) || !isWholeArchive(archive)) {
-        return QStringLiteral(
-                   "the archiver did not finish: the archive is incomplete, and %1 was not "
-                   "made; did the computer sleep, or was the archiver stopped?")
+        return text("the archiver did not finish: the archive is incomplete, and %1 was not "
+                    "made; did the computer sleep, or was the archiver stopped?")
             .arg(m_guard.output());
     }
     QFile made(m_guard.madeFile());
     if (!made.open(QIODevice::ReadOnly) || !endsWithArchive(made, archive)) {
-        return QStringLiteral("%1 could not be written in full; is the disk full?")
-            .arg(m_guard.output());
+        return text("%1 could not be written in full; is the disk full?").arg(m_guard.output());
     }
     made.close();
-    const QString error = m_guard.putInPlace();
-    return error.isEmpty()
+    archive.close();
+    QFile::remove(m_job.archivePath); // the check may need the memory of a temporary RAM disk
+    const QString refusal = m_check(m_guard.madeFile(), m_prepared.options.verify);
+    return refusal.isEmpty()
         ? QString()
-        : QStringLiteral("cannot move the executable to %1: %2").arg(m_guard.output(), error);
+        : text("%1 was not made: it would not start: %2").arg(m_guard.output(), refusal);
 }
 
-void TerminalJob::tellSuccess()
+// Shows the user's paths in the log, not those of the private directory.
+void TerminalJob::show(QString line)
+{
+    switch (stageBegunBy(line)) {
+    case JobStage::Assembly:
+        m_clock.begin("assembly");
+        break;
+    case JobStage::Icon:
+        m_clock.begin("icon");
+        break;
+    case JobStage::Archive:
+    case JobStage::Unchanged:
+        break;
+    }
+    line.replace(m_guard.madeFile(), m_guard.output());
+    m_console.showLogLine(line.replace(m_job.outputDir, m_prepared.job.outputDir));
+}
+
+void TerminalJob::finish(QString problem, const QString &sha256)
+{
+    m_hasEnded = true;
+    m_console.clearProgress();
+    if (problem.isEmpty()) {
+        const QString error = m_guard.putInPlace();
+        if (!error.isEmpty()) {
+            problem = text("cannot move the executable to %1: %2").arg(m_guard.output(), error);
+        }
+    }
+    m_clock.end();
+    if (problem.isEmpty()) {
+        tellSuccess(sha256);
+    } else {
+        m_console.showMessage(problem);
+    }
+    m_temporary.remove();
+    m_guard.release();
+    emit ended(problem.isEmpty() ? ExitDone : ExitJobFailed);
+}
+
+void TerminalJob::tellSuccess(const QString &sha256)
 {
     const qint64 size = QFileInfo(m_guard.output()).size();
     if (size > largestProgramSize) {
-        m_console.showMessage(
-            QStringLiteral("warning: %1 has %2 bytes; Windows does not start program files "
-                           "of 4 GiB or more")
-                .arg(m_guard.output())
-                .arg(size));
+        m_console.showWarning(text("%1 has %2 bytes; Windows does not start program files "
+                                   "of 4 GiB or more")
+                                  .arg(m_guard.output())
+                                  .arg(size));
     }
-    m_console.showInformation(m_guard.output());
+    if (!canCheckProducts()) {
+        m_console.showInformation(
+            text("the executable was not checked: this build cannot read produced files"));
+    }
+    if (m_console.isJson()) {
+        m_console.showEvent("done",
+                            {{"path", m_guard.output()},
+                             {"size", size},
+                             {"sha256", sha256},
+                             {"seconds", m_clock.seconds()}});
+    } else {
+        m_console.showInformation(m_guard.output());
+    }
 }
 
 void TerminalJob::interrupt(int cause)
@@ -133,8 +195,7 @@ void TerminalJob::interrupt(int cause)
     // If the time runs out, what is left is better in the temporary directory than beside the
     // output.
     m_guard.release();
-    m_archive.remove();
-    QFile::remove(PackagingJob::temporaryIconPath()); // the stopped engine could not remove it
-    m_console.showMessage(QStringLiteral("interrupted; %1 was not made").arg(m_guard.output()));
+    m_temporary.remove();
+    m_console.showMessage(text("interrupted; %1 was not made").arg(m_guard.output()));
     endAsInterrupted(cause);
 }

@@ -3,27 +3,30 @@
 
 #pragma once
 
-#include "cli/archivedirectory.h"
 #include "cli/console.h"
 #include "cli/jobgate.h"
 #include "cli/outputguard.h"
+#include "cli/preparejob.h"
+#include "cli/privatedirectory.h"
+#include "cli/productcheck.h"
+#include "cli/stageclock.h"
 #include "cli/stoppableplatform.h"
-#include "packaging/packagingjob.h"
 #include "packaging/worker.h"
 
 #include <QObject>
 #include <QThread>
 
-// Runs one job for the terminal program on a separate thread, and shows it on the console. Use it
-// on the main thread, which must run an event loop.
+// Runs one job for the terminal program on a separate thread, checks what it has made, and shows it
+// on the console. Use it on the main thread, which must run an event loop.
 class TerminalJob : public QObject
 {
     Q_OBJECT
 
 public:
-    // Replaces the job's archivePath and outputDir. `guard` must hold the output. `guard` and
-    // `console` are borrowed and must outlive this object.
-    TerminalJob(const PackagingJob &job, OutputGuard &guard, Console &console);
+    // `guard` must hold the output, and `temporary` must have been entered. All but `job` and
+    // `check` are borrowed and must outlive this object.
+    TerminalJob(const PreparedJob &job, OutputGuard &guard, PrivateDirectory &temporary,
+                Console &console, const ProductCheck &check);
     ~TerminalJob() override;
 
     // Starts the job and returns. ended() is emitted at its end.
@@ -37,20 +40,27 @@ signals:
     // Emitted once. `exitStatus` is ExitDone or ExitJobFailed.
     void ended(int exitStatus);
 
-private:
-    void show(QString line);
-    void finish(bool success);
-    // Returns what is wrong with the job's result as one English sentence, or an empty text if it
-    // is good.
-    QString problem(bool success) const;
-    void tellSuccess();
+    // Internal, from the job's thread: the product is now checked.
+    void checking();
+    // Internal: the engine and the check are at their end. `problem` says as one sentence what is
+    // wrong with the result; it is empty if it is good.
+    void completed(const QString &problem, const QString &sha256);
 
-    PackagingJob m_job;
-    const QString m_outputDir; // the directory that the user named
+private:
+    void runEngineAndCheck();
+    QString problem(bool success) const;
+    void show(QString line);
+    void finish(QString problem, const QString &sha256);
+    void tellSuccess(const QString &sha256);
+
+    const PreparedJob m_prepared;
+    PackagingJob m_job; // with the paths of this run
     OutputGuard &m_guard;
+    PrivateDirectory &m_temporary;
     Console &m_console;
+    const ProductCheck m_check;
     bool m_hasEnded = false;
-    ArchiveDirectory m_archive;
+    StageClock m_clock;
     JobGate m_gate;
     StoppablePlatform m_platform;
     QThread m_thread;

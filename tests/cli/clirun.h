@@ -12,7 +12,8 @@
 #include <QProcess>
 #include <QStringList>
 
-// One run of the terminal program, in a private temporary directory with fake helpers.
+// One run of a terminal program. The one with fake helpers (fakedcli.cpp) takes them from the
+// temporary directory of the test.
 struct CliResult
 {
     int exitStatus = -1; // the signal's number if a signal ended the program
@@ -72,7 +73,7 @@ public:
     CliResult run(const QStringList &arguments) const
     {
         QProcess process;
-        process.start(builtFile(KESTRELPACK_CLI), arguments);
+        process.start(builtFile(KESTRELPACK_CLI), QStringList{"--language", "en"} + arguments);
         return resultOf(process);
     }
 

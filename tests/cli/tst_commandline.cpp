@@ -7,6 +7,38 @@
 
 namespace {
 
+QString summaryOf(const PackOptions &pack)
+{
+    QStringList parts{
+        QStringLiteral("folder %1, main <%2>, output %3, icon <%4>, level %5, method %6")
+            .arg(pack.folder, pack.mainProgram, pack.output, pack.iconPath)
+            .arg(pack.levelIndex)
+            .arg(pack.methodIndex)};
+    const auto add = [&parts](bool isSet, const QString &part) {
+        if (isSet) {
+            parts << part;
+        }
+    };
+    add(!pack.name.isEmpty(), "name " + pack.name);
+    add(pack.noIcon, "no icon");
+    add(pack.console != ConsoleChoice::Auto, QString("console %1").arg(int(pack.console)));
+    add(pack.workingFolder != WorkingFolderChoice::Auto,
+        QString("cwd %1").arg(int(pack.workingFolder)));
+    for (const auto &[field, text] : pack.fields) {
+        parts << field + " is <" + text + '>';
+    }
+    add(!pack.arguments.isEmpty(), "arguments <" + pack.arguments + '>');
+    add(!pack.title.isEmpty(), "title <" + pack.title + '>');
+    add(pack.silent, "silent");
+    add(!pack.excludes.isEmpty(), "without " + pack.excludes.join(" and "));
+    add(pack.latestTime.has_value(), QString("not after %1").arg(pack.latestTime.value_or(0)));
+    add(pack.reproducible, "reproducible");
+    add(!pack.verify, "not verified");
+    add(pack.quiet, "quiet");
+    add(pack.json, "JSON");
+    return parts.join(", ");
+}
+
 // The result for the arguments as one text: the message of the refusal, or the values for a job.
 QString summaryOf(const CommandLine &line)
 {
@@ -26,11 +58,7 @@ QString summaryOf(const CommandLine &line)
     case CommandLine::Action::Pack:
         break;
     }
-    return QStringLiteral("folder %1, main <%2>, output %3, icon <%4>, level %5, method %6%7")
-        .arg(line.folder, line.mainProgram, line.outputDir, line.iconPath)
-        .arg(line.levelIndex)
-        .arg(line.methodIndex)
-        .arg(line.quiet ? ", quiet" : "");
+    return summaryOf(line.pack);
 }
 
 } // namespace
@@ -63,6 +91,33 @@ private slots:
         QTest::newRow("an option twice: the last one counts")
             << QStringList({"-l", "store", "-l", "maximum", "app"})
             << "folder app, main <>, output ., icon <>, level 4, method 0";
+        const QString usual = "folder app, main <>, output ., icon <>, level 3, method 0";
+        const auto addRow = [&usual](const char *name, QStringList arguments, const QString &more) {
+            QTest::newRow(name) << arguments + QStringList("app") << usual + more;
+        };
+        addRow("a name", {"-n", "my app"}, ", name my app.exe");
+        addRow("a name with its ending", {"--name", "my.EXE"}, ", name my.EXE");
+        addRow("no icon", {"-i", "none"}, ", no icon");
+        addRow("a console program", {"--console", "YES"}, ", console 1");
+        addRow("no console program", {"--console=no"}, ", console 2");
+        addRow("a kind by itself", {"--console=auto"}, "");
+        addRow("the folder of the application", {"--cwd", "app"}, ", cwd 1");
+        addRow("the caller's folder", {"--cwd", "caller"}, ", cwd 2");
+        addRow("the executable's folder", {"--cwd", "exe"}, ", cwd 3");
+        addRow("a folder by itself", {"--cwd", "auto"}, "");
+        addRow("fields", {"--set", "ProductName=A = B", "--set", "CompanyName=C"},
+               ", ProductName is <A = B>, CompanyName is <C>");
+        addRow("arguments", {"--arguments", "--port 8080 \"a b\""},
+               ", arguments <--port 8080 \"a b\">");
+        addRow("a title", {"--title", "标题"}, ", title <标题>");
+        addRow("silent", {"--silent"}, ", silent");
+        addRow("patterns", {"-x", "*.pdb", "--exclude", ".git/"}, ", without *.pdb and .git/");
+        addRow("a time in seconds", {"--mtime", "86400"}, ", not after 86400");
+        addRow("a time in UTC", {"--mtime", "1970-01-02T00:00:00Z"}, ", not after 86400");
+        addRow("a time elsewhere", {"--mtime", "1970-01-02T02:00:00+02:00"}, ", not after 86400");
+        addRow("reproducible", {"--reproducible"}, ", reproducible");
+        addRow("not verified", {"--no-verify"}, ", not verified");
+        addRow("as JSON", {"--json"}, ", JSON");
         QTest::newRow("inspect") << QStringList({"inspect", "a.exe"}) << "inspect a.exe";
         QTest::newRow("inspect, as JSON")
             << QStringList({"inspect", "a.exe", "--json"}) << "inspect a.exe as JSON";
@@ -100,7 +155,8 @@ private slots:
     void levels()
     {
         const QString name = QTest::currentDataTag();
-        QTEST(parseCommandLine({"kestrelpack-cli", "--level", name, "app"}).levelIndex, "index");
+        QTEST(parseCommandLine({"kestrelpack-cli", "--level", name, "app"}).pack.levelIndex,
+              "index");
     }
 
     void refused_data()
@@ -118,16 +174,56 @@ private slots:
             << "refused: --json has no meaning for verify";
         QTest::newRow("an option for packing") << QStringList({"extract", "-l", "fast", "a"})
                                                << "refused: --level has no meaning for extract";
-        QTest::newRow("JSON without a command")
-            << QStringList({"--json", "app"}) << "refused: --json needs the command inspect";
+        QTest::newRow("another option for packing")
+            << QStringList({"verify", "--no-verify", "a"})
+            << "refused: --no-verify has no meaning for verify";
+        QTest::newRow("JSON, and nothing to say")
+            << QStringList({"--json", "-q", "app"})
+            << "refused: --json and --quiet contradict each other";
+        QTest::newRow("a word that is none of the option's")
+            << QStringList({"--console", "maybe", "app"})
+            << "refused: no such value for --console: maybe (available: auto, yes, no)";
+        QTest::newRow("a folder that is none of the words")
+            << QStringList({"--cwd", "/tmp", "app"})
+            << "refused: no such value for --cwd: /tmp (available: app, caller, exe, auto)";
+        QTest::newRow("a language that is not there")
+            << QStringList({"--language", "de", "verify", "a"})
+            << "refused: no such value for --language: de (available: en, zh)";
+        for (const char *value : {"ProductName", "=Example", "ProductName="}) {
+            QTest::addRow("a field given as %s", value)
+                << QStringList({"--set", value, "app"})
+                << QString("refused: --set needs FIELD=TEXT, not %1").arg(value);
+        }
+        QTest::newRow("a field twice, in other capitals")
+            << QStringList({"--set", "ProductName=A", "--set", "productname=B", "app"})
+            << "refused: --set gives the field productname twice";
+        for (const char *value : {"yesterday", "-1", "2026-01-31T12:00:00", "2026-13-31T12:00:00Z",
+                                  "1969-12-31T23:59:59Z"}) {
+            QTest::addRow("the time %s", value)
+                << QStringList({"--mtime", value, "app"})
+                << QString("refused: --mtime needs seconds since 1970, or a time with its zone "
+                           "such as 2026-01-31T12:00:00Z, not %1")
+                       .arg(value);
+        }
+        QTest::newRow("a title of two lines")
+            << QStringList({"--title", "one\ntwo", "app"})
+            << "refused: the value of --title has a control character in it";
+        QTest::newRow("an empty value among others")
+            << QStringList({"-x", "*.pdb", "-x", "", "app"})
+            << "refused: --exclude needs a non-empty value";
+        QTest::newRow("a configuration file that is missing")
+            << QStringList({"--config", "/no/such/file", "app"})
+            << "refused: the configuration file /no/such/file cannot be read";
         QTest::newRow("an option without its value")
             << QStringList({"app", "--main"}) << "refused: Missing value after '--main'.";
         QTest::newRow("a value for an option that has none")
             << QStringList({"--quiet=yes", "app"}) << "refused: Unexpected value after '--quiet'.";
-        for (const char *option : {"main", "output", "icon", "level", "method"}) {
-            QTest::addRow("an empty text for --%s", option)
-                << QStringList({QString("--%1=").arg(option), "app"})
-                << QString("refused: --%1 needs a non-empty value").arg(option);
+        for (const OptionInfo &option : options()) {
+            if (option.kind != OptionKind::Switch) {
+                QTest::addRow("an empty text for --%s", option.name)
+                    << QStringList({QString("--%1=").arg(option.name), "app"})
+                    << QString("refused: --%1 needs a non-empty value").arg(option.name);
+            }
         }
         QTest::newRow("a level's beginning is not the level")
             << QStringList({"-l", "ult", "app"})

@@ -31,7 +31,7 @@ private slots:
 
     void aBarIsDrawnAndRemoved()
     {
-        Console console(false);
+        Console console(Console::Style::Full);
         console.showProgress(25);
         QCOMPARE(sent(), "\r" + progressBarText(25));
         console.showProgress(50);
@@ -44,7 +44,7 @@ private slots:
 
     void aMessageTakesThePlaceOfTheBar()
     {
-        Console console(false);
+        Console console(Console::Style::Full);
         console.showProgress(75);
         console.showMessage("the end");
         // The terminal makes two characters of a line end.
@@ -54,7 +54,7 @@ private slots:
 
     void aQuietProgramDrawsNothing()
     {
-        Console console(true);
+        Console console(Console::Style::Quiet);
         console.showProgress(75);
         console.clearProgress();
         QCOMPARE(sent(), QString());

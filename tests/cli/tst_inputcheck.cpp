@@ -3,6 +3,8 @@
 
 #include "cli/inputcheck.h"
 
+#include "cli/preparejob.h"
+
 #include "tests/fakes/privatetemp.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
@@ -83,13 +85,13 @@ private slots:
         QFETCH(QString, folder);
         QFETCH(QString, main);
         QFETCH(QString, output);
-        CommandLine line;
+        PackOptions line;
         line.folder = here(folder);
         line.mainProgram = here(main);
-        line.outputDir = here(output);
-        const auto checked = checkInputs(line);
-        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
-        const auto &job = std::get<PackagingJob>(checked);
+        line.output = here(output);
+        const auto prepared = prepareJob(line);
+        QVERIFY2(std::holds_alternative<PreparedJob>(prepared), qPrintable(messageOf(prepared)));
+        const auto &job = std::get<PreparedJob>(prepared).job;
         QFETCH(QString, summary);
         QCOMPARE(QStringList({job.folderPath, job.mainExeName, job.outputDir}).join(", "),
                  here(summary));
@@ -97,27 +99,123 @@ private slots:
         QCOMPARE(job.archivePath, QString());
     }
 
+    void theMainProgramMayBeInAFolderOfTheFolder_data()
+    {
+        QTest::addColumn<QString>("main");
+        QTest::addColumn<QString>("found"); // or the message of the refusal
+        QTest::newRow("with a slash") << "bin/deep/app.exe"
+                                      << "bin/deep/app.exe";
+        QTest::newRow("with backslashes") << "bin\\deep\\app.exe"
+                                          << "bin/deep/app.exe";
+        QTest::newRow("with dots") << "./bin/../bin/deep/app.exe"
+                                   << "bin/deep/app.exe";
+        QTest::newRow("by its whole path") << "@/app/bin/deep/app.exe"
+                                           << "bin/deep/app.exe";
+        QTest::newRow("missing") << "bin/app.exe"
+                                 << "the folder @/app contains no file bin/app.exe";
+        QTest::newRow("outside")
+            << "../several/a.exe"
+            << "the main program ../several/a.exe is not inside the folder @/app";
+        QTest::newRow("no program") << "bin/deep/readme.txt"
+                                    << "the main program bin/deep/readme.txt is not an .exe file";
+        QTest::newRow("in a folder with the name of a device")
+            << "con/app.exe"
+            << "the produced file could not start con/app.exe: on Windows that is the name of a "
+               "device";
+    }
+    void theMainProgramMayBeInAFolderOfTheFolder()
+    {
+        QFETCH(QString, main);
+        if (onWindows && main.startsWith("con/")) {
+            QSKIP("there are no such names here");
+        }
+        for (const char *name : {"bin/deep/app.exe", "bin/deep/readme.txt", "con/app.exe"}) {
+            const QString path = here(QStringLiteral("@/app/") + name);
+            if (!onWindows || !path.contains("/con/")) {
+                QVERIFY(QDir().mkpath(QFileInfo(path).path()) && writeFile(path, "content"));
+            }
+        }
+        PackOptions line = usualLine();
+        line.mainProgram = here(main);
+        const auto checked = checkInputs(line);
+        const auto *inputs = std::get_if<CheckedInputs>(&checked);
+        QFETCH(QString, found);
+        QCOMPARE(inputs ? inputs->mainProgram : messageOf(checked), here(found));
+    }
+
+    void theProduct_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("product"); // or the message of the refusal
+        QTest::newRow("a folder") << "@/out"
+                                  << ""
+                                  << "@/out/my.exe";
+        QTest::newRow("a folder that is missing") << "@/out/new.folder"
+                                                  << ""
+                                                  << "@/out/new.folder/my.exe";
+        QTest::newRow("a file") << "@/out/other.exe"
+                                << ""
+                                << "@/out/other.exe";
+        QTest::newRow("a file, in capitals") << "@/out/other.EXE"
+                                             << ""
+                                             << "@/out/other.EXE";
+        QTest::newRow("a folder with the ending of a file") << "@/folder.exe"
+                                                            << ""
+                                                            << "@/folder.exe/my.exe";
+        QTest::newRow("a name") << "@/out"
+                                << "app-3.4.6.exe"
+                                << "@/out/app-3.4.6.exe";
+        QTest::newRow("a file and the same name") << "@/out/a.exe"
+                                                  << "a.exe"
+                                                  << "@/out/a.exe";
+        QTest::newRow("a file and another name")
+            << "@/out/a.exe"
+            << "b.exe"
+            << "--name b.exe and --output @/out/a.exe contradict each other";
+        for (const char *name : {"a/b.exe", "a\\b.exe", "a:b.exe", "con.exe", "nul.tool.exe",
+                                 ".exe", "a?.exe", " .exe"}) {
+            QTest::addRow("the name %s", name)
+                << "@/out" << name
+                << QString("the executable cannot be named %1: Windows does not allow that name")
+                       .arg(name);
+        }
+    }
+    void theProduct()
+    {
+        QFETCH(QString, output);
+        QFETCH(QString, name);
+        QFETCH(QString, product);
+        QVERIFY(QDir().mkpath(here("@/folder.exe")));
+        PackOptions line = usualLine();
+        line.output = here(output);
+        line.name = name;
+        const auto checked = checkInputs(line);
+        const auto *inputs = std::get_if<CheckedInputs>(&checked);
+        QCOMPARE(inputs ? inputs->product : messageOf(checked), here(product));
+    }
+
     void theWordsForTheArchiver_data()
     {
         QTest::addColumn<int>("levelIndex");
         QTest::addColumn<int>("methodIndex");
         QTest::addColumn<QString>("words");
-        const CommandLine defaults;
+        const PackOptions defaults;
         QTest::newRow("without options")
             << defaults.levelIndex << defaults.methodIndex << "5 LZMA 16M";
-        QTest::newRow("store") << 0 << 0 << "0 LZMA 16M";
+        QTest::newRow("store") << 0 << 1 << "0 Copy 16M";
         QTest::newRow("ultra, LZMA2") << 5 << 1 << "9 LZMA2 16M";
     }
     void theWordsForTheArchiver()
     {
-        CommandLine line = usualLine();
+        PackOptions line = usualLine();
         QFETCH(int, levelIndex);
         QFETCH(int, methodIndex);
         line.levelIndex = levelIndex;
         line.methodIndex = methodIndex;
-        const auto checked = checkInputs(line);
-        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
-        const auto &job = std::get<PackagingJob>(checked);
+        const auto prepared = prepareJob(line);
+        QVERIFY2(std::holds_alternative<PreparedJob>(prepared), qPrintable(messageOf(prepared)));
+        const auto &job = std::get<PreparedJob>(prepared).job;
         QTEST(QStringList({job.compressionLevel, job.compressionMethod, job.dictionarySize})
                   .join(' '),
               "words");
@@ -125,14 +223,14 @@ private slots:
 
     void theIconsPathBecomesAbsolute()
     {
-        CommandLine line = usualLine();
-        QCOMPARE(std::get<PackagingJob>(checkInputs(line)).iconPath, QString());
+        PackOptions line = usualLine();
+        QCOMPARE(std::get<CheckedInputs>(checkInputs(line)).icon, QString());
         QTemporaryFile icon("icon-XXXXXX.ico"); // in the working directory
         QVERIFY(icon.open());
         line.iconPath = QFileInfo(icon).fileName();
         const auto checked = checkInputs(line);
-        QVERIFY2(std::holds_alternative<PackagingJob>(checked), qPrintable(messageOf(checked)));
-        QCOMPARE(std::get<PackagingJob>(checked).iconPath, QDir::current().filePath(line.iconPath));
+        QVERIFY2(std::holds_alternative<CheckedInputs>(checked), qPrintable(messageOf(checked)));
+        QCOMPARE(std::get<CheckedInputs>(checked).icon, QDir::current().filePath(line.iconPath));
     }
 
     void refused_data()
@@ -154,7 +252,7 @@ private slots:
         QTest::newRow("a path to the same name elsewhere")
             << "@/several"
             << "@/app/my.tool.exe" << none << "@/out/new"
-            << "the main program @/app/my.tool.exe is not directly inside the folder @/several";
+            << "the main program @/app/my.tool.exe is not inside the folder @/several";
         QTest::newRow("a folder as the icon") << "@/app" << none << "@/several"
                                               << "@/out/new"
                                               << "the icon file @/several cannot be read";
@@ -174,11 +272,11 @@ private slots:
         QFETCH(QString, main);
         QFETCH(QString, icon);
         QFETCH(QString, output);
-        CommandLine line;
+        PackOptions line;
         line.folder = here(folder);
         line.mainProgram = here(main);
         line.iconPath = here(icon);
-        line.outputDir = here(output);
+        line.output = here(output);
         QFETCH(QString, message);
         QCOMPARE(messageOf(checkInputs(line)), here(message));
         QVERIFY2(!QDir(here("@/out/new")).exists(), "a refusal left the output directory behind");
@@ -204,7 +302,7 @@ private slots:
         }
         const QString path = here("@/patterns/" + folder);
         QVERIFY(QDir().mkpath(path) && writeFile(path + "/a.exe", "content"));
-        CommandLine line = usualLine();
+        PackOptions line = usualLine();
         line.folder = path;
         const QString message = QString("the path of the folder %1 has a * or ? in it, which the "
                                         "archiver takes for a pattern");
@@ -250,7 +348,7 @@ private slots:
         QFETCH(bool, refused);
         QTemporaryDir folder;
         QVERIFY(writeFile(folder.filePath(name), "content"));
-        CommandLine line = usualLine();
+        PackOptions line = usualLine();
         line.folder = folder.path();
         line.mainProgram = name;
         const QString message = messageOf(checkInputs(line));
@@ -262,7 +360,7 @@ private slots:
 
     void anIconFileMayHave64MiB()
     {
-        CommandLine line = usualLine();
+        PackOptions line = usualLine();
         line.iconPath = here("@/large.ico");
         QFile icon(line.iconPath);
         QVERIFY(icon.open(QIODevice::WriteOnly) && icon.resize(64 * 1048576));
@@ -275,7 +373,7 @@ private slots:
     void aFolderWithTheTemporaryDirectoryInItIsRefused()
     {
         const PrivateTemp temp;
-        CommandLine line = usualLine();
+        PackOptions line = usualLine();
         line.folder = temp.path();
         const QString refusal = QString("the temporary directory %1 is inside the folder to pack");
         QCOMPARE(messageOf(checkInputs(line)), refusal.arg(QDir::tempPath()));
@@ -297,16 +395,17 @@ private:
         return text.replace('@', QFileInfo(m_root.path()).canonicalFilePath());
     }
 
-    CommandLine usualLine() const
+    PackOptions usualLine() const
     {
-        CommandLine line;
+        PackOptions line;
         line.folder = here("@/app");
-        line.outputDir = here("@/out");
+        line.output = here("@/out");
         return line;
     }
 
     // Returns an empty text if nothing was refused.
-    static QString messageOf(const std::variant<PackagingJob, Refusal> &checked)
+    template <typename Good>
+    static QString messageOf(const std::variant<Good, Refusal> &checked)
     {
         const auto *refusal = std::get_if<Refusal>(&checked);
         return refusal ? refusal->message : QString();

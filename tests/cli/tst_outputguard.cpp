@@ -21,7 +21,7 @@ private slots:
         PrivateTemp temp;
         const QString output = temp.filePath("a.exe");
         QVERIFY(writeFile(output, "older"));
-        OutputGuard guard(output);
+        OutputGuard guard(output, "a.exe");
         QCOMPARE(guard.hold(), QString());
         QVERIFY(writeFile(guard.madeFile(), "new"));
         QCOMPARE(readFile(output), QByteArray("older"));
@@ -39,7 +39,7 @@ private slots:
         for (const QString &name : names) {
             QVERIFY(writeFile(temp.filePath(name), "the user's " + name.toUtf8()));
         }
-        OutputGuard guard(output);
+        OutputGuard guard(output, "a.exe");
         QCOMPARE(guard.hold(), QString());
         QVERIFY(writeFile(guard.madeFile(), "half made"));
         QVERIFY(writeFile(guard.madeFile() + ".bak", "the engine's backup"));
@@ -54,7 +54,7 @@ private slots:
     {
         PrivateTemp temp;
         const QString output = temp.filePath("a.exe");
-        OutputGuard guard(output);
+        OutputGuard guard(output, "a.exe");
         QCOMPARE(guard.hold(), QString());
         QVERIFY(writeFile(guard.madeFile(), "new"));
         QVERIFY(QDir(temp.path()).mkpath("a.exe/a folder with that name"));
@@ -82,17 +82,17 @@ private slots:
         QFETCH(bool, refused);
         PrivateTemp temp;
         QVERIFY(QDir(temp.path()).mkpath("elsewhere"));
-        std::optional<OutputGuard> first(temp.filePath("a.exe"));
+        std::optional<OutputGuard> first(std::in_place, temp.filePath("a.exe"), "a.exe");
         QCOMPARE(first->hold(), QString());
         QVERIFY(writeFile(first->madeFile(), "new"));
         {
-            OutputGuard other(temp.filePath(second));
+            OutputGuard other(temp.filePath(second), second);
             QCOMPARE(other.hold(),
                      refused ? "another job is making " + temp.filePath(second) : QString());
         }
         QCOMPARE(readFile(first->madeFile()), QByteArray("new"));
         first.reset();
-        OutputGuard again(temp.filePath(second));
+        OutputGuard again(temp.filePath(second), second);
         QCOMPARE(again.hold(), QString());
         again.release();
         QCOMPARE(temp.names(), QStringList("elsewhere"));
@@ -105,8 +105,8 @@ private slots:
         QString directory;
         QString otherDirectory;
         {
-            OutputGuard guard(output);
-            OutputGuard other(temp.filePath("b.exe"));
+            OutputGuard guard(output, "a.exe");
+            OutputGuard other(temp.filePath("b.exe"), "b.exe");
             QVERIFY(guard.hold().isEmpty() && other.hold().isEmpty());
             directory = guard.directory();
             otherDirectory = other.directory();
@@ -116,7 +116,7 @@ private slots:
         if (!onWindows) { // on Windows the lock file disappears with its process
             QVERIFY(writeFile(QString(directory).replace(".tmp", ".lock"), ""));
         }
-        OutputGuard guard(output);
+        OutputGuard guard(output, "a.exe");
         QCOMPARE(guard.hold(), QString());
         QCOMPARE(guard.directory(), directory);
         QVERIFY(!QFile::exists(guard.madeFile()));
@@ -135,12 +135,12 @@ private slots:
         QVERIFY(writeFile(temp.filePath("precious/file"), "content"));
         QString directory;
         {
-            OutputGuard guard(output);
+            OutputGuard guard(output, "a.exe");
             QCOMPARE(guard.hold(), QString());
             directory = guard.directory();
         }
         QVERIFY(QFile::link(temp.filePath("precious"), directory));
-        OutputGuard guard(output);
+        OutputGuard guard(output, "a.exe");
         QCOMPARE(guard.hold(), QString());
         QVERIFY(guard.directory() != directory);
         guard.release();

@@ -25,7 +25,7 @@ private:
     {
         QProcess process;
         process.setWorkingDirectory(m_surroundings->path("output"));
-        process.start(builtFile(KESTRELPACK_CLI), arguments);
+        process.start(builtFile(KESTRELPACK_CLI), QStringList{"--language", "en"} + arguments);
         return CliSurroundings::resultOf(process);
     }
 

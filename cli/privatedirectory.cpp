@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "cli/archivedirectory.h"
+#include "cli/privatedirectory.h"
+
+#include "cli/useronly.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -17,7 +19,7 @@ QString newPath()
 {
     return QDir::temp().filePath(
         QStringLiteral("kestrelpack-cli-%1")
-            .arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0')));
+            .arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0')));
 }
 
 // The paths of all such directories, and of all locks whose directory is missing, without the
@@ -37,7 +39,7 @@ QSet<QString> pathsInTemp()
 
 } // namespace
 
-ArchiveDirectory::ArchiveDirectory()
+PrivateDirectory::PrivateDirectory()
 {
     make();
     if (isValid()) {
@@ -45,13 +47,13 @@ ArchiveDirectory::ArchiveDirectory()
     }
 }
 
-ArchiveDirectory::~ArchiveDirectory()
+PrivateDirectory::~PrivateDirectory()
 {
     remove();
 }
 
 // Creates the lock first, so the directory of a running job always has a lock.
-void ArchiveDirectory::make()
+void PrivateDirectory::make()
 {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         const QString path = newPath();
@@ -61,33 +63,37 @@ void ArchiveDirectory::make()
         if (result == FileLock::Result::Failed) {
             return;
         }
-        if (result != FileLock::Result::HeldByAnother
-            && QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+        if (result != FileLock::Result::HeldByAnother && makeUserOnlyDirectory(path, m_error)) {
             m_path = path;
             m_lock = std::move(lock);
             return;
         }
     }
-    m_error = QStringLiteral("cannot create a directory in %1").arg(QDir::tempPath());
 }
 
 // Removes only this user's directories: one that another user has created could lead to another
 // place.
-void ArchiveDirectory::removeThoseOfKilledJobs() const
+void PrivateDirectory::removeThoseOfKilledJobs() const
 {
-    const uint user = QFileInfo(m_path).ownerId();
     for (const QString &path : pathsInTemp()) {
-        const QFileInfo info(path);
-        const bool isOurs = path != m_path && !info.isSymLink()
-            && (!info.exists() || (info.isDir() && info.ownerId() == user));
+        const bool isMissing = !QFileInfo::exists(path) && !QFileInfo(path).isSymLink();
+        if (path == m_path || (!isMissing && !isOwnDirectory(path))) {
+            continue;
+        }
         FileLock lock(path + lockEnding);
-        if (isOurs && lock.tryHold() == FileLock::Result::Held) {
+        if (lock.tryHold() == FileLock::Result::Held) {
             QDir(path).removeRecursively();
         }
     }
 }
 
-void ArchiveDirectory::remove()
+bool PrivateDirectory::enter()
+{
+    setTemporaryDirectory(m_path);
+    return QFileInfo(QDir::tempPath()).canonicalFilePath() == QFileInfo(m_path).canonicalFilePath();
+}
+
+void PrivateDirectory::remove()
 {
     if (isValid()) {
         QDir(m_path).removeRecursively();

@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "cli/packoptions.h"
+
+#include "cli/language.h"
+
+#include <QDateTime>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+constexpr QLatin1String noIcon("none");
+
+bool hasControlCharacter(const QString &value)
+{
+    return std::any_of(value.begin(), value.end(), [](QChar c) { return c < QChar(' '); });
+}
+
+// Returns the index of the option's value in its list of words, or `byDefault` if the option was
+// not given. parseCommandLine() and the configuration file have refused other words.
+int wordIndex(const OptionValues &values, OptionId id, int byDefault)
+{
+    const QString value = lastValue(values, id);
+    const QStringList words = wordsOf(option(id));
+    const auto found = std::find_if(words.begin(), words.end(), [&value](const QString &word) {
+        return word.compare(value, Qt::CaseInsensitive) == 0;
+    });
+    return found == words.end() ? byDefault : static_cast<int>(found - words.begin());
+}
+
+// The lists of words have the order of these arrays.
+ConsoleChoice consoleChoice(const OptionValues &values)
+{
+    static constexpr ConsoleChoice choices[]
+        = {ConsoleChoice::Auto, ConsoleChoice::Yes, ConsoleChoice::No};
+    return choices[wordIndex(values, OptionId::Console, 0)];
+}
+
+WorkingFolderChoice workingFolderChoice(const OptionValues &values)
+{
+    static constexpr WorkingFolderChoice choices[]
+        = {WorkingFolderChoice::App, WorkingFolderChoice::Caller, WorkingFolderChoice::Exe,
+           WorkingFolderChoice::Auto};
+    return choices[wordIndex(values, OptionId::Cwd, 3)];
+}
+
+QString wordMessage(const OptionInfo &option, const QString &value)
+{
+    const QString words = wordsOf(option).join(", ");
+    if (option.id == OptionId::Level) {
+        return text("no such compression level: %1 (available: %2)").arg(value, words);
+    }
+    if (option.id == OptionId::Method) {
+        return text("no such compression method: %1 (available: %2)").arg(value, words);
+    }
+    return text("no such value for --%1: %2 (available: %3)")
+        .arg(QLatin1String(option.name), value, words);
+}
+
+QString readFields(const QStringList &values, PackOptions &pack)
+{
+    QSet<QString> known;
+    for (const QString &value : values) {
+        const qsizetype sign = value.indexOf('=');
+        const QString field = value.left(sign);
+        if (sign < 1 || sign + 1 == value.size()) {
+            return text("--set needs FIELD=TEXT, not %1").arg(value);
+        }
+        if (known.contains(field.toLower())) {
+            return text("--set gives the field %1 twice").arg(field);
+        }
+        known.insert(field.toLower());
+        pack.fields.append({field, value.mid(sign + 1)});
+    }
+    return {};
+}
+
+// A time without a zone would mean another moment on another machine.
+std::optional<qint64> momentFrom(const QString &value)
+{
+    bool isNumber = false;
+    const qint64 seconds = value.toLongLong(&isNumber);
+    if (isNumber) {
+        return seconds >= 0 ? std::optional(seconds) : std::nullopt;
+    }
+    const QDateTime time = QDateTime::fromString(value, Qt::ISODate);
+    if (!time.isValid() || time.timeSpec() == Qt::LocalTime || time.toSecsSinceEpoch() < 0) {
+        return std::nullopt;
+    }
+    return time.toSecsSinceEpoch();
+}
+
+QString withExe(const QString &name)
+{
+    return name.isEmpty() || name.endsWith(".exe", Qt::CaseInsensitive) ? name : name + ".exe";
+}
+
+} // namespace
+
+QString wrongValue(const OptionValues &values)
+{
+    for (const OptionInfo &option : options()) {
+        for (const QString &value : values.value(option.id)) {
+            const auto name = QLatin1String(option.name);
+            if (option.kind == OptionKind::Switch) {
+                continue;
+            }
+            if (value.isEmpty()) { // mostly a shell variable that is not set
+                return text("--%1 needs a non-empty value").arg(name);
+            }
+            if (option.valueKind == ValueKind::Word
+                && !wordsOf(option).contains(value, Qt::CaseInsensitive)) {
+                return wordMessage(option, value);
+            }
+            if (option.valueKind == ValueKind::Text && hasControlCharacter(value)) {
+                return text("the value of --%1 has a control character in it").arg(name);
+            }
+        }
+    }
+    return {};
+}
+
+std::variant<PackOptions, QString> packOptionsFrom(const OptionValues &values,
+                                                   const QString &folder)
+{
+    if (const QString message = wrongValue(values); !message.isEmpty()) {
+        return message;
+    }
+    PackOptions pack;
+    pack.folder = folder;
+    pack.mainProgram = lastValue(values, OptionId::Main);
+    if (values.contains(OptionId::Output)) {
+        pack.output = lastValue(values, OptionId::Output);
+    }
+    pack.name = withExe(lastValue(values, OptionId::Name));
+    pack.noIcon = lastValue(values, OptionId::Icon) == noIcon;
+    pack.iconPath = pack.noIcon ? QString() : lastValue(values, OptionId::Icon);
+    pack.levelIndex = wordIndex(values, OptionId::Level, pack.levelIndex);
+    pack.methodIndex = wordIndex(values, OptionId::Method, pack.methodIndex);
+    pack.console = consoleChoice(values);
+    pack.workingFolder = workingFolderChoice(values);
+    pack.arguments = lastValue(values, OptionId::Arguments);
+    pack.title = lastValue(values, OptionId::Title);
+    pack.silent = values.contains(OptionId::Silent);
+    pack.excludes = values.value(OptionId::Exclude);
+    pack.reproducible = values.contains(OptionId::Reproducible);
+    pack.verify = !values.contains(OptionId::NoVerify);
+    pack.quiet = values.contains(OptionId::Quiet);
+    pack.json = values.contains(OptionId::Json);
+    if (pack.json && pack.quiet) {
+        return text("--json and --quiet contradict each other");
+    }
+    if (values.contains(OptionId::Mtime)) {
+        pack.latestTime = momentFrom(lastValue(values, OptionId::Mtime));
+        if (!pack.latestTime) {
+            return text("--mtime needs seconds since 1970, or a time with its zone such as "
+                        "2026-01-31T12:00:00Z, not %1")
+                .arg(lastValue(values, OptionId::Mtime));
+        }
+    }
+    const QString message = readFields(values.value(OptionId::Set), pack);
+    return message.isEmpty() ? std::variant<PackOptions, QString>(pack) : message;
+}

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "cli/productcheck.h"
+
+#include <QString>
+
+#include <functional>
+
+// What a test program changes in the terminal program. kestrelpack-cli changes nothing.
+struct ProgramHooks
+{
+    // Is called for a job's private temporary directory, before anything else is in it.
+    std::function<void(const QString &directory)> fillTemporaryDirectory = [](const QString &) {
+    };
+    ProductCheck checkProduct = &::checkProduct;
+};
+
+// The whole terminal program. Returns its exit status (exitstatus.h).
+int runTerminalProgram(int argc, char *argv[], const ProgramHooks &hooks = {});

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+// The terminal program with other helpers. kestrelpack-cli uses nothing that it finds in the
+// temporary directory, so tests cannot plant fakes for it. This program copies them from there into
+// the job's private directory; everything else is kestrelpack-cli's own code.
+//
+// Fake helpers make no real executable, so it is not checked, except that the environment variable
+// KESTRELPACK_TEST_CHECK asks for it: "real" checks it as kestrelpack-cli does; "hang FILE" makes
+// FILE and does not return.
+
+#include "cli/program.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace {
+
+void copyHelpers(const QDir &from, const QDir &to)
+{
+    for (const char *name : {"7zr.exe", "7zS2.sfx", "ResourceHacker.exe", "temp_icon.ico"}) {
+        const QFileInfo found(from.filePath(name));
+        if ((found.isDir() && !to.mkdir(name))
+            || (found.isFile() && !QFile::copy(found.filePath(), to.filePath(name)))) {
+            qFatal("a helper could not be copied");
+        }
+    }
+}
+
+QString check(const QString &path, bool content)
+{
+    const QString wanted = qEnvironmentVariable("KESTRELPACK_TEST_CHECK");
+    if (wanted.startsWith("hang ")) {
+        QFile marker(wanted.section(' ', 1));
+        if (!marker.open(QIODevice::WriteOnly)) {
+            qFatal("the marker could not be made");
+        }
+        marker.close();
+        QThread::sleep(3600);
+    }
+    return wanted == "real" ? checkProduct(path, content) : QString();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QDir usual(QDir::tempPath());
+    return runTerminalProgram(
+        argc, argv,
+        {[usual](const QString &directory) { copyHelpers(usual, QDir(directory)); }, check});
+}
