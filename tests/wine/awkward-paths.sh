@@ -17,9 +17,11 @@ try() {
     local code=0 said
     mkdir -p "$2" "$3" "$5"
     cp "$hello"/* "$2"
-    wine_with_temp "$5" "$(as_windows "$windows")" -q -o "$4" "$(as_windows "$2")" \
+    wine_with_temp "$5" "$(as_windows "$windows")" --language en -o "$4" "$(as_windows "$2")" \
         </dev/null >"$work/log" 2>&1 || { cat "$work/log" && echo "FAIL: $1: packing" && exit 1; }
-    [ -e "$5/7zr.exe" ] || { echo "FAIL: $1: the temporary directory was not used" && exit 1; }
+    grep -qF "Running: $(as_windows "$5")" <(tr '/' '\\' <"$work/log") ||
+        { cat "$work/log" && echo "FAIL: $1: the temporary directory was not used" && exit 1; }
+    [ -z "$(ls -A "$5")" ] || { ls -A "$5" && echo "FAIL: $1: packing left files" && exit 1; }
     said=$(wine_with_temp "$5" "$(as_windows "$3/hello.exe")" "two words" --exit 42 </dev/null 2>&1) ||
         code=$?
     if [ "$code" != 42 ] || ! grep -q 'Argument 1: two words' <<<"$said" ||
