@@ -27,6 +27,9 @@ inline constexpr const char *byHand[] = {
     "   is visible, and again after it is gone. What happens? Answer: ",
     "9. Log off while a product runs. Expected: no folder kp-* is left after the next start of any product.",
     "   Answer: ",
+    "10. Narrator (Windows key, Ctrl, Enter): start products\\large.exe. Does it read the title of the progress",
+    "   window, the text and the button? Go through Kestrelpack.exe with the Tab key: does it read each field",
+    "   with its label? Answer: ",
 };
 
 } // namespace kit

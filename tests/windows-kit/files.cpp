@@ -135,6 +135,11 @@ std::wstring ownProgram()
     return path;
 }
 
+std::wstring systemProgram(const std::wstring &name)
+{
+    return variable(L"SystemRoot") + L"\\System32\\" + name;
+}
+
 std::wstring variable(const wchar_t *name)
 {
     std::wstring value(32768, L'\0');

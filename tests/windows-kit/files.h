@@ -26,7 +26,8 @@ void removeFolder(const std::wstring &path);
 std::vector<std::wstring> namesIn(const std::wstring &folder, const std::wstring &pattern = L"*");
 
 std::wstring parentOf(const std::wstring &path);
-std::wstring ownProgram(); // this process' file
+std::wstring ownProgram();                            // this process' file
+std::wstring systemProgram(const std::wstring &name); // in System32
 std::wstring variable(const wchar_t *name);
 
 } // namespace kit

@@ -53,9 +53,13 @@ bool Process::start(const Start &start)
     }
     STARTUPINFOW info = start.info;
     PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(start.program.c_str(), line.data(), nullptr, nullptr, TRUE, start.flags,
-                        nullptr, start.folder.empty() ? nullptr : start.folder.c_str(), &info,
-                        &started)) {
+    const wchar_t *folder = start.folder.empty() ? nullptr : start.folder.c_str();
+    const BOOL done = start.token == nullptr
+        ? CreateProcessW(start.program.c_str(), line.data(), nullptr, nullptr, TRUE, start.flags,
+                         nullptr, folder, &info, &started)
+        : CreateProcessAsUserW(start.token, start.program.c_str(), line.data(), nullptr, nullptr,
+                               TRUE, start.flags, nullptr, folder, &info, &started);
+    if (!done) {
         m_error = GetLastError();
         return false;
     }

@@ -25,6 +25,7 @@ struct Start
     std::wstring folder;    // the working folder; this process' if empty
     DWORD flags = CREATE_NO_WINDOW;
     DWORD limit = patience; // for run(), in milliseconds
+    HANDLE token = nullptr; // the rights; this process' if null
     STARTUPINFOW info = {};
 };
 

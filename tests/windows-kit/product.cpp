@@ -27,10 +27,16 @@ std::string blockFor(const std::wstring &program)
 } // namespace
 
 bool writeProduct(const Place &place, const std::wstring &path, const std::wstring &program,
-                  const std::vector<Entry> &entries)
+                  const std::string &archive)
 {
     const std::string module = readFile(place.file(L"7zS2.sfx"));
-    return !module.empty() && writeFile(path, module + blockFor(program) + storedArchive(entries));
+    return !module.empty() && writeFile(path, module + blockFor(program) + archive);
+}
+
+bool writeProduct(const Place &place, const std::wstring &path, const std::wstring &program,
+                  const std::vector<Entry> &entries)
+{
+    return writeProduct(place, path, program, storedArchive(entries));
 }
 
 std::vector<Entry> probeEntries(const Place &place)
@@ -48,6 +54,25 @@ std::wstring placeProduct(const Place &place, const std::wstring &name)
         ? copyFile(prepared, path)
         : writeProduct(place, path, L"kit-probe.exe", probeEntries(place));
     return done ? path : std::wstring();
+}
+
+Result runsAndLeavesNothing(const Place &place, const std::wstring &product)
+{
+    const ProbeControl probe(place);
+    const Ended ended = run(Start(product, L"--print=here --exit=5"), place.folder);
+    Check check;
+    check.that(ended.isByItself && ended.exitCode == 5, ended.text());
+    check.that(startsWith(ended.output, "here"), "its output is missing: " + ended.text());
+    check.that(probe.notes()["data"] == dataLine, "its data are missing");
+    check.that(leftovers(place).empty(), "it left its folder");
+    return check.result();
+}
+
+bool moveTemp(Place &place, const std::wstring &folder)
+{
+    place.temp = folder;
+    return makeFolder(folder) && SetEnvironmentVariableW(L"TMP", folder.c_str())
+        && SetEnvironmentVariableW(L"TEMP", folder.c_str());
 }
 
 Notes::Notes(const std::wstring &path)

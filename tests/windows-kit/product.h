@@ -20,7 +20,10 @@ struct Entry
     std::uint32_t attributes = 0x20; // FILE_ATTRIBUTE_ARCHIVE
 };
 
-// A product with these files, stored without compression. Returns false if it cannot be written.
+// A product with this archive. Returns false if it cannot be written.
+bool writeProduct(const Place &place, const std::wstring &path, const std::wstring &program,
+                  const std::string &archive);
+// A product with these files, stored without compression.
 bool writeProduct(const Place &place, const std::wstring &path, const std::wstring &program,
                   const std::vector<Entry> &entries);
 // The files of the usual product: the probe and data.txt, whose first line is `dataLine`.
@@ -30,6 +33,14 @@ inline const std::string dataLine = "the data of the probe";
 // Puts the usual product into the row's folder: the one that the packer has made, or one made here.
 // Returns its path, or an empty text on failure.
 std::wstring placeProduct(const Place &place, const std::wstring &name = L"product.exe");
+
+// Starts `product`, which has the probe and data.txt, and expects that it runs with its data and
+// leaves nothing.
+Result runsAndLeavesNothing(const Place &place, const std::wstring &product);
+
+// Makes a folder, and makes it the temporary folder of all that the row starts. Returns false if it
+// cannot be made.
+bool moveTemp(Place &place, const std::wstring &folder);
 
 // What the probe has written; see probe.cpp for the keys.
 class Notes

@@ -13,6 +13,7 @@ constexpr const char *loader = "its loader does not know where a program lets li
 constexpr const char *programs = "it refuses program paths of this length";
 constexpr const char *rights = "it has no access lists, labels or UAC";
 constexpr const char *consoles = "its consoles are not those of Windows";
+constexpr const char *disks = "it cannot make disks";
 constexpr const char *stations = "its window stations do not hide windows";
 constexpr const char *shell = "it knows no handles of the taskbar";
 
@@ -66,6 +67,8 @@ const std::vector<Row> &allRows()
          rights},
         {"folder: elevated, the user's other programs may not write it", folderRightsElevated,
          false, rights},
+        {"folder: elevated, the user's other programs cannot rename or change it",
+         folderIsClosedToOthers, false, rights},
         {"folder: two starts after each other use the same name", folderNameIsStable, true,
          nullptr},
         {"folder: two starts at the same time use different names", folderNamesDiffer, true,
@@ -76,6 +79,16 @@ const std::vector<Row> &allRows()
         {"folder: a held file keeps all others", heldFileKeepsTheOthers, false, nullptr},
         {"folder: a program outside the job keeps its files", breakawayChild, false, nullptr},
 
+        {"rights: Windows refuses programs that ask for more with error 740", refusalOfMoreRights,
+         false, rights},
+        {"rights: a program that asks for administrator's rights", programForAdministrators, false,
+         rights},
+        {"rights: a program that asks for uiAccess", programWithUiAccess, false, rights},
+        {"rights: a start with a restricted token", startInSandbox, false, rights},
+        {"rights: a task of the system account", startBySystem, false, rights},
+        {"rights: the system account starts no planted 7zr.exe", helperPlantedForSystem, false,
+         rights},
+
         {"files: attributes of a cloud folder (0x80420)", cloudAttributes, true, nullptr},
         {"files: 400 MB in one file", largeFile, false, nullptr},
         {"files: a scanner reads while they are written", readersDuringUnpacking, false, nullptr},
@@ -83,12 +96,18 @@ const std::vector<Row> &allRows()
         {"files: a path in the product is longer than 260", longPathInProduct, true, nullptr},
         {"files: the temporary path is long", longTemporaryPath, true, nullptr},
         {"files: the program's path is longer than 260", longProgramPath, false, programs},
+        {"files: the temporary path has more than 232 characters", veryLongTemporaryPath, false,
+         programs},
         {"files: names that look like short names", shortNames, false, nullptr},
         {"files: Chinese, accents and emoji in all paths", namesBeyondAscii, true, nullptr},
         {"files: the product is on the drive of --drive", otherDrive, false, nullptr},
+        {"files: a disk with FAT32", fatDisk, false, disks},
+        {"files: a file over 4 GiB on a disk with FAT32", fatDiskLargeFile, false, disks},
 
         {"packing: kestrelpack-cli.exe packs a folder", terminalProgramPacks, false, nullptr},
+        {"packing: from OneDrive", packingFromOneDrive, false, nullptr},
         {"packing: no raw escape sequences in a console", escapeSequences, false, consoles},
+        {"packing: the console closes during a job", consoleClosesDuringJob, false, nullptr},
     };
     return rows;
 }

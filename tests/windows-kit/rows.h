@@ -44,6 +44,17 @@ Result heldFileAtRemoval(const Place &place);
 Result heldFileKeepsTheOthers(const Place &place);
 Result breakawayChild(const Place &place);
 
+// rows_rights.cpp: more and fewer rights than usual
+Result refusalOfMoreRights(const Place &place);
+Result programForAdministrators(const Place &place);
+Result programWithUiAccess(const Place &place);
+Result startInSandbox(const Place &place);
+Result folderIsClosedToOthers(const Place &place);
+
+// rows_system.cpp: starts by the system account
+Result startBySystem(const Place &place);
+Result helperPlantedForSystem(const Place &place);
+
 // rows_files.cpp: what is unpacked, and from where
 Result cloudAttributes(const Place &place);
 Result largeFile(const Place &place);
@@ -52,9 +63,14 @@ Result longPathOfProduct(const Place &place);
 Result longPathInProduct(const Place &place);
 Result longTemporaryPath(const Place &place);
 Result longProgramPath(const Place &place);
+Result veryLongTemporaryPath(const Place &place);
 Result shortNames(const Place &place);
 Result namesBeyondAscii(const Place &place);
+
+// rows_disks.cpp: other disks
 Result otherDrive(const Place &place);
+Result fatDisk(const Place &place);
+Result fatDiskLargeFile(const Place &place);
 
 // rows_starts.cpp: ways to start a product
 Result exampleProduct(const Place &place);
@@ -70,6 +86,8 @@ Result timeOfAStart(const Place &place);
 
 // rows_packing.cpp: the programs that pack
 Result terminalProgramPacks(const Place &place);
+Result packingFromOneDrive(const Place &place);
 Result escapeSequences(const Place &place);
+Result consoleClosesDuringJob(const Place &place);
 
 } // namespace kit

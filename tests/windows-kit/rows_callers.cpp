@@ -15,11 +15,6 @@ namespace kit {
 
 namespace {
 
-std::wstring systemProgram(const std::wstring &name)
-{
-    return variable(L"SystemRoot") + L"\\System32\\" + name;
-}
-
 bool preparePlace(const Place &place)
 {
     const std::wstring product = placeProduct(place);

@@ -8,6 +8,7 @@
 #include "tests/windows-kit/product.h"
 #include "tests/windows-kit/text.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <thread>
@@ -17,19 +18,6 @@ namespace kit {
 namespace {
 
 constexpr std::uint64_t largeSize = 400'000'000; // as in scripts/build-windows
-
-// Starts `product` and expects that it runs with its data and leaves nothing.
-Result runsAndLeavesNothing(const Place &place, const std::wstring &product)
-{
-    const ProbeControl probe(place);
-    const Ended ended = run(Start(product, L"--print=here --exit=5"), place.folder);
-    Check check;
-    check.that(ended.isByItself && ended.exitCode == 5, ended.text());
-    check.that(startsWith(ended.output, "here"), "its output is missing: " + ended.text());
-    check.that(probe.notes()["data"] == dataLine, "its data are missing");
-    check.that(leftovers(place).empty(), "it left its folder");
-    return check.result();
-}
 
 // 200 characters.
 std::wstring longName()
@@ -170,20 +158,20 @@ Result longPathInProduct(const Place &place)
 
 namespace {
 
-// The temporary folder has `size` characters.
+// A path with `size` characters.
+std::wstring longTemp(const Place &place, std::size_t size)
+{
+    std::wstring path = place.temp + L'\\';
+    path.resize(std::max(size, path.size() + 1), L'x');
+    return path;
+}
+
 Result inTemporaryFolderOf(const Place &place, std::size_t size)
 {
     Place inner = place;
-    inner.temp = place.temp + L'\\';
-    while (inner.temp.size() < size) {
-        inner.temp += L'x';
-    }
-    if (!makeFolder(inner.temp)) {
-        return fail("the folder cannot be made: " + systemText(GetLastError()));
-    }
-    SetEnvironmentVariableW(L"TMP", inner.temp.c_str());
-    SetEnvironmentVariableW(L"TEMP", inner.temp.c_str());
-    return runsAndLeavesNothing(inner, placeProduct(place));
+    return moveTemp(inner, longTemp(place, size))
+        ? runsAndLeavesNothing(inner, placeProduct(place))
+        : fail("the folder cannot be made: " + systemText(GetLastError()));
 }
 
 } // namespace
@@ -198,6 +186,25 @@ Result longTemporaryPath(const Place &place)
 Result longProgramPath(const Place &place)
 {
     return inTemporaryFolderOf(place, 225);
+}
+
+// The private folder's path is too long for a working folder then: the program gets its short name,
+// or begins in the caller's.
+Result veryLongTemporaryPath(const Place &place)
+{
+    Place inner = place;
+    if (!moveTemp(inner, longTemp(place, 240))) {
+        return fail("the folder cannot be made: " + systemText(GetLastError()));
+    }
+    const ProbeControl probe(place);
+    const Ended ended = run(Start(placeProduct(place), L"--print=here --exit=5"), place.folder);
+    const Notes notes = probe.notes();
+    Check check;
+    check.that(ended.isByItself && ended.exitCode == 5, ended.text());
+    check.that(startsWith(ended.output, "here"), "its output is missing: " + ended.text());
+    check.that(leftovers(inner).empty(), "it left its folder");
+    check.note("the program began in " + notes["folder"]);
+    return check.result();
 }
 
 // Windows gives "long name of a file.txt" the second name LONGNA~1.TXT. A file that has this name
@@ -228,12 +235,9 @@ Result namesBeyondAscii(const Place &place)
 {
     Place inner = place;
     inner.folder = place.path(L"\u6e90 \u6587\u4ef6\u5939 \u00fcn\u00ef \U0001f985");
-    inner.temp = inner.path(L"\u4e34\u65f6 \U0001f680");
-    if (!makeFolder(inner.temp)) {
+    if (!moveTemp(inner, inner.path(L"\u4e34\u65f6 \U0001f680"))) {
         return fail("the folder cannot be made: " + systemText(GetLastError()));
     }
-    SetEnvironmentVariableW(L"TMP", inner.temp.c_str());
-    SetEnvironmentVariableW(L"TEMP", inner.temp.c_str());
     const std::wstring name = L"\u4e3b \u7a0b\u5e8f \U0001f680.exe";
     std::vector<Entry> entries = probeEntries(place);
     entries[0].name = name;
@@ -242,24 +246,6 @@ Result namesBeyondAscii(const Place &place)
         return fail("the product cannot be written");
     }
     return runsAndLeavesNothing(inner, product);
-}
-
-Result otherDrive(const Place &place)
-{
-    if (place.drive.empty()) {
-        return notJudged("no --drive FOLDER was given (a USB stick or a network share)");
-    }
-    const std::wstring folder = place.drive + L"\\kestrelpack-kit";
-    const std::wstring product = folder + L"\\product.exe";
-    if (!makeFolder(folder) || !copyFile(placeProduct(place), product)) {
-        return fail("cannot write to " + utf8(place.drive));
-    }
-    wchar_t root[MAX_PATH] = L"";
-    GetVolumePathNameW(folder.c_str(), root, MAX_PATH);
-    Result result = runsAndLeavesNothing(place, product);
-    result.reason += " [drive type " + std::to_string(GetDriveTypeW(root)) + "]";
-    removeFolder(folder);
-    return result;
 }
 
 } // namespace kit

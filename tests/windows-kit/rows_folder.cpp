@@ -79,7 +79,7 @@ Result folderRights(const Place &place)
 Result folderRightsElevated(const Place &place)
 {
     if (elevationType() != Elevation::Full) {
-        return notJudged("not started with \"Run as administrator\" by a user who has UAC");
+        return notJudged(notByUac);
     }
     Check check;
     const auto security = securityWhileItRuns(place, check);

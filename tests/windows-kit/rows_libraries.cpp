@@ -8,6 +8,8 @@
 #include "tests/windows-kit/product.h"
 #include "tests/windows-kit/text.h"
 
+#include <vector>
+
 // A program that loads a library from its own folder cannot start beside an empty file of that name:
 // an empty file is no library.
 namespace kit {
@@ -18,24 +20,31 @@ constexpr const wchar_t *libraries[]
     = {L"CRYPTBASE.dll", L"version.dll", L"dwmapi.dll",   L"uxtheme.dll", L"winmm.dll",
        L"bcrypt.dll",    L"profapi.dll", L"wtsapi32.dll", L"userenv.dll", L"netapi32.dll"};
 
+// What Qt needs in addition, and what netapi32.dll passes its calls on to.
+const std::vector<const wchar_t *> librariesOfWindow
+    = {L"NETUTILS.dll", L"SRVCLI.dll", L"WKSCLI.dll", L"authz.dll",
+       L"d3d9.dll",     L"d3d11.dll",  L"dxgi.dll",   L"dwrite.dll"};
+
 // The program runs alone first, then beside each library. `works` starts it and says whether it
 // worked.
 template <typename Works>
-Result besideEach(const Place &place, Works works)
+Result besideEach(const Place &place, Works works, const std::vector<const wchar_t *> &further = {})
 {
+    std::vector<const wchar_t *> planted(std::begin(libraries), std::end(libraries));
+    planted.insert(planted.end(), further.begin(), further.end());
     Check check;
     check.that(works(), "does not even run alone");
     std::string failed;
-    for (const wchar_t *library : libraries) {
-        const std::wstring planted = place.path(library);
-        writeFile(planted, "");
+    for (const wchar_t *library : planted) {
+        const std::wstring file = place.path(library);
+        writeFile(file, "");
         if (!works()) {
             failed += (failed.empty() ? "" : ", ") + utf8(library);
         }
-        DeleteFileW(planted.c_str());
+        DeleteFileW(file.c_str());
     }
     check.that(failed.empty(), "does not run beside an empty " + failed);
-    check.note(std::to_string(ARRAYSIZE(libraries)) + " libraries, one at a time");
+    check.note(std::to_string(planted.size()) + " libraries, one at a time");
     return check.result();
 }
 
@@ -76,12 +85,12 @@ Result emptyLibrariesBesideWindow(const Place &place)
     if (!copyFile(place.file(L"Kestrelpack.exe"), program)) {
         return fail("the program cannot be copied");
     }
-    return besideEach(place, [&] {
+    const auto works = [&] {
         Process process;
-        const bool works = process.start(Start(program))
-            && WaitForInputIdle(process.handle(), patience) == 0 && process.isRunning();
-        return works;
-    });
+        return process.start(Start(program)) && WaitForInputIdle(process.handle(), patience) == 0
+            && process.isRunning();
+    };
+    return besideEach(place, works, librariesOfWindow);
 }
 
 Result emptyLibrariesBesideArchiver(const Place &place)

@@ -11,6 +11,9 @@ namespace kit {
 
 enum class Elevation { None, Full, Limited }; // None: UAC is off, or the user is the system
 
+inline constexpr const char *notByUac
+    = "not started with \"Run as administrator\" by a user who has UAC";
+
 bool isElevated();
 Elevation elevationType();
 std::string userSid(); // "S-1-5-21-..."

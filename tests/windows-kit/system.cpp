@@ -14,6 +14,8 @@ namespace kit {
 namespace {
 
 constexpr const wchar_t *versionKey = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
+constexpr const wchar_t *policyKey
+    = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Policies\\System";
 constexpr const wchar_t *codePageKey = L"SYSTEM\\CurrentControlSet\\Control\\Nls\\CodePage";
 constexpr const wchar_t *defenderKey
     = L"SOFTWARE\\Microsoft\\Windows Defender\\Real-Time Protection";
@@ -166,6 +168,16 @@ std::string wineVersion()
     using GetVersionFunction = const char *(*)();
     const auto getVersion = systemFunction<GetVersionFunction>(L"ntdll.dll", "wine_get_version");
     return getVersion != nullptr ? getVersion() : "";
+}
+
+bool asksForConsent()
+{
+    DWORD isUacOn = 1;
+    DWORD consent = 5; // Windows' default: a question
+    registryNumber(policyKey, L"EnableLUA", isUacOn);
+    registryNumber(policyKey, L"ConsentPromptBehaviorAdmin", consent);
+    const bool mayElevateSilently = elevationType() == Elevation::Limited && consent == 0;
+    return !isElevated() && isUacOn != 0 && !mayElevateSilently;
 }
 
 std::vector<std::pair<std::string, std::string>> systemFacts()
