@@ -57,3 +57,28 @@ make_folder() {
             { if (sum < wanted * 1024) print substr($0, index($0, " ") + 1); sum += $1 }' |
         tr '\n' '\0' | xargs -0 cp --parents -t "$1" 2>/dev/null || true
 }
+
+# make_nsis FOLDER PROGRAM FILE DICTIONARY-MEGABYTES [ICON]: makes an installer that unpacks the folder to a private
+# place, runs the program and removes everything
+make_nsis() {
+    cat >"$work/script.nsi" <<END
+Target amd64-unicode
+SetCompressor /SOLID lzma
+SetCompressorDictSize $4
+Name bench
+OutFile "$3"
+${5:+Icon "$5"}
+RequestExecutionLevel user
+SilentInstall silent
+Section
+    InitPluginsDir
+    SetOutPath "\$PLUGINSDIR\\app"
+    File /r "$1/*"
+    ExecWait '"\$PLUGINSDIR\\app\\$2"' \$0
+    SetOutPath "\$TEMP"
+    RMDir /r "\$PLUGINSDIR\\app"
+    SetErrorLevel \$0
+SectionEnd
+END
+    makensis -V2 "$work/script.nsi" >>"$log" 2>&1 || fail "makensis failed; see $log"
+}
