@@ -3,13 +3,49 @@
 
 #include "cli/preparejob.h"
 
+#include "cli/language.h"
 #include "packaging/compressionoptions.h"
+#include "packaging/outputname.h"
+#include "preparation/archivermethod.h"
+#include "preparation/folderlisting.h"
 
 #include <QFileInfo>
 
+namespace {
+
+// Files with unusual permissions are copied, so that the archive does not depend on this user's umask.
+std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const CheckedInputs &inputs)
+{
+    const QString given = options.latestTime ? QString::number(*options.latestTime) : QString();
+    const auto times
+        = timeRuleOf(given, qEnvironmentVariable("SOURCE_DATE_EPOCH"), options.reproducible);
+    if (const auto *message = std::get_if<QString>(&times)) {
+        return Refusal{*message};
+    }
+    const SourceListing listing = listFolder(inputs.folder);
+    if (!listing.error.isEmpty()) {
+        return Refusal{text("the folder %1 cannot be read").arg(inputs.folder) + ": "
+                       + listing.error};
+    }
+    TreeOptions wanted;
+    wanted.excludes = options.excludes;
+    wanted.mainProgram = inputs.mainProgram;
+    wanted.times = std::get<TimeRule>(times);
+    if (options.reproducible) {
+        wanted.permissions = TreeOptions::Permissions::Uniform;
+    }
+    auto plan = planTree(inputs.folder, listing.entries, wanted);
+    if (const auto *problems = std::get_if<TreeProblems>(&plan)) {
+        return Refusal{problems->sentences.join('\n')};
+    }
+    return std::get<SourcePlan>(plan);
+}
+
+} // namespace
+
 QString PreparedJob::madeName() const
 {
-    return QFileInfo(job.outputPath()).fileName();
+    return outputBaseName(job.mainExeName) + ".exe";
 }
 
 std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options)
@@ -19,19 +55,24 @@ std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options)
         return *refusal;
     }
     const CheckedInputs &inputs = *std::get_if<CheckedInputs>(&checked);
+    const auto plan = planOf(options, inputs);
+    if (const auto *refusal = std::get_if<Refusal>(&plan)) {
+        return *refusal;
+    }
 
     PreparedJob prepared;
     prepared.options = options;
     prepared.product = inputs.product;
+    prepared.tree = std::get<SourcePlan>(plan);
+    prepared.warnings = prepared.tree.warnings;
     prepared.job.folderPath = inputs.folder;
     prepared.job.outputDir = QFileInfo(inputs.product).path();
-    prepared.job.mainExeName = inputs.mainProgram;
+    prepared.job.mainExeName = prepared.tree.mainProgram;
     prepared.job.iconPath = inputs.icon;
     prepared.job.compressionLevel = compressionLevelText(options.levelIndex);
-    // With a method, the archiver compresses at every level.
-    prepared.job.compressionMethod = options.levelIndex == 0
-        ? QStringLiteral("Copy")
-        : compressionMethodText(options.methodIndex);
+    prepared.job.compressionMethod = archiverMethod(prepared.job.compressionLevel,
+                                                    compressionMethodText(options.methodIndex),
+                                                    options.reproducible);
     prepared.job.dictionarySize = dictionarySizeText(-1);
     return prepared;
 }

@@ -6,6 +6,7 @@
 #include "cli/inputcheck.h"
 #include "cli/packoptions.h"
 #include "packaging/packagingjob.h"
+#include "preparation/sourcetree.h"
 
 #include <variant>
 
@@ -16,13 +17,15 @@ struct PreparedJob
     // The job's paths are absolute. Its archivePath is still empty, and its outputDir is the folder
     // of the product; TerminalJob replaces both.
     PackagingJob job;
-    QString product; // the absolute path of the executable
+    QString product;      // the absolute path of the executable
+    SourcePlan tree;      // what goes into the archive
+    QStringList warnings; // sentences for the user
 
-    // The file name that the engine gives the executable. It may differ from the product's.
+    // The path of the file that the engine makes, from its output directory. It may differ from the
+    // product's name.
     QString madeName() const;
 };
 
-// Checks the request against the disk, and prepares what the engine needs beyond its own helpers.
-// Call it after PrivateDirectory::enter(): what it writes belongs into the temporary directory.
-// Creates the output directory if it is missing; changes nothing else elsewhere.
+// Checks the request against the disk: the folder with everything in it, the main program's name, and
+// where the executable goes. Creates the output directory if it is missing; changes nothing else.
 std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options);

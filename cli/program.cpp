@@ -12,16 +12,22 @@
 #include "cli/preparejob.h"
 #include "cli/privatedirectory.h"
 #include "cli/readingcommands.h"
+#include "cli/stagejob.h"
 #include "cli/terminal.h"
 #include "cli/terminaljob.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 namespace {
 
+// A message may have several lines, one for each thing that is wrong.
 int refuse(Console &console, const QString &message)
 {
-    console.showMessage(message);
+    for (const QString &line : message.split('\n')) {
+        console.showMessage(line);
+    }
     return ExitWrongUsage;
 }
 
@@ -37,6 +43,33 @@ Console::Style styleOf(const PackOptions &options)
     return options.json ? Console::Style::Json
         : options.quiet ? Console::Style::Quiet
                         : Console::Style::Full;
+}
+
+// Makes the folders that the job needs. They are removed with those that they lie in.
+std::optional<Refusal> makeFolders(PreparedJob &prepared, const InterruptWatcher &watcher,
+                                   OutputGuard &guard, PrivateDirectory &temporary)
+{
+    int cause = 0;
+    bool isInterrupted = false;
+    const auto connection = QObject::connect(&watcher, &InterruptWatcher::interrupted, qApp,
+                                             [&cause, &isInterrupted](int event) {
+                                                 cause = event;
+                                                 isInterrupted = true;
+                                             });
+    const auto isStopped = [&isInterrupted] {
+        QCoreApplication::processEvents();
+        return isInterrupted;
+    };
+    // The engine makes a file for a program in a subfolder in one of the same name.
+    QDir().mkpath(QFileInfo(guard.madeFile()).path());
+    const auto refusal = stageJob(prepared, {temporary.path(), guard.directory()}, isStopped);
+    QObject::disconnect(connection);
+    if (isInterrupted) {
+        guard.release();
+        temporary.remove();
+        endAsInterrupted(cause);
+    }
+    return refusal;
 }
 
 int pack(const PackOptions &options, const ProgramHooks &hooks)
@@ -59,14 +92,23 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
             text("the system does not use %1 as the temporary directory").arg(temporary.path()));
     }
     hooks.fillTemporaryDirectory(temporary.path());
-    const auto prepared = prepareJob(options);
+    auto prepared = prepareJob(options);
     if (const auto *refusal = std::get_if<Refusal>(&prepared)) {
         return refuse(console, refusal->message);
     }
-    const PreparedJob &inputs = *std::get_if<PreparedJob>(&prepared);
+    PreparedJob &inputs = *std::get_if<PreparedJob>(&prepared);
+    if (const auto refusal = hooks.prepareProgram(inputs)) {
+        return refuse(console, refusal->message);
+    }
     OutputGuard guard(inputs.product, inputs.madeName());
     if (const QString reason = guard.hold(); !reason.isEmpty()) {
         return refuse(console, reason);
+    }
+    if (const auto refusal = makeFolders(inputs, watcher, guard, temporary)) {
+        return refuse(console, refusal->message);
+    }
+    for (const QString &warning : inputs.warnings) {
+        console.showWarning(warning);
     }
     TerminalJob job(inputs, guard, temporary, console, hooks.checkProduct);
     QObject::connect(&watcher, &InterruptWatcher::interrupted, &job, &TerminalJob::interrupt);

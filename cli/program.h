@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "cli/prepareprogram.h"
 #include "cli/productcheck.h"
 
 #include <QString>
@@ -15,6 +16,7 @@ struct ProgramHooks
     // Is called for a job's private temporary directory, before anything else is in it.
     std::function<void(const QString &directory)> fillTemporaryDirectory = [](const QString &) {
     };
+    std::function<std::optional<Refusal>(PreparedJob &)> prepareProgram = &::prepareProgram;
     ProductCheck checkProduct = &::checkProduct;
 };
 

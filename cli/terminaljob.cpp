@@ -70,7 +70,7 @@ TerminalJob::~TerminalJob()
 void TerminalJob::start()
 {
     m_console.showEvent("start",
-                        {{"folder", m_job.folderPath},
+                        {{"folder", m_prepared.tree.folder},
                          {"main", m_job.mainExeName},
                          {"path", m_guard.output()}});
     m_clock.begin("archive");
@@ -137,6 +137,7 @@ void TerminalJob::show(QString line)
         break;
     }
     line.replace(m_guard.madeFile(), m_guard.output());
+    line.replace(m_job.folderPath, m_prepared.tree.folder);
     m_console.showLogLine(line.replace(m_job.outputDir, m_prepared.job.outputDir));
 }
 

@@ -37,6 +37,8 @@ public:
 
     // Removes exactly what create() has made. Returns false if something is left.
     bool remove();
+    // From now on the tree belongs to the caller, who removes it with everything in it.
+    void leave() { m_path.clear(); }
 
 private:
     struct MadeFile

@@ -5,8 +5,8 @@
 // temporary directory, so tests cannot plant fakes for it. This program copies them from there into
 // the job's private directory; everything else is kestrelpack-cli's own code.
 //
-// Fake helpers make no real executable, so it is not checked, except that the environment variable
-// KESTRELPACK_TEST_CHECK asks for it: "real" checks it as kestrelpack-cli does; "hang FILE" makes
+// The main programs of these tests are no real ones, so nothing is made from them. Fake helpers make
+// no real executable, so it is not checked, except that the environment variable KESTRELPACK_TEST_CHECK asks for it: "real" checks it as kestrelpack-cli does; "hang FILE" makes
 // FILE and does not return.
 
 #include "cli/program.h"
@@ -48,7 +48,9 @@ QString check(const QString &path, bool content)
 int main(int argc, char *argv[])
 {
     const QDir usual(QDir::tempPath());
-    return runTerminalProgram(
-        argc, argv,
-        {[usual](const QString &directory) { copyHelpers(usual, QDir(directory)); }, check});
+    return runTerminalProgram(argc, argv,
+                              {[usual](const QString &directory) {
+                                   copyHelpers(usual, QDir(directory));
+                               },
+                               [](PreparedJob &) { return std::optional<Refusal>(); }, check});
 }
