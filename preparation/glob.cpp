@@ -39,19 +39,14 @@ bool matchesAll(const Pattern &pattern, const Items &items, IsWildcard isWildcar
 
 } // namespace
 
-QString Glob::broken(const QString &reason) const
-{
-    return QStringLiteral("the pattern %1 is broken: %2").arg(m_text, reason);
-}
-
-std::variant<Glob, QString> Glob::parse(const QString &text)
+std::variant<Glob, Message> Glob::parse(const QString &text)
 {
     Glob glob;
     glob.m_text = text;
     QString path = text;
     path.replace('\\', '/');
     if (path.isEmpty()) {
-        return QStringLiteral("an empty pattern excludes nothing");
+        return Message{"an empty pattern excludes nothing"};
     }
     glob.m_foldersOnly = path.endsWith('/');
     if (glob.m_foldersOnly) {
@@ -65,9 +60,8 @@ std::variant<Glob, QString> Glob::parse(const QString &text)
         glob.m_names.append(Name{true, {}});
     }
     for (const QString &name : path.split('/')) {
-        const QString error = glob.readName(name);
-        if (!error.isEmpty()) {
-            return error;
+        if (const auto error = glob.readName(name)) {
+            return *error;
         }
     }
     if (glob.m_names.constLast().isAnyFolders) {
@@ -77,13 +71,15 @@ std::variant<Glob, QString> Glob::parse(const QString &text)
     return glob;
 }
 
-QString Glob::readName(QStringView text)
+std::optional<Message> Glob::readName(QStringView text)
 {
     if (text.isEmpty()) {
-        return broken(QStringLiteral("there is no name beside a /"));
+        return Message{"the pattern %1 is broken: there is no name beside a /", {m_text}};
     }
     if (text == u"." || text == u"..") {
-        return broken(QStringLiteral("paths begin at the folder to pack, without . and .."));
+        return Message{
+            "the pattern %1 is broken: paths begin at the folder to pack, without . and ..",
+            {m_text}};
     }
     Name name;
     name.isAnyFolders = text == u"**";
@@ -92,14 +88,14 @@ QString Glob::readName(QStringView text)
         const QChar unit = text[i];
         if (unit == '*') {
             if (i > 0 && text[i - 1] == '*') {
-                return broken(QStringLiteral("** must stand alone between two /"));
+                return Message{"the pattern %1 is broken: ** must stand alone between two /",
+                               {m_text}};
             }
             token.kind = Token::Kind::AnyUnits;
         } else if (unit == '?') {
             token.kind = Token::Kind::AnyUnit;
         } else if (unit == '[') {
-            const QString error = readClass(text, i, token);
-            if (!error.isEmpty()) {
+            if (auto error = readClass(text, i, token)) {
                 return error;
             }
         } else {
@@ -108,12 +104,12 @@ QString Glob::readName(QStringView text)
         name.tokens.append(token);
     }
     m_names.append(name);
-    return {};
+    return std::nullopt;
 }
 
 // Reads `[...]`; `position` moves from its first to its last unit. A `]` at its beginning stands for
 // itself.
-QString Glob::readClass(QStringView text, qsizetype &position, Token &token) const
+std::optional<Message> Glob::readClass(QStringView text, qsizetype &position, Token &token) const
 {
     token.kind = Token::Kind::Class;
     qsizetype i = position + 1;
@@ -128,17 +124,17 @@ QString Glob::readClass(QStringView text, qsizetype &position, Token &token) con
             i += 2;
         }
         if (to < from) {
-            return broken(QStringLiteral("the range %1-%2 is in the wrong order")
-                              .arg(QChar(from), QChar(to)));
+            return Message{"the pattern %1 is broken: the range %2-%3 is in the wrong order",
+                           {m_text, QChar(from), QChar(to)}};
         }
         token.ranges.append({from, to});
         ++i;
     }
     if (i >= text.size()) {
-        return broken(QStringLiteral("a [ has no ]"));
+        return Message{"the pattern %1 is broken: a [ has no ]", {m_text}};
     }
     position = i;
-    return {};
+    return std::nullopt;
 }
 
 bool Glob::tokenMatches(const Token &token, QChar unit)

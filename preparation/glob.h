@@ -3,9 +3,12 @@
 
 #pragma once
 
+#include "preparation/message.h"
+
 #include <QList>
 #include <QString>
 
+#include <optional>
 #include <variant>
 
 // A pattern that chooses files and folders of the folder to pack:
@@ -20,8 +23,8 @@
 class Glob
 {
 public:
-    // Reads a pattern. Returns one English sentence without a full stop if it is broken.
-    static std::variant<Glob, QString> parse(const QString &text);
+    // Reads a pattern. Returns what is wrong if it is broken.
+    static std::variant<Glob, Message> parse(const QString &text);
 
     // The pattern as the user wrote it.
     const QString &text() const { return m_text; }
@@ -44,9 +47,8 @@ private:
         QList<Token> tokens;
     };
 
-    QString readName(QStringView text);
-    QString readClass(QStringView text, qsizetype &position, Token &token) const;
-    QString broken(const QString &reason) const;
+    std::optional<Message> readName(QStringView text);
+    std::optional<Message> readClass(QStringView text, qsizetype &position, Token &token) const;
     static bool tokenMatches(const Token &token, QChar unit);
     static bool nameMatches(const Name &name, QStringView text);
 

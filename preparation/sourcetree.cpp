@@ -73,7 +73,7 @@ private:
     {
         for (const QString &text : m_options.excludes) {
             auto glob = Glob::parse(text);
-            if (const auto *error = std::get_if<QString>(&glob)) {
+            if (const auto *error = std::get_if<Message>(&glob)) {
                 m_problems.append(*error);
             } else {
                 m_globs.append(std::get<Glob>(glob));
@@ -168,8 +168,7 @@ private:
     void noteMainProgram(const QString &path, const Glob &glob)
     {
         if (fileNameUpperCase(path) == fileNameUpperCase(m_options.mainProgram)) {
-            addProblem(QStringLiteral("the pattern %1 excludes the main program %2")
-                           .arg(glob.text(), path));
+            addProblem(Message{"the pattern %1 excludes the main program %2", {glob.text(), path}});
         }
     }
 
@@ -178,26 +177,25 @@ private:
     {
         switch (link.targetKind) {
         case SourceEntry::Target::Outside:
-            return addProblem(QStringLiteral("the link %1 leads out of the folder, to %2")
-                                  .arg(shownPath(path), shownPath(link.target)));
+            return addProblem(Message{"the link %1 leads out of the folder, to %2",
+                                      {shownPath(path), shownPath(link.target)}});
         case SourceEntry::Target::Circle:
-            return addProblem(
-                QStringLiteral("the link %1 leads back to itself").arg(shownPath(path)));
+            return addProblem(Message{"the link %1 leads back to itself", {shownPath(path)}});
         case SourceEntry::Target::None:
         case SourceEntry::Target::Missing:
-            return addProblem(QStringLiteral("the link %1 leads to %2, which does not exist")
-                                  .arg(shownPath(path), shownPath(link.target)));
+            return addProblem(Message{"the link %1 leads to %2, which does not exist",
+                                      {shownPath(path), shownPath(link.target)}});
         case SourceEntry::Target::Inside:
             break;
         }
         if (link.target.isEmpty() || open.contains(link.target)) {
             return addProblem(
-                QStringLiteral("the link %1 leads to a folder that contains it, so it has no end")
-                    .arg(shownPath(path)));
+                Message{"the link %1 leads to a folder that contains it, so it has no end",
+                        {shownPath(path)}});
         }
         return target != nullptr
-            || addProblem(QStringLiteral("the link %1 leads to %2, which does not exist")
-                              .arg(shownPath(path), shownPath(link.target)));
+            || addProblem(Message{"the link %1 leads to %2, which does not exist",
+                                  {shownPath(path), shownPath(link.target)}});
     }
 
     // `found` is the entry whose name counts, `entry` the one whose content does.
@@ -205,25 +203,23 @@ private:
     {
         const QString shown = shownPath(path);
         if (found.nameIsDamaged) {
-            return addProblem(
-                QStringLiteral("%1 cannot be packed: its name is not valid UTF-8").arg(shown));
+            return addProblem(Message{"%1 cannot be packed: its name is not valid UTF-8", {shown}});
         }
-        const QString fault = windowsPathFault(path);
-        if (!fault.isEmpty()) {
-            return addProblem(QStringLiteral("%1 cannot be packed: %2").arg(shown, fault));
+        if (const auto problem = windowsNameProblem(path)) {
+            return addProblem(*problem);
         }
         switch (entry.kind) {
         case SourceEntry::Kind::File:
         case SourceEntry::Kind::Folder:
             return isAlone(path);
         case SourceEntry::Kind::Unreadable:
-            return addProblem(QStringLiteral("%1 cannot be read: %2").arg(shown, entry.problem));
+            return addProblem(Message{"%1 cannot be read: %2", {shown, entry.problem}});
         case SourceEntry::Kind::Device:
-            return addProblem(QStringLiteral("%1 is a device, not a file").arg(shown));
+            return addProblem(Message{"%1 is a device, not a file", {shown}});
         case SourceEntry::Kind::Pipe:
-            return addProblem(QStringLiteral("%1 is a pipe, not a file").arg(shown));
+            return addProblem(Message{"%1 is a pipe, not a file", {shown}});
         case SourceEntry::Kind::Socket:
-            return addProblem(QStringLiteral("%1 is a socket, not a file").arg(shown));
+            return addProblem(Message{"%1 is a socket, not a file", {shown}});
         case SourceEntry::Kind::Link:
             break; // has been followed
         }
@@ -237,9 +233,9 @@ private:
         const QString upper = fileNameUpperCase(path);
         const auto other = m_pathOf.constFind(upper);
         if (other != m_pathOf.constEnd()) {
-            return addProblem(QStringLiteral("%1 and %2 cannot both be packed: on Windows they "
-                                             "are the same name")
-                                  .arg(shownPath(other.value()), shownPath(path)));
+            return addProblem(Message{"%1 and %2 cannot both be packed: on Windows they "
+                                      "are the same name",
+                                      {shownPath(other.value()), shownPath(path)}});
         }
         m_pathOf.insert(upper, path);
         return true;
@@ -279,8 +275,8 @@ private:
     {
         if (m_headerBytes > largestHeader && !m_isTooLarge) {
             m_isTooLarge = true;
-            addProblem(QStringLiteral("there are too many files: the list of their names is larger "
-                                      "than the 64 MiB that a produced file may have"));
+            addProblem(Message{"there are too many files: the list of their names is larger "
+                               "than the 64 MiB that a produced file may have"});
         }
         return m_isTooLarge;
     }
@@ -289,13 +285,13 @@ private:
     {
         if (m_problems.isEmpty() && m_plan.files.isEmpty()) {
             addProblem(m_globs.isEmpty()
-                           ? QStringLiteral("the folder %1 contains no files").arg(m_plan.folder)
-                           : QStringLiteral("the patterns leave no files to pack"));
+                           ? Message{"the folder %1 contains no files", {m_plan.folder}}
+                           : Message{"the patterns leave no files to pack"});
         }
         if (m_problems.isEmpty() && m_plan.mainProgram.isEmpty()
             && !m_options.mainProgram.isEmpty()) {
-            addProblem(QStringLiteral("the folder %1 contains no file %2")
-                           .arg(m_plan.folder, m_options.mainProgram));
+            addProblem(Message{"the folder %1 contains no file %2",
+                               {m_plan.folder, m_options.mainProgram}});
         }
     }
 
@@ -304,26 +300,25 @@ private:
         for (qsizetype i = 0; i < m_globs.size(); ++i) {
             if (!m_globIsUsed[i]) {
                 m_plan.warnings.append(
-                    QStringLiteral("the pattern %1 matches nothing in the folder")
-                        .arg(m_globs[i].text()));
+                    Message{"the pattern %1 matches nothing in the folder", {m_globs[i].text()}});
             }
         }
     }
 
-    bool addProblem(const QString &sentence)
+    bool addProblem(const Message &message)
     {
-        m_problems.append(sentence);
+        m_problems.append(message);
         return false;
     }
 
-    QStringList shortened() const
+    QList<Message> shortened() const
     {
         const qsizetype rest = m_problems.size() - shownProblems;
         if (rest <= 0) {
             return m_problems;
         }
         return m_problems.first(shownProblems)
-            + QStringList{QStringLiteral("and %1 more").arg(rest)};
+            + QList<Message>{Message{"and %1 more", {QString::number(rest)}}};
     }
 
     const QList<SourceEntry> &m_entries;
@@ -334,7 +329,7 @@ private:
     QHash<QString, QList<const SourceEntry *>> m_children;
     QHash<QString, QString> m_pathOf; // by their upper case
     SourcePlan m_plan;
-    QStringList m_problems;
+    QList<Message> m_problems;
     qint64 m_headerBytes = 0;
     bool m_isTooLarge = false;
 };

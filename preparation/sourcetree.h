@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "preparation/message.h"
 #include "preparation/sourceentry.h"
 #include "preparation/timerule.h"
 
@@ -58,8 +59,8 @@ struct SourcePlan
     QList<PlannedFile> files;     // in the order of their paths
     QList<PlannedFolder> folders; // every folder comes after the one that contains it
     QString mainProgram;          // as the disk spells it
-    QStringList warnings;         // English sentences without full stops
-    qint64 totalBytes = 0;        // of all files
+    QList<Message> warnings;
+    qint64 totalBytes = 0; // of all files
     // Whether the archive cannot be made of the folder itself: something is left out, followed or
     // changed.
     bool needsStaging = false;
@@ -68,11 +69,10 @@ struct SourcePlan
     qint64 bytesToCopy(bool canLink) const;
 };
 
-// Why nothing is packed: English sentences without full stops. There are at most 20; then one says
-// how many more there are.
+// Why nothing is packed. There are at most 20 messages; then one says how many more there are.
 struct TreeProblems
 {
-    QStringList sentences;
+    QList<Message> messages;
 };
 
 // Decides what goes into the product. Looks at the entries only, not at the disk.

@@ -14,49 +14,44 @@ namespace {
 constexpr int removalAttempts = 10;
 constexpr unsigned long removalPauseMs = 100;
 
-QString failed(const char *what, const QString &path, const QString &reason)
-{
-    return QStringLiteral("cannot %1 %2 for packing: %3")
-        .arg(QLatin1String(what), shownPath(path), reason);
-}
-
 } // namespace
 
-QString StagedTree::create(const SourcePlan &plan, const Progress &progress)
+std::optional<Message> StagedTree::create(const SourcePlan &plan, const Progress &progress)
 {
     QTemporaryDir folder(m_parent + "/.kestrelpack-tree-XXXXXX");
     if (!folder.isValid()) {
-        return failed("make a folder in", m_parent, folder.errorString());
+        return Message{"cannot make a folder in %1: %2", {m_parent, folder.errorString()}};
     }
     folder.setAutoRemove(false);
     m_path = folder.path();
-    QString error = makeFolders(plan);
-    if (error.isEmpty()) {
+    std::optional<Message> error = makeFolders(plan);
+    if (!error) {
         error = makeFiles(plan, progress);
     }
-    if (error.isEmpty()) {
+    if (!error) {
         error = finishFolders(plan);
     }
-    if (!error.isEmpty()) {
+    if (error) {
         remove();
     }
     return error;
 }
 
-QString StagedTree::makeFolders(const SourcePlan &plan)
+std::optional<Message> StagedTree::makeFolders(const SourcePlan &plan)
 {
     for (const PlannedFolder &folder : plan.folders) {
         const QString path = m_path + '/' + folder.path;
         const QString error = makeFolder(path);
         if (!error.isEmpty()) {
-            return failed("make the folder", folder.path, error);
+            return Message{"cannot make the folder %1 for packing: %2",
+                           {shownPath(folder.path), error}};
         }
         m_folders.append(path);
     }
-    return {};
+    return std::nullopt;
 }
 
-QString StagedTree::makeFiles(const SourcePlan &plan, const Progress &progress)
+std::optional<Message> StagedTree::makeFiles(const SourcePlan &plan, const Progress &progress)
 {
     const CopyProgress onCopied = [&](qint64 bytes) {
         m_doneBytes += bytes;
@@ -70,10 +65,10 @@ QString StagedTree::makeFiles(const SourcePlan &plan, const Progress &progress)
             ? QStringLiteral("stopped")
             : makeFile(plan.folder + '/' + file.source, file, onCopied);
         if (!error.isEmpty()) {
-            return failed("copy", file.path, error);
+            return Message{"cannot copy %1 for packing: %2", {shownPath(file.path), error}};
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 QString StagedTree::makeFile(const QString &source, const PlannedFile &file,
@@ -92,15 +87,16 @@ QString StagedTree::makeFile(const QString &source, const PlannedFile &file,
 }
 
 // From the innermost to the outermost, because each new entry changes its folder's time.
-QString StagedTree::finishFolders(const SourcePlan &plan)
+std::optional<Message> StagedTree::finishFolders(const SourcePlan &plan)
 {
     for (auto folder = plan.folders.crbegin(); folder != plan.folders.crend(); ++folder) {
         const QString error = finishFolder(m_path + '/' + folder->path, *folder);
         if (!error.isEmpty()) {
-            return failed("finish the folder", folder->path, error);
+            return Message{"cannot finish the folder %1 for packing: %2",
+                           {shownPath(folder->path), error}};
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 bool StagedTree::removeOnce()

@@ -8,6 +8,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 // A private copy of the folder to pack as a plan describes it: hard links where they are possible,
 // copies elsewhere. The source never changes. Use it on one thread.
 class StagedTree
@@ -24,9 +26,9 @@ public:
     // Calls remove().
     ~StagedTree() { remove(); }
 
-    // Makes the tree. Returns an empty text, or one English sentence without a full stop that names
-    // the entry; the tree is then removed again. Call it once.
-    QString create(const SourcePlan &plan, const Progress &progress);
+    // Makes the tree. Returns nothing, or what is wrong, with the entry's name; the tree is then
+    // removed again. Call it once.
+    std::optional<Message> create(const SourcePlan &plan, const Progress &progress);
 
     // The folder to pack; empty before create().
     QString path() const { return m_path; }
@@ -47,10 +49,10 @@ private:
         bool isCopy = false;
     };
 
-    QString makeFolders(const SourcePlan &plan);
-    QString makeFiles(const SourcePlan &plan, const Progress &progress);
+    std::optional<Message> makeFolders(const SourcePlan &plan);
+    std::optional<Message> makeFiles(const SourcePlan &plan, const Progress &progress);
     QString makeFile(const QString &source, const PlannedFile &file, const CopyProgress &progress);
-    QString finishFolders(const SourcePlan &plan);
+    std::optional<Message> finishFolders(const SourcePlan &plan);
     bool removeOnce();
 
     const QString m_parent;

@@ -27,6 +27,15 @@ QString sizeText(qint64 bytes)
     return QLocale::c().formattedDataSize(bytes, 1);
 }
 
+QString freeSpaceText(const QList<PlaceToStage> &places)
+{
+    QStringList texts;
+    for (const PlaceToStage &place : places) {
+        texts.append(place.path + " (" + sizeText(place.freeBytes) + ')');
+    }
+    return texts.join(", ");
+}
+
 } // namespace
 
 ChosenPlace chooseStagingPlace(const SourcePlan &plan, const QList<PlaceToStage> &places)
@@ -46,23 +55,19 @@ ChosenPlace chooseStagingPlace(const SourcePlan &plan, const QList<PlaceToStage>
     const auto place = std::find_if(sorted.begin(), sorted.end(), hasRoom);
     ChosenPlace chosen;
     if (place == sorted.end()) {
-        QStringList free;
-        for (const PlaceToStage &each : sorted) {
-            free.append(QStringLiteral("%1 has %2").arg(each.path, sizeText(each.freeBytes)));
-        }
-        chosen.note = QStringLiteral("there is no space to copy the folder, which needs %1: %2")
-                          .arg(sizeText(plan.bytesToCopy(false)), free.join(", "));
+        const qint64 bytes = plan.bytesToCopy(!sorted.isEmpty() && sorted.constFirst().canLink);
+        chosen.note = Message{"%1 have to be copied before packing, but no disk has the space: %2",
+                              {sizeText(bytes), freeSpaceText(sorted)}};
         return chosen;
     }
     chosen.path = place->path;
     chosen.bytesToCopy = plan.bytesToCopy(place->canLink);
     if (chosen.bytesToCopy > worthANote) {
-        chosen.note = place->canLink
-            ? QStringLiteral("%1 are copied to %2 first, because their times or permissions have "
-                             "to change")
-            : QStringLiteral("%1 are copied to %2 first, because files cannot be linked from the "
-                             "folder's disk to another one");
-        chosen.note = chosen.note.arg(sizeText(chosen.bytesToCopy), chosen.path);
+        const char *sentence = place->canLink
+            ? "%1 are copied to %2 first, because their times or permissions have to change"
+            : "%1 are copied to %2 first, because files cannot be linked from the folder's disk to "
+              "another one";
+        chosen.note = Message{sentence, {sizeText(chosen.bytesToCopy), chosen.path}};
     }
     return chosen;
 }

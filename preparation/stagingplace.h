@@ -10,6 +10,8 @@
 
 #include <optional>
 
+#include <optional>
+
 // A folder that a staged tree may be made in.
 struct PlaceToStage
 {
@@ -20,10 +22,9 @@ struct PlaceToStage
 
 struct ChosenPlace
 {
-    QString path;           // empty if no place is good enough; `note` then says why
-    qint64 bytesToCopy = 0; // into it
-    // One English sentence without a full stop for the user, or empty.
-    QString note;
+    QString path;                // empty if no place is good enough; `note` then says why
+    qint64 bytesToCopy = 0;      // into it
+    std::optional<Message> note; // for the user
 };
 
 // Chooses the place. The first one where hard links are possible is best. Without one, it is the

@@ -46,7 +46,7 @@ qint64 TimeRule::applyTo(qint64 time) const
     return limit && (isFixed || time > *limit) ? *limit : time;
 }
 
-std::variant<TimeRule, QString> timeRuleOf(const QString &mtimeOption,
+std::variant<TimeRule, Message> timeRuleOf(const QString &mtimeOption,
                                            const QString &sourceDateEpoch, bool reproducible)
 {
     TimeRule rule;
@@ -57,17 +57,17 @@ std::variant<TimeRule, QString> timeRuleOf(const QString &mtimeOption,
     if (!mtimeOption.isEmpty()) {
         const auto seconds = secondsOf(mtimeOption, true);
         if (!seconds) {
-            return QStringLiteral("%1 is no time: use seconds since 1970, or a date and time such "
-                                  "as 2026-01-31T12:00:00Z")
-                .arg(mtimeOption);
+            return Message{"%1 is no time: use seconds since 1970, or a date and time such "
+                           "as 2026-01-31T12:00:00Z",
+                           {mtimeOption}};
         }
         rule.limit = *seconds * ticksInSecond;
     } else if (!sourceDateEpoch.isEmpty()) {
         const auto seconds = secondsOf(sourceDateEpoch, false);
         if (!seconds) {
-            return QStringLiteral("the environment variable SOURCE_DATE_EPOCH is %1, which is no "
-                                  "number of seconds since 1970")
-                .arg(sourceDateEpoch);
+            return Message{"the environment variable SOURCE_DATE_EPOCH is %1, which is no "
+                           "number of seconds since 1970",
+                           {sourceDateEpoch}};
         }
         rule.limit = *seconds * ticksInSecond;
     }

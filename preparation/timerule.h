@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "preparation/message.h"
+
 #include <QString>
 
 #include <optional>
@@ -22,7 +24,7 @@ struct TimeRule
 // Makes the rule from the text of --mtime, the environment variable SOURCE_DATE_EPOCH
 // (reproducible-builds.org) and --reproducible. An empty text is one that is missing; --mtime comes
 // before the variable. A reproducible archive without a time has 2000-01-01. A time is a number of
-// seconds since 1970, or for --mtime also ISO 8601, where UTC is the default. Returns one English
-// sentence without a full stop if a text is no time.
-std::variant<TimeRule, QString> timeRuleOf(const QString &mtimeOption,
+// seconds since 1970, or for --mtime also ISO 8601, where UTC is the default. Returns what is
+// wrong if a text is no time.
+std::variant<TimeRule, Message> timeRuleOf(const QString &mtimeOption,
                                            const QString &sourceDateEpoch, bool reproducible);

@@ -7,45 +7,48 @@
 
 namespace {
 
-QString clauseOf(sfx::NameFault fault)
+const char *sentenceOf(sfx::NameFault fault)
 {
     switch (fault) {
     case sfx::NameFault::None:
         break;
     case sfx::NameFault::Empty:
-        return QStringLiteral("a name must not be empty");
+        return "%1 cannot be packed: a name must not be empty";
     case sfx::NameFault::TooLong:
-        return QStringLiteral("on Windows a name may have at most 255 characters");
+        return "%1 cannot be packed: on Windows a name may have at most 255 characters";
     case sfx::NameFault::Character:
-        return QStringLiteral("on Windows a name must not have control characters or any of "
-                              "\" * / : < > ? \\ |");
+        return "%1 cannot be packed: on Windows a name must not have control characters or any of "
+               "\" * / : < > ? \\ |";
     case sfx::NameFault::SpaceOrDot:
-        return QStringLiteral("on Windows a name must not end with a space or a dot");
+        return "%1 cannot be packed: on Windows a name must not end with a space or a dot";
     case sfx::NameFault::Device:
-        return QStringLiteral("on Windows that is the name of a device");
+        return "%1 cannot be packed: on Windows that is the name of a device";
     }
-    return {};
+    return nullptr;
 }
 
 } // namespace
 
-QString windowsNameFault(const QString &name)
+std::optional<Message> windowsNameProblem(const QString &path)
 {
-    const QString fault
-        = clauseOf(sfx::faultOfComponent(reinterpret_cast<const char16_t *>(name.utf16()),
-                                         static_cast<std::size_t>(name.size())));
-    if (fault.isEmpty() && !name.isValidUtf16()) {
-        return QStringLiteral("the name has half of a surrogate pair, which is no character");
-    }
-    return fault;
-}
-
-QString windowsPathFault(const QString &path)
-{
+    const QString name = path.section('/', -1);
+    const QString shown = shownPath(path);
     if (static_cast<std::size_t>(path.size()) > sfx::maxPathSize) {
-        return QStringLiteral("a path may have at most %1 characters").arg(sfx::maxPathSize);
+        return Message{"%1 cannot be packed: a path may have at most %2 characters",
+                       {shown, QString::number(sfx::maxPathSize)}};
     }
-    return windowsNameFault(path.section('/', -1));
+    const char *sentence
+        = sentenceOf(sfx::faultOfComponent(reinterpret_cast<const char16_t *>(name.utf16()),
+                                           static_cast<std::size_t>(name.size())));
+    if (sentence != nullptr) {
+        return Message{sentence, {shown}};
+    }
+    if (!name.isValidUtf16()) {
+        return Message{"%1 cannot be packed: its name has half of a surrogate pair, which is no "
+                       "character",
+                       {shown}};
+    }
+    return std::nullopt;
 }
 
 QString shownPath(const QString &path)

@@ -129,8 +129,8 @@ void TestGlob::brokenPatternsAreRefused()
 {
     QFETCH(const QString, pattern);
     const auto glob = Glob::parse(pattern);
-    QVERIFY(std::holds_alternative<QString>(glob));
-    QTEST(std::get<QString>(glob), "reason");
+    QVERIFY(std::holds_alternative<Message>(glob));
+    QTEST(textOf(std::get<Message>(glob)), "reason");
 }
 
 // With a naive algorithm, each star multiplies the time by the length of the name.

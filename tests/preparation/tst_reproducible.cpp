@@ -136,9 +136,8 @@ private:
         const auto plan = std::get<SourcePlan>(
             planTree(source.path(), listFolder(source.path()).entries, options));
         StagedTree tree(m_temp.path());
-        const QString error = tree.create(plan, [](qint64) { return true; });
-        if (!error.isEmpty()) {
-            qFatal("%s", qUtf8Printable(error));
+        if (const auto error = tree.create(plan, [](qint64) { return true; })) {
+            qFatal("%s", qUtf8Printable(textOf(*error)));
         }
         return archiveOf(tree.path(), level, archiverMethod(level, method, true), machine);
     }

@@ -47,6 +47,15 @@ SourceEntry damaged(const QString &path)
     return damaged;
 }
 
+QStringList textsOf(const QList<Message> &messages)
+{
+    QStringList texts;
+    for (const Message &message : messages) {
+        texts << textOf(message);
+    }
+    return texts;
+}
+
 // A path and, after an arrow, what the archive has there. Folders have a slash.
 QStringList textOf(const SourcePlan &plan)
 {
@@ -136,7 +145,7 @@ void TestSourceTree::takes()
     options.excludes = excludes;
     const auto result = planTree("/folder", entries, options);
     if (const auto *problems = std::get_if<TreeProblems>(&result)) {
-        QFAIL(qUtf8Printable(problems->sentences.join('\n')));
+        QFAIL(qUtf8Printable(textsOf(problems->messages).join('\n')));
     }
     QTEST(textOf(std::get<SourcePlan>(result)), "content");
 }
@@ -203,7 +212,7 @@ void TestSourceTree::refuses()
     options.mainProgram = "app.exe";
     const auto result = planTree("/folder", entries, options);
     QVERIFY(std::holds_alternative<TreeProblems>(result));
-    QTEST(std::get<TreeProblems>(result).sentences, "sentences");
+    QTEST(textsOf(std::get<TreeProblems>(result).messages), "sentences");
 }
 
 void TestSourceTree::collisionsAreThoseOfTheSelfExtractor_data()
@@ -255,7 +264,7 @@ void TestSourceTree::patternsThatMatchNothingAreReported()
                     entry(".git/objects", Kind::Folder), entry(".git/objects/a.pack")},
                    options);
     QVERIFY(std::holds_alternative<SourcePlan>(result));
-    QCOMPARE(std::get<SourcePlan>(result).warnings,
+    QCOMPARE(textsOf(std::get<SourcePlan>(result).warnings),
              QStringList({"the pattern *.pdb matches nothing in the folder",
                           "the pattern docs matches nothing in the folder"}));
 }
@@ -267,7 +276,7 @@ void TestSourceTree::manyProblemsAreShortened()
         entries << entry(QStringLiteral("pipe%1").arg(i), Kind::Pipe);
     }
     const auto result = planTree("/folder", entries, {});
-    const QStringList sentences = std::get<TreeProblems>(result).sentences;
+    const QStringList sentences = textsOf(std::get<TreeProblems>(result).messages);
     QCOMPARE(sentences.size(), 21);
     QCOMPARE(sentences.constLast(), "and 5 more");
 }
@@ -279,7 +288,7 @@ void TestSourceTree::aFolderWithoutFilesIsRefused()
         options.excludes = excludes;
         const auto result = planTree("/folder", entries, options);
         const auto *problems = std::get_if<TreeProblems>(&result);
-        return problems != nullptr ? problems->sentences : QStringList();
+        return problems != nullptr ? textsOf(problems->messages) : QStringList();
     };
     const QStringList empty{"the folder /folder contains no files"};
     QCOMPARE(sentences({}, {}), empty);
@@ -296,7 +305,7 @@ void TestSourceTree::theMainProgramIsNamedAsOnTheDisk()
     QCOMPARE(plan.mainProgram, "bin/app.exe");
     options.mainProgram = "app.exe";
     const auto result = planTree("/folder", entries, options);
-    QCOMPARE(std::get<TreeProblems>(result).sentences,
+    QCOMPARE(textsOf(std::get<TreeProblems>(result).messages),
              QStringList("the folder /folder contains no file app.exe"));
 }
 
@@ -315,7 +324,7 @@ void TestSourceTree::linksWithoutMeasureAreRefused()
     entries << entry("40", Kind::Folder) << entry("40/file");
     const auto result = planTree("/folder", entries, {});
     QVERIFY(std::holds_alternative<TreeProblems>(result));
-    QCOMPARE(std::get<TreeProblems>(result).sentences,
+    QCOMPARE(textsOf(std::get<TreeProblems>(result).messages),
              QStringList("there are too many files: the list of their names is larger than the "
                          "64 MiB that a produced file may have"));
 }

@@ -59,9 +59,10 @@ void TestTimeRule::readsTimes()
     QFETCH(const bool, reproducible);
     QFETCH(const qint64, seconds);
     const auto result = timeRuleOf(option, variable, reproducible);
-    if (const auto *refusal = std::get_if<QString>(&result)) {
+    if (const auto *refusal = std::get_if<Message>(&result)) {
         QCOMPARE(seconds, -2);
-        QVERIFY2(refusal->contains(option.isEmpty() ? variable : option), qUtf8Printable(*refusal));
+        const QString text = textOf(*refusal);
+        QVERIFY2(text.contains(option.isEmpty() ? variable : option), qUtf8Printable(text));
         return;
     }
     const TimeRule rule = std::get<TimeRule>(result);
