@@ -90,3 +90,8 @@ QString text(const char *english)
 {
     return QCoreApplication::translate("kestrelpack-cli", english);
 }
+
+QString text(const Message &message)
+{
+    return textOf(message, text(message.sentence));
+}

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "preparation/message.h"
+
 #include <QString>
 
 #include <optional>
@@ -25,6 +27,9 @@ Language language();
 
 // The same for a text of inspection/, which may have a detail after a colon: "the disk is full: C:".
 QString textOfFinding(const QString &english);
+
+// A message of preparation/ in the current language.
+QString text(const Message &message);
 
 // The English text of a message in the current language, with its placeholders.
 // cli/messagetexts.cpp has the Chinese ones.

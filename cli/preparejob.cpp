@@ -13,14 +13,23 @@
 
 namespace {
 
+QStringList textsOf(const QList<Message> &messages)
+{
+    QStringList texts;
+    for (const Message &message : messages) {
+        texts.append(text(message));
+    }
+    return texts;
+}
+
 // Files with unusual permissions are copied, so that the archive does not depend on this user's umask.
 std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const CheckedInputs &inputs)
 {
     const QString given = options.latestTime ? QString::number(*options.latestTime) : QString();
     const auto times
         = timeRuleOf(given, qEnvironmentVariable("SOURCE_DATE_EPOCH"), options.reproducible);
-    if (const auto *message = std::get_if<QString>(&times)) {
-        return Refusal{*message};
+    if (const auto *message = std::get_if<Message>(&times)) {
+        return Refusal{text(*message)};
     }
     const SourceListing listing = listFolder(inputs.folder);
     if (!listing.error.isEmpty()) {
@@ -36,7 +45,7 @@ std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const Check
     }
     auto plan = planTree(inputs.folder, listing.entries, wanted);
     if (const auto *problems = std::get_if<TreeProblems>(&plan)) {
-        return Refusal{problems->sentences.join('\n')};
+        return Refusal{textsOf(problems->messages).join('\n')};
     }
     return std::get<SourcePlan>(plan);
 }
@@ -64,7 +73,7 @@ std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options)
     prepared.options = options;
     prepared.product = inputs.product;
     prepared.tree = std::get<SourcePlan>(plan);
-    prepared.warnings = prepared.tree.warnings;
+    prepared.warnings = textsOf(prepared.tree.warnings);
     prepared.job.folderPath = inputs.folder;
     prepared.job.outputDir = QFileInfo(inputs.product).path();
     prepared.job.mainExeName = prepared.tree.mainProgram;

@@ -4,7 +4,6 @@
 #include "cli/prepareprogram.h"
 
 #include "cli/language.h"
-#include "packaging/outputname.h"
 #include "preparation/identity.h"
 #include "preparation/preparedmodule.h"
 #include "preparation/programicon.h"
@@ -14,11 +13,6 @@
 #include <QFileInfo>
 
 namespace {
-
-QString translated(const Message &message)
-{
-    return textOf(message, text(message.sentence));
-}
 
 ProgramKind kindFor(ConsoleChoice choice, const MainProgram &program)
 {
@@ -57,15 +51,10 @@ QList<Setting> settingsFor(const PackOptions &options, const QString &mainProgra
             settings.append({QString::fromLatin1(key), value});
         }
     };
-    const QString fileName = QFileInfo(mainProgram).fileName();
-    const bool isInSubfolder = fileName != mainProgram;
-    if (isInSubfolder) { // the block's lines can only name a file
+    if (mainProgram.contains('/')) { // the block can only name a file
         add("Program", mainProgram);
-        add("Folder", outputBaseName(fileName));
     }
-    add("Title",
-        options.title.isEmpty() && isInSubfolder ? outputBaseName(fileName) + " Portable"
-                                                 : options.title);
+    add("Title", options.title);
     add("Arguments", options.arguments);
     add("WorkingFolder", workingFolderFor(options.workingFolder, kind));
     add("Silent", options.silent ? QStringLiteral("1") : QString());
@@ -90,7 +79,7 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
     const PackOptions &options = prepared.options;
     const QString &name = prepared.job.mainExeName;
     const auto about = [&name](const Message &message) {
-        return text("the main program %1: %2").arg(name, translated(message));
+        return text("the main program %1: %2").arg(name, text(message));
     };
     const auto read = readMainProgram(prepared.job.mainExePath());
     if (const auto *message = std::get_if<Message>(&read)) {
@@ -112,13 +101,13 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
     const auto identity
         = identityOf(program.identity, QFileInfo(prepared.product).fileName(), options.fields);
     if (const auto *message = std::get_if<Message>(&identity)) {
-        return Refusal{translated(*message)};
+        return Refusal{text(*message)};
     }
     const ProgramKind kind = kindFor(options.console, program);
     const ModulePlan plan{kind, settingsFor(options, name, kind),
                           std::get<std::vector<pe::VersionResource>>(identity)};
     if (const auto message = writePreparedModule(plan, QDir::tempPath())) {
-        return Refusal{translated(*message)};
+        return Refusal{text(*message)};
     }
     if (prepared.job.iconPath.isEmpty() && !options.noIcon) {
         prepared.job.iconPath = writeIcon(prepared.job.mainExePath());

@@ -17,8 +17,6 @@
 #include "cli/terminaljob.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 
 namespace {
 
@@ -45,9 +43,9 @@ Console::Style styleOf(const PackOptions &options)
                         : Console::Style::Full;
 }
 
-// Makes the folders that the job needs. They are removed with those that they lie in.
-std::optional<Refusal> makeFolders(PreparedJob &prepared, const InterruptWatcher &watcher,
-                                   OutputGuard &guard, PrivateDirectory &temporary)
+// The staged folder is removed together with the one that it lies in.
+std::optional<Refusal> stage(PreparedJob &prepared, const InterruptWatcher &watcher,
+                             OutputGuard &guard, PrivateDirectory &temporary)
 {
     int cause = 0;
     bool isInterrupted = false;
@@ -60,8 +58,6 @@ std::optional<Refusal> makeFolders(PreparedJob &prepared, const InterruptWatcher
         QCoreApplication::processEvents();
         return isInterrupted;
     };
-    // The engine makes a file for a program in a subfolder in one of the same name.
-    QDir().mkpath(QFileInfo(guard.madeFile()).path());
     const auto refusal = stageJob(prepared, {temporary.path(), guard.directory()}, isStopped);
     QObject::disconnect(connection);
     if (isInterrupted) {
@@ -104,7 +100,7 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     if (const QString reason = guard.hold(); !reason.isEmpty()) {
         return refuse(console, reason);
     }
-    if (const auto refusal = makeFolders(inputs, watcher, guard, temporary)) {
+    if (const auto refusal = stage(inputs, watcher, guard, temporary)) {
         return refuse(console, refusal->message);
     }
     for (const QString &warning : inputs.warnings) {

@@ -20,15 +20,14 @@ std::optional<Refusal> stageJob(PreparedJob &prepared, const QStringList &places
     }
     const ChosenPlace place = chooseStagingPlace(plan, possible);
     if (place.path.isEmpty()) {
-        return Refusal{place.note};
+        return Refusal{text(place.note.value_or(Message()))};
     }
-    if (!place.note.isEmpty()) {
-        prepared.warnings.append(place.note);
+    if (place.note) {
+        prepared.warnings.append(text(*place.note));
     }
     StagedTree tree(place.path);
-    const QString error = tree.create(plan, [&isStopped](qint64) { return !isStopped(); });
-    if (!error.isEmpty()) {
-        return Refusal{error};
+    if (const auto error = tree.create(plan, [&isStopped](qint64) { return !isStopped(); })) {
+        return Refusal{text(*error)};
     }
     prepared.job.folderPath = tree.path();
     tree.leave();

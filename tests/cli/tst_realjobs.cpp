@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/cli/clirun.h"
+#include "tests/helpers/pe/petest.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testicons.h"
 #include "tests/support/waiting.h"
@@ -34,7 +35,7 @@ private:
         QImage image(32, 32, QImage::Format_ARGB32);
         image.fill(QColor(number * 5, 255 - number * 5, 77));
         if (!QDir().mkpath(folder + "/data")
-            || !writeFile(folder + QString("/app%1.exe").arg(number), "program")
+            || !writeFile(folder + QString("/app%1.exe").arg(number), petest::makeProgram({}))
             || !writeFile(folder + "/data/text", QByteArray(1000 * number, char('a' + number % 26)))
             || !writeFile(icon, encoded(image, "ICO"))) {
             qFatal("a source could not be made");

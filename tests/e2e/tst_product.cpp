@@ -64,8 +64,8 @@ private slots:
         source.addLargeFile("large.bin", 40'000'000);
         source.writeManifest();
 
-        const ProgramRun packed = pack({"-m", "主 程序 🚀.exe", "-l", "fastest", "-c", method, "-o",
-                                        temp.filePath("out"), source.path()});
+        const ProgramRun packed = pack({"-m", "主 程序 🚀.exe", "--cwd", "app", "-l", "fastest",
+                                        "-c", method, "-o", temp.filePath("out"), source.path()});
         QVERIFY2(packed.exitCode == 0, qPrintable(packed.errors));
         const ProgramRun started = startProduct(temp.filePath("out/主 程序 🚀.exe"));
         QVERIFY2(started.exitCode == 7, qPrintable(started.output + started.errors));

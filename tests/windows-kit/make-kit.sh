@@ -40,10 +40,10 @@ cp -r build/windows/examples/hello/app "$kit/files/app"
 cp -r tests/data/. "$kit/files/data"
 tests/platform/make-icon-references.sh "$kit/files/icon-references" "$kit/files/hello.exe"
 
-# The products. In the last one, one file has 400 MB.
+# The products, of the kind that the window makes. In the last one, one file has 400 MB.
 pack() { # FOLDER MAIN
     settle "$1"
-    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q -l fastest -m "$2" -o "$kit/products" "$1"
+    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q -l fastest --console no --cwd app -m "$2" -o "$kit/products" "$1"
 }
 mkdir -p "$work/temp" "$work/hello" "$work/probe/folder" "$work/large"
 cp build/windows/examples/hello/app/* "$work/hello"
