@@ -20,11 +20,24 @@ static void print(const wchar_t *text)
     }
 }
 
-// The data file is in the program's folder, which is also the working directory.
+// Opens a data file in the program's own folder. The working directory may be another one.
+static FILE *openData(const wchar_t *name)
+{
+    static wchar_t path[32768];
+    const size_t room = sizeof path / sizeof *path;
+    const DWORD size = GetModuleFileNameW(NULL, path, (DWORD)room);
+    wchar_t *const last = size > 0 && size < room ? wcsrchr(path, L'\\') : NULL;
+    if (!last || (size_t)(last - path) + 2 + wcslen(name) > room) {
+        return NULL;
+    }
+    wcscpy(last + 1, name);
+    return _wfopen(path, L"r");
+}
+
 static int printGreeting(void)
 {
     char line[256];
-    FILE *const file = fopen("greeting.txt", "r");
+    FILE *const file = openData(L"greeting.txt");
     if (!file) {
         puts("greeting.txt is not here.");
         return 0;

@@ -240,6 +240,7 @@ public:
         put32(m_out, optional + 36, fileAlignment);
         put32(m_out, optional + 56, m_address);
         put32(m_out, optional + 60, 0x400);
+        put16(m_out, optional + 68, 2); // for Windows, without a console
         put32(m_out, optional + (m_recipe.pe32Plus ? 108 : 92), 16);
         if (!m_recipe.headerRoom) {
             // Notes directly after the section table, as some linkers write them.
