@@ -18,6 +18,10 @@ switch ($row) {
         & $product --exit=42 | Out-Null
         Set-Content -Encoding ascii out.txt $LASTEXITCODE
     }
+    'plain-exit-code' {
+        & $product --exit=42
+        Set-Content -Encoding ascii out.txt $LASTEXITCODE
+    }
     'start-process' {
         $process = Start-Process -FilePath $product -ArgumentList '--exit=43' -Wait -PassThru
         Set-Content -Encoding ascii out.txt $process.ExitCode

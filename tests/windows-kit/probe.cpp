@@ -111,10 +111,13 @@ void echo()
     }
 }
 
+// The file lies beside the program; the working folder is elsewhere in some products.
 std::string firstLineOfData()
 {
     char text[100] = "";
-    if (FILE *const file = _wfopen(L"data.txt", L"r")) {
+    const std::wstring program = ownPath();
+    const std::wstring path = program.substr(0, program.rfind(L'\\') + 1) + L"data.txt";
+    if (FILE *const file = _wfopen(path.c_str(), L"r")) {
         if (std::fgets(text, sizeof text, file) == nullptr) {
             text[0] = 0;
         }

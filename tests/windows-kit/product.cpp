@@ -8,7 +8,9 @@
 #include "tests/windows-kit/sevenzip.h"
 #include "tests/windows-kit/text.h"
 
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 
 #include <windows.h>
 
@@ -22,6 +24,16 @@ std::string blockFor(const std::wstring &program)
     const std::string base = name.substr(0, name.find('.'));
     return ";!@Install@!UTF-8!\nTitle=\"" + base + "\"\nProgress=\"yes\"\nRunProgram=\"" + name
         + "\"\nInstallPath=\"%%T\\" + base + "\"\n;!@InstallEnd@!\n";
+}
+
+bool setKind(const std::wstring &path, Kind kind)
+{
+    std::string program = readFile(path);
+    std::uint32_t headers = 0;
+    std::memcpy(&headers, program.data() + offsetof(IMAGE_DOS_HEADER, e_lfanew), sizeof headers);
+    program.at(headers + offsetof(IMAGE_NT_HEADERS64, OptionalHeader.Subsystem))
+        = static_cast<char>(kind);
+    return writeFile(path, program);
 }
 
 } // namespace
@@ -46,14 +58,14 @@ std::vector<Entry> probeEntries(const Place &place)
             {L"folder/inner.txt", "a file in a folder\r\n"}};
 }
 
-std::wstring placeProduct(const Place &place, const std::wstring &name)
+std::wstring placeProduct(const Place &place, Kind kind)
 {
-    const std::wstring path = place.path(name);
+    const std::wstring path = place.path(L"product.exe");
     const std::wstring prepared = place.product(L"kit-probe.exe");
-    const bool done = exists(prepared)
+    const bool isMade = exists(prepared)
         ? copyFile(prepared, path)
         : writeProduct(place, path, L"kit-probe.exe", probeEntries(place));
-    return done ? path : std::wstring();
+    return isMade && setKind(path, kind) ? path : std::wstring();
 }
 
 Result runsAndLeavesNothing(const Place &place, const std::wstring &product)

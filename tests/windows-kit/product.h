@@ -30,9 +30,12 @@ bool writeProduct(const Place &place, const std::wstring &path, const std::wstri
 std::vector<Entry> probeEntries(const Place &place);
 inline const std::string dataLine = "the data of the probe";
 
+// What the header says; the numbers are those of the header.
+enum class Kind : char { Desktop = 2, Console = 3 };
+
 // Puts the usual product into the row's folder: the one that the packer has made, or one made here.
-// Returns its path, or an empty text on failure.
-std::wstring placeProduct(const Place &place, const std::wstring &name = L"product.exe");
+// It becomes a program of this kind. Returns its path, or an empty text on failure.
+std::wstring placeProduct(const Place &place, Kind kind = Kind::Desktop);
 
 // Starts `product`, which has the probe and data.txt, and expects that it runs with its data and
 // leaves nothing.

@@ -55,6 +55,11 @@ const std::vector<Row> &allRows()
          false, nullptr},
         {"PowerShell: does a plain call wait?", powerShellPlain, false, nullptr},
 
+        {"console: typed at a prompt of cmd", consolePrompt, true, nullptr},
+        {"console: a plain call in PowerShell", consolePowerShell, false, nullptr},
+        {"console: without standard handles", consoleWithoutHandles, true, nullptr},
+        {"console: Ctrl+C ends the program", consoleControlC, false, consoles},
+
         {"libraries: empty ones beside a product", emptyLibrariesBesideProduct, false, loader},
         {"libraries: empty ones beside kestrelpack-cli.exe", emptyLibrariesBesideTerminalProgram,
          false, loader},

@@ -26,6 +26,7 @@ Result powerShellExitCode(const Place &place);
 Result powerShellStartProcess(const Place &place);
 Result powerShellStartProcessRedirected(const Place &place);
 Result powerShellPlain(const Place &place);
+Result consolePowerShell(const Place &place);
 
 // rows_libraries.cpp: empty DLLs beside the programs
 Result emptyLibrariesBesideProduct(const Place &place);
@@ -80,7 +81,10 @@ Result startedFromTaskbar(const Place &place);
 Result startedWithoutHandles(const Place &place);
 Result serviceLike(const Place &place);
 Result serviceLikeFailure(const Place &place);
+Result consolePrompt(const Place &place);
+Result consoleWithoutHandles(const Place &place);
 Result controlC(const Place &place);
+Result consoleControlC(const Place &place);
 Result consoleCloses(const Place &place);
 Result timeOfAStart(const Place &place);
 

@@ -15,9 +15,9 @@ namespace kit {
 
 namespace {
 
-bool preparePlace(const Place &place)
+bool preparePlace(const Place &place, Kind kind = Kind::Desktop)
 {
-    const std::wstring product = placeProduct(place);
+    const std::wstring product = placeProduct(place, kind);
     SetEnvironmentVariableW(L"KIT_PRODUCT", product.c_str());
     return !product.empty();
 }
@@ -104,7 +104,8 @@ std::string plain(const std::string &text)
     return oneLine(result);
 }
 
-Result powerShellRow(const Place &place, const wchar_t *row, const std::string &expected)
+Result powerShellRow(const Place &place, const wchar_t *row, const std::string &expected,
+                     Kind kind = Kind::Desktop)
 {
     if (!isPowerShellThere(place)) {
         return notJudged("PowerShell is missing");
@@ -112,7 +113,7 @@ Result powerShellRow(const Place &place, const wchar_t *row, const std::string &
     const ProbeControl probe(place);
     Process shell;
     Check check;
-    if (!check.that(preparePlace(place), "the product cannot be copied")
+    if (!check.that(preparePlace(place, kind), "the product cannot be copied")
         || !check.that(startPowerShell(place, shell, row), "PowerShell cannot be started")) {
         return check.result();
     }
@@ -240,6 +241,11 @@ Result powerShellPlain(const Place &place)
     }
     return notJudged(goesOn(place, probe, shell) ? "PowerShell does not wait for the product"
                                                  : "PowerShell waits for the product");
+}
+
+Result consolePowerShell(const Place &place)
+{
+    return powerShellRow(place, L"plain-exit-code", "42", Kind::Console);
 }
 
 } // namespace kit

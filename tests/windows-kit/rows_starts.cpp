@@ -55,11 +55,13 @@ Result argumentsAreUnchanged(const Place &place)
     return check.result();
 }
 
+namespace {
+
 // From a process without handles and console. The exit code is all that arrives.
-Result startedWithoutHandles(const Place &place)
+Result withoutHandles(const Place &place, Kind kind)
 {
     const ProbeControl probe(place);
-    Start start(ownProgram(), L"--call - \"" + placeProduct(place) + L"\" --exit=5");
+    Start start(ownProgram(), L"--call - \"" + placeProduct(place, kind) + L"\" --exit=5");
     start.flags = DETACHED_PROCESS;
     Process process;
     if (!process.start(start) || !process.wait()) {
@@ -70,6 +72,18 @@ Result startedWithoutHandles(const Place &place)
     check.that(probe.notes()["data"] == dataLine, "its data are missing");
     check.note("output: " + probe.notes()["output"]);
     return check.result();
+}
+
+} // namespace
+
+Result startedWithoutHandles(const Place &place)
+{
+    return withoutHandles(place, Kind::Desktop);
+}
+
+Result consoleWithoutHandles(const Place &place)
+{
+    return withoutHandles(place, Kind::Console);
 }
 
 // The taskbar puts a monitor's handle into hStdOutput and says so by STARTF_HASSHELLDATA. A console
@@ -134,14 +148,28 @@ Result serviceLikeFailure(const Place &place)
     return check.result();
 }
 
-Result controlC(const Place &place)
+namespace {
+
+Result interrupted(const Place &place, Kind kind)
 {
     const ProbeControl probe(place);
-    const std::string ended = interruptInConsole(place, placeProduct(place), L"--wait");
+    const std::string ended = interruptInConsole(place, placeProduct(place, kind), L"--wait");
     Check check;
     check.that(ended == std::to_string(0xc000013a), "ended with " + ended); // STATUS_CONTROL_C_EXIT
     check.that(leftovers(place).empty(), "it left its folder");
     return check.result();
+}
+
+} // namespace
+
+Result controlC(const Place &place)
+{
+    return interrupted(place, Kind::Desktop);
+}
+
+Result consoleControlC(const Place &place)
+{
+    return interrupted(place, Kind::Console);
 }
 
 // A program in the middle owns the console, as cmd does.
@@ -168,6 +196,26 @@ Result consoleCloses(const Place &place)
     check.that(program.wait(), "the program still runs");
     check.that(waitUntil([&] { return areModulesGone(place); }), "the module still runs");
     check.that(leftovers(place).empty(), "the module did not remove its folder");
+    return check.result();
+}
+
+// A product for the console. cmd reads the lines one after another, as a person types them.
+Result consolePrompt(const Place &place)
+{
+    const std::wstring typed = place.path(L"typed.txt");
+    SetEnvironmentVariableW(L"KIT_PRODUCT", placeProduct(place, Kind::Console).c_str());
+    if (!writeFile(typed,
+                   "@echo off\r\n\"%KIT_PRODUCT%\" --print=printed --exit=42\r\n"
+                   "echo after %errorlevel%\r\nexit\r\n")) {
+        return fail("typed.txt cannot be written");
+    }
+    const Ended ended = run(Start(systemProgram(L"cmd.exe"), L"/d /q"), place.temp, typed);
+    const std::size_t printed = ended.output.find("printed\r\n");
+    const std::size_t after = ended.output.find("after 42");
+    Check check;
+    check.that(ended.isByItself, ended.text());
+    check.that(after != std::string::npos && printed < after, "cmd shows: " + ended.text());
+    check.that(leftovers(place).empty(), "it left its folder");
     return check.result();
 }
 

@@ -15,7 +15,7 @@ wine "$program" --quick --report "Z:$(echo "$report" | tr / '\\')" </dev/null >"
 tr -d '\r' <"$report"
 [ $status -eq 0 ] || exit $status
 passed=$(tr -d '\r' <"$report" | grep -c '^PASS ')
-[ "$passed" -ge 13 ] || {
+[ "$passed" -ge 15 ] || {
     echo "Only $passed rows passed"
     exit 1
 }
