@@ -17,6 +17,9 @@ namespace {
 class Handle
 {
 public:
+    Handle() = default;
+    Handle(const Handle &) = delete;
+    Handle &operator=(const Handle &) = delete;
     ~Handle()
     {
         if (m_handle != nullptr) {
