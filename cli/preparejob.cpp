@@ -81,7 +81,7 @@ std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options)
     prepared.job.compressionLevel = compressionLevelText(options.levelIndex);
     prepared.job.compressionMethod = archiverMethod(prepared.job.compressionLevel,
                                                     compressionMethodText(options.methodIndex),
-                                                    options.reproducible);
+                                                    true);
     prepared.job.dictionarySize = dictionarySizeText(-1);
     return prepared;
 }

@@ -11,8 +11,7 @@
 // byte and compares all checksums. Returns what the self-extractor would refuse, or an empty text.
 using ProductCheck = std::function<QString(const QString &path, bool content)>;
 
-// Does so. In a build without the self-extractor's sources it returns an empty text for every file.
+// Does so. Not in a build without the self-extractor's sources, where canCheckProducts() is false.
 QString checkProduct(const QString &path, bool content);
 
-// Returns false in such a build.
 bool canCheckProducts();

@@ -17,7 +17,8 @@ struct ProgramHooks
     std::function<void(const QString &directory)> fillTemporaryDirectory = [](const QString &) {
     };
     std::function<std::optional<Refusal>(PreparedJob &)> prepareProgram = &::prepareProgram;
-    ProductCheck checkProduct = &::checkProduct;
+    // Null: the product is only compared with its archive.
+    ProductCheck checkProduct = canCheckProducts() ? &::checkProduct : ProductCheck();
 };
 
 // The whole terminal program. Returns its exit status (exitstatus.h).

@@ -97,7 +97,8 @@ void TerminalJob::runEngineAndCheck()
 }
 
 // The engine treats an archiver that is silent for too long as finished, and does not notice a full
-// disk. The checks of the files find both.
+// disk. The checks of the files find both. If every byte of the executable was decoded and is right,
+// it need not be compared with the archive.
 QString TerminalJob::problem(bool success) const
 {
     if (!success) {
@@ -109,14 +110,15 @@ QString TerminalJob::problem(bool success) const
                     "made; did the computer sleep, or was the archiver stopped?")
             .arg(m_guard.output());
     }
+    const bool isDecoded = m_check && m_prepared.options.verify;
+    const QString refusal = m_check ? m_check(m_guard.madeFile(), isDecoded) : QString();
+    if (isDecoded && refusal.isEmpty()) {
+        return {};
+    }
     QFile made(m_guard.madeFile());
     if (!made.open(QIODevice::ReadOnly) || !endsWithArchive(made, archive)) {
         return text("%1 could not be written in full; is the disk full?").arg(m_guard.output());
     }
-    made.close();
-    archive.close();
-    QFile::remove(m_job.archivePath); // the check may need the memory of a temporary RAM disk
-    const QString refusal = m_check(m_guard.madeFile(), m_prepared.options.verify);
     return refusal.isEmpty()
         ? QString()
         : text("%1 was not made: it would not start: %2").arg(m_guard.output(), refusal);

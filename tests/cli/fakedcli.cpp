@@ -29,18 +29,24 @@ void copyHelpers(const QDir &from, const QDir &to)
     }
 }
 
-QString check(const QString &path, bool content)
+ProductCheck wantedCheck()
 {
     const QString wanted = qEnvironmentVariable("KESTRELPACK_TEST_CHECK");
-    if (wanted.startsWith("hang ")) {
-        QFile marker(wanted.section(' ', 1));
-        if (!marker.open(QIODevice::WriteOnly)) {
+    if (wanted == "real") {
+        return &checkProduct;
+    }
+    if (!wanted.startsWith("hang ")) {
+        return {};
+    }
+    return [marker = wanted.section(' ', 1)](const QString &, bool) {
+        QFile file(marker);
+        if (!file.open(QIODevice::WriteOnly)) {
             qFatal("the marker could not be made");
         }
-        marker.close();
+        file.close();
         QThread::sleep(3600);
-    }
-    return wanted == "real" ? checkProduct(path, content) : QString();
+        return QString();
+    };
 }
 
 } // namespace
@@ -48,9 +54,8 @@ QString check(const QString &path, bool content)
 int main(int argc, char *argv[])
 {
     const QDir usual(QDir::tempPath());
-    return runTerminalProgram(argc, argv,
-                              {[usual](const QString &directory) {
-                                   copyHelpers(usual, QDir(directory));
-                               },
-                               [](PreparedJob &) { return std::optional<Refusal>(); }, check});
+    return runTerminalProgram(
+        argc, argv,
+        {[usual](const QString &directory) { copyHelpers(usual, QDir(directory)); },
+         [](PreparedJob &) { return std::optional<Refusal>(); }, wantedCheck()});
 }
