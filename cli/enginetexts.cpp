@@ -66,7 +66,7 @@ const QList<EngineText> &engineTexts()
         {"最终EXE图标尺寸: %1x%2", "Size of the executable's icon: %1x%2"},
         {"图标包含透明通道", "The icon has transparency"},
         {"警告：图标不包含透明通道", "The icon has no transparency"},
-        {"图标替换完成，已强制更新图标缓存", "The icon is replaced, and the icon cache updated"},
+        {"图标替换完成，已强制更新图标缓存", "The executable has its icon"},
         {"警告：图标替换失败", "Warning: the icon could not be replaced", warning},
         {"图标替换成功！", "The icon is replaced"},
         {"创建单文件失败", "Error: the executable was not made", error},

@@ -104,13 +104,14 @@ private slots:
     {
         PrivateTemp temp;
         for (const OptionInfo &option : options()) {
+            // A file for each: QSettings keeps the content of a file that has the same size and time.
+            const QString file = temp.filePath(option.name + QString(".ini"));
             const QByteArray value = option.kind == OptionKind::Switch ? "yes"
                                                                        : goodValue(option).toUtf8();
-            QVERIFY(writeFile(temp.filePath("a.ini"), option.name + QByteArray("=") + value));
-            const auto read = readConfigFile(temp.filePath("a.ini"));
+            QVERIFY(writeFile(file, option.name + QByteArray("=") + value));
+            const auto read = readConfigFile(file);
             if (!option.isKey) {
-                QCOMPARE(std::get<QString>(read),
-                         temp.filePath("a.ini") + ": there is no key " + option.name);
+                QCOMPARE(std::get<QString>(read), file + ": there is no key " + option.name);
                 continue;
             }
             const auto *values = std::get_if<OptionValues>(&read);
