@@ -24,7 +24,9 @@ using Values = QMap<QByteArray, QString>;
 // Strict UTF-8 without control characters, except tabs.
 std::optional<QString> decoded(const QByteArray &bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::ConvertInitialBom
+                               | QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     const bool isClean = std::all_of(text.begin(), text.end(), [](QChar character) {
         return character == u'\t' || character.category() != QChar::Other_Control;

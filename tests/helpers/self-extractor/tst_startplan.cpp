@@ -21,6 +21,23 @@ QByteArray blockFor(const QByteArray &program, const QByteArray &path)
         + "\"\n;!@InstallEnd@!\n";
 }
 
+class CountingSource final : public ByteSource
+{
+public:
+    explicit CountingSource(const QByteArray &bytes) : m_bytes(bytes) {}
+    bool readAt(std::uint64_t offset, void *data, std::size_t size) override
+    {
+        ++m_reads;
+        return m_bytes.readAt(offset, data, size);
+    }
+    std::uint64_t size() const override { return m_bytes.size(); }
+    int reads() const { return m_reads; }
+
+private:
+    MemorySource m_bytes;
+    int m_reads = 0;
+};
+
 Status read(const QByteArray &file, StartPlan &plan)
 {
     MemorySource source(file);
@@ -54,6 +71,7 @@ private slots:
     void findsTheResource_data();
     void findsTheResource();
     void refusesEveryTruncation();
+    void readsTheFileInFewPieces();
 };
 
 void TestStartPlan::takesTheBlockWithoutSettings()
@@ -204,6 +222,20 @@ void TestStartPlan::refusesEveryTruncation()
         StartPlan plan;
         QCOMPARE(read(file.left(size), plan), Status::Damaged);
     }
+}
+
+// Each piece is a call of the system, at every start.
+void TestStartPlan::readsTheFileInFewPieces()
+{
+    const auto readsOf = [](const QByteArray &image) {
+        CountingSource source(image + usualBlock);
+        StartPlan plan;
+        std::uint64_t offset = 0;
+        return readStartPlan(source, plan, offset) == Status::Ok ? source.reads() : 0;
+    };
+    const QByteArray image = settingsimage::withText("Title=\"a\"\n");
+    QCOMPARE(readsOf(settingsimage::changed(image, settingsimage::types + 16, 11u)), 7);
+    QCOMPARE(readsOf(image), 14);
 }
 
 QTEST_APPLESS_MAIN(TestStartPlan)
