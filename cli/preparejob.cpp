@@ -33,8 +33,8 @@ std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const Check
     }
     const SourceListing listing = listFolder(inputs.folder);
     if (!listing.error.isEmpty()) {
-        return Refusal{text("the folder %1 cannot be read").arg(inputs.folder) + ": "
-                       + listing.error};
+        return Refusal{
+            text("the folder %1 cannot be listed: %2").arg(inputs.folder, listing.error)};
     }
     TreeOptions wanted;
     wanted.excludes = options.excludes;
