@@ -103,14 +103,14 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     if (const auto refusal = stage(inputs, watcher, guard, temporary)) {
         return refuse(console, refusal->message);
     }
-    for (const QString &warning : inputs.warnings) {
-        console.showWarning(warning);
-    }
     TerminalJob job(inputs, guard, temporary, console, hooks.checkProduct);
     QObject::connect(&watcher, &InterruptWatcher::interrupted, &job, &TerminalJob::interrupt);
     QObject::connect(&job, &TerminalJob::ended, qApp, &QCoreApplication::exit,
                      Qt::QueuedConnection);
     job.start();
+    for (const QString &warning : inputs.warnings) {
+        console.showWarning(warning);
+    }
     return QCoreApplication::exec();
 }
 

@@ -33,7 +33,8 @@ std::variant<pe::ProgramEdit, Message> editFor(const ModulePlan &plan)
     for (const pe::VersionResource &resource : plan.identity) {
         auto content = pe::writeVersionInfo(resource.info);
         if (content.hasError()) {
-            return Message{"%1", {textOf(content.error())}};
+            return Message{"the version information cannot be written: %1",
+                           {textOf(content.error())}};
         }
         edit.resources.push_back({{std::nullopt, pe::versionType},
                                   resource.name,

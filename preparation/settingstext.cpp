@@ -9,6 +9,21 @@
 
 namespace {
 
+// By the rules of CommandLineToArgvW: a quote after an odd number of backslashes is a character. An open
+// quote would swallow the caller's arguments.
+bool hasOpenQuote(const QString &arguments)
+{
+    bool isOpen = false;
+    int backslashes = 0;
+    for (const QChar unit : arguments) {
+        if (unit == u'"' && backslashes % 2 == 0) {
+            isOpen = !isOpen;
+        }
+        backslashes = unit == u'\\' ? backslashes + 1 : 0;
+    }
+    return isOpen;
+}
+
 bool isKnown(const QString &key)
 {
     static const QStringList keys{"Program",   "Folder",        "Title",
@@ -28,6 +43,9 @@ std::optional<Message> reasonToRefuse(const Setting &setting)
     if (key == "Arguments" && value.size() > maxArgumentsLength) {
         return Message{"%1 has %2 characters; the self-extractor takes at most %3",
                        {key, QString::number(value.size()), QString::number(maxArgumentsLength)}};
+    }
+    if (key == "Arguments" && hasOpenQuote(value)) {
+        return Message{"%1 has a quote that is not closed", {key}};
     }
     if (key == "WorkingFolder" && value != "app" && value != "caller" && value != "exe") {
         return Message{"%1 must be app, caller or exe", {key}};

@@ -90,7 +90,7 @@ private slots:
         QCOMPARE(s.run(QStringList{"-l", "ultra", "-c", "lzma2"} + s.arguments()).exitStatus, 0);
         const QStringList arguments = QString::fromUtf8(s.read("arguments")).split('\n');
         QCOMPARE(arguments.at(5), "-mx=9");
-        QCOMPARE(arguments.at(6), "-m0=LZMA2");
+        QCOMPARE(arguments.at(6), "-m0=LZMA2:c=256m");
         QCOMPARE(arguments.at(3), QDir::toNativeSeparators(s.path("source") + "/*"));
     }
 

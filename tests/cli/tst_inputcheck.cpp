@@ -204,7 +204,7 @@ private slots:
         QTest::newRow("without options")
             << defaults.levelIndex << defaults.methodIndex << "5 LZMA 16M";
         QTest::newRow("store") << 0 << 1 << "0 Copy 16M";
-        QTest::newRow("ultra, LZMA2") << 5 << 1 << "9 LZMA2 16M";
+        QTest::newRow("ultra, LZMA2") << 5 << 1 << "9 LZMA2:c=256m 16M";
     }
     void theWordsForTheArchiver()
     {
@@ -213,6 +213,8 @@ private slots:
         QFETCH(int, methodIndex);
         line.levelIndex = levelIndex;
         line.methodIndex = methodIndex;
+        line.folder = m_root.filePath("app2");
+        line.mainProgram = "UPPER.EXE";
         const auto prepared = prepareJob(line);
         QVERIFY2(std::holds_alternative<PreparedJob>(prepared), qPrintable(messageOf(prepared)));
         const auto &job = std::get<PreparedJob>(prepared).job;

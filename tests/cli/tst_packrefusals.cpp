@@ -24,7 +24,7 @@ private:
     // A program for another machine or subsystem, or one that is a library.
     static QByteArray changedProgram(int offset, char low, char high)
     {
-        QByteArray program = petest::makeProgram({});
+        QByteArray program = petest::makeProgram({.resources = false});
         const int header = int(uchar(program[0x3c])) | int(uchar(program[0x3d])) << 8;
         program[header + offset] = low;
         program[header + offset + 1] = high;
@@ -52,7 +52,7 @@ private slots:
     void init()
     {
         m_temp = std::make_unique<PrivateTemp>();
-        QVERIFY(write("app.exe", petest::makeProgram({})));
+        QVERIFY(write("app.exe", petest::makeProgram({.resources = false})));
         QVERIFY(write("data/text.txt", "text"));
     }
     void cleanup() { m_temp.reset(); }
@@ -197,7 +197,7 @@ private slots:
         QVERIFY(write("a.bin", QByteArray(3000000, 'a')));
         QVERIFY(write("z.bin", QByteArray(3000000, 'z')));
         QVERIFY(write("data/text.txt", "text"));
-        QVERIFY(write("app.exe", petest::makeProgram({})));
+        QVERIFY(write("app.exe", petest::makeProgram({.resources = false})));
         const QByteArray path = m_temp->filePath("source/data/text.txt").toUtf8();
         QCOMPARE(chmod(path.constData(), 0755), 0);
         QCOMPARE(packed("umask 077; TZ=Asia/Shanghai; export TZ; taskset -p 1 $$ >/dev/null"),

@@ -35,7 +35,8 @@ private:
         QImage image(32, 32, QImage::Format_ARGB32);
         image.fill(QColor(number * 5, 255 - number * 5, 77));
         if (!QDir().mkpath(folder + "/data")
-            || !writeFile(folder + QString("/app%1.exe").arg(number), petest::makeProgram({}))
+            || !writeFile(folder + QString("/app%1.exe").arg(number),
+                          petest::makeProgram({.resources = false}))
             || !writeFile(folder + "/data/text", QByteArray(1000 * number, char('a' + number % 26)))
             || !writeFile(icon, encoded(image, "ICO"))) {
             qFatal("a source could not be made");

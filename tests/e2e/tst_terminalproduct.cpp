@@ -146,9 +146,9 @@ private slots:
     // As it is in the main program, every image in its own form.
     void hasTheWholeIcon()
     {
-        petest::Recipe recipe;
         QVERIFY(QDir().mkpath(m_temp->filePath("source")));
-        QVERIFY(writeFile(m_temp->filePath("source/app.exe"), petest::makeProgram(recipe)));
+        QVERIFY(writeFile(m_temp->filePath("source/app.exe"),
+                          petest::makeProgram({.resources = false})));
         const auto imagesOf = [](const QString &path) {
             QList<QByteArray> images;
             const auto resources = petest::lookAt(readFile(path)).resources;

@@ -149,7 +149,8 @@ void TestPreparedModule::refused_data()
     pe::VersionResource large;
     large.info.tables = {{u"000004b0", {{u"Comments", std::u16string(40000, u'x')}}}};
     QTest::newRow("an identity that is too large")
-        << ModulePlan{.identity = {large}} << "the version information is larger than 64 KiB";
+        << ModulePlan{.identity = {large}}
+        << "the version information cannot be written: the version information is larger than 64 KiB";
 }
 
 void TestPreparedModule::refused()

@@ -33,6 +33,8 @@ void TestSettingsText::written_data()
                       "Arguments=\"--x\"\nWorkingFolder=\"exe\"\nSilent=\"1\"\n");
     QTest::newRow("quotes and a tab are kept") << Settings{{"Arguments", "-c \"a b\"\t\"\""}}
                                                << QByteArray("Arguments=\"-c \"a b\"\t\"\"\"\n");
+    QTest::newRow("a quote after a backslash")
+        << Settings{{"Arguments", "a\\\"b"}} << QByteArray("Arguments=\"a\\\"b\"\n");
     QTest::newRow("UTF-8") << Settings{{"Title", "音 ü 𝄞"}} << QByteArray("Title=\"音 ü 𝄞\"\n");
     QTest::newRow("an empty title") << Settings{{"Title", ""}} << QByteArray("Title=\"\"\n");
     QTest::newRow("backslashes are kept")
@@ -69,6 +71,10 @@ void TestSettingsText::refused_data()
         << Settings{{"WorkingFolder", "temp"}} << "WorkingFolder must be app, caller or exe";
     QTest::newRow("another silence") << Settings{{"Silent", "yes"}} << "Silent must be 0 or 1";
     QTest::newRow("no program") << Settings{{"Program", ""}} << "Program is empty";
+    QTest::newRow("an open quote")
+        << Settings{{"Arguments", "-c \"a b"}} << "Arguments has a quote that is not closed";
+    QTest::newRow("a quote that closes nothing")
+        << Settings{{"Arguments", "\"a\\\""}} << "Arguments has a quote that is not closed";
     QTest::newRow("no folder") << Settings{{"Folder", ""}} << "Folder is empty";
 }
 

@@ -122,10 +122,13 @@ Status ResourceFinder::find(bool &exists)
     }
     std::uint8_t data[8];
     status = read(std::uint64_t{m_image.resources()} + m_position, data, sizeof data);
+    if (status != Status::Ok) {
+        return status;
+    }
     m_address = readU32(data);
     m_size = readU32(data + 4);
-    exists = status == Status::Ok;
-    return status;
+    exists = true;
+    return Status::Ok;
 }
 
 } // namespace

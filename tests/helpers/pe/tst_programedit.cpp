@@ -171,7 +171,7 @@ void TestProgramEdit::nothingToChange_data()
 {
     QTest::addColumn<pe::ProgramEdit>("edit");
     QTest::newRow("an empty edit") << pe::ProgramEdit();
-    QTest::newRow("the subsystem that it has") << pe::ProgramEdit{.subsystem = 0};
+    QTest::newRow("the subsystem that it has") << pe::ProgramEdit{.subsystem = 2};
     QTest::newRow("a type that is not there") << pe::ProgramEdit{.removedTypes = {id(99)}};
     QTest::newRow("a resource that is not there")
         << pe::ProgramEdit{.resources = {{id(10), id(100), 5, {}}}};
@@ -181,7 +181,7 @@ void TestProgramEdit::nothingToChange()
 {
     QFETCH(const pe::ProgramEdit, edit);
     const QByteArray before = petest::makeProgram({.overlay = 1000});
-    QCOMPARE(subsystemOf(before), 0);
+    QCOMPARE(subsystemOf(before), 2);
     QCOMPARE(edited(before, edit, pe::EditOutcome::Unchanged), before);
 }
 
