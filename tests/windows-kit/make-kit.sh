@@ -33,7 +33,8 @@ cp "$programs/resources/resources/7zr.exe" "$programs/resources/resources/7zS2.s
 # The test programs and what they need, each file by its own name (tests/support/builtfile.h).
 find $tests -name 'tst_*.exe' -exec cp {} "$kit/tests" \;
 cp $tests/fakes/faketool.exe $tests/faults/killedjob.exe $tests/cli/fakedcli.exe $tests/app/drivenapp.exe $tests/app/emptysheet.rcc \
-    $tests/e2e/checker.exe $tests/helpers/resource-editor/loadicons.exe "$tests/windows-kit/kit/files/kit-probe.exe" \
+    $tests/e2e/checker.exe $tests/e2e/readversion.exe $tests/helpers/pe/identified.exe \
+    $tests/helpers/resource-editor/loadicons.exe "$tests/windows-kit/kit/files/kit-probe.exe" \
     build/windows/helpers/resource-editor/resource-editor.exe \
     build/windows/examples/hello/app/hello.exe examples/hello/hello.ico "$kit/files"
 cp -r build/windows/examples/hello/app "$kit/files/app"
