@@ -187,6 +187,27 @@ std::variant<QString, Refusal> productPath(const PackOptions &options, const QSt
     return options.output;
 }
 
+// The only sure way to know whether a file can be made is to make one.
+std::optional<Refusal> tryToWrite(const QString &outputDir)
+{
+    QTemporaryFile probe(QDir(outputDir).filePath(".kestrelpack-XXXXXX"));
+    if (!probe.open()) {
+        return Refusal{text("cannot write to the output directory %1: %2")
+                           .arg(outputDir, probe.errorString())};
+    }
+    return std::nullopt;
+}
+
+// Returns the innermost part of the path that exists.
+QFileInfo existingPart(const QString &path)
+{
+    QFileInfo part(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    while (!part.exists() && !part.isRoot()) {
+        part.setFile(part.path());
+    }
+    return part;
+}
+
 std::optional<Refusal> checkOutput(const QFileInfo &product, const QString &folder)
 {
     const QString outputDir = product.path();
@@ -196,19 +217,13 @@ std::optional<Refusal> checkOutput(const QFileInfo &product, const QString &fold
     if (isSameOrInside(outputDir, folder)) {
         return Refusal{text("the output directory %1 is inside the folder to pack").arg(outputDir)};
     }
-    if (!QDir().mkpath(outputDir)) {
+    if (!existingPart(outputDir).isDir()) {
         return Refusal{text("cannot create the output directory %1").arg(outputDir)};
-    }
-    // The only sure way to know whether a file can be made is to make one.
-    QTemporaryFile probe(QDir(outputDir).filePath(".kestrelpack-XXXXXX"));
-    if (!probe.open()) {
-        return Refusal{text("cannot write to the output directory %1: %2")
-                           .arg(outputDir, probe.errorString())};
     }
     if (product.isDir() || (product.exists() && !product.isWritable())) {
         return Refusal{text("cannot replace the output file %1").arg(product.filePath())};
     }
-    return std::nullopt;
+    return QFileInfo(outputDir).isDir() ? tryToWrite(outputDir) : std::nullopt;
 }
 
 } // namespace
@@ -272,4 +287,13 @@ std::variant<CheckedInputs, Refusal> checkInputs(const PackOptions &options)
                              ? QString()
                              : QFileInfo(options.iconPath).absoluteFilePath(),
                          QDir(resolvedPath(product.path())).filePath(product.fileName())};
+}
+
+std::optional<Refusal> makeOutputDirectory(const QString &product)
+{
+    const QString outputDir = QFileInfo(product).path();
+    if (!QDir().mkpath(outputDir)) {
+        return Refusal{text("cannot create the output directory %1").arg(outputDir)};
+    }
+    return tryToWrite(outputDir);
 }

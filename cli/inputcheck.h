@@ -28,5 +28,9 @@ struct CheckedInputs
 std::optional<Refusal> checkFolder(const QString &folder);
 
 // Checks the request against the disk before anything is started, so that a mistake costs no time
-// and leaves no files. Creates the output directory if it is missing; changes nothing else.
+// and leaves no files. The output directory may be missing. Changes nothing.
 std::variant<CheckedInputs, Refusal> checkInputs(const PackOptions &options);
+
+// Creates the folder of the executable `product`, an absolute path, if it is missing. Refuses one
+// that cannot be written to.
+std::optional<Refusal> makeOutputDirectory(const QString &product);

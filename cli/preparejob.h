@@ -27,5 +27,5 @@ struct PreparedJob
 };
 
 // Checks the request against the disk: the folder with everything in it, the main program's name, and
-// where the executable goes. Creates the output directory if it is missing; changes nothing else.
+// where the executable goes. The output directory may be missing. Changes nothing.
 std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options);

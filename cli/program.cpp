@@ -7,6 +7,7 @@
 #include "cli/console.h"
 #include "cli/exitstatus.h"
 #include "cli/helptext.h"
+#include "cli/inputcheck.h"
 #include "cli/interrupt.h"
 #include "cli/outputguard.h"
 #include "cli/preparejob.h"
@@ -94,6 +95,10 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     }
     PreparedJob &inputs = *std::get_if<PreparedJob>(&prepared);
     if (const auto refusal = hooks.prepareProgram(inputs)) {
+        return refuse(console, refusal->message);
+    }
+    // After everything that can be refused, so that a refusal leaves no new folder.
+    if (const auto refusal = makeOutputDirectory(inputs.product)) {
         return refuse(console, refusal->message);
     }
     OutputGuard guard(inputs.product, inputs.madeName());

@@ -95,8 +95,10 @@ private slots:
         QFETCH(QString, summary);
         QCOMPARE(QStringList({job.folderPath, job.mainExeName, job.outputDir}).join(", "),
                  here(summary));
-        QVERIFY(QDir(job.outputDir).exists());
         QCOMPARE(job.archivePath, QString());
+        QVERIFY2(!QDir(here("@/out/new")).exists(), "the output directory was created too early");
+        QVERIFY(!makeOutputDirectory(std::get<PreparedJob>(prepared).product));
+        QVERIFY(QDir(job.outputDir).exists());
     }
 
     void theMainProgramMayBeInAFolderOfTheFolder_data()
