@@ -3,14 +3,18 @@
 
 #include "preparation/settingstext.h"
 
+#include "helpers/self-extractor/start/settings.h"
 #include "preparation/controlcharacters.h"
 
 #include <optional>
 
 namespace {
 
-// By the rules of CommandLineToArgvW: a quote after an odd number of backslashes is a character. An open
-// quote would swallow the caller's arguments.
+constexpr auto maxArguments = static_cast<qsizetype>(sfx::maxArguments);
+constexpr auto maxSettingsSize = static_cast<qsizetype>(sfx::maxSettingsSize);
+
+// By the rules of CommandLineToArgvW: a quote after an odd number of backslashes is a character. An
+// open quote would swallow the caller's arguments.
 bool hasOpenQuote(const QString &arguments)
 {
     bool isOpen = false;
@@ -40,9 +44,9 @@ std::optional<Message> reasonToRefuse(const Setting &setting)
     if (!isCleanText(value)) {
         return Message{"%1 contains a line end or another control character", {key}};
     }
-    if (key == "Arguments" && value.size() > maxArgumentsLength) {
+    if (key == "Arguments" && value.size() > maxArguments) {
         return Message{"%1 has %2 characters; the self-extractor takes at most %3",
-                       {key, QString::number(value.size()), QString::number(maxArgumentsLength)}};
+                       {key, QString::number(value.size()), QString::number(maxArguments)}};
     }
     if (key == "Arguments" && hasOpenQuote(value)) {
         return Message{"%1 has a quote that is not closed", {key}};

@@ -10,8 +10,6 @@
 
 #include <optional>
 
-#include <optional>
-
 // A folder that a staged tree may be made in.
 struct PlaceToStage
 {

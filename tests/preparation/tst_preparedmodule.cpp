@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "helpers/self-extractor/start/settings.h"
 #include "preparation/preparedmodule.h"
 
 #include "inspection/programfacts.h"
@@ -64,7 +65,7 @@ void TestPreparedModule::changed_data()
     QTest::newRow("a console") << ModulePlan{.kind = ProgramKind::Console};
     QTest::newRow("settings") << ModulePlan{.settings = {{"Title", "音"}, {"Silent", "1"}}};
     QTest::newRow("an identity") << ModulePlan{.identity = identity()};
-    const Setting longest{"Arguments", QString(maxArgumentsLength, u'音')};
+    const Setting longest{"Arguments", QString(qsizetype(sfx::maxArguments), u'音')};
     QTest::newRow("all of it") << ModulePlan{ProgramKind::Console, {longest}, identity()};
 }
 
