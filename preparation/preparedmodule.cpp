@@ -24,6 +24,21 @@ QString textOf(const pe::Error &error)
                                                        : error.what + ": " + error.system);
 }
 
+// A module that reads settings has the names of their keys in UTF-8 among its data.
+bool knowsSettings(const QByteArray &module)
+{
+    return module.contains("WorkingFolder");
+}
+
+QString keysOf(const QList<Setting> &settings)
+{
+    QStringList keys;
+    for (const Setting &setting : settings) {
+        keys.append(setting.key);
+    }
+    return keys.join(", ");
+}
+
 std::variant<pe::ProgramEdit, Message> editFor(const ModulePlan &plan)
 {
     pe::ProgramEdit edit;
@@ -64,6 +79,12 @@ std::optional<Message> writePreparedModule(const ModulePlan &plan, const QString
     }
     const QString path = QDir(directory).filePath("7zS2.sfx");
     QFile module(":/resources/7zS2.sfx");
+    if (!plan.settings.isEmpty() && module.open(QIODevice::ReadOnly)
+        && !knowsSettings(module.readAll())) {
+        return Message{"the self-extractor module that this build brings knows no settings: %1",
+                       {keysOf(plan.settings)}};
+    }
+    module.close();
     if (!module.copy(path)) {
         return Message{"the self-extractor module cannot be written to %1: %2",
                        {QDir::toNativeSeparators(path), module.errorString()}};
