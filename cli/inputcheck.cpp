@@ -5,6 +5,7 @@
 
 #include "cli/language.h"
 #include "packaging/outputname.h"
+#include "preparation/windowsname.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -97,50 +98,30 @@ std::variant<QString, Refusal> namedProgram(const QString &folder, const QString
     return program;
 }
 
-// Returns true if a produced file can start a program of that name. The configuration block
-// contains the name in quotes on one line, and the template of the block has the placeholders %1 to
-// %3. The other characters are not allowed in Windows file names.
-bool canBeStarted(const QString &fileName)
-{
-    static const QRegularExpression unusable(R"([\x00-\x1f"*:<>?\\|]|%L?\d)");
-    return !unusable.match(fileName).hasMatch();
-}
-
-// Returns true if Windows takes the name for a device, whatever its extension. A produced file with
-// such a name in it unpacks nothing.
-bool isDevice(const QString &fileName)
-{
-    static const QRegularExpression device(
-        QStringLiteral(R"(^(CON|PRN|AUX|NUL|CONIN\$|CONOUT\$|(COM|LPT)[0-9\xb9\xb2\xb3]) *(\.|$))"),
-        QRegularExpression::CaseInsensitiveOption);
-    return device.match(fileName).hasMatch();
-}
-
+// The template of the configuration block has the placeholders %1 to %3, and the name must not look
+// like one.
 std::optional<Refusal> checkProgramName(const QString &program)
 {
-    for (const QString &part : program.split('/')) {
-        if (isDevice(part)) {
-            return Refusal{text("the produced file could not start %1: on Windows that is the "
-                                "name of a device")
-                               .arg(program)};
-        }
-        if (!canBeStarted(part)) {
-            return Refusal{
-                text("the produced file could not start %1: the main program's name must not "
-                     "have control characters, any of \" * : < > ? \\ |, or a % before "
-                     "a digit")
-                    .arg(program)};
+    static const QRegularExpression placeholder("%L?[0-9]");
+    if (placeholder.match(program).hasMatch()) {
+        return Refusal{text("the produced file could not start %1: the main program's name must "
+                            "not have a % before a digit")
+                           .arg(program)};
+    }
+    const qsizetype names = program.count('/') + 1;
+    for (qsizetype i = 0; i < names; ++i) {
+        if (const auto problem = windowsNameProblem(program.section('/', 0, i))) {
+            return Refusal{text(*problem)};
         }
     }
     return std::nullopt;
 }
 
-// Windows cuts blanks and dots off the end of a name.
 std::optional<Refusal> checkProductName(const QString &name)
 {
-    static const QRegularExpression unusable(R"([\x00-\x1f"*:<>?\\|/]|[ .]$|^ *\.exe$)",
-                                             QRegularExpression::CaseInsensitiveOption);
-    if (isDevice(name) || unusable.match(name).hasMatch()) {
+    static const QRegularExpression onlyEnding("^ *\\.exe$",
+                                               QRegularExpression::CaseInsensitiveOption);
+    if (name.contains('/') || windowsNameProblem(name) || onlyEnding.match(name).hasMatch()) {
         return Refusal{
             text("the executable cannot be named %1: Windows does not allow that name").arg(name)};
     }
@@ -171,8 +152,10 @@ bool isFilePath(const QString &output)
 // Returns the path of the executable. Its folder may be missing.
 std::variant<QString, Refusal> productPath(const PackOptions &options, const QString &mainProgram)
 {
-    if (const auto refusal = checkProductName(options.name)) {
-        return *refusal;
+    if (!options.name.isEmpty()) {
+        if (const auto refusal = checkProductName(options.name)) {
+            return *refusal;
+        }
     }
     if (!isFilePath(options.output)) {
         const QString name = options.name.isEmpty() ? outputBaseName(mainProgram) + ".exe"

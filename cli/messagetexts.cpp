@@ -21,11 +21,7 @@ const QList<MessageText> &messageTexts()
         {"no such value for --%1: %2 (available: %3)", "--%1 没有这个值：%2（可用：%3）"},
         {"the value of --%1 has a control character in it", "--%1 的值含有控制字符"},
         {"--set needs FIELD=TEXT, not %1", "--set 需要 FIELD=TEXT，而不是 %1"},
-        {"--set gives the field %1 twice", "--set 两次给出了字段 %1"},
         {"--json and --quiet contradict each other", "--json 与 --quiet 互相矛盾"},
-        {"--mtime needs seconds since 1970, or a time with its zone such as 2026-01-31T12:00:00Z, "
-         "not %1",
-         "--mtime 需要自 1970 年起的秒数，或者带时区的时间（例如 2026-01-31T12:00:00Z），而不是 %1"},
         {"the configuration file %1 cannot be read", "无法读取配置文件 %1"},
         {"%1: there is no key %2", "%1：没有 %2 这个键"},
         {"%1: the value of the key %2 is no text", "%1：键 %2 的值不是文字"},
@@ -49,11 +45,9 @@ const QList<MessageText> &messageTexts()
         {"the main program %1 is not inside the folder %2", "主程序 %1 不在文件夹 %2 里面"},
         {"the folder %1 contains no file %2", "文件夹 %1 里没有文件 %2"},
         {"the main program %1 is not an .exe file", "主程序 %1 不是 .exe 文件"},
-        {"the produced file could not start %1: on Windows that is the name of a device",
-         "成品无法启动 %1：在 Windows 上这是设备的名字"},
-        {"the produced file could not start %1: the main program's name must not have control "
-         "characters, any of \" * : < > ? \\ |, or a % before a digit",
-         "成品无法启动 %1：主程序的名字不能含有控制字符、\" * : < > ? \\ | 或者数字前的 %"},
+        {"the produced file could not start %1: the main program's name must not have a % before a "
+         "digit",
+         "成品无法启动 %1：主程序的名字里，数字前不能有 %"},
         {"the executable cannot be named %1: Windows does not allow that name",
          "成品不能命名为 %1：Windows 不允许这个名字"},
         {"the icon file %1 is larger than 64 MiB", "图标文件 %1 大于 64 MiB"},
@@ -84,6 +78,7 @@ const QList<MessageText> &messageTexts()
          "%1 有 %2 字节；Windows 不能启动 4 GiB 或更大的程序文件"},
         {"the executable was not checked: this build cannot read produced files",
          "没有检查成品：这个版本不能读取成品"},
+        {"interrupted; nothing was made", "已中断；没有生成任何文件"},
         {"interrupted; %1 was not made", "已中断；没有生成 %1"},
 
         {"cannot open %1: %2", "无法打开 %1：%2"},
@@ -162,6 +157,8 @@ const QList<MessageText> &messageTexts()
         {"it is a library (DLL), which cannot be started", "它是程序库（DLL），不能启动"},
         {"its header says that it was not linked completely", "它的文件头表明它没有链接完成"},
         {"the self-extractor module cannot be written to %1: %2", "无法把自解压模块写入 %1：%2"},
+        {"the self-extractor module that this build brings knows no settings: %1",
+         "这个版本带的自解压模块不支持设置：%1"},
         {"the self-extractor module cannot be changed: %1", "无法修改自解压模块：%1"},
         {"the self-extractor does not know the setting %1", "自解压模块没有设置 %1"},
         {"%1 contains a line end or another control character", "%1 含有换行或其他控制字符"},

@@ -4,9 +4,7 @@
 #include "cli/packoptions.h"
 
 #include "cli/language.h"
-
-#include <QDateTime>
-#include <QSet>
+#include "preparation/timerule.h"
 
 #include <algorithm>
 
@@ -62,35 +60,15 @@ QString wordMessage(const OptionInfo &option, const QString &value)
 
 QString readFields(const QStringList &values, PackOptions &pack)
 {
-    QSet<QString> known;
     for (const QString &value : values) {
         const qsizetype sign = value.indexOf('=');
-        const QString field = value.left(sign);
         if (sign < 1 || sign + 1 == value.size()) {
             return text("--set needs FIELD=TEXT, not %1").arg(value);
         }
-        if (known.contains(field.toLower())) {
-            return text("--set gives the field %1 twice").arg(field);
-        }
-        known.insert(field.toLower());
-        pack.fields.append({field, value.mid(sign + 1)});
+        pack.fields.append({value.left(sign), value.mid(sign + 1)});
     }
-    return {};
-}
-
-// A time without a zone would mean another moment on another machine.
-std::optional<qint64> momentFrom(const QString &value)
-{
-    bool isNumber = false;
-    const qint64 seconds = value.toLongLong(&isNumber);
-    if (isNumber) {
-        return seconds >= 0 ? std::optional(seconds) : std::nullopt;
-    }
-    const QDateTime time = QDateTime::fromString(value, Qt::ISODate);
-    if (!time.isValid() || time.timeSpec() == Qt::LocalTime || time.toSecsSinceEpoch() < 0) {
-        return std::nullopt;
-    }
-    return time.toSecsSinceEpoch();
+    const auto reason = reasonToRefuse(pack.fields);
+    return reason ? text(*reason) : QString();
 }
 
 QString withExe(const QString &name)
@@ -153,13 +131,10 @@ std::variant<PackOptions, QString> packOptionsFrom(const OptionValues &values,
     if (pack.json && pack.quiet) {
         return text("--json and --quiet contradict each other");
     }
-    if (values.contains(OptionId::Mtime)) {
-        pack.latestTime = momentFrom(lastValue(values, OptionId::Mtime));
-        if (!pack.latestTime) {
-            return text("--mtime needs seconds since 1970, or a time with its zone such as "
-                        "2026-01-31T12:00:00Z, not %1")
-                .arg(lastValue(values, OptionId::Mtime));
-        }
+    pack.latestTime = lastValue(values, OptionId::Mtime);
+    const auto times = timeRuleOf(pack.latestTime, {}, pack.reproducible);
+    if (const auto *reason = std::get_if<Message>(&times)) {
+        return text(*reason);
     }
     const QString message = readFields(values.value(OptionId::Set), pack);
     return message.isEmpty() ? std::variant<PackOptions, QString>(pack) : message;

@@ -4,13 +4,12 @@
 #pragma once
 
 #include "cli/options.h"
+#include "preparation/identity.h"
 
 #include <QList>
-#include <QPair>
 #include <QString>
 #include <QStringList>
 
-#include <optional>
 #include <variant>
 
 enum class ConsoleChoice { Auto, Yes, No };
@@ -30,13 +29,13 @@ struct PackOptions
 
     ConsoleChoice console = ConsoleChoice::Auto;
     WorkingFolderChoice workingFolder = WorkingFolderChoice::Auto;
-    QList<QPair<QString, QString>> fields; // of the version information, in the order given
+    QList<IdentityField> fields; // in the order given
     QString arguments;
     QString title;
     bool silent = false;
 
     QStringList excludes;
-    std::optional<qint64> latestTime; // seconds since 1970
+    QString latestTime; // as timeRuleOf() takes it; empty: none
     bool reproducible = false;
 
     bool verify = true; // decode the finished executable

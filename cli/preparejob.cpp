@@ -23,15 +23,15 @@ QStringList textsOf(const QList<Message> &messages)
 }
 
 // Files with unusual permissions are copied, so that the archive does not depend on this user's umask.
-std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const CheckedInputs &inputs)
+std::variant<SourcePlan, Refusal> planOf(const PackOptions &options, const CheckedInputs &inputs,
+                                         const std::function<bool()> &isStopped)
 {
-    const QString given = options.latestTime ? QString::number(*options.latestTime) : QString();
-    const auto times
-        = timeRuleOf(given, qEnvironmentVariable("SOURCE_DATE_EPOCH"), options.reproducible);
+    const auto times = timeRuleOf(options.latestTime, qEnvironmentVariable("SOURCE_DATE_EPOCH"),
+                                  options.reproducible);
     if (const auto *message = std::get_if<Message>(&times)) {
         return Refusal{text(*message)};
     }
-    const SourceListing listing = listFolder(inputs.folder);
+    const SourceListing listing = listFolder(inputs.folder, isStopped);
     if (!listing.error.isEmpty()) {
         return Refusal{
             text("the folder %1 cannot be listed: %2").arg(inputs.folder, listing.error)};
@@ -57,14 +57,15 @@ QString PreparedJob::madeName() const
     return outputBaseName(job.mainExeName) + ".exe";
 }
 
-std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options)
+std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options,
+                                              const std::function<bool()> &isStopped)
 {
     const auto checked = checkInputs(options);
     if (const auto *refusal = std::get_if<Refusal>(&checked)) {
         return *refusal;
     }
     const CheckedInputs &inputs = *std::get_if<CheckedInputs>(&checked);
-    const auto plan = planOf(options, inputs);
+    const auto plan = planOf(options, inputs, isStopped);
     if (const auto *refusal = std::get_if<Refusal>(&plan)) {
         return *refusal;
     }

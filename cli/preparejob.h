@@ -8,6 +8,7 @@
 #include "packaging/packagingjob.h"
 #include "preparation/sourcetree.h"
 
+#include <functional>
 #include <variant>
 
 // A job that can start.
@@ -20,6 +21,7 @@ struct PreparedJob
     QString product;      // the absolute path of the executable
     SourcePlan tree;      // what goes into the archive
     QStringList warnings; // sentences for the user
+    QStringList remarks;  // the same, but nothing is wrong
 
     // The path of the file that the engine makes, from its output directory. It may differ from the
     // product's name.
@@ -28,4 +30,7 @@ struct PreparedJob
 
 // Checks the request against the disk: the folder with everything in it, the main program's name, and
 // where the executable goes. The output directory may be missing. Changes nothing.
-std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options);
+//
+// `isStopped` is asked again and again; if it returns true, the job ends with a refusal.
+std::variant<PreparedJob, Refusal> prepareJob(
+    const PackOptions &options, const std::function<bool()> &isStopped = [] { return false; });

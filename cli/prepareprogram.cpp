@@ -91,7 +91,9 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
         return Refusal{about(startability.remark.value_or(Message()))};
     }
     if (startability.remark) {
-        prepared.warnings.append(about(*startability.remark));
+        // 64-bit Windows, which the produced file needs, starts programs for 32 bits everywhere.
+        const bool isUsual = program.header.machine == pe::machineX86;
+        (isUsual ? prepared.remarks : prepared.warnings).append(about(*startability.remark));
     }
     if (program.hasDamagedIdentity) {
         prepared.warnings.append(

@@ -19,6 +19,8 @@
 
 #include <QCoreApplication>
 
+#include <optional>
+
 namespace {
 
 // A message may have several lines, one for each thing that is wrong.
@@ -44,30 +46,43 @@ Console::Style styleOf(const PackOptions &options)
                         : Console::Style::Full;
 }
 
-// The staged folder is removed together with the one that it lies in.
-std::optional<Refusal> stage(PreparedJob &prepared, const InterruptWatcher &watcher,
-                             OutputGuard &guard, PrivateDirectory &temporary)
+// Notes an interruption while the program is not yet in its event loop.
+class EarlyInterruption
 {
-    int cause = 0;
-    bool isInterrupted = false;
-    const auto connection = QObject::connect(&watcher, &InterruptWatcher::interrupted, qApp,
-                                             [&cause, &isInterrupted](int event) {
-                                                 cause = event;
-                                                 isInterrupted = true;
-                                             });
-    const auto isStopped = [&isInterrupted] {
-        QCoreApplication::processEvents();
-        return isInterrupted;
-    };
-    const auto refusal = stageJob(prepared, {temporary.path(), guard.directory()}, isStopped);
-    QObject::disconnect(connection);
-    if (isInterrupted) {
-        guard.release();
-        temporary.remove();
-        endAsInterrupted(cause);
+public:
+    explicit EarlyInterruption(const InterruptWatcher &watcher)
+        : m_connection(QObject::connect(&watcher, &InterruptWatcher::interrupted, qApp,
+                                        [this](int cause) { m_cause = cause; }))
+    {
     }
-    return refusal;
-}
+    ~EarlyInterruption() { QObject::disconnect(m_connection); }
+    EarlyInterruption(const EarlyInterruption &) = delete;
+    EarlyInterruption &operator=(const EarlyInterruption &) = delete;
+
+    bool hasCome()
+    {
+        QCoreApplication::processEvents();
+        return m_cause.has_value();
+    }
+
+    // Ends the process after an interruption. Otherwise does nothing.
+    void endIfCome(Console &console, PrivateDirectory &temporary,
+                   OutputGuard *guard = nullptr) const
+    {
+        if (m_cause) {
+            if (guard) {
+                guard->release();
+            }
+            temporary.remove(); // with the staged folder, if that is there
+            console.showMessage(text("interrupted; nothing was made"));
+            endAsInterrupted(*m_cause);
+        }
+    }
+
+private:
+    std::optional<int> m_cause;
+    const QMetaObject::Connection m_connection;
+};
 
 int pack(const PackOptions &options, const ProgramHooks &hooks)
 {
@@ -89,7 +104,12 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
             text("the system does not use %1 as the temporary directory").arg(temporary.path()));
     }
     hooks.fillTemporaryDirectory(temporary.path());
-    auto prepared = prepareJob(options);
+    std::optional<EarlyInterruption> interruption(std::in_place, watcher);
+    const auto isStopped = [&interruption] {
+        return interruption->hasCome();
+    };
+    auto prepared = prepareJob(options, isStopped);
+    interruption->endIfCome(console, temporary);
     if (const auto *refusal = std::get_if<Refusal>(&prepared)) {
         return refuse(console, refusal->message);
     }
@@ -105,7 +125,10 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     if (const QString reason = guard.hold(); !reason.isEmpty()) {
         return refuse(console, reason);
     }
-    if (const auto refusal = stage(inputs, watcher, guard, temporary)) {
+    const auto refusal = stageJob(inputs, {temporary.path(), guard.directory()}, isStopped);
+    interruption->endIfCome(console, temporary, &guard);
+    interruption.reset(); // from here on, the job is told
+    if (refusal) {
         return refuse(console, refusal->message);
     }
     TerminalJob job(inputs, guard, temporary, console, hooks.checkProduct);
@@ -115,6 +138,9 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     job.start();
     for (const QString &warning : inputs.warnings) {
         console.showWarning(warning);
+    }
+    for (const QString &remark : inputs.remarks) {
+        console.showInformation(remark);
     }
     return QCoreApplication::exec();
 }

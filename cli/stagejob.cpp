@@ -23,7 +23,7 @@ std::optional<Refusal> stageJob(PreparedJob &prepared, const QStringList &places
         return Refusal{text(place.note.value_or(Message()))};
     }
     if (place.note) {
-        prepared.warnings.append(text(*place.note));
+        prepared.remarks.append(text(*place.note));
     }
     StagedTree tree(place.path);
     if (const auto error = tree.create(plan, [&isStopped](qint64) { return !isStopped(); })) {

@@ -89,7 +89,7 @@ public:
     {
     }
 
-    SourceListing run()
+    SourceListing run(const std::function<bool()> &isStopped)
     {
         if (m_root.empty()) {
             m_listing.error = systemText(GetLastError());
@@ -97,6 +97,10 @@ public:
         }
         m_waiting.push_back({m_folder, {}, -1});
         while (!m_waiting.empty()) {
+            if (isStopped()) {
+                m_listing.error = QStringLiteral("stopped");
+                return m_listing;
+            }
             const OpenFolder folder = m_waiting.front();
             m_waiting.pop_front();
             list(folder);
@@ -206,7 +210,7 @@ private:
 
 } // namespace
 
-SourceListing listFolder(const QString &folder)
+SourceListing listFolder(const QString &folder, const std::function<bool()> &isStopped)
 {
-    return Listing(folder).run();
+    return Listing(folder).run(isStopped);
 }

@@ -16,6 +16,8 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <csignal>
+
 namespace {
 
 void copyHelpers(const QDir &from, const QDir &to)
@@ -49,13 +51,27 @@ ProductCheck wantedCheck()
     };
 }
 
+// As if the user pressed Ctrl-C at that moment.
+void interruptBefore(const char *stage)
+{
+    if (qEnvironmentVariable("KESTRELPACK_TEST_INTERRUPT") == stage) {
+        std::raise(SIGINT);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QDir usual(QDir::tempPath());
-    return runTerminalProgram(
-        argc, argv,
-        {[usual](const QString &directory) { copyHelpers(usual, QDir(directory)); },
-         [](PreparedJob &) { return std::optional<Refusal>(); }, wantedCheck()});
+    return runTerminalProgram(argc, argv,
+                              {[usual](const QString &directory) {
+                                   copyHelpers(usual, QDir(directory));
+                                   interruptBefore("listing");
+                               },
+                               [](PreparedJob &) {
+                                   interruptBefore("staging");
+                                   return std::optional<Refusal>();
+                               },
+                               wantedCheck()});
 }

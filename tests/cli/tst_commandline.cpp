@@ -31,7 +31,7 @@ QString summaryOf(const PackOptions &pack)
     add(!pack.title.isEmpty(), "title <" + pack.title + '>');
     add(pack.silent, "silent");
     add(!pack.excludes.isEmpty(), "without " + pack.excludes.join(" and "));
-    add(pack.latestTime.has_value(), QString("not after %1").arg(pack.latestTime.value_or(0)));
+    add(!pack.latestTime.isEmpty(), "not after " + pack.latestTime);
     add(pack.reproducible, "reproducible");
     add(!pack.verify, "not verified");
     add(pack.quiet, "quiet");
@@ -113,8 +113,10 @@ private slots:
         addRow("silent", {"--silent"}, ", silent");
         addRow("patterns", {"-x", "*.pdb", "--exclude", ".git/"}, ", without *.pdb and .git/");
         addRow("a time in seconds", {"--mtime", "86400"}, ", not after 86400");
-        addRow("a time in UTC", {"--mtime", "1970-01-02T00:00:00Z"}, ", not after 86400");
-        addRow("a time elsewhere", {"--mtime", "1970-01-02T02:00:00+02:00"}, ", not after 86400");
+        addRow("a time in UTC", {"--mtime", "1970-01-02T00:00:00Z"},
+               ", not after 1970-01-02T00:00:00Z");
+        addRow("a time elsewhere", {"--mtime", "1970-01-02T02:00:00+02:00"},
+               ", not after 1970-01-02T02:00:00+02:00");
         addRow("reproducible", {"--reproducible"}, ", reproducible");
         addRow("not verified", {"--no-verify"}, ", not verified");
         addRow("as JSON", {"--json"}, ", JSON");
@@ -194,15 +196,21 @@ private slots:
                 << QStringList({"--set", value, "app"})
                 << QString("refused: --set needs FIELD=TEXT, not %1").arg(value);
         }
+        QTest::newRow("a field that nobody knows")
+            << QStringList({"--set", "ProductNmae=A", "app"})
+            << "refused: there is no field \"ProductNmae\"; the fields are Comments, CompanyName, "
+               "FileDescription, FileVersion, InternalName, LegalCopyright, LegalTrademarks, "
+               "OriginalFilename, PrivateBuild, ProductName, ProductVersion, SpecialBuild";
         QTest::newRow("a field twice, in other capitals")
             << QStringList({"--set", "ProductName=A", "--set", "productname=B", "app"})
-            << "refused: --set gives the field productname twice";
-        for (const char *value : {"yesterday", "-1", "2026-01-31T12:00:00", "2026-13-31T12:00:00Z",
-                                  "1969-12-31T23:59:59Z"}) {
+            << "refused: the field ProductName is set twice";
+        for (const char *value :
+             {"yesterday", "-1", "2026-13-31T12:00:00Z", "1969-12-31T23:59:59Z"}) {
             QTest::addRow("the time %s", value)
                 << QStringList({"--mtime", value, "app"})
-                << QString("refused: --mtime needs seconds since 1970, or a time with its zone "
-                           "such as 2026-01-31T12:00:00Z, not %1")
+                << QString(
+                       "refused: %1 is no time: use seconds since 1970, or a date and time such "
+                       "as 2026-01-31T12:00:00Z")
                        .arg(value);
         }
         QTest::newRow("a title of two lines")

@@ -91,6 +91,35 @@ private slots:
         }
     }
 
+    void beforeTheEngineRuns_data()
+    {
+        QTest::addColumn<QString>("stage");
+        QTest::newRow("while the folder is listed") << "listing";
+        QTest::newRow("while the folder is staged") << "staging";
+    }
+    void beforeTheEngineRuns()
+    {
+        QFETCH(QString, stage);
+        CliSurroundings s;
+        s.write("output/my.exe", "the older one");
+        s.write("source/left.out", "content");
+        const QStringList before = s.sourceState();
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("KESTRELPACK_TEST_INTERRUPT", stage);
+        process.setProcessEnvironment(environment);
+        process.start(KESTRELPACK_CLI, QStringList{"-x", "left.out"} + s.arguments());
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGINT);
+        QCOMPARE(process.readAllStandardError(),
+                 QByteArray("kestrelpack-cli: interrupted; nothing was made\n"));
+        QCOMPARE(s.read("output/my.exe"), QByteArray("the older one"));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+        QCOMPARE(s.temp.names(), QStringList({"7zS2.sfx", "7zr.exe", "ResourceHacker.exe"}));
+        QCOMPARE(s.sourceState(), before);
+    }
+
     // The check has nothing that could stop it. The program waits for it as long as it may, and
     // then cleans up all the same.
     void whileTheProductIsChecked()

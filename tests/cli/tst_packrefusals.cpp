@@ -108,6 +108,17 @@ private slots:
         QVERIFY2(result.errors.contains("ARM64"), qPrintable(result.errors));
     }
 
+    // Such a program starts everywhere, so it is no reason for a warning.
+    void remarksThatAProgramHas32Bits()
+    {
+        QVERIFY(write("app.exe", petest::makeProgram({.pe32Plus = false, .resources = false})));
+        const CliResult quiet = pack({"-q"});
+        QCOMPARE(quiet.exitStatus, 0);
+        QCOMPARE(quiet.errors, QString());
+        const CliResult result = pack({});
+        QVERIFY2(result.output.contains("32-bit program"), qPrintable(result.output));
+    }
+
 #ifndef Q_OS_WIN
     void refusesWhatIsNoFile_data()
     {
