@@ -5,7 +5,7 @@
 
 // Some lines begin with the word for a warning although nothing is wrong. No job can show its
 // product's icon, and a main program without an icon is no mistake. A user's icon file that cannot
-// be used has a warning of its own.
+// be used has another warning.
 const QList<EngineText> &engineTexts()
 {
     constexpr auto information = LogLineKind::Information;

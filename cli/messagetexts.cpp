@@ -82,6 +82,7 @@ const QList<MessageText> &messageTexts()
         {"interrupted; %1 was not made", "已中断；没有生成 %1"},
 
         {"cannot open %1: %2", "无法打开 %1：%2"},
+        {"the folder %1 is not empty", "文件夹 %1 不是空的"},
         {"%1: complete, all checksums are right", "%1：完整，所有校验和都正确"},
         {"this build of kestrelpack-cli cannot read produced files",
          "这个版本的 kestrelpack-cli 不能读取成品"},

@@ -10,8 +10,8 @@
 #include <memory>
 
 // A private directory for one job, inside the user's temporary directory. The engine keeps its
-// helpers, its archive and its icon in the temporary directory, under fixed names; in a directory
-// of its own, a job never meets another job's files, or helpers that somebody has left there.
+// helpers, its archive and its icon in the temporary directory, under fixed names; in a
+// private one, a job never meets another job's files, or helpers that somebody has left there.
 //
 // The lock file beside the directory shows whether the job still runs. Creating such a directory
 // removes those of killed jobs.

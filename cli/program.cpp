@@ -5,10 +5,10 @@
 
 #include "cli/commandline.h"
 #include "cli/console.h"
+#include "cli/earlyinterruption.h"
 #include "cli/exitstatus.h"
 #include "cli/helptext.h"
 #include "cli/inputcheck.h"
-#include "cli/interrupt.h"
 #include "cli/outputguard.h"
 #include "cli/preparejob.h"
 #include "cli/privatedirectory.h"
@@ -46,43 +46,19 @@ Console::Style styleOf(const PackOptions &options)
                         : Console::Style::Full;
 }
 
-// Notes an interruption while the program is not yet in its event loop.
-class EarlyInterruption
+// Ends the process if an interruption has come. Otherwise does nothing.
+void endIfInterrupted(const EarlyInterruption &interruption, Console &console,
+                      PrivateDirectory &temporary, OutputGuard *guard = nullptr)
 {
-public:
-    explicit EarlyInterruption(const InterruptWatcher &watcher)
-        : m_connection(QObject::connect(&watcher, &InterruptWatcher::interrupted, qApp,
-                                        [this](int cause) { m_cause = cause; }))
-    {
-    }
-    ~EarlyInterruption() { QObject::disconnect(m_connection); }
-    EarlyInterruption(const EarlyInterruption &) = delete;
-    EarlyInterruption &operator=(const EarlyInterruption &) = delete;
-
-    bool hasCome()
-    {
-        QCoreApplication::processEvents();
-        return m_cause.has_value();
-    }
-
-    // Ends the process after an interruption. Otherwise does nothing.
-    void endIfCome(Console &console, PrivateDirectory &temporary,
-                   OutputGuard *guard = nullptr) const
-    {
-        if (m_cause) {
-            if (guard) {
-                guard->release();
-            }
-            temporary.remove(); // with the staged folder, if that is there
-            console.showMessage(text("interrupted; nothing was made"));
-            endAsInterrupted(*m_cause);
+    if (const auto cause = interruption.cause()) {
+        if (guard) {
+            guard->release();
         }
+        temporary.remove(); // with the staged folder, if that is there
+        console.showMessage(text("interrupted; nothing was made"));
+        endAsInterrupted(*cause);
     }
-
-private:
-    std::optional<int> m_cause;
-    const QMetaObject::Connection m_connection;
-};
+}
 
 int pack(const PackOptions &options, const ProgramHooks &hooks)
 {
@@ -109,7 +85,7 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
         return interruption->hasCome();
     };
     auto prepared = prepareJob(options, isStopped);
-    interruption->endIfCome(console, temporary);
+    endIfInterrupted(*interruption, console, temporary);
     if (const auto *refusal = std::get_if<Refusal>(&prepared)) {
         return refuse(console, refusal->message);
     }
@@ -126,7 +102,7 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
         return refuse(console, reason);
     }
     const auto refusal = stageJob(inputs, {temporary.path(), guard.directory()}, isStopped);
-    interruption->endIfCome(console, temporary, &guard);
+    endIfInterrupted(*interruption, console, temporary, &guard);
     interruption.reset(); // from here on, the job is told
     if (refusal) {
         return refuse(console, refusal->message);

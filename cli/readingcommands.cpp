@@ -3,6 +3,7 @@
 
 #include "cli/readingcommands.h"
 
+#include "cli/earlyinterruption.h"
 #include "cli/exitstatus.h"
 #include "cli/language.h"
 #include "cli/terminal.h"
@@ -56,11 +57,25 @@ QString defaultFolder(const QString &file)
 int extract(ProducedFile &file, const CommandLine &line, Console &console)
 {
     const QString folder = line.outputDir.isEmpty() ? defaultFolder(line.file) : line.outputDir;
-    if (const QString reason = reasonNotToExtract(folder); !reason.isEmpty()) {
-        console.showMessage(reason);
+    switch (obstacleAt(folder)) {
+    case ExtractionObstacle::NotAFolder:
+        console.showMessage(text("%1 is not a folder").arg(folder));
         return ExitWrongUsage;
+    case ExtractionObstacle::NotEmpty:
+        console.showMessage(text("the folder %1 is not empty").arg(folder));
+        return ExitWrongUsage;
+    case ExtractionObstacle::None:
+        break;
     }
-    if (const auto finding = extractInto(file, folder)) {
+    const InterruptWatcher watcher;
+    EarlyInterruption interruption(watcher);
+    const auto finding
+        = extractInto(file, folder, [&interruption] { return interruption.hasCome(); });
+    if (const auto cause = interruption.cause()) {
+        console.showMessage(text("interrupted; nothing was made"));
+        endAsInterrupted(*cause);
+    }
+    if (finding) {
         return failWith(line.file, *finding, console);
     }
     console.showInformation(folder);

@@ -18,7 +18,11 @@ constexpr std::uint32_t readOnly = 0x1; // FILE_ATTRIBUTE_READONLY
 class FolderSink final : public sfx::UnpackSink
 {
 public:
-    explicit FolderSink(const QString &folder) : m_folder(folder) {}
+    FolderSink(const QString &folder, const std::function<bool()> &isStopped)
+        : m_folder(folder)
+        , m_isStopped(isStopped)
+    {
+    }
 
     // What could not be written, with the reason; empty if everything could.
     const QString &failure() const { return m_failure; }
@@ -44,6 +48,9 @@ public:
     }
     sfx::Status write(const std::uint8_t *data, std::size_t size) override
     {
+        if (m_isStopped()) {
+            return fail(QDir(m_folder).relativeFilePath(m_file.fileName()), QString());
+        }
         const auto bytes = static_cast<qint64>(size);
         return m_file.write(reinterpret_cast<const char *>(data), bytes) == bytes
             ? sfx::Status::Ok
@@ -73,6 +80,7 @@ private:
     }
 
     const QString m_folder;
+    const std::function<bool()> &m_isStopped;
     QFile m_file;
     QString m_failure;
     QStringList m_readOnlyFiles;
@@ -95,21 +103,22 @@ Finding cannotWrite(const QString &what)
 
 } // namespace
 
-QString reasonNotToExtract(const QString &folder)
+ExtractionObstacle obstacleAt(const QString &folder)
 {
     const QFileInfo info(folder);
     if (info.isSymLink() || (info.exists() && !info.isDir())) {
-        return QStringLiteral("%1 is not a folder").arg(folder);
+        return ExtractionObstacle::NotAFolder;
     }
     if (info.isDir()
         && !QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System
                                  | QDir::NoDotAndDotDot)) {
-        return QStringLiteral("the folder %1 is not empty").arg(folder);
+        return ExtractionObstacle::NotEmpty;
     }
-    return {};
+    return ExtractionObstacle::None;
 }
 
-std::optional<Finding> extractInto(ProducedFile &file, const QString &folder)
+std::optional<Finding> extractInto(ProducedFile &file, const QString &folder,
+                                   const std::function<bool()> &isStopped)
 {
     const QString target = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     const QString parent = QFileInfo(target).path();
@@ -121,7 +130,7 @@ std::optional<Finding> extractInto(ProducedFile &file, const QString &folder)
     if (!temporary.isValid() || !QDir().mkdir(content)) {
         return cannotWrite(parent + ": " + temporary.errorString());
     }
-    FolderSink sink(content);
+    FolderSink sink(content, isStopped);
     const sfx::Status status = sfx::unpack(file.archive(), sink, file.totalBytes());
     if (status != sfx::Status::Ok) {
         return sink.failure().isEmpty() ? findingOf(status) : cannotWrite(sink.failure());

@@ -20,6 +20,7 @@ private slots:
     void everythingIsThere();
     void foldersThatAreRefused();
     void afterAFailureNothingIsLeft();
+    void afterAStopNothingIsLeft();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -51,7 +52,7 @@ void TestExtraction::everythingIsThere()
     ProducedFile file;
     open(file, ForgedProduct().bytes());
     const QString out = existing == "other" ? path("a/b/out") : path("out");
-    QCOMPARE(reasonNotToExtract(out), QString());
+    QVERIFY(obstacleAt(out) == ExtractionObstacle::None);
     QVERIFY(!extractInto(file, out));
     QCOMPARE(readFile(out + "/main.exe"), "the program");
     QCOMPARE(readFile(out + "/data/文件.txt"), "text in a folder");
@@ -61,7 +62,8 @@ void TestExtraction::everythingIsThere()
     QCOMPARE(
         QDir(QFileInfo(out).path()).entryList({".kestrelpack-*"}, QDir::AllEntries | QDir::Hidden),
         QStringList());
-    QVERIFY(!reasonNotToExtract(out).isEmpty()); // a second time nothing is overwritten
+    QVERIFY(obstacleAt(out)
+            == ExtractionObstacle::NotEmpty); // a second time nothing is overwritten
     QVERIFY(QFile::setPermissions(out + "/fixed.ini", QFile::ReadOwner | QFile::WriteOwner));
 }
 
@@ -70,8 +72,8 @@ void TestExtraction::foldersThatAreRefused()
     QVERIFY(writeFile(path("file"), "x"));
     QVERIFY(QDir(m_dir->path()).mkdir("full"));
     QVERIFY(writeFile(path("full/.hidden"), "x"));
-    QVERIFY(reasonNotToExtract(path("file")).contains("is not a folder"));
-    QVERIFY(reasonNotToExtract(path("full")).contains("is not empty"));
+    QVERIFY(obstacleAt(path("file")) == ExtractionObstacle::NotAFolder);
+    QVERIFY(obstacleAt(path("full")) == ExtractionObstacle::NotEmpty);
 }
 
 void TestExtraction::afterAFailureNothingIsLeft()
@@ -83,6 +85,17 @@ void TestExtraction::afterAFailureNothingIsLeft()
     const auto finding = extractInto(file, path("out"));
     QVERIFY(finding);
     QCOMPARE(finding->number, 201);
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{"product.exe"});
+}
+
+void TestExtraction::afterAStopNothingIsLeft()
+{
+    ProducedFile file;
+    open(file, ForgedProduct().bytes());
+    int asked = 0;
+    QVERIFY(extractInto(file, path("out"), [&asked] { return ++asked == 2; }));
+    QCOMPARE(asked, 2);
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{"product.exe"});
 }
