@@ -5,6 +5,7 @@
 
 #include "cli/language.h"
 #include "packaging/outputname.h"
+#include "preparation/archivermethod.h"
 #include "preparation/windowsname.h"
 
 #include <QDir>
@@ -44,14 +45,6 @@ bool isSameOrInside(const QString &path, const QString &folder)
     const QString inner = resolvedPath(path);
     const QString outer = resolvedPath(folder);
     return inner == outer || inner.startsWith(outer.endsWith('/') ? outer : outer + '/');
-}
-
-// Returns true if the archiver would read the path as a pattern, and pack other folders as well. On
-// Windows a name cannot contain these characters, but a path can begin with "//?/".
-bool isPattern(const QString &path)
-{
-    const QString name = path.startsWith(QLatin1String("//?/")) ? path.mid(4) : path;
-    return name.contains('*') || name.contains('?');
 }
 
 // Finds the main program's file name if the user did not name one.
@@ -223,7 +216,7 @@ std::optional<Refusal> checkFolder(const QString &folder)
     if (!info.isReadable() || !info.isExecutable()) {
         return Refusal{text("the folder %1 cannot be read").arg(folder)};
     }
-    if (isPattern(resolvedPath(folder))) {
+    if (isArchiverPattern(resolvedPath(folder))) {
         return Refusal{
             text("the path of the folder %1 has a * or ? in it, which the archiver takes for a "
                  "pattern")

@@ -4,6 +4,7 @@
 #include "cli/packoptions.h"
 
 #include "cli/language.h"
+#include "preparation/controlcharacters.h"
 #include "preparation/timerule.h"
 
 #include <algorithm>
@@ -11,11 +12,6 @@
 namespace {
 
 constexpr QLatin1String noIcon("none");
-
-bool hasControlCharacter(const QString &value)
-{
-    return std::any_of(value.begin(), value.end(), [](QChar c) { return c < QChar(' '); });
-}
 
 // Returns the index of the option's value in its list of words, or `byDefault` if the option was
 // not given. parseCommandLine() and the configuration file have refused other words.
@@ -93,7 +89,7 @@ QString wrongValue(const OptionValues &values)
                 && !wordsOf(option).contains(value, Qt::CaseInsensitive)) {
                 return wordMessage(option, value);
             }
-            if (option.valueKind == ValueKind::Text && hasControlCharacter(value)) {
+            if (option.valueKind == ValueKind::Text && !isCleanText(value)) {
                 return text("the value of --%1 has a control character in it").arg(name);
             }
         }

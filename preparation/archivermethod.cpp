@@ -36,3 +36,9 @@ QString archiverMethod(const QString &level, const QString &method, bool indepen
         ? QStringLiteral("LZMA2:c=%1m").arg(blockOf(number))
         : method;
 }
+
+bool isArchiverPattern(const QString &path)
+{
+    const QString name = path.startsWith(QLatin1String("//?/")) ? path.mid(4) : path;
+    return name.contains('*') || name.contains('?');
+}

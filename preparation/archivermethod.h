@@ -5,6 +5,10 @@
 
 #include <QString>
 
+// Returns true if the archiver would read the path as a pattern, and pack or write to other places as
+// well. On Windows a name cannot contain these characters, but a path can begin with "//?/".
+bool isArchiverPattern(const QString &path);
+
 // Returns the method for the archiver's one argument for it, such as "LZMA" or "LZMA2:c=128m".
 // `level` is a digit from "0" to "9", `method` is "LZMA" or "LZMA2".
 //

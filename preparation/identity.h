@@ -38,11 +38,11 @@ QStringList identityFieldNames();
 // numbers up to 65535 with dots between them.
 std::optional<Message> reasonToRefuse(const QList<IdentityField> &fields);
 
-// Returns the version resources for the file `productName` ("app.exe"), or a message if reasonToRefuse()
-// does, or if a resource would be too large. In each language of the main program's,
-// OriginalFilename is the product's name and the fields are set in all tables; a version also sets
-// the number in the fixed part. A main program without version resources gives none, or one of no
-// language with the fields, OriginalFilename and InternalName if there are fields.
+// Returns the version resources for the file `productName` ("app.exe"), or a message if
+// reasonToRefuse() does, or if a resource would be too large. In each language of the main
+// program's, OriginalFilename is the product's name and the fields are set in all tables; a version
+// also sets the number in the fixed part. A main program without version resources gives none, or
+// one of no language with the fields, OriginalFilename and InternalName if there are fields.
 std::variant<std::vector<pe::VersionResource>, Message>
 identityOf(const std::vector<pe::VersionResource> &mainProgram, const QString &productName,
            const QList<IdentityField> &fields);

@@ -24,6 +24,7 @@ struct ModulePlan
 // gives the bundle's own bytes.
 //
 // A changed module has no check sum: it would be wrong as soon as the engine appends the archive.
+//
 // A module that a builder brought may be an older one, which would ignore settings. So it is refused
 // if there are any.
 std::optional<Message> writePreparedModule(const ModulePlan &plan, const QString &directory);

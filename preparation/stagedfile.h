@@ -31,6 +31,7 @@ QString finishFolder(const QString &path, const PlannedFolder &planned);
 
 // Makes sure that entries in a folder that makeFolder() has made can be removed.
 void openFolderForRemoval(const QString &path);
-// Removes a link or a copy, but not what a link leads to. Does not change a file that has another name.
+// Removes a link or a copy, but not what a link leads to. Does not change a file that has another
+// name.
 bool removeStagedFile(const QString &path, bool isCopy);
 bool removeStagedFolder(const QString &path);

@@ -3,6 +3,7 @@
 
 #include "preparation/stagingplace.h"
 
+#include "preparation/archivermethod.h"
 #include "preparation/stagedfile.h"
 
 #include <QLocale>
@@ -15,12 +16,6 @@ namespace {
 
 constexpr qint64 worthANote = 256 << 20;  // in bytes
 constexpr qint64 bytesToLeave = 64 << 20; // free on the disk
-
-// Returns true if the archiver would read the path as a pattern.
-bool isPattern(const QString &path)
-{
-    return path.contains('*') || path.contains('?');
-}
 
 QString sizeText(qint64 bytes)
 {
@@ -41,7 +36,7 @@ QString freeSpaceText(const QList<PlaceToStage> &places)
 ChosenPlace chooseStagingPlace(const SourcePlan &plan, const QList<PlaceToStage> &places)
 {
     QList<PlaceToStage> sorted = places;
-    sorted.removeIf([](const PlaceToStage &place) { return isPattern(place.path); });
+    sorted.removeIf([](const PlaceToStage &place) { return isArchiverPattern(place.path); });
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const PlaceToStage &left, const PlaceToStage &right) {
                          return left.canLink != right.canLink

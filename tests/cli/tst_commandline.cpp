@@ -213,6 +213,9 @@ private slots:
                        "as 2026-01-31T12:00:00Z")
                        .arg(value);
         }
+        QTest::newRow("a title with a control character of Latin-1")
+            << QStringList({"--title", QString("one") + QChar(0x85) + "two", "app"})
+            << "refused: the value of --title has a control character in it";
         QTest::newRow("a title of two lines")
             << QStringList({"--title", "one\ntwo", "app"})
             << "refused: the value of --title has a control character in it";
