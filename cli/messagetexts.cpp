@@ -73,6 +73,10 @@ const QList<MessageText> &messageTexts()
          "压缩程序没有完成：压缩包不完整，没有生成 %1；电脑是否睡眠过，或者压缩程序被停止了？"},
         {"%1 could not be written in full; is the disk full?", "%1 没有完整写入；磁盘是否已满？"},
         {"%1 was not made: it would not start: %2", "没有生成 %1：它不能启动：%2"},
+        {"%1 was not made: %2", "没有生成 %1：%2"},
+        {"the resource editor has not added the icon, probably because this machine is busy; it has "
+         "been added now",
+         "资源编辑器没有添加图标，可能是因为这台机器很忙；现在已经添加"},
         {"cannot move the executable to %1: %2", "无法把成品移动到 %1：%2"},
         {"%1 has %2 bytes; Windows does not start program files of 4 GiB or more",
          "%1 有 %2 字节；Windows 不能启动 4 GiB 或更大的程序文件"},
@@ -105,6 +109,7 @@ const QList<MessageText> &messageTexts()
          "文件已损坏或不完整，或者不是成品"},
 
         // Texts of preparation/.
+        {"the icon cannot be added: %1", "无法添加图标：%1"},
         {"the folder %1 cannot be listed: %2", "无法列出文件夹 %1：%2"},
         {"an empty pattern excludes nothing", "空的模式不排除任何内容"},
         {"the pattern %1 is broken: there is no name beside a /", "模式 %1 有误：/ 旁边缺少名称"},

@@ -107,7 +107,7 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     if (refusal) {
         return refuse(console, refusal->message);
     }
-    TerminalJob job(inputs, guard, temporary, console, hooks.checkProduct);
+    TerminalJob job(inputs, guard, temporary, console, {hooks.keepIcon, hooks.checkProduct});
     QObject::connect(&watcher, &InterruptWatcher::interrupted, &job, &TerminalJob::interrupt);
     QObject::connect(&job, &TerminalJob::ended, qApp, &QCoreApplication::exit,
                      Qt::QueuedConnection);

@@ -5,6 +5,7 @@
 
 #include "cli/prepareprogram.h"
 #include "cli/productcheck.h"
+#include "cli/producticon.h"
 
 #include <QString>
 
@@ -19,6 +20,7 @@ struct ProgramHooks
     std::function<std::optional<Refusal>(PreparedJob &)> prepareProgram = &::prepareProgram;
     // Null: the product is only compared with its archive.
     ProductCheck checkProduct = canCheckProducts() ? &::checkProduct : ProductCheck();
+    IconKeeper keepIcon = &keepProductIcon; // null: the icon is as the engine leaves it
 };
 
 // The whole terminal program. Returns its exit status (exitstatus.h).

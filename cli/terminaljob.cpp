@@ -30,13 +30,13 @@ QString sha256Of(const QString &path)
 } // namespace
 
 TerminalJob::TerminalJob(const PreparedJob &job, OutputGuard &guard, PrivateDirectory &temporary,
-                         Console &console, const ProductCheck &check)
+                         Console &console, const Afterwards &afterwards)
     : m_prepared(job)
     , m_job(job.job)
     , m_guard(guard)
     , m_temporary(temporary)
     , m_console(console)
-    , m_check(check)
+    , m_afterwards(afterwards)
     , m_platform(m_gate)
 {
     m_job.archivePath = m_temporary.archivePath();
@@ -54,6 +54,14 @@ TerminalJob::TerminalJob(const PreparedJob &job, OutputGuard &guard, PrivateDire
     connect(&m_worker, &Worker::logMessage, this, &TerminalJob::show);
     connect(&m_worker, &Worker::progressChanged, this,
             [this](int percentage) { m_console.showProgress(percentage); });
+    connect(
+        this, &TerminalJob::iconAdded, this,
+        [this] {
+            m_console.showWarning(
+                text("the resource editor has not added the icon, probably because "
+                     "this machine is busy; it has been added now"));
+        },
+        Qt::QueuedConnection);
     connect(
         this, &TerminalJob::checking, this, [this] { m_clock.begin("check"); },
         Qt::QueuedConnection);
@@ -88,12 +96,29 @@ void TerminalJob::runEngineAndCheck()
     m_worker.run(m_job);
     disconnect(connection);
     m_gate.pass();
+    const QString wrongIcon = success ? iconProblem() : QString();
     emit checking();
-    const QString wrong = problem(success);
+    QString wrong = problem(success);
+    if (wrong.isEmpty()) {
+        wrong = wrongIcon;
+    }
     const QString sha256 = wrong.isEmpty() && m_console.isJson() ? sha256Of(m_guard.madeFile())
                                                                  : QString();
     m_gate.pass();
     emit completed(wrong, sha256);
+}
+
+QString TerminalJob::iconProblem()
+{
+    if (!m_afterwards.keepIcon) {
+        return {};
+    }
+    const ProductIcon icon = m_afterwards.keepIcon(m_guard.madeFile(), m_job.iconPath);
+    if (icon.wasAdded) {
+        emit iconAdded();
+    }
+    return icon.problem.isEmpty() ? QString()
+                                  : text("%1 was not made: %2").arg(m_guard.output(), icon.problem);
 }
 
 // The engine treats an archiver that is silent for too long as finished, and does not notice a full
@@ -110,8 +135,9 @@ QString TerminalJob::problem(bool success) const
                     "made; did the computer sleep, or was the archiver stopped?")
             .arg(m_guard.output());
     }
-    const bool isDecoded = m_check && m_prepared.options.verify;
-    const QString refusal = m_check ? m_check(m_guard.madeFile(), isDecoded) : QString();
+    const ProductCheck &check = m_afterwards.check;
+    const bool isDecoded = check && m_prepared.options.verify;
+    const QString refusal = check ? check(m_guard.madeFile(), isDecoded) : QString();
     if (isDecoded && refusal.isEmpty()) {
         return {};
     }

@@ -9,6 +9,7 @@
 #include "cli/preparejob.h"
 #include "cli/privatedirectory.h"
 #include "cli/productcheck.h"
+#include "cli/producticon.h"
 #include "cli/stageclock.h"
 #include "cli/stoppableplatform.h"
 #include "packaging/worker.h"
@@ -23,10 +24,17 @@ class TerminalJob : public QObject
     Q_OBJECT
 
 public:
+    // What follows the engine. Each may be null.
+    struct Afterwards
+    {
+        IconKeeper keepIcon;
+        ProductCheck check;
+    };
+
     // `guard` must hold the output, and `temporary` must have been entered. All but `job` and
-    // `check` are borrowed and must outlive this object.
+    // `afterwards` are borrowed and must outlive this object.
     TerminalJob(const PreparedJob &job, OutputGuard &guard, PrivateDirectory &temporary,
-                Console &console, const ProductCheck &check);
+                Console &console, const Afterwards &afterwards);
     ~TerminalJob() override;
 
     // Starts the job and returns. ended() is emitted at its end.
@@ -40,6 +48,8 @@ signals:
     // Emitted once. `exitStatus` is ExitDone or ExitJobFailed.
     void ended(int exitStatus);
 
+    // Internal, from the job's thread: the engine had not added the icon, it has been added now.
+    void iconAdded();
     // Internal, from the job's thread: the product is now checked.
     void checking();
     // Internal: the engine and the check are at their end. `problem` says as one sentence what is
@@ -48,6 +58,7 @@ signals:
 
 private:
     void runEngineAndCheck();
+    QString iconProblem();
     QString problem(bool success) const;
     void show(QString line);
     void finish(QString problem, const QString &sha256);
@@ -58,7 +69,7 @@ private:
     OutputGuard &m_guard;
     PrivateDirectory &m_temporary;
     Console &m_console;
-    const ProductCheck m_check;
+    const Afterwards m_afterwards;
     bool m_hasEnded = false;
     StageClock m_clock;
     JobGate m_gate;

@@ -73,5 +73,6 @@ int main(int argc, char *argv[])
                                    interruptBefore("staging");
                                    return std::optional<Refusal>();
                                },
-                               wantedCheck()});
+                               wantedCheck(),
+                               wantedCheck() ? IconKeeper(&keepProductIcon) : IconKeeper()});
 }

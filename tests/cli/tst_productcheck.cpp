@@ -3,7 +3,9 @@
 
 #include "cli/productcheck.h"
 
+#include "preparation/programicon.h"
 #include "tests/cli/clirun.h"
+#include "tests/helpers/pe/petest.h"
 
 #include <QTest>
 
@@ -30,6 +32,15 @@ private:
             qFatal("the archive could not be made");
         }
         return readFile(archive);
+    }
+
+    // Two images, which are the same bytes. The engine accepts that; the resource editor does not.
+    static QByteArray overlappingIcon()
+    {
+        QByteArray icon = petest::makeIcon({48});
+        icon[4] = 2;
+        icon[18] = static_cast<char>(icon[18] + 16); // where the image begins now
+        return icon.insert(6, icon.mid(6, 16));
     }
 
     static CliResult run(const CliSurroundings &s, const QStringList &options)
@@ -98,6 +109,49 @@ private slots:
         s.write("archive.7z", realArchiveOf(s, "source"));
         const CliResult result = run(s, {"--no-verify"});
         QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(s.namesIn("output"), QStringList());
+    }
+
+    void theIconIsThereInAnyCase_data()
+    {
+        QTest::addColumn<QByteArray>("editor"); // what it does
+        QTest::newRow("the editor does nothing") << QByteArray();
+        QTest::newRow("the editor fails") << QByteArray("exit 3\n");
+        QTest::newRow("the editor takes too long") << QByteArray("if addoverwrite\nsleep 600000\n");
+        QTest::newRow("deleting takes so long that nothing is added")
+            << QByteArray("if delete\nsleep 4000\n");
+    }
+    void theIconIsThereInAnyCase()
+    {
+        if (!canCheckProducts()) {
+            QSKIP("this build cannot read produced files");
+        }
+        QFETCH(QByteArray, editor);
+        CliSurroundings s;
+        s.write("archive.7z", realArchiveOf(s, "source"));
+        s.write("own.ico", petest::makeIcon({48, 16}));
+        s.temp.plantEditor(editor);
+        QVERIFY(QFile::remove(s.temp.filePath("7zS2.sfx"))); // the module is the bundle's
+        const CliResult result = run(s, {"-i", s.path("own.ico")});
+        QVERIFY2(result.exitStatus == 0, qPrintable(result.errors));
+        QCOMPARE(iconFileOfProgram(s.product()).toHex(), petest::makeIcon({48, 16}).toHex());
+        QVERIFY2(result.errors.contains("it has been added now"), qPrintable(result.errors));
+        QCOMPARE(s.namesIn("output"), QStringList("my.exe"));
+    }
+
+    void anIconThatCannotBeAddedIsAFailure()
+    {
+        if (!canCheckProducts()) {
+            QSKIP("this build cannot read produced files");
+        }
+        CliSurroundings s;
+        s.write("archive.7z", realArchiveOf(s, "source"));
+        s.write("own.ico", overlappingIcon());
+        QVERIFY(QFile::remove(s.temp.filePath("7zS2.sfx")));
+        const CliResult result = run(s, {"-i", s.path("own.ico")});
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(result.errors.contains("was not made: the icon cannot be added: "),
+                 qPrintable(result.errors));
         QCOMPARE(s.namesIn("output"), QStringList());
     }
 };

@@ -88,6 +88,8 @@ private slots:
     void theWholeIconOfARealProgram_data();
     void theWholeIconOfARealProgram();
     void withoutAnIcon();
+    void setsAnIcon();
+    void setsNoBrokenIcon();
 
 private:
     QTemporaryDir m_dir;
@@ -156,6 +158,28 @@ void TestProgramIcon::withoutAnIcon()
     QVERIFY(writeFile(path, "no program"));
     QCOMPARE(iconFileOfProgram(path), QByteArray());
     QCOMPARE(iconFileOfProgram(m_dir.filePath("missing.exe")), QByteArray());
+}
+
+void TestProgramIcon::setsAnIcon()
+{
+    const QString path = m_dir.filePath("b.exe");
+    QVERIFY(writeFile(path, petest::makeProgram({.icons = false}) + "data after the image"));
+    const QByteArray icon = petest::makeIcon({256, 48, 16});
+    QVERIFY(!setIconOfProgram(path, icon));
+    QCOMPARE(iconFileOfProgram(path), icon);
+    QVERIFY(readFile(path).endsWith("data after the image"));
+}
+
+void TestProgramIcon::setsNoBrokenIcon()
+{
+    const QString path = m_dir.filePath("c.exe");
+    const QByteArray program = petest::makeProgram({.icons = false});
+    QVERIFY(writeFile(path, program));
+    const auto problem = setIconOfProgram(path, petest::makeIcon({48}).chopped(1));
+    QVERIFY(problem);
+    QVERIFY(!problem->values.constFirst().isEmpty());
+    QCOMPARE(readFile(path), program);
+    QVERIFY(setIconOfProgram(m_dir.filePath("missing.exe"), petest::makeIcon({48})));
 }
 
 QTEST_GUILESS_MAIN(TestProgramIcon)
