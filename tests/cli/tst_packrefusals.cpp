@@ -186,34 +186,6 @@ private slots:
         QVERIFY(!QFileInfo(m_temp->filePath("unpacked/link.txt")).isSymLink());
         QCOMPARE(m_temp->names(), QStringList({"out", "source", "unpacked"}));
     }
-
-    // Other permissions, times, order of creation, zone, umask and processors: the same bytes.
-    void theSameInputGivesTheSameBytes()
-    {
-        const auto packed = [this](const char *before) {
-            QProcess process;
-            process.start("/bin/sh",
-                          {"-c", QString("%1; exec \"$0\" \"$@\"").arg(before),
-                           builtFile(KESTRELPACK_CLI), "-q", "--reproducible", "-c", "LZMA2", "-o",
-                           m_temp->filePath("out"), m_temp->filePath("source")});
-            const CliResult result = CliSurroundings::resultOf(process);
-            return result.errors.isEmpty() ? readFile(m_temp->filePath("out/app.exe"))
-                                           : result.errors.toUtf8();
-        };
-        QVERIFY(write("z.bin", QByteArray(3000000, 'z')));
-        QVERIFY(write("a.bin", QByteArray(3000000, 'a')));
-        const QByteArray first = packed("umask 022");
-        QVERIFY2(first.startsWith("MZ"), first.constData());
-        QVERIFY(QDir(m_temp->filePath("source")).removeRecursively());
-        QVERIFY(write("a.bin", QByteArray(3000000, 'a')));
-        QVERIFY(write("z.bin", QByteArray(3000000, 'z')));
-        QVERIFY(write("data/text.txt", "text"));
-        QVERIFY(write("app.exe", petest::makeProgram({.resources = false})));
-        const QByteArray path = m_temp->filePath("source/data/text.txt").toUtf8();
-        QCOMPARE(chmod(path.constData(), 0755), 0);
-        QCOMPARE(packed("umask 077; TZ=Asia/Shanghai; export TZ; taskset -p 1 $$ >/dev/null"),
-                 first);
-    }
 #endif
 };
 
