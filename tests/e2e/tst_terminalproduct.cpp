@@ -143,6 +143,84 @@ private slots:
         QVERIFY(!readFile(product).contains(QByteArray("P\0o\0r\0t\0a\0b\0l\0e\0 \0A\0p\0p", 23)));
     }
 
+    void setsChineseText()
+    {
+        QVERIFY(makeSource("app.exe"));
+        const QString product = m_temp->filePath("out/音乐.exe");
+        QCOMPARE(pack({"-o", product, "--set", "ProductName=音乐 𠮷", "--set",
+                       "FileDescription=一个 \"例子\"", "--title", "标题"})
+                     .errors,
+                 QString());
+        const QJsonObject report = inspect(product);
+        const QJsonObject identity
+            = report.value("program").toObject().value("identity").toObject();
+        QCOMPARE(identity.value("ProductName").toString(), QString("音乐 𠮷"));
+        QCOMPARE(identity.value("FileDescription").toString(), QString("一个 \"例子\""));
+        QCOMPARE(identity.value("OriginalFilename").toString(), QString("音乐.exe"));
+        QCOMPARE(report.value("start").toObject().value("title").toString(), QString("标题"));
+        QCOMPARE(startIn("caller", product, {"--exit", "3"}).exitCode, 3);
+    }
+
+    void leavesOutWhatItIsTold()
+    {
+        QVERIFY(makeSource("app.exe"));
+        QCOMPARE(pack({"-o", m_temp->filePath("out"), "--exclude", "*.txt"}).errors, QString());
+        const ProgramRun run = startIn("caller", m_temp->filePath("out/app.exe"));
+        QVERIFY2(run.output.contains("greeting.txt is not here."), qPrintable(run.output));
+    }
+
+    void hasTheNameThatItIsGiven()
+    {
+        QVERIFY(makeSource("app.exe"));
+        QCOMPARE(pack({"-o", m_temp->filePath("out"), "--name", "tool-3.4.6"}).errors, QString());
+        const QString product = m_temp->filePath("out/tool-3.4.6.exe");
+        QCOMPARE(startIn("caller", product, {"--exit", "4"}).exitCode, 4);
+    }
+
+    void readsItsOptionsFromAFile()
+    {
+        QVERIFY(makeSource("bin/tool.exe"));
+        QVERIFY(makeSource("app.exe"));
+        const QString config = m_temp->filePath("kestrelpack.ini");
+        QVERIFY(writeFile(config,
+                          "main = bin/tool.exe\noutput = out\nname = 工具\n"
+                          "exclude = *.txt, *.pdb\narguments = --first two\n"
+                          "cwd = exe\nset = ProductName=工具, CompanyName=Example\n"));
+        QVERIFY(writeFile(m_temp->filePath("source/a.pdb"), "left out"));
+        QCOMPARE(pack({"--config", config}).errors, QString());
+        const QString product = m_temp->filePath("out/工具.exe");
+        const ProgramRun run = startIn("caller", product, {"last", "--exit", "6"});
+        QCOMPARE(run.exitCode, 6);
+        QVERIFY2(run.output.contains("greeting.txt is not here."), qPrintable(run.output));
+        QVERIFY2(run.output.contains("Argument 1: --first\r\nArgument 2: two\r\n"
+                                     "Argument 3: last\r\n"),
+                 qPrintable(run.output));
+        const QString folder = run.output.section("Folder: ", 1).section("\r\n", 0, 0);
+        QVERIFY2(folder.endsWith("\\out"), qPrintable(folder));
+        const QJsonObject identity
+            = inspect(product).value("program").toObject().value("identity").toObject();
+        QCOMPARE(identity.value("ProductName").toString(), QString("工具"));
+        QCOMPARE(identity.value("CompanyName").toString(), QString("Example"));
+    }
+
+    void aDamagedSilentOneStartsNothing()
+    {
+        QVERIFY(makeSource("app.exe"));
+        const QString product = m_temp->filePath("out/app.exe");
+        QCOMPARE(pack({"-o", product, "--console", "no", "--silent", "-l", "store"}).errors,
+                 QString());
+        QVERIFY(inspect(product).value("start").toObject().value("silent").toBool());
+        QByteArray bytes = readFile(product);
+        const qsizetype at = bytes.lastIndexOf("This is the example.");
+        QVERIFY(at > 0);
+        bytes[at] = 't';
+        QVERIFY(writeFile(product, bytes));
+        const ProgramRun run = startIn("caller", product);
+        QCOMPARE(run.exitCode & 0xff, 201);
+        QCOMPARE(run.output, QString());
+        QVERIFY2(run.errors.contains("damaged"), qPrintable(run.errors));
+    }
+
     // As it is in the main program, every image in its own form.
     void hasTheWholeIcon()
     {
