@@ -89,11 +89,12 @@ QString StagedTree::makeFile(const QString &source, const PlannedFile &file,
 // From the innermost to the outermost, because each new entry changes its folder's time.
 std::optional<Message> StagedTree::finishFolders(const SourcePlan &plan)
 {
-    for (auto folder = plan.folders.crbegin(); folder != plan.folders.crend(); ++folder) {
-        const QString error = finishFolder(m_path + '/' + folder->path, *folder);
+    for (qsizetype i = plan.folders.size(); i-- > 0;) {
+        const PlannedFolder &folder = plan.folders[i];
+        const QString error = finishFolder(m_path + '/' + folder.path, folder);
         if (!error.isEmpty()) {
             return Message{"cannot finish the folder %1 for packing: %2",
-                           {shownPath(folder->path), error}};
+                           {shownPath(folder.path), error}};
         }
     }
     return std::nullopt;

@@ -138,7 +138,7 @@ void TestVersionInfo::oddButIntact_data()
     QTest::newRow("zeros after the last string count to the table")
         << resource(plain + QByteArray(12, '\0')) << "b";
     QTest::newRow("a string of two NULs")
-        << resource(padded(node("A", units("b") + "\0\0", 3))) << "b";
+        << resource(padded(node("A", units("b") + QByteArray(2, '\0'), 3))) << "b";
     QTest::newRow("a string without NUL")
         << resource(padded(node("A", units("b").chopped(2), 1))) << "b";
     QTest::newRow("a value length in bytes") << resource(padded(node("A", units("b"), 4))) << "b";
