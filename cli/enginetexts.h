@@ -10,8 +10,8 @@
 // One text of the engine's log: the source text (Chinese) and its translation, with placeholders.
 struct EngineText
 {
-    const char *chinese;
-    const char *english;
+    const char *chinese = "";
+    const char *english = "";
     LogLineKind kind = LogLineKind::Information;
     JobStage begins = JobStage::Unchanged; // the stage that begins with this line
 };

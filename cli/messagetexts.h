@@ -8,8 +8,8 @@
 // One message of this program, and its Chinese translation, with placeholders.
 struct MessageText
 {
-    const char *english;
-    const char *chinese;
+    const char *english = "";
+    const char *chinese = "";
 };
 
 const QList<MessageText> &messageTexts();

@@ -57,17 +57,17 @@ enum class ValueKind { Text, Word, File, Folder };
 
 struct OptionInfo
 {
-    OptionId id;
-    const char *name; // the long one, without dashes; also the key in the configuration file
-    char shortName;   // 0 if there is none
-    OptionKind kind;
-    ValueKind valueKind;
-    const char *valueName; // in the help; empty for a switch
-    const char *words;     // for ValueKind::Word: the possible values, separated by "|"
+    OptionId id = OptionId::Help;
+    const char *name = ""; // the long one, without dashes; also the key in the configuration file
+    char shortName = 0;    // 0 if there is none
+    OptionKind kind = OptionKind::Switch;
+    ValueKind valueKind = ValueKind::Text;
+    const char *valueName = ""; // in the help; empty for a switch
+    const char *words = "";     // for ValueKind::Word: the possible values, separated by "|"
     Commands commands;
-    bool isKey; // allowed in a configuration file
-    const char *english;
-    const char *chinese;
+    bool isKey = false; // allowed in a configuration file
+    const char *english = "";
+    const char *chinese = "";
 };
 
 const QList<OptionInfo> &options();
