@@ -9,10 +9,13 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSet>
+#include <QThread>
 
 namespace {
 
 constexpr int attempts = 100;
+constexpr int removalAttempts = 30;
+constexpr unsigned long removalPauseMs = 100;
 const QString lockEnding = QStringLiteral(".lock");
 
 QString newPath()
@@ -96,7 +99,11 @@ bool PrivateDirectory::enter()
 void PrivateDirectory::remove()
 {
     if (isValid()) {
-        QDir(m_path).removeRecursively();
+        // Windows keeps a helper's file for a moment after the helper has ended, and so do scanners.
+        for (int attempt = 0; !QDir(m_path).removeRecursively() && attempt < removalAttempts;
+             ++attempt) {
+            QThread::msleep(removalPauseMs);
+        }
         m_path.clear();
     }
     m_lock.reset();

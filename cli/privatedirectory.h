@@ -36,7 +36,8 @@ public:
     // thread exists. Returns false if the system takes another directory all the same.
     bool enter();
 
-    // Removes the directory and everything in it.
+    // Removes the directory and everything in it. Tries again for three seconds if something is in use;
+    // what is left then is removed by a later job.
     void remove();
 
 private:

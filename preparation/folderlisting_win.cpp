@@ -86,15 +86,12 @@ public:
     explicit Listing(const QString &folder)
         : m_folder(pe::extendedPath(toNativePath(folder)))
         , m_root(resolved(m_folder))
+        , m_rootError(m_root.empty() ? GetLastError() : ERROR_SUCCESS)
     {
     }
 
     SourceListing run(const std::function<bool()> &isStopped)
     {
-        if (m_root.empty()) {
-            m_listing.error = systemText(GetLastError());
-            return m_listing;
-        }
         m_waiting.push_back({m_folder, {}, -1});
         while (!m_waiting.empty()) {
             if (isStopped()) {
@@ -175,6 +172,11 @@ private:
 
     void describeTarget(SourceEntry &entry, const std::wstring &path) const
     {
+        if (m_root.empty()) { // Wine 8 does not know the final name of a long path
+            entry.kind = SourceEntry::Kind::Unreadable;
+            entry.problem = systemText(m_rootError);
+            return;
+        }
         const std::wstring target = resolved(path);
         const DWORD error = GetLastError();
         entry.target = QStringLiteral("another place");
@@ -203,7 +205,8 @@ private:
     }
 
     const std::wstring m_folder;
-    const std::wstring m_root;
+    const std::wstring m_root; // without links; empty if the system does not say it
+    const DWORD m_rootError;
     std::deque<OpenFolder> m_waiting;
     SourceListing m_listing;
 };

@@ -25,6 +25,9 @@ bool linkFile(const QString &source, const QString &target);
 QString copyFile(const QString &source, const QString &target, const PlannedFile &planned,
                  const CopyProgress &progress);
 
+// Bytes that this user can still write in an existing folder; 0 if the system does not say it.
+qint64 freeBytesAt(const QString &folder);
+
 QString makeFolder(const QString &path);
 // Sets the time and the permissions. Call it when the folder has all of its content.
 QString finishFolder(const QString &path, const PlannedFolder &planned);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #include <vector>
 
@@ -162,6 +163,14 @@ QString copyFile(const QString &source, const QString &target, const PlannedFile
         return systemText();
     }
     return {};
+}
+
+qint64 freeBytesAt(const QString &folder)
+{
+    struct statvfs disk = {};
+    return statvfs(nameOf(folder).constData(), &disk) == 0
+        ? static_cast<qint64>(disk.f_bavail) * static_cast<qint64>(disk.f_frsize)
+        : 0;
 }
 
 QString makeFolder(const QString &path)

@@ -90,6 +90,14 @@ QString copyFile(const QString &source, const QString &target, const PlannedFile
     return isDone ? QString() : systemText();
 }
 
+qint64 freeBytesAt(const QString &folder)
+{
+    ULARGE_INTEGER free = {};
+    return GetDiskFreeSpaceExW((nameOf(folder) + L'\\').c_str(), &free, nullptr, nullptr)
+        ? static_cast<qint64>(free.QuadPart)
+        : 0;
+}
+
 QString makeFolder(const QString &path)
 {
     return CreateDirectoryW(nameOf(path).c_str(), nullptr) ? QString() : systemText();

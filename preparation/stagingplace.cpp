@@ -7,7 +7,6 @@
 #include "preparation/stagedfile.h"
 
 #include <QLocale>
-#include <QStorageInfo>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -71,7 +70,7 @@ PlaceToStage placeToStage(const QString &path, const SourcePlan &plan)
 {
     PlaceToStage place;
     place.path = path;
-    place.freeBytes = QStorageInfo(path).bytesAvailable();
+    place.freeBytes = freeBytesAt(path);
     QTemporaryDir probe(path + "/.kestrelpack-tree-XXXXXX");
     for (const PlannedFile &file : plan.files) {
         if (probe.isValid() && !file.mustNotBeLinked) {

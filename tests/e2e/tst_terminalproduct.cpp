@@ -218,7 +218,7 @@ private slots:
         const ProgramRun run = startIn("caller", product);
         QCOMPARE(run.exitCode & 0xff, 201);
         QCOMPARE(run.output, QString());
-        QVERIFY2(run.errors.contains("damaged"), qPrintable(run.errors));
+        QVERIFY(!run.errors.isEmpty()); // in the language of the system
     }
 
     // As it is in the main program, every image in its own form.

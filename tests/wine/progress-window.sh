@@ -2,14 +2,13 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 #
-# progress-window.sh NATIVE-PROGRAM MODULE HELLO-FOLDER PICTURES: a produced file that unpacks
-# slowly shows a window with its title. Cancel leaves no files and starts no program. A small file
+# progress-window.sh NATIVE-PROGRAM HELLO-FOLDER PICTURES: a produced file without a console that
+# unpacks slowly shows a window with its title. Cancel leaves no files and starts no program. A small file
 # shows no window.
 set -euo pipefail
 native=$1
-module=$2
-hello=$3
-pictures=$4
+hello=$2
+pictures=$3
 . "$(dirname "$0")/support.sh"
 [ -x "$native" ] || {
     echo "Skipped: there is no $native; the preset dev builds it."
@@ -17,13 +16,12 @@ pictures=$4
 }
 work=$(mktemp -d /tmp/progress.XXXXXX)
 trap 'rm -rf "$work"' EXIT
-mkdir -p "$pictures" "$work/large" "$work/small" "$work/tools" "$work/temp"
+mkdir -p "$pictures" "$work/large" "$work/small" "$work/temp"
 cp "$hello"/* "$work/large"
 cp "$hello"/* "$work/small"
-cp "$module" "$work/tools/7zS2.sfx"
 head -c 90000000 /dev/urandom | base64 >"$work/large/much.txt"
 for size in large small; do
-    TMPDIR=$work/tools "$native" -q -l fastest -o "$work/$size.out" "$work/$size" 2>/dev/null
+    "$native" -q --console no -l fastest -o "$work/$size.out" "$work/$size" 2>/dev/null
 done
 
 fail() {
