@@ -415,11 +415,12 @@ void TestRefusals::everyRowOfTheTableIsReached()
 {
     const auto rows = refusalTable();
     QVERIFY(rows.size() >= 10);
-    for (const auto &[refused, number] : rows) {
+    for (const auto &row : rows) {
+        const QString &refused = row.first;
         QVERIFY2(anyOf(forgeries(), refused), qPrintable(refused));
         const bool isExcused
             = std::any_of(notSeenAtPacking.keyBegin(), notSeenAtPacking.keyEnd(),
-                          [&refused](const QString &row) { return refused.startsWith(row); });
+                          [&refused](const QString &start) { return refused.startsWith(start); });
         QVERIFY2(anyOf(packings(), refused) != isExcused, qPrintable(refused));
     }
 }
