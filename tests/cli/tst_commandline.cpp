@@ -92,9 +92,10 @@ private slots:
             << QStringList({"-l", "store", "-l", "maximum", "app"})
             << "folder app, main <>, output ., icon <>, level 4, method 0";
         const QString usual = "folder app, main <>, output ., icon <>, level 3, method 0";
-        const auto addRow = [&usual](const char *name, QStringList arguments, const QString &more) {
-            QTest::newRow(name) << arguments + QStringList("app") << usual + more;
-        };
+        const auto addRow
+            = [&usual](const char *name, const QStringList &arguments, const QString &more) {
+                  QTest::newRow(name) << arguments + QStringList("app") << usual + more;
+              };
         addRow("a name", {"-n", "my app"}, ", name my app.exe");
         addRow("a name with its ending", {"--name", "my.EXE"}, ", name my.EXE");
         addRow("no icon", {"-i", "none"}, ", no icon");
