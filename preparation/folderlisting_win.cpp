@@ -199,7 +199,7 @@ private:
                                 : QString::fromStdWString(target);
     }
 
-    static QString withoutSeparator(QString path)
+    static QString withoutSeparator(const QString &path)
     {
         return path.endsWith('\\') ? path.chopped(1) : path;
     }
