@@ -29,7 +29,7 @@ void checkImage(const pe::IconImage &image, pe::ByteView file)
             "an image lies in its file");
     require(image.width > 0 && image.width <= 0x7fff && image.height > 0 && image.height <= 0x7fff,
             "an image has a size");
-    const pe::Bytes alone = pe::icoFileOf(image);
+    const pe::Bytes alone = pe::icoFileOf({image});
     const auto again = pe::parseIcoFile(alone);
     require(!again.hasError() && again.value().size() == 1, "one image makes an icon file");
     const pe::IconImage &same = again.value().front();
