@@ -38,7 +38,7 @@ constexpr ReadingCommand readingCommands[] = {{"inspect", Inspect, Action::Inspe
                                               {"verify", Verify, Action::Verify},
                                               {"extract", Extract, Action::Extract}};
 
-// One argument is always a folder, whatever its name is.
+// A single argument is always a folder, even if it has the name of a command.
 const ReadingCommand *commandIn(const QStringList &positional)
 {
     for (const ReadingCommand &command : readingCommands) {

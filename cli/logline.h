@@ -11,7 +11,7 @@ enum class LogLineKind { Information, Warning, Error };
 // The stages of the engine's job.
 enum class JobStage { Unchanged, Archive, Assembly, Icon };
 
-// Returns the kind of a line, in whatever language the engine has written it.
+// Returns the kind of a line. The engine may have written it in English or in Chinese.
 LogLineKind kindOfLogLine(const QString &line);
 
 // Returns the stage that begins with this line.

@@ -18,7 +18,7 @@ ProductIcon keepProductIcon(const QString &executable, const QString &icon)
     const QByteArray content = file.readAll();
     const auto noLog = [](const QString &) {
     };
-    // The self-extractor module has no icon, so whatever is there is the one that the job has set.
+    // The self-extractor module has no icon. So if the executable has one, the job has set it.
     if (!isUsableIcon(content, noLog) || !iconFileOfProgram(executable).isEmpty()) {
         return {};
     }

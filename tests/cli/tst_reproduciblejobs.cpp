@@ -48,7 +48,7 @@ QList<Content> contents()
 
 } // namespace
 
-// The same input gives the same bytes, whatever the machine, its settings and the options for the
+// The same input gives the same bytes on every machine, with any settings and any options for the
 // times are.
 class TestReproducibleJobs : public QObject
 {

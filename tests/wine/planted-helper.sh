@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # planted-helper.sh WINDOWS-PROGRAM HELLO-FOLDER ICON: the terminal program for Windows finds other helpers under
-# their names in the temporary directory. It must not use them, whoever owns them, and whatever the directory's
-# rights are: it makes the same file as without them. Exits with 77 if it cannot give files away.
+# their names in the temporary directory. It never uses them: neither the owner of a helper nor the rights of the
+# directory matter. It makes the same file as without them. Exits with 77 if it cannot give files away.
 set -euo pipefail
 windows=$1
 hello=$2
