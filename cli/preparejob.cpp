@@ -80,9 +80,8 @@ std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options,
     prepared.job.mainExeName = prepared.tree.mainProgram;
     prepared.job.iconPath = inputs.icon;
     prepared.job.compressionLevel = compressionLevelText(options.levelIndex);
-    prepared.job.compressionMethod = archiverMethod(prepared.job.compressionLevel,
-                                                    compressionMethodText(options.methodIndex),
-                                                    true);
+    prepared.job.compressionMethod
+        = archiverMethod(prepared.job.compressionLevel, compressionMethodText(options.methodIndex));
     prepared.job.dictionarySize = dictionarySizeText(-1);
     return prepared;
 }

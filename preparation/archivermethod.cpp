@@ -25,16 +25,15 @@ qint64 blockOf(int level)
 
 } // namespace
 
-QString archiverMethod(const QString &level, const QString &method, bool independent)
+QString archiverMethod(const QString &level, const QString &method)
 {
     const int number = level.toInt();
     if (number == 0) {
         return QStringLiteral("Copy");
     }
     // LZMA's output is the same with one and with two threads, and it uses no more.
-    return independent && method == QLatin1String("LZMA2")
-        ? QStringLiteral("LZMA2:c=%1m").arg(blockOf(number))
-        : method;
+    return method == QLatin1String("LZMA2") ? QStringLiteral("LZMA2:c=%1m").arg(blockOf(number))
+                                            : method;
 }
 
 bool isArchiverPattern(const QString &path)

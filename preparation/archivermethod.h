@@ -12,7 +12,7 @@ bool isArchiverPattern(const QString &path);
 // Returns the method for the archiver's one argument for it, such as "LZMA" or "LZMA2:c=128m".
 // `level` is a digit from "0" to "9", `method` is "LZMA" or "LZMA2".
 //
-// Level 0 is "Copy": the archiver would otherwise compress with its fastest setting. If
-// `independent`, the archive does not depend on the number of processors and the memory of this
-// machine (README.md says what that costs).
-QString archiverMethod(const QString &level, const QString &method, bool independent);
+// Level 0 is "Copy": the archiver would otherwise compress with its fastest setting. With the method, the
+// archive does not depend on the number of processors and the memory of this machine (README.md says
+// what that costs).
+QString archiverMethod(const QString &level, const QString &method);

@@ -3,13 +3,14 @@
 
 #include "preparation/folderlisting.h"
 
+#include "preparation/folderwalk.h"
+
 #include <QFile>
 
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -17,14 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-// Paths are bytes here, so that every name can be opened.
-struct OpenFolder
-{
-    std::string path;    // on the disk
-    QString inside;      // from the folder to pack; empty for itself
-    qsizetype entry = 0; // its number in the listing; -1 for the folder to pack
-};
 
 struct CloseDirectory
 {
@@ -81,7 +74,8 @@ QString decoded(const std::string &bytes)
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
-class Listing
+// Paths are bytes here, so that every name can be opened.
+class Listing : private FolderWalk<std::string>
 {
 public:
     explicit Listing(const QString &folder)
@@ -95,16 +89,7 @@ public:
             m_listing.error = systemText(errno);
             return m_listing;
         }
-        m_waiting.push_back({m_root, {}, -1});
-        while (!m_waiting.empty()) {
-            if (isStopped()) {
-                m_listing.error = QStringLiteral("stopped");
-                return m_listing;
-            }
-            const OpenFolder folder = m_waiting.front();
-            m_waiting.pop_front();
-            list(folder);
-        }
+        walk(m_root, isStopped, [this](const OpenFolder &folder) { list(folder); });
         return m_listing;
     }
 
@@ -113,7 +98,7 @@ private:
     {
         const std::unique_ptr<DIR, CloseDirectory> directory(opendir(folder.path.c_str()));
         if (!directory) {
-            fail(folder, errno);
+            fail(folder, systemText(errno));
             return;
         }
         for (errno = 0; const dirent *found = readdir(directory.get()); errno = 0) {
@@ -122,19 +107,8 @@ private:
             }
         }
         if (errno != 0) {
-            fail(folder, errno);
+            fail(folder, systemText(errno));
         }
-    }
-
-    void fail(const OpenFolder &folder, int error)
-    {
-        if (folder.entry < 0) {
-            m_listing.error = systemText(error);
-            return;
-        }
-        SourceEntry &entry = m_listing.entries[folder.entry];
-        entry.kind = SourceEntry::Kind::Unreadable;
-        entry.problem = systemText(error);
     }
 
     void add(const OpenFolder &folder, int directory, const std::string &name)
@@ -200,8 +174,6 @@ private:
     }
 
     const std::string m_root;
-    std::deque<OpenFolder> m_waiting;
-    SourceListing m_listing;
 };
 
 } // namespace

@@ -6,21 +6,14 @@
 #include "helpers/pe/nativepath.h"
 #include "platform/filenamecase.h"
 #include "platform/nativepath.h"
+#include "preparation/folderwalk.h"
 #include "preparation/reparsekind.h"
 
-#include <deque>
 #include <string>
 
 #include <windows.h>
 
 namespace {
-
-struct OpenFolder
-{
-    std::wstring path;   // in the form without a length limit
-    QString inside;      // from the folder to pack; empty for itself
-    qsizetype entry = 0; // its number in the listing; -1 for the folder to pack
-};
 
 class Handle
 {
@@ -80,7 +73,8 @@ DWORD readingError(const std::wstring &path)
     return file.isValid() ? ERROR_SUCCESS : GetLastError();
 }
 
-class Listing
+// Paths have the form without a length limit.
+class Listing : private FolderWalk<std::wstring>
 {
 public:
     explicit Listing(const QString &folder)
@@ -92,16 +86,7 @@ public:
 
     SourceListing run(const std::function<bool()> &isStopped)
     {
-        m_waiting.push_back({m_folder, {}, -1});
-        while (!m_waiting.empty()) {
-            if (isStopped()) {
-                m_listing.error = QStringLiteral("stopped");
-                return m_listing;
-            }
-            const OpenFolder folder = m_waiting.front();
-            m_waiting.pop_front();
-            list(folder);
-        }
+        walk(m_folder, isStopped, [this](const OpenFolder &folder) { list(folder); });
         return m_listing;
     }
 
@@ -115,7 +100,7 @@ private:
                                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
         if (search == INVALID_HANDLE_VALUE) {
             if (GetLastError() != ERROR_FILE_NOT_FOUND) { // an empty drive
-                fail(folder, GetLastError());
+                fail(folder, systemText(GetLastError()));
             }
             return;
         }
@@ -128,19 +113,8 @@ private:
         const DWORD error = GetLastError();
         FindClose(search);
         if (error != ERROR_NO_MORE_FILES) {
-            fail(folder, error);
+            fail(folder, systemText(error));
         }
-    }
-
-    void fail(const OpenFolder &folder, DWORD error)
-    {
-        if (folder.entry < 0) {
-            m_listing.error = systemText(error);
-            return;
-        }
-        SourceEntry &entry = m_listing.entries[folder.entry];
-        entry.kind = SourceEntry::Kind::Unreadable;
-        entry.problem = systemText(error);
     }
 
     void add(const OpenFolder &folder, const std::wstring &path, const WIN32_FIND_DATAW &found)
@@ -207,8 +181,6 @@ private:
     const std::wstring m_folder;
     const std::wstring m_root; // without links; empty if the system does not say it
     const DWORD m_rootError;
-    std::deque<OpenFolder> m_waiting;
-    SourceListing m_listing;
 };
 
 } // namespace

@@ -18,33 +18,29 @@ void TestArchiverMethod::methods_data()
 {
     QTest::addColumn<QString>("level");
     QTest::addColumn<QString>("method");
-    QTest::addColumn<bool>("independent");
     QTest::addColumn<QString>("text");
-    const auto row = [](const char *level, const char *method, bool independent, const char *text) {
-        QTest::addRow("%s at %s%s", method, level, independent ? ", independent" : "")
-            << QString(level) << QString(method) << independent << QString(text);
+    const auto row = [](const char *level, const char *method, const char *text) {
+        QTest::addRow("%s at %s", method, level)
+            << QString(level) << QString(method) << QString(text);
     };
-    row("0", "LZMA", false, "Copy");
-    row("0", "LZMA2", true, "Copy");
-    row("5", "LZMA", false, "LZMA");
-    row("9", "LZMA2", false, "LZMA2");
-    row("1", "LZMA", true, "LZMA");
-    row("3", "LZMA", true, "LZMA");
-    row("5", "LZMA", true, "LZMA");
-    row("9", "LZMA", true, "LZMA");
-    row("1", "LZMA2", true, "LZMA2:c=1m");
-    row("3", "LZMA2", true, "LZMA2:c=16m");
-    row("5", "LZMA2", true, "LZMA2:c=128m");
-    row("7", "LZMA2", true, "LZMA2:c=256m");
-    row("9", "LZMA2", true, "LZMA2:c=256m");
+    row("0", "LZMA", "Copy");
+    row("0", "LZMA2", "Copy");
+    row("1", "LZMA", "LZMA");
+    row("3", "LZMA", "LZMA");
+    row("5", "LZMA", "LZMA");
+    row("9", "LZMA", "LZMA");
+    row("1", "LZMA2", "LZMA2:c=1m");
+    row("3", "LZMA2", "LZMA2:c=16m");
+    row("5", "LZMA2", "LZMA2:c=128m");
+    row("7", "LZMA2", "LZMA2:c=256m");
+    row("9", "LZMA2", "LZMA2:c=256m");
 }
 
 void TestArchiverMethod::methods()
 {
     QFETCH(const QString, level);
     QFETCH(const QString, method);
-    QFETCH(const bool, independent);
-    QTEST(archiverMethod(level, method, independent), "text");
+    QTEST(archiverMethod(level, method), "text");
 }
 
 QTEST_GUILESS_MAIN(TestArchiverMethod)

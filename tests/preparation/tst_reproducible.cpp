@@ -139,7 +139,7 @@ private:
         if (const auto error = tree.create(plan, [](qint64) { return true; })) {
             qFatal("%s", qUtf8Printable(textOf(*error)));
         }
-        return archiveOf(tree.path(), level, archiverMethod(level, method, true), machine);
+        return archiveOf(tree.path(), level, archiverMethod(level, method), machine);
     }
 
     const QList<FileOfTree> m_files = makeTreeFiles();

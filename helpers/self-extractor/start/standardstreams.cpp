@@ -5,14 +5,14 @@
 
 namespace sfx {
 
-bool isMeantAsHandle(Stream stream, unsigned long startupFlags)
+bool isMeantAsHandle(StandardStream stream, unsigned long startupFlags)
 {
     switch (stream) {
-    case Stream::Input:
+    case StandardStream::Input:
         return (startupFlags & startup::hotKey) == 0;
-    case Stream::Output:
+    case StandardStream::Output:
         return (startupFlags & startup::shellData) == 0;
-    case Stream::Error:
+    case StandardStream::Error:
         break;
     }
     return true;

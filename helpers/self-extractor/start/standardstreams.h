@@ -5,7 +5,7 @@
 
 namespace sfx {
 
-enum class Stream { Input, Output, Error };
+enum class StandardStream { Input, Output, Error };
 constexpr unsigned streamCount = 3;
 
 // Flags of STARTUPINFO (Microsoft, processthreadsapi.h). The shell's has no public name.
@@ -31,7 +31,7 @@ struct StreamFacts
 };
 
 // Whether the shell may have put something else than a handle into the field of this stream.
-bool isMeantAsHandle(Stream stream, unsigned long startupFlags);
+bool isMeantAsHandle(StandardStream stream, unsigned long startupFlags);
 
 // A redirection that the caller has made always wins. Only a missing handle becomes the console's.
 StreamSource chooseStream(const StreamFacts &facts);

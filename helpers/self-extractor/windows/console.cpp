@@ -19,17 +19,17 @@ bool isOpen(HANDLE handle)
         && GetHandleInformation(handle, &flags);
 }
 
-HANDLE openDevice(Stream stream)
+HANDLE openDevice(StandardStream stream)
 {
     SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
-    const HANDLE handle = CreateFileW(stream == Stream::Input ? L"CONIN$" : L"CONOUT$",
+    const HANDLE handle = CreateFileW(stream == StandardStream::Input ? L"CONIN$" : L"CONOUT$",
                                       GENERIC_READ | GENERIC_WRITE,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
                                       OPEN_EXISTING, 0, nullptr);
     return handle == INVALID_HANDLE_VALUE ? nullptr : handle;
 }
 
-HANDLE handleFrom(StreamSource source, Stream stream, HANDLE callers, HANDLE attached)
+HANDLE handleFrom(StreamSource source, StandardStream stream, HANDLE callers, HANDLE attached)
 {
     switch (source) {
     case StreamSource::Caller:
@@ -69,7 +69,7 @@ void findStandardHandles()
     for (unsigned i = 0; i < streamCount; ++i) {
         callers[i] = GetStdHandle(standardIds[i]);
         const bool isHandle = isForConsole
-            || isMeantAsHandle(static_cast<Stream>(i), startup.dwFlags);
+            || isMeantAsHandle(static_cast<StandardStream>(i), startup.dwFlags);
         facts[i].callersIsOpen = isHandle && isOpen(callers[i]);
     }
     const bool hasConsole = !isForConsole && AttachConsole(ATTACH_PARENT_PROCESS);
@@ -77,7 +77,7 @@ void findStandardHandles()
         const HANDLE attached = GetStdHandle(standardIds[i]);
         facts[i].hasConsole = hasConsole;
         facts[i].attachedIsOpen = attached != callers[i] && isOpen(attached);
-        const auto stream = static_cast<Stream>(i);
+        const auto stream = static_cast<StandardStream>(i);
         handles[i] = handleFrom(chooseStream(facts[i]), stream, callers[i], attached);
         if (hasConsole) {
             SetStdHandle(standardIds[i], handles[i]);
@@ -92,7 +92,7 @@ DWORD consoleFlag()
     return isConsoleProgram() && !hasConsole ? DETACHED_PROCESS : 0;
 }
 
-HANDLE standardHandle(Stream stream)
+HANDLE standardHandle(StandardStream stream)
 {
     return handles[static_cast<unsigned>(stream)];
 }

@@ -24,6 +24,6 @@ void findStandardHandles();
 DWORD consoleFlag();
 
 // The handle of a standard stream: the caller's, or else the console's. nullptr if there is none.
-HANDLE standardHandle(Stream stream);
+HANDLE standardHandle(StandardStream stream);
 
 } // namespace sfx

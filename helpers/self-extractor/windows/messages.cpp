@@ -77,7 +77,7 @@ void showBox(const Text &text, const char16_t *title)
 void showFailure(const Failure &failure, const Text &title, bool silent)
 {
     const char16_t *heading = title.isEmpty() ? defaultTitle : title.data();
-    const HANDLE out = standardHandle(Stream::Error);
+    const HANDLE out = standardHandle(StandardStream::Error);
     NoticeFacts facts;
     facts.hasStandardError = out != nullptr && GetFileType(out) != FILE_TYPE_UNKNOWN;
     facts.isSilent = silent;

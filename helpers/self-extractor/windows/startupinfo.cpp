@@ -10,7 +10,7 @@ namespace sfx {
 namespace {
 
 // Makes a standard handle inheritable, or returns nullptr.
-HANDLE inheritable(Stream stream)
+HANDLE inheritable(StandardStream stream)
 {
     const HANDLE handle = standardHandle(stream);
     return handle != nullptr
@@ -31,9 +31,9 @@ STARTUPINFOEXW startupInfoForProgram()
     startup.lpReserved = nullptr;
     // This process' own desktop, which need not be the one that the caller named.
     startup.lpDesktop = nullptr;
-    const HANDLE input = inheritable(Stream::Input);
-    const HANDLE output = inheritable(Stream::Output);
-    const HANDLE error = inheritable(Stream::Error);
+    const HANDLE input = inheritable(StandardStream::Input);
+    const HANDLE output = inheritable(StandardStream::Output);
+    const HANDLE error = inheritable(StandardStream::Error);
     const bool passesHandles = input != nullptr || output != nullptr || error != nullptr;
     if (passesHandles) {
         startup.hStdInput = input;

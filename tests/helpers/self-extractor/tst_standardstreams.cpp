@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-using sfx::Stream;
+using sfx::StandardStream;
 using sfx::StreamFacts;
 using sfx::StreamSource;
 
@@ -64,9 +64,9 @@ void TestStandardStreams::knowsWhatIsNoHandle_data()
 void TestStandardStreams::knowsWhatIsNoHandle()
 {
     QFETCH(unsigned, flags);
-    QTEST(sfx::isMeantAsHandle(Stream::Input, flags), "input");
-    QTEST(sfx::isMeantAsHandle(Stream::Output, flags), "output");
-    QVERIFY(sfx::isMeantAsHandle(Stream::Error, flags));
+    QTEST(sfx::isMeantAsHandle(StandardStream::Input, flags), "input");
+    QTEST(sfx::isMeantAsHandle(StandardStream::Output, flags), "output");
+    QVERIFY(sfx::isMeantAsHandle(StandardStream::Error, flags));
 }
 
 void TestStandardStreams::passesTheFlagsOn_data()
