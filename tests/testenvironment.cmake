@@ -17,7 +17,10 @@ set(KESTRELPACK_TEST_WINE_ENVIRONMENT
     "WINEPREFIX=${KESTRELPACK_TEST_WINEPREFIX}"
     "KESTRELPACK_TEST_WINEPREFIX=${KESTRELPACK_TEST_WINEPREFIX}"
     "WINEDEBUG=-all"
-    "WINEDLLOVERRIDES=mscoree,mshtml=")
+    "WINEDLLOVERRIDES=mscoree,mshtml="
+    "KESTRELPACK_TEST_WINE=${KESTRELPACK_WINE}")
+# Scripts and tests start "wine" from there; the script says why.
+set(KESTRELPACK_TEST_WINE_PATH "PATH=path_list_prepend:${CMAKE_CURRENT_SOURCE_DIR}/wine/bin")
 
 set(KESTRELPACK_TEST_RUNNER "")
 set(tests_are_windows_programs OFF)
@@ -63,6 +66,10 @@ function(kestrelpack_set_test_environment name labels timeout)
     list(APPEND environment "QTEST_FUNCTION_TIMEOUT=${function_timeout}")
     set_tests_properties(${name} PROPERTIES
         LABELS "${labels}" TIMEOUT ${timeout} ENVIRONMENT "${environment}")
+    if(tests_are_windows_programs OR "wine" IN_LIST labels)
+        set_tests_properties(${name} PROPERTIES
+            ENVIRONMENT_MODIFICATION "${KESTRELPACK_TEST_WINE_PATH}")
+    endif()
 endfunction()
 
 # kestrelpack_add_fixture(<fixture> <name> <SETUP|CLEANUP> <script>)
@@ -70,11 +77,16 @@ function(kestrelpack_add_fixture fixture name moment script)
     add_test(NAME ${name} COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/wine/${script}")
     set_tests_properties(${name} PROPERTIES
         FIXTURES_${moment} ${fixture} LABELS wine TIMEOUT 900
-        ENVIRONMENT "${KESTRELPACK_TEST_WINE_ENVIRONMENT}")
+        ENVIRONMENT "${KESTRELPACK_TEST_WINE_ENVIRONMENT}"
+        ENVIRONMENT_MODIFICATION "${KESTRELPACK_TEST_WINE_PATH}")
 endfunction()
 
 if(KESTRELPACK_WINE)
     kestrelpack_add_fixture(wineprefix wineprefix SETUP make-prefix.sh)
+    add_test(NAME wine_addresses
+        COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/wine/fixed-addresses.sh")
+    kestrelpack_set_test_environment(wine_addresses wine 900)
+    set_tests_properties(wine_addresses PROPERTIES SKIP_RETURN_CODE 77)
 endif()
 if(KESTRELPACK_WINE AND tests_are_windows_programs)
     kestrelpack_add_fixture(display display SETUP start-display.sh)
