@@ -17,6 +17,8 @@ constexpr DWORD pauses[] = {1, 2, 4, 10, 20, 40, 80, 160, 320, 640, 1280, 2000};
 constexpr std::uint64_t noDeadline = UINT64_MAX;
 // Files that are open at the same time. Further ones are only asked, and marked later.
 constexpr std::size_t mostMarked = 8192;
+// As many go even if it is late. So each start removes a part of a folder that is too large for one.
+constexpr std::size_t leastMarked = 256;
 
 // One try to remove what is in a folder, and the folder.
 //
@@ -25,6 +27,9 @@ constexpr std::size_t mostMarked = 8192;
 // program might need it at this moment. Then all files are marked and kept open. If one is in use,
 // the marks are taken away again. If none is, the files go as their handles are closed, and then
 // the folders. So each file is opened only once.
+//
+// After the deadline, no more files are marked, and those that are go. The deadline does not end the
+// search for programs, which all must be asked: on a slow machine, nothing would ever go.
 class TreeRemoval
 {
 public:
@@ -52,7 +57,7 @@ private:
         Owned<Level> above;
     };
 
-    bool isLate() const { return GetTickCount64() > m_deadline; }
+    bool isLate() const { return m_files.count() >= leastMarked && GetTickCount64() > m_deadline; }
     bool enter(Handle &folder, DWORD attributes, HANDLE listed);
     bool leave();
     bool askPrograms();
@@ -115,9 +120,6 @@ bool TreeRemoval::askPrograms()
         return false;
     }
     while (m_level) {
-        if (isLate()) {
-            return false;
-        }
         if (m_level->listing.next()) {
             if (!askEntry(m_level->listing.entry())) {
                 return false;

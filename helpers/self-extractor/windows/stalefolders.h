@@ -12,8 +12,8 @@ namespace sfx {
 // they were killed or because something was locked. These are folders with a private folder's name
 // whose lock file exists and is not open. Only folders with the same owner as the file `mine` are
 // removed, because other users may write to the temporary folder, too; this process has created
-// that file there. Takes at most half a second and removes at most 16 folders; the next start
-// continues.
+// that file there. Takes about half a second, plus the time to list one folder, and removes at most
+// 16 folders; the next start continues.
 void removeStaleFolders(const Text &temporaryFolder, HANDLE mine);
 
 // The same for one folder, whose lock file has this path (in extended form). Returns true if there
