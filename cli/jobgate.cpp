@@ -5,18 +5,19 @@
 
 void JobGate::pass()
 {
-    std::unique_lock lock(m_mutex);
     if (!m_isClosed) {
         return;
     }
     m_jobStands = true;
-    m_standing.notify_all();
-    m_never.wait(lock, [] { return false; });
+    m_standing.release();
+    m_never.acquire();
 }
 
 bool JobGate::close(std::chrono::milliseconds limit)
 {
-    std::unique_lock lock(m_mutex);
     m_isClosed = true;
-    return m_standing.wait_for(lock, limit, [this] { return m_jobStands; });
+    if (!m_jobStands) {
+        static_cast<void>(m_standing.tryAcquire(1, static_cast<int>(limit.count())));
+    }
+    return m_jobStands;
 }

@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include <QSemaphore>
+
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 
 // Stops a running job. The engine cannot be cancelled, but the job passes this gate each time it
 // emits a signal. To interrupt a job, first close the gate, then clean up.
@@ -20,9 +21,8 @@ public:
     bool close(std::chrono::milliseconds limit);
 
 private:
-    std::mutex m_mutex;
-    std::condition_variable m_standing;
-    std::condition_variable m_never;
-    bool m_isClosed = false;
-    bool m_jobStands = false;
+    QSemaphore m_standing; // released once, when the job stands
+    QSemaphore m_never;
+    std::atomic<bool> m_isClosed = false;
+    std::atomic<bool> m_jobStands = false;
 };

@@ -28,15 +28,16 @@ using Way = std::function<void(JobGate &)>;
 class GatedJob
 {
 public:
-    // A thread at a closed gate waits until the program ends, so no job is ever deleted.
+    // A thread at a closed gate waits until the program ends, so no job is ever deleted. No thread
+    // is detached, either: mingw-w64's library would reuse the data of one that is just ending.
     static GatedJob &start(const Way &way)
     {
         static auto &jobs = *new std::vector<std::unique_ptr<GatedJob>>;
         GatedJob *const job = jobs.emplace_back(std::make_unique<GatedJob>()).get();
-        std::thread([job, way] {
+        job->m_thread = std::thread([job, way] {
             way(job->gate);
             job->m_through.set_value();
-        }).detach();
+        });
         return *job;
     }
 
@@ -50,6 +51,7 @@ public:
 private:
     std::promise<void> m_through;
     std::future<void> m_end = m_through.get_future();
+    std::thread m_thread;
 };
 
 } // namespace
