@@ -22,21 +22,15 @@ without tests, -DKESTRELPACK_FAST_ARCHIVER=FILE brings a finished program.")
     set(${output} "${folder}/lib" PARENT_SCOPE)
 endfunction()
 
-# kestrelpack_add_zstd(<target> [WITH_DECODER]): makes a static library from Zstandard's C files, for the system of
-# this build. It has the compressor with threads; WITH_DECODER adds the decoder. Old formats and dictionary
-# training are left out. The code is optimised in every kind of build: without that, packing takes ten times as
-# long.
+# kestrelpack_add_zstd(<target>): makes a static library from Zstandard's C files, for the system of this build: the
+# compressor with threads, and the decoder (which only tests link). Old formats and dictionary training are left
+# out. The code is optimised in every kind of build: without that, packing takes ten times as long.
 function(kestrelpack_add_zstd target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WITH_DECODER" "" "")
     kestrelpack_zstd_source(folder)
-    set(patterns "${folder}/common/*.c" "${folder}/compress/*.c")
-    if(arg_WITH_DECODER)
-        list(APPEND patterns "${folder}/decompress/*.c")
-    endif()
-    file(GLOB files ${patterns})
+    file(GLOB files "${folder}/common/*.c" "${folder}/compress/*.c" "${folder}/decompress/*.c")
     add_library(${target} STATIC ${files})
     target_include_directories(${target} SYSTEM PUBLIC "${folder}")
-    # Zstandard's assembler function is for other systems than Windows, and for the decoder only.
+    # Zstandard has one function in assembler. It belongs to the decoder, and is not for Windows.
     target_compile_definitions(${target} PRIVATE
         ZSTD_MULTITHREAD ZSTD_DISABLE_ASM XXH_NAMESPACE=ZSTD_ ZSTD_LEGACY_SUPPORT=0 DEBUGLEVEL=0)
     target_compile_options(${target} PRIVATE -w -O3 -fno-sanitize=alignment)
