@@ -224,7 +224,8 @@ void TestProducedFile::namesZstandard()
     QVERIFY(!file.check());
     const auto facts = programFactsOf(file.file());
     QVERIFY(facts);
-    QCOMPARE(reportOf(file, *facts)["archive"]["methods"].toArray(), QJsonArray({"Zstandard"}));
+    const QJsonObject report = reportOf(file, *facts);
+    QCOMPARE(report["archive"]["methods"].toArray(), QJsonArray({"Zstandard"}));
 }
 
 void TestProducedFile::report()
