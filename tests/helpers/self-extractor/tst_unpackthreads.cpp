@@ -168,7 +168,8 @@ void TestUnpackThreads::keepsToTheMemoryGiven()
 // that the largest block would allow.
 void TestUnpackThreads::letsSmallBlocksRunBesideALargeOne()
 {
-    Tree tree{{QStringLiteral("main.exe"), stutter(30 * mebibyte, 1)}};
+    Tree tree{{QStringLiteral("main.exe"), stutter(30 * mebibyte, 1)},
+              {QStringLiteral("other.exe"), stutter(30 * mebibyte, 2)}};
     for (int i = 0; i < 12; ++i) {
         tree[QStringLiteral("small%1").arg(i)] = stutter(2 * mebibyte, static_cast<quint32>(i));
     }
@@ -180,7 +181,7 @@ void TestUnpackThreads::letsSmallBlocksRunBesideALargeOne()
         countedmemory::reset();
         QCOMPARE(unpackShared(archive, shared, {8, std::uint64_t(mebibytes) << 20}), Status::Ok);
         QVERIFY(shared.tree() == tree);
-        // The large block needs 36 MiB, each of the others 8 MiB.
+        // A large block needs 36 MiB, each of the others 8 MiB.
         QCOMPARE(shared.sinks(), static_cast<int>(std::min(mebibytes / 8, 8u)));
         const std::size_t most = std::size_t(std::max(mebibytes, 36u)) << 20;
         QVERIFY2(countedmemory::peak() - before <= most,
