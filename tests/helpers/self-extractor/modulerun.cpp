@@ -84,6 +84,11 @@ void ModuleRun::pretendElevation(bool elevated)
     useModule(elevated ? QStringLiteral("/elevated.sfx") : QString());
 }
 
+void ModuleRun::pretendSlowClosing(bool slow)
+{
+    useModule(slow ? QStringLiteral("/slow-closing.sfx") : QString());
+}
+
 bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole)
 {
     useModule(QString());

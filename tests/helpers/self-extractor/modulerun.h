@@ -41,6 +41,8 @@ public:
     // The same for one that sees a token with administrator's rights. It prints the access rights of
     // its folder, "rights=...".
     void pretendElevation(bool elevated);
+    // The same for one that sees a scanner which looks into files for long when they are closed.
+    void pretendSlowClosing(bool slow);
     // Gives the module of later runs this text as its resource SETTINGS, and makes it a program for
     // the console.
     [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false);
