@@ -3,16 +3,34 @@
 
 include_guard(GLOBAL)
 
-# 7-Zip's LZMA decoder in assembler is about a quarter faster than the one in C. It is written for
-# Microsoft's macro assembler. LLVM's assembler accepts it after some forms that it does not know are
+# 7-Zip's LZMA decoder and match finder in assembler are faster than those in C. They are written for
+# Microsoft's macro assembler. LLVM's assembler accepts them after some forms that it does not know are
 # rewritten. Version 19 works; version 14 does not.
+# The module uses the decoder (SevenZipSource.cmake), and 7zr the match finder (helpers/archiver).
 find_program(KESTRELPACK_LLVM_ML NAMES llvm-ml-19 llvm-ml-20 llvm-ml-21 llvm-ml
-    DOC "LLVM's macro assembler (package llvm-19) for the LZMA decoder")
+    DOC "LLVM's macro assembler (package llvm-19) for the LZMA decoder and the match finder")
 mark_as_advanced(KESTRELPACK_LLVM_ML)
+
+# Sets the variable to the text without text equates for whole operands ("hash_VAR equ QWORD PTR [r4 + 16]"): each
+# is replaced where it is used. As a macro's argument, an operand is put in angle brackets, because it has spaces.
+function(kestrelpack_replace_operand_equates output text)
+    set(operand "([DQ]WORD PTR )?\\[[^]\n]*\\]")
+    # A semicolon would divide the list of matches; here it begins a comment.
+    string(REGEX REPLACE ";[^\n]*" "" text "${text}")
+    string(REGEX REPLACE "(\n +COPY_VAR_[0-9]+) ([A-Za-z_]+), ([A-Za-z_]+)" "\\1 <\\2>, <\\3>" text "${text}")
+    while(text MATCHES "\n[ \t]*([A-Za-z_]+)[ \t]+equ[ \t]+(${operand})")
+        set(equate "${CMAKE_MATCH_0}")
+        set(name "${CMAKE_MATCH_1}")
+        set(value "${CMAKE_MATCH_2}")
+        string(REPLACE "${equate}" "" text "${text}")
+        string(REGEX REPLACE "([^A-Za-z_0-9])${name}([^A-Za-z_0-9])" "\\1${value}\\2" text "${text}")
+    endwhile()
+    set(${output} "${text}" PARENT_SCOPE)
+endfunction()
 
 # Rewrites text equates that end within an operand ("LOC rep0"), macro calls in parentheses, a built-in text
 # function, and the sizes of jumps.
-function(kestrelpack_translate_lzma_assembler input output)
+function(kestrelpack_translate_assembler input output)
     file(READ "${input}" text)
     string(REPLACE "\r" "" text "${text}")
     string(REGEX REPLACE "\n(PTR_FIELD|GLOB_2|GLOB|LOC_0|LOC)[ \t]+equ [^\n]*" "" text "${text}")
@@ -26,10 +44,51 @@ function(kestrelpack_translate_lzma_assembler input output)
     endforeach()
     string(REGEX REPLACE "(COPY_VAR|RESTORE_VAR)\\(([a-zA-Z_0-9]+)\\)" "\\1 \\2" text "${text}")
     string(REGEX REPLACE "(near|short) ptr " "" text "${text}")
+    kestrelpack_replace_operand_equates(text "${text}")
     # Replaces the macro's two registers before their names are joined.
     string(REPLACE "@CatStr(src, _W)" "src&_W" text "${text}")
     string(REPLACE "\nMY_ASM_START\n" "\nEDX_W equ DX\nEDI_W equ DI\nMY_ASM_START\n" text "${text}")
     file(WRITE "${output}" "${text}")
+endfunction()
+
+# kestrelpack_assemble(<variable> <name> <7-Zip's folder> <folder> [WINDOWS]): assembles Asm/x86/<name>.asm in the
+# folder, for x86-64. Sets the variable to the object file; if it cannot be made, sets it to nothing, and
+# <variable>_PROBLEM to the reason.
+function(kestrelpack_assemble output name sevenzip folder)
+    set(${output} "" PARENT_SCOPE)
+    if(NOT KESTRELPACK_LLVM_ML)
+        set(${output}_PROBLEM "llvm-ml (package llvm-19) is missing" PARENT_SCOPE)
+        return()
+    endif()
+    set(problem "${KESTRELPACK_LLVM_ML} cannot assemble the other one")
+    set(${output}_PROBLEM "${problem}" PARENT_SCOPE)
+
+    file(MAKE_DIRECTORY "${folder}")
+    foreach(file ${name} 7zAsm)
+        kestrelpack_translate_assembler("${sevenzip}/Asm/x86/${file}.asm" "${folder}/${file}.asm")
+    endforeach()
+    set(convention /DABI_LINUX)
+    if("WINDOWS" IN_LIST ARGN)
+        set(convention "")
+    endif()
+    execute_process(
+        COMMAND "${KESTRELPACK_LLVM_ML}" -m64 /c ${convention} /Fo ${name}.obj ${name}.asm
+        WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
+    set(object "${folder}/${name}.obj")
+    if(result EQUAL 0 AND convention)
+        # Converts COFF to ELF; the file has no relocations.
+        set(object "${folder}/${name}.o")
+        string(TOUPPER "${name}" section)
+        find_program(CMAKE_OBJCOPY objcopy)
+        execute_process(
+            COMMAND "${CMAKE_OBJCOPY}" -I pe-x86-64 -O elf64-x86-64
+                --rename-section .text$${section}=.text.${name}
+                --add-section .note.GNU-stack=/dev/null ${name}.obj "${object}"
+            WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
+    endif()
+    if(result EQUAL 0)
+        set(${output} "${object}" PARENT_SCOPE)
+    endif()
 endfunction()
 
 # kestrelpack_assemble_lzma_decoder(<variable> <7-Zip's folder>): sets the variable to an object file for the
@@ -37,45 +96,22 @@ endfunction()
 # If that file cannot be made, sets the variable to nothing and prints the reason.
 function(kestrelpack_assemble_lzma_decoder output sevenzip)
     set(${output} "" PARENT_SCOPE)
-    set(folder "${CMAKE_CURRENT_BINARY_DIR}/lzma-assembler")
-    set(object "${folder}/LzmaDecOpt.obj")
     # A sanitizer can check only C code.
     if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" OR CMAKE_C_FLAGS MATCHES "-fsanitize")
         message(STATUS "LZMA decoder: in C")
         return()
     endif()
-    if(NOT KESTRELPACK_LLVM_ML)
-        message(STATUS "LZMA decoder: in C, because llvm-ml (package llvm-19) is missing")
-        return()
-    endif()
-
-    file(MAKE_DIRECTORY "${folder}")
-    set(sources "${sevenzip}/Asm/x86")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-        "${sources}/LzmaDecOpt.asm" "${sources}/7zAsm.asm")
-    foreach(name LzmaDecOpt 7zAsm)
-        kestrelpack_translate_lzma_assembler("${sources}/${name}.asm" "${folder}/${name}.asm")
-    endforeach()
-    set(convention "")
-    if(NOT WIN32)
-        set(convention /DABI_LINUX)
+        "${sevenzip}/Asm/x86/LzmaDecOpt.asm" "${sevenzip}/Asm/x86/7zAsm.asm")
+    set(system "")
+    if(WIN32)
+        set(system WINDOWS)
     endif()
-    execute_process(
-        COMMAND "${KESTRELPACK_LLVM_ML}" -m64 /c ${convention} /Fo LzmaDecOpt.obj LzmaDecOpt.asm
-        WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
-    if(result EQUAL 0 AND NOT WIN32)
-        # Converts COFF to ELF; the file has no relocations.
-        set(object "${folder}/LzmaDecOpt.o")
-        execute_process(
-            COMMAND "${CMAKE_OBJCOPY}" -I pe-x86-64 -O elf64-x86-64
-                --rename-section .text$LZMADECOPT=.text.LzmaDecOpt
-                --add-section .note.GNU-stack=/dev/null LzmaDecOpt.obj "${object}"
-            WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
+    kestrelpack_assemble(object LzmaDecOpt "${sevenzip}" "${CMAKE_CURRENT_BINARY_DIR}/lzma-assembler" ${system})
+    if(object)
+        message(STATUS "LZMA decoder: in assembler")
+    else()
+        message(STATUS "LZMA decoder: in C, because ${object_PROBLEM}")
     endif()
-    if(NOT result EQUAL 0)
-        message(STATUS "LZMA decoder: in C, because ${KESTRELPACK_LLVM_ML} cannot assemble the other one")
-        return()
-    endif()
-    message(STATUS "LZMA decoder: in assembler")
     set(${output} "${object}" PARENT_SCOPE)
 endfunction()

@@ -34,19 +34,6 @@ HANDLE openAgain(const Text &path)
     return open();
 }
 
-// Failures are ignored: the program runs without them.
-void setTimeAndAttributes(HANDLE file, const Entry &entry)
-{
-    FILE_BASIC_INFO info = {};
-    if (entry.hasModified) {
-        info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
-    }
-    // A new file has the archive attribute.
-    const bool hasThem = !entry.isFolder && entry.attributes == FILE_ATTRIBUTE_ARCHIVE;
-    info.FileAttributes = hasThem ? 0 : entry.attributes; // 0: leave unchanged
-    SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
-}
-
 // Gives the file its final length, which avoids fragments and finds a full disk early. Not all file
 // systems support it.
 bool preallocate(HANDLE file, std::uint64_t size)
@@ -190,8 +177,13 @@ Status FileSink::write(const std::uint8_t *data, std::size_t size)
 
 Status FileSink::endFile(const Entry &file)
 {
-    setTimeAndAttributes(m_file.get(), file);
-    m_file.reset();
+    // An empty file may be opened again, so it is closed at once.
+    if (file.size != 0) {
+        m_common.closer.close(m_file, file);
+    } else {
+        setTimeAndAttributes(m_file.get(), file);
+        m_file.reset();
+    }
     return Status::Ok;
 }
 
@@ -202,6 +194,7 @@ Owned<UnpackSink> FileSink::another()
 
 Status FileSink::finishFolder(const Entry &folder)
 {
+    m_common.closer.finish();
     if (!locate(folder)) {
         return Status::NoMemory;
     }

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
+#include "helpers/self-extractor/windows/filecloser.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>
@@ -45,6 +46,7 @@ private:
         std::uint64_t missing = 0;
         unsigned long error = 0;
         Text failedPath;
+        FileCloser closer;
     };
 
     friend Owned<FileSink> makeOwned<FileSink>(const Text &, Common &);

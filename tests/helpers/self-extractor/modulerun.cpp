@@ -89,6 +89,11 @@ void ModuleRun::pretendSlowness(bool slow)
     useModule(slow ? QStringLiteral("/slow.sfx") : QString());
 }
 
+void ModuleRun::pretendSlowClosing(bool slow)
+{
+    useModule(slow ? QStringLiteral("/slow-closing.sfx") : QString());
+}
+
 bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole)
 {
     useModule(QString());

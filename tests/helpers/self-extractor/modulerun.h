@@ -43,6 +43,8 @@ public:
     void pretendElevation(bool elevated);
     // The same for one to which each look at the clock takes a second.
     void pretendSlowness(bool slow);
+    // The same for one that sees a scanner which looks into files for long when they are closed.
+    void pretendSlowClosing(bool slow);
     // Gives the module of later runs this text as its resource SETTINGS, and makes it a program for
     // the console.
     [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false);

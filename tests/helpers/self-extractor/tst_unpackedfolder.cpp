@@ -98,17 +98,24 @@ void TestUnpackedFolder::initTestCase()
 void TestUnpackedFolder::isWhatWasPacked_data()
 {
     QTest::addColumn<QStringList>("switches");
-    QTest::newRow("as the window packs it") << QStringList{"-mx=5", "-m0=LZMA", "-ssc"};
+    QTest::addColumn<bool>("closingIsSlow");
+    const QStringList everyFile{"-mx=1", "-ms=off"};
+    QTest::newRow("as the window packs it") << QStringList{"-mx=5", "-m0=LZMA", "-ssc"} << false;
     QTest::newRow("LZMA2 in blocks")
-        << QStringList{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
-    QTest::newRow("every file by itself") << QStringList{"-mx=1", "-ms=off"};
-    QTest::newRow("only stored") << QStringList{"-mx=0"};
+        << QStringList{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"} << false;
+    QTest::newRow("every file by itself") << everyFile << false;
+    QTest::newRow("every file by itself, closed by threads") << everyFile << true;
+    QTest::newRow("only stored") << QStringList{"-mx=0"} << false;
+    QTest::newRow("only stored, closed by threads") << QStringList{"-mx=0"} << true;
 }
 
 void TestUnpackedFolder::isWhatWasPacked()
 {
     QFETCH(QStringList, switches);
+    QFETCH(bool, closingIsSlow);
+    m_run.pretendSlowClosing(closingIsSlow);
     compareUnpacked(pack(m_source, switches), true);
+    m_run.pretendSlowClosing(false);
 }
 
 void TestUnpackedFolder::isWhatZstandardPacked_data()
