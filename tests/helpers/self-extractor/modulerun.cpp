@@ -84,9 +84,10 @@ void ModuleRun::pretendElevation(bool elevated)
     useModule(elevated ? QStringLiteral("/elevated.sfx") : QString());
 }
 
-bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole)
+bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole,
+                              const QString &nameForTests)
 {
-    useModule(QString());
+    useModule(nameForTests);
     m_module = preparedModule(m_module, settings, forConsole);
     return !m_module.isEmpty();
 }
