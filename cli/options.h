@@ -25,6 +25,8 @@ enum class OptionId {
     Arguments,
     Title,
     Silent,
+    Keep,
+    KeepVerify,
     Exclude,
     Mtime,
     Reproducible,

@@ -5,6 +5,7 @@
 
 #include "cli/language.h"
 #include "preparation/controlcharacters.h"
+#include "preparation/settingstext.h"
 #include "preparation/timerule.h"
 
 #include <algorithm>
@@ -67,6 +68,22 @@ QString readFields(const QStringList &values, PackOptions &pack)
     return reason ? text(*reason) : QString();
 }
 
+// Sets the days and returns an empty text, or returns why the value is refused.
+QString readDays(const OptionValues &values, PackOptions &pack)
+{
+    const QString value = lastValue(values, OptionId::Keep);
+    pack.keepVerify = values.contains(OptionId::KeepVerify);
+    if (value.isEmpty()) {
+        return pack.keepVerify ? text("--keep-verify needs --keep") : QString();
+    }
+    bool isNumber = false;
+    pack.keepDays = value.toInt(&isNumber);
+    return isNumber && pack.keepDays >= 1 && pack.keepDays <= maxKeepDays
+        ? QString()
+        : text("--keep needs a number of days from 1 to %1, not %2")
+              .arg(QString::number(maxKeepDays), value);
+}
+
 QString withExe(const QString &name)
 {
     return name.isEmpty() || name.endsWith(".exe", Qt::CaseInsensitive) ? name : name + ".exe";
@@ -119,6 +136,9 @@ std::variant<PackOptions, QString> packOptionsFrom(const OptionValues &values,
     pack.arguments = lastValue(values, OptionId::Arguments);
     pack.title = lastValue(values, OptionId::Title);
     pack.silent = values.contains(OptionId::Silent);
+    if (const QString message = readDays(values, pack); !message.isEmpty()) {
+        return message;
+    }
     pack.excludes = values.value(OptionId::Exclude);
     pack.reproducible = values.contains(OptionId::Reproducible);
     pack.verify = !values.contains(OptionId::NoVerify);

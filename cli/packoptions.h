@@ -33,6 +33,8 @@ struct PackOptions
     QString arguments;
     QString title;
     bool silent = false;
+    int keepDays = 0; // 0: the executable unpacks at every start
+    bool keepVerify = false;
 
     QStringList excludes;
     QString latestTime; // as timeRuleOf() takes it; empty: none

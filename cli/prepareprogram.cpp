@@ -43,7 +43,8 @@ QString workingFolderFor(WorkingFolderChoice choice, ProgramKind kind)
     return kind == ProgramKind::Console ? QStringLiteral("caller") : QString();
 }
 
-QList<Setting> settingsFor(const PackOptions &options, const QString &mainProgram, ProgramKind kind)
+QList<Setting> settingsFor(const PackOptions &options, const QString &mainProgram, ProgramKind kind,
+                           const QString &product)
 {
     QList<Setting> settings;
     const auto add = [&settings](const char *key, const QString &value) {
@@ -58,6 +59,11 @@ QList<Setting> settingsFor(const PackOptions &options, const QString &mainProgra
     add("Arguments", options.arguments);
     add("WorkingFolder", workingFolderFor(options.workingFolder, kind));
     add("Silent", options.silent ? QStringLiteral("1") : QString());
+    if (options.keepDays != 0) {
+        add("Keep", QString::number(options.keepDays));
+        add("KeepVerify", options.keepVerify ? QStringLiteral("1") : QString());
+        add("Product", product);
+    }
     return settings;
 }
 
@@ -90,6 +96,11 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
     if (!startability.canStart) {
         return Refusal{about(startability.remark.value_or(Message()))};
     }
+    if (options.keepDays != 0 && program.asksForRights) {
+        return Refusal{about({"--keep is not for it: it asks for administrator's rights, and what "
+                              "the user can change must not run with them",
+                              {}})};
+    }
     if (startability.remark) {
         // 64-bit Windows, which the produced file needs, starts programs for 32 bits everywhere.
         const bool isUsual = program.header.machine == pe::machineX86;
@@ -106,8 +117,9 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
         return Refusal{text(*message)};
     }
     const ProgramKind kind = kindFor(options.console, program);
-    const ModulePlan plan{kind, settingsFor(options, name, kind),
-                          std::get<std::vector<pe::VersionResource>>(identity)};
+    const auto &resources = std::get<std::vector<pe::VersionResource>>(identity);
+    const ModulePlan plan{kind, settingsFor(options, name, kind, productOf(resources, name)),
+                          resources};
     if (const auto message = writePreparedModule(plan, QDir::tempPath())) {
         return Refusal{text(*message)};
     }

@@ -4,6 +4,7 @@
 #include "inspection/report.h"
 
 #include "helpers/self-extractor/decoding/methods.h"
+#include "helpers/self-extractor/start/keptname.h"
 
 #include <QJsonArray>
 #include <QLocale>
@@ -136,6 +137,11 @@ QJsonObject settingsObject(const sfx::Settings &settings)
     if (settings.hasSilent) {
         object["silent"] = settings.silent;
     }
+    if (settings.keepDays != 0) {
+        object["keep"] = static_cast<int>(settings.keepDays);
+        object["keepVerify"] = settings.keepVerify;
+    }
+    insert("product", settings.product);
     return object;
 }
 
@@ -151,6 +157,20 @@ QJsonObject startObject(const sfx::StartPlan &plan, const ProgramFacts &facts)
             {"title", toQString(plan.title())},
             {"silent", plan.isSilent()},
             {"progress", plan.showsProgress(isForConsole)}};
+}
+
+// Where the files stay between the starts, and how they are compared there.
+QJsonObject keepObject(ProducedFile &file)
+{
+    sfx::Digest digest;
+    const sfx::Settings &settings = file.plan().settings;
+    if (sfx::identifyContent(file.archive(), file.plan(), digest) != sfx::Status::Ok) {
+        return {};
+    }
+    const QByteArray name(reinterpret_cast<const char *>(digest), sizeof digest);
+    return {{"days", static_cast<int>(settings.keepDays)},
+            {"folder", R"(%LOCALAPPDATA%\Kestrelpack\)" + QString::fromLatin1(name.toHex())},
+            {"compares", settings.keepVerify ? "contents" : "names, sizes and times"}};
 }
 
 QString numberText(const QJsonValue &value)
@@ -191,6 +211,12 @@ QString startRows(const QJsonObject &start, const QJsonObject &settings)
         + row("works in", start["workingFolder"].toString())
         + row("title", start["title"].toString())
         + row("silent", start["silent"].toBool() ? QStringLiteral("yes") : QStringLiteral("no"));
+    if (const QJsonObject keep = start["keep"].toObject(); !keep.isEmpty()) {
+        text += row("keeps",
+                    QStringLiteral("%1 days in %2, compares %3")
+                        .arg(keep["days"].toInt())
+                        .arg(keep["folder"].toString(), keep["compares"].toString()));
+    }
     const char *name = "settings";
     for (auto setting = settings.begin(); setting != settings.end(); ++setting) {
         text += row(name, setting.key() + ": " + setting.value().toVariant().toString());
@@ -207,10 +233,14 @@ QJsonObject reportOf(ProducedFile &file, const ProgramFacts &facts, const FileHa
                               {"size", static_cast<qint64>(file.size() - file.archiveOffset())},
                               {"unpackedSize", static_cast<qint64>(file.totalBytes())},
                               {"methods", methodsOf(file.archive())}};
+    QJsonObject start = startObject(file.plan(), facts);
+    if (file.plan().settings.keepDays != 0) {
+        start["keep"] = keepObject(file);
+    }
     return {{"file", file.path()},
             {"size", static_cast<qint64>(file.size())},
             {"program", programObject(facts)},
-            {"start", startObject(file.plan(), facts)},
+            {"start", start},
             {"settings", settingsObject(file.plan().settings)},
             {"block", blockObject(file.plan().block)},
             {"archive", archive},

@@ -89,6 +89,18 @@ pe::VersionResource newResource(const QString &productName)
     return resource;
 }
 
+// A string of a table, shortened to the length that a field may have; empty if it is missing.
+QString stringOf(const pe::VersionTable &table, const char16_t *name)
+{
+    for (const pe::VersionString &string : table.strings) {
+        const QString value = QString::fromStdU16String(string.value).left(maxIdentityText);
+        if (string.name == name && isCleanText(value)) {
+            return value.trimmed();
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 QStringList identityFieldNames()
@@ -139,4 +151,16 @@ identityOf(const std::vector<pe::VersionResource> &mainProgram, const QString &p
         }
     }
     return resources;
+}
+
+QString productOf(const std::vector<pe::VersionResource> &identity, const QString &mainProgram)
+{
+    if (identity.empty() || identity.front().info.tables.empty()) {
+        return {};
+    }
+    const pe::VersionTable &table = identity.front().info.tables.front();
+    const QString product = stringOf(table, u"ProductName");
+    return product.isEmpty()
+        ? QString()
+        : stringOf(table, u"CompanyName") + " | " + product + " | " + mainProgram;
 }

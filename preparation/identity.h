@@ -38,6 +38,11 @@ QStringList identityFieldNames();
 // numbers up to 65535 with dots between them.
 std::optional<Message> reasonToRefuse(const QList<IdentityField> &fields);
 
+// What tells a product from others, in one line: its company, its name, and the path of its main
+// program. Empty if the version information has no name of a product: then nothing tells two products
+// apart whose main programs have the same name.
+QString productOf(const std::vector<pe::VersionResource> &identity, const QString &mainProgram);
+
 // Returns the version resources for the file `productName` ("app.exe"), or a message if
 // reasonToRefuse() does, or if a resource would be too large. In each language of the main
 // program's, OriginalFilename is the product's name and the fields are set in all tables; a version

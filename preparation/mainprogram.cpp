@@ -4,6 +4,7 @@
 #include "preparation/mainprogram.h"
 
 #include "platform/nativepath.h"
+#include "preparation/requestedrights.h"
 
 namespace {
 
@@ -18,6 +19,28 @@ constexpr std::uint32_t needs32Bits = 0x2;
 QString systemTextOf(const pe::Error &error)
 {
     return QString::fromStdString(error.system.empty() ? error.what : error.system);
+}
+
+// The content of the manifest that Windows reads, which has the id 1; empty if there is none, or if it
+// cannot be read.
+QByteArray manifestOf(const pe::File &file, const pe::PeHeaders &headers)
+{
+    constexpr std::uint32_t maxManifestSize = 1U << 20;
+    const auto tree = pe::readResourceTree(file, headers);
+    const auto *type = tree.hasError() || !tree.value()
+        ? nullptr
+        : pe::findEntry(tree.value()->root, {std::nullopt, pe::manifestType});
+    const auto *name = type == nullptr || !type->directory
+        ? nullptr
+        : pe::findEntry(*type->directory, {std::nullopt, 1});
+    const auto *data = name == nullptr ? nullptr : pe::firstData(*name);
+    if (data == nullptr) {
+        return {};
+    }
+    const auto content = pe::readResource(file, headers, *data, maxManifestSize);
+    return content.hasError() ? QByteArray()
+                              : QByteArray(reinterpret_cast<const char *>(content.value().data()),
+                                           static_cast<qsizetype>(content.value().size()));
 }
 
 // Why Windows does not start programs of this subsystem. Nothing if it does.
@@ -108,6 +131,7 @@ std::variant<MainProgram, Message> readMainProgram(const QString &path)
     if (!identity.hasError()) {
         program.identity = std::move(identity.value());
     }
+    program.asksForRights = asksForRights(manifestOf(file.value(), headers.value()));
     return program;
 }
 

@@ -18,6 +18,8 @@ struct MainProgram
     std::vector<pe::VersionResource> identity;
     // The program has version information that cannot be read. The identity is empty then.
     bool hasDamagedIdentity = false;
+    // Windows starts it with more rights than the user's other programs have.
+    bool asksForRights = false;
 };
 
 // Reads the program. Returns a message if the file cannot be read, or if it is damaged so that

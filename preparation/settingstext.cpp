@@ -12,6 +12,7 @@ namespace {
 
 constexpr auto maxArguments = static_cast<qsizetype>(sfx::maxArguments);
 constexpr auto maxSettingsSize = static_cast<qsizetype>(sfx::maxSettingsSize);
+static_assert(maxKeepDays == sfx::maxKeepDays);
 
 // By the rules of CommandLineToArgvW: a quote after an odd number of backslashes is a character. An
 // open quote would swallow the caller's arguments.
@@ -30,9 +31,15 @@ bool hasOpenQuote(const QString &arguments)
 
 bool isKnown(const QString &key)
 {
-    static const QStringList keys{"Program",   "Folder",        "Title",
-                                  "Arguments", "WorkingFolder", "Silent"};
+    static const QStringList keys{"Program", "Folder", "Title",      "Arguments", "WorkingFolder",
+                                  "Silent",  "Keep",   "KeepVerify", "Product"};
     return keys.contains(key);
+}
+
+bool isNumberOfDays(const QString &value)
+{
+    const int days = value.toInt();
+    return days > 0 && days <= maxKeepDays && QString::number(days) == value;
 }
 
 std::optional<Message> reasonToRefuse(const Setting &setting)
@@ -54,7 +61,10 @@ std::optional<Message> reasonToRefuse(const Setting &setting)
     if (key == "WorkingFolder" && value != "app" && value != "caller" && value != "exe") {
         return Message{"%1 must be app, caller or exe", {key}};
     }
-    if (key == "Silent" && value != "0" && value != "1") {
+    if (key == "Keep" && !isNumberOfDays(value)) {
+        return Message{"%1 must be a number from 1 to %2", {key, QString::number(maxKeepDays)}};
+    }
+    if ((key == "Silent" || key == "KeepVerify") && value != "0" && value != "1") {
         return Message{"%1 must be 0 or 1", {key}};
     }
     if ((key == "Program" || key == "Folder") && value.isEmpty()) {
@@ -78,6 +88,9 @@ std::variant<QByteArray, Message> settingsText(const QList<Setting> &settings)
         }
         keys.append(setting.key);
         text += setting.key.toUtf8() + "=\"" + setting.value.toUtf8() + "\"\n";
+    }
+    if (keys.contains("KeepVerify") && !keys.contains("Keep")) {
+        return Message{"%1 needs %2", {"KeepVerify", "Keep"}};
     }
     if (text.size() > maxSettingsSize) {
         return Message{"the settings have %1 bytes together; the self-extractor takes at most %2",

@@ -12,11 +12,13 @@
 
 namespace pe {
 
-// Resource types (WinUser.h: RT_ICON, RT_RCDATA, RT_GROUP_ICON, RT_VERSION).
+// Resource types (WinUser.h: RT_ICON, RT_RCDATA, RT_GROUP_ICON, RT_VERSION,
+// RT_MANIFEST).
 constexpr std::uint16_t iconType = 3;
 constexpr std::uint16_t rcDataType = 10;
 constexpr std::uint16_t groupIconType = 14;
 constexpr std::uint16_t versionType = 16;
+constexpr std::uint16_t manifestType = 24;
 
 // The key of a directory entry: a 16-bit id, or a name in capitals.
 struct ResourceKey

@@ -8,6 +8,7 @@ kestrelpack_add_sevenzip_decoder(kestrelpack_sevenzip_decoder)
 
 add_library(kestrelpack_sfx_core STATIC
     base/memory.cpp
+    base/sha256.cpp
     base/text.cpp
     $<IF:$<BOOL:${WIN32}>,base/thread_win.cpp,base/thread_posix.cpp>
     decoding/bcj2stream.cpp
@@ -37,9 +38,15 @@ add_library(kestrelpack_sfx_core STATIC
     start/entryuse.cpp
     start/filesystem.cpp
     start/heldfile.cpp
+    start/hexadecimal.cpp
+    start/keptname.cpp
+    start/keptrecord.cpp
+    start/keptrules.cpp
+    start/kepttable.cpp
     start/keylines.cpp
     start/nextstart.cpp
     start/notice.cpp
+    start/pathindex.cpp
     start/peimage.cpp
     start/privatename.cpp
     start/settings.cpp

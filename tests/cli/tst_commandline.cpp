@@ -30,6 +30,8 @@ QString summaryOf(const PackOptions &pack)
     add(!pack.arguments.isEmpty(), "arguments <" + pack.arguments + '>');
     add(!pack.title.isEmpty(), "title <" + pack.title + '>');
     add(pack.silent, "silent");
+    add(pack.keepDays != 0, QString("kept for %1 days").arg(pack.keepDays));
+    add(pack.keepVerify, "compared");
     add(!pack.excludes.isEmpty(), "without " + pack.excludes.join(" and "));
     add(!pack.latestTime.isEmpty(), "not after " + pack.latestTime);
     add(pack.reproducible, "reproducible");
@@ -112,6 +114,10 @@ private slots:
                ", arguments <--port 8080 \"a b\">");
         addRow("a title", {"--title", "标题"}, ", title <标题>");
         addRow("silent", {"--silent"}, ", silent");
+        addRow("kept", {"--keep", "1"}, ", kept for 1 days");
+        addRow("kept for long", {"--keep=3650"}, ", kept for 3650 days");
+        addRow("kept and compared", {"--keep-verify", "--keep", "30"},
+               ", kept for 30 days, compared");
         addRow("patterns", {"-x", "*.pdb", "--exclude", ".git/"}, ", without *.pdb and .git/");
         addRow("a time in seconds", {"--mtime", "86400"}, ", not after 86400");
         addRow("a time in UTC", {"--mtime", "1970-01-02T00:00:00Z"},
@@ -214,6 +220,16 @@ private slots:
                        "as 2026-01-31T12:00:00Z")
                        .arg(value);
         }
+        for (const char *value : {"0", "-1", "3651", "99999999999", "month", "1.5", "30 days"}) {
+            QTest::addRow("kept for %s", value)
+                << QStringList({QString("--keep=%1").arg(value), "app"})
+                << QString("refused: --keep needs a number of days from 1 to 3650, not %1")
+                       .arg(value);
+        }
+        QTest::newRow("compared, but not kept")
+            << QStringList({"--keep-verify", "app"}) << "refused: --keep-verify needs --keep";
+        QTest::newRow("days for another command") << QStringList({"inspect", "--keep", "3", "a"})
+                                                  << "refused: --keep has no meaning for inspect";
         QTest::newRow("a title with a control character of Latin-1")
             << QStringList({"--title", QString("one") + QChar(0x85) + "two", "app"})
             << "refused: the value of --title has a control character in it";

@@ -28,6 +28,7 @@ private:
         }
         return option.id == OptionId::Set  ? "ProductName=Example"
             : option.id == OptionId::Mtime ? "86400"
+            : option.id == OptionId::Keep  ? "30"
                                            : "value";
     }
 
@@ -90,9 +91,12 @@ private slots:
     {
         for (const OptionInfo &option : options()) {
             const QString name = QStringLiteral("--") + option.name;
-            const QStringList arguments = option.kind == OptionKind::Switch
+            QStringList arguments = option.kind == OptionKind::Switch
                 ? QStringList{"kestrelpack-cli", name, "app"}
                 : QStringList{"kestrelpack-cli", name, goodValue(option), "app"};
+            if (option.id == OptionId::KeepVerify) { // has no meaning alone
+                arguments += {"--keep", "30"};
+            }
             const CommandLine line = parseCommandLine(arguments);
             QVERIFY2(line.action != CommandLine::Action::Refuse || option.id == OptionId::Config,
                      qPrintable(line.message));

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "helpers/pe/programedit.h"
 #include "tests/cli/clirun.h"
+#include "tests/helpers/pe/nativepathof.h"
 #include "tests/helpers/pe/petest.h"
 #include "tests/support/onwindows.h"
 #include "tests/support/testfiles.h"
@@ -98,6 +100,26 @@ private slots:
         QCOMPARE(result.exitStatus, 2);
         QVERIFY2(result.errors.contains(part), qPrintable(result.errors));
         QVERIFY(!QFile::exists(m_temp->filePath("out"))); // the folder is yet to be made
+    }
+
+    void keepsNothingForAnAdministratorsProgram()
+    {
+        const QByteArray manifest
+            = "<assembly xmlns='urn:schemas-microsoft-com:asm.v1' manifestVersion='1.0'><trustInfo>"
+              "<security><requestedPrivileges><requestedExecutionLevel "
+              "level='requireAdministrator'/></requestedPrivileges></security></trustInfo>"
+              "</assembly>";
+        pe::ProgramEdit edit;
+        edit.resources.push_back({pe::ResourceKey{std::nullopt, pe::manifestType},
+                                  pe::ResourceKey{std::nullopt, 1}, 0,
+                                  pe::Bytes(manifest.begin(), manifest.end())});
+        const auto program = nativePathOf(m_temp->filePath("source/app.exe"));
+        QVERIFY(!pe::editProgram(program, program, edit).hasError());
+        const CliResult refused = pack({"--keep", "30"});
+        QCOMPARE(refused.exitStatus, 2);
+        QVERIFY2(refused.errors.contains("--keep is not for it"), qPrintable(refused.errors));
+        QVERIFY(!QFile::exists(m_temp->filePath("out")));
+        QCOMPARE(pack({}).exitStatus, 0);
     }
 
     void saysThatAProgramIsForAnotherMachine()

@@ -14,6 +14,7 @@
 
 #include <QCryptographicHash>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,6 +40,7 @@ private slots:
     void namesZstandard();
     void settings();
     void settingsInTheText();
+    void keptFolder();
 
 private:
     QString write(const QByteArray &bytes) const
@@ -306,6 +308,35 @@ void TestProducedFile::settingsInTheText()
           "\n              silent: true\n", "\n              title: Other\n"}) {
         QVERIFY2(text.contains(QLatin1String(line)), qPrintable(line + text));
     }
+}
+
+void TestProducedFile::keptFolder()
+{
+    ForgedProduct product;
+    product.setSettings("Keep=\"30\"\nKeepVerify=\"1\"\nProduct=\"A | B\"\n");
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    const QJsonObject report = reportOf(file, *facts);
+    QCOMPARE(report["settings"].toObject(),
+             (QJsonObject{{"keep", 30}, {"keepVerify", true}, {"product", "A | B"}}));
+    const QJsonObject keep = report["start"]["keep"].toObject();
+    QCOMPARE(keep["days"].toInt(), 30);
+    QCOMPARE(keep["compares"].toString(), QString("contents"));
+    const QString folder = keep["folder"].toString();
+    QVERIFY2(QRegularExpression("^%LOCALAPPDATA%\\\\Kestrelpack\\\\[0-9a-f]{64}$")
+                 .match(folder)
+                 .hasMatch(),
+             qPrintable(folder));
+    const QString line = "\nkeeps         30 days in " + folder + ", compares contents\n";
+    QVERIFY2(textOf(report).contains(line), qPrintable(textOf(report)));
+    product.setSettings(QByteArray());
+    ProducedFile usual;
+    QCOMPARE(usual.open(write(product.bytes())), QString());
+    QVERIFY(!usual.check());
+    QVERIFY(!reportOf(usual, *facts)["start"].toObject().contains("keep"));
 }
 
 QTEST_GUILESS_MAIN(TestProducedFile)

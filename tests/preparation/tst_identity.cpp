@@ -65,6 +65,7 @@ private slots:
     void refused_data();
     void refused();
     void tooLarge();
+    void theProductHasACompanyAndAName();
 };
 
 void TestIdentity::onlyTheFileNameChanges()
@@ -184,6 +185,25 @@ void TestIdentity::tooLarge()
     QVERIFY(!made(identityOf(resources, "a.exe", {})).empty());
     const auto refused = identityOf(resources, "a.exe", {{"Comments", QString(1024, u'x')}});
     QVERIFY(std::holds_alternative<Message>(refused));
+}
+
+void TestIdentity::theProductHasACompanyAndAName()
+{
+    QCOMPARE(productOf({}, "a.exe"), QString());
+    QCOMPARE(productOf(twoLanguages(), "a.exe"), QString()); // no name
+    auto resources = twoLanguages();
+    auto &strings = resources[0].info.tables[0].strings;
+    strings.push_back({u"ProductName", u"Tone \u97f3"});
+    QCOMPARE(productOf(resources, "bin/a.exe"), QString::fromUtf8(" | Tone 音 | bin/a.exe"));
+    strings.push_back({u"CompanyName", u"Example & Sons "});
+    QCOMPARE(productOf(resources, "bin/a.exe"),
+             QString::fromUtf8("Example & Sons | Tone 音 | bin/a.exe"));
+    strings.back().value = u"two\nlines";
+    QCOMPARE(productOf(resources, "bin/a.exe"), QString::fromUtf8(" | Tone 音 | bin/a.exe"));
+    strings.back().value = std::u16string(5000, u'x');
+    QVERIFY(productOf(resources, "bin/a.exe").size() < 2000);
+    resources[0].info.tables.clear();
+    QCOMPARE(productOf(resources, "a.exe"), QString());
 }
 
 QTEST_APPLESS_MAIN(TestIdentity)

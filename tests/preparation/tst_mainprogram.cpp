@@ -3,6 +3,9 @@
 
 #include "preparation/mainprogram.h"
 
+#include "helpers/pe/programedit.h"
+#include "preparation/requestedrights.h"
+#include "tests/helpers/pe/nativepathof.h"
 #include "tests/helpers/pe/petest.h"
 #include "tests/support/testfiles.h"
 
@@ -68,6 +71,8 @@ private slots:
     void reading();
     void aFileThatIsNoProgramIsRead();
     void filesThatCannotBeRead();
+    void askingForRights_data();
+    void askingForRights();
 };
 
 void TestMainProgram::startability_data()
@@ -163,6 +168,47 @@ void TestMainProgram::filesThatCannotBeRead()
     QVERIFY(writeFile(path, petest::makeProgram({}).left(0x180)));
     const auto damaged = readMainProgram(path);
     QVERIFY(textOf(std::get<Message>(damaged)).startsWith("it is damaged: "));
+}
+
+void TestMainProgram::askingForRights_data()
+{
+    QTest::addColumn<QByteArray>("manifest");
+    QTest::addColumn<bool>("asks");
+    const auto row = [](const char *name, const QByteArray &attributes, bool asks) {
+        QTest::newRow(name)
+            << "<?xml version='1.0' encoding='UTF-8' standalone='yes'?>\r\n"
+               "<assembly xmlns='urn:schemas-microsoft-com:asm.v1' manifestVersion='1.0'>"
+               "<trustInfo xmlns='urn:schemas-microsoft-com:asm.v3'><security><requestedPrivileges>"
+               "<requestedExecutionLevel "
+                + attributes + "/></requestedPrivileges></security></trustInfo></assembly>\r\n"
+            << asks;
+    };
+    row("as the caller", "level='asInvoker' uiAccess='false'", false);
+    row("as an administrator", "level='requireAdministrator' uiAccess='false'", true);
+    row("as an administrator, in other capitals", "level='RequireAdministrator'", true);
+    row("with the highest rights", "level='highestAvailable' uiAccess='false'", true);
+    row("with access to other windows", "level='asInvoker' uiAccess='true'", true);
+    row("no level", "", false);
+    QTest::newRow("no manifest") << QByteArray() << false;
+    QTest::newRow("no XML") << QByteArray("requireAdministrator") << false;
+    QTest::newRow("a manifest without a level")
+        << QByteArray("<assembly xmlns='urn:schemas-microsoft-com:asm.v1'/>") << false;
+}
+
+void TestMainProgram::askingForRights()
+{
+    QFETCH(const QByteArray, manifest);
+    QFETCH(const bool, asks);
+    QCOMPARE(asksForRights(manifest), asks);
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("a.exe");
+    QVERIFY(writeFile(path, petest::makeProgram({.resources = false})));
+    pe::ProgramEdit edit;
+    edit.resources.push_back({pe::ResourceKey{std::nullopt, pe::manifestType},
+                              pe::ResourceKey{std::nullopt, 1}, 0x409,
+                              pe::Bytes(manifest.begin(), manifest.end())});
+    QVERIFY(!pe::editProgram(nativePathOf(path), nativePathOf(path), edit).hasError());
+    QCOMPARE(std::get<MainProgram>(readMainProgram(path)).asksForRights, asks);
 }
 
 QTEST_APPLESS_MAIN(TestMainProgram)

@@ -28,9 +28,11 @@ void TestSettingsText::written_data()
     QTest::newRow("none") << Settings() << QByteArray();
     QTest::newRow("all, in their order")
         << Settings{{"Program", "bin/app.exe"}, {"Folder", "app-3.4.6"},  {"Title", "My app"},
-                    {"Arguments", "--x"},       {"WorkingFolder", "exe"}, {"Silent", "1"}}
+                    {"Arguments", "--x"},       {"WorkingFolder", "exe"}, {"Silent", "1"},
+                    {"Keep", "3650"},           {"KeepVerify", "1"},      {"Product", "A | B"}}
         << QByteArray("Program=\"bin/app.exe\"\nFolder=\"app-3.4.6\"\nTitle=\"My app\"\n"
-                      "Arguments=\"--x\"\nWorkingFolder=\"exe\"\nSilent=\"1\"\n");
+                      "Arguments=\"--x\"\nWorkingFolder=\"exe\"\nSilent=\"1\"\n"
+                      "Keep=\"3650\"\nKeepVerify=\"1\"\nProduct=\"A | B\"\n");
     QTest::newRow("quotes and a tab are kept") << Settings{{"Arguments", "-c \"a b\"\t\"\""}}
                                                << QByteArray("Arguments=\"-c \"a b\"\t\"\"\"\n");
     QTest::newRow("a quote after a backslash")
@@ -70,6 +72,14 @@ void TestSettingsText::refused_data()
     QTest::newRow("another working folder")
         << Settings{{"WorkingFolder", "temp"}} << "WorkingFolder must be app, caller or exe";
     QTest::newRow("another silence") << Settings{{"Silent", "yes"}} << "Silent must be 0 or 1";
+    for (const char *days : {"", "0", "3651", "-1", "+1", "030", "1.5", "month", " 30"}) {
+        QTest::addRow("the days are <%s>", days)
+            << Settings{{"Keep", days}} << "Keep must be a number from 1 to 3650";
+    }
+    QTest::newRow("another comparison")
+        << Settings{{"Keep", "30"}, {"KeepVerify", "yes"}} << "KeepVerify must be 0 or 1";
+    QTest::newRow("a comparison without days")
+        << Settings{{"KeepVerify", "1"}} << "KeepVerify needs Keep";
     QTest::newRow("no program") << Settings{{"Program", ""}} << "Program is empty";
     QTest::newRow("an open quote")
         << Settings{{"Arguments", "-c \"a b"}} << "Arguments has a quote that is not closed";

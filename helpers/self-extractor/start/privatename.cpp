@@ -3,16 +3,11 @@
 
 #include "helpers/self-extractor/start/privatename.h"
 
+#include "helpers/self-extractor/start/hexadecimal.h"
+
 namespace sfx {
 
 namespace {
-
-constexpr const char16_t *digits = u"0123456789abcdef";
-
-bool isDigit(char16_t unit)
-{
-    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f');
-}
 
 // FNV-1a (Fowler, Noll, Vo), 64 bits, from two different beginnings.
 class NameHash
@@ -69,12 +64,7 @@ void hashProducedFile(const ProducedFile &file, unsigned char (&bytes)[privateNa
 
 bool makePrivateName(const unsigned char (&bytes)[privateNameBytes], Text &name)
 {
-    char16_t hexadecimal[2 * privateNameBytes];
-    for (std::size_t i = 0; i < privateNameBytes; ++i) {
-        hexadecimal[2 * i] = digits[bytes[i] >> 4];
-        hexadecimal[2 * i + 1] = digits[bytes[i] & 15];
-    }
-    return name.assign(u"kp-", 3) && name.append(hexadecimal, 2 * privateNameBytes);
+    return name.assign(u"kp-", 3) && appendHexadecimal(name, bytes, privateNameBytes);
 }
 
 bool isLockName(const char16_t *name)
@@ -84,15 +74,8 @@ bool isLockName(const char16_t *name)
             return false;
         }
     }
-    for (std::size_t i = 0; i < 2 * privateNameBytes; ++i, ++name) {
-        if (!isDigit(*name)) {
-            return false;
-        }
-    }
-    const char16_t *suffix = lockSuffix;
-    for (; *suffix != 0 && *name == *suffix; ++suffix, ++name) {
-    }
-    return *suffix == 0 && *name == 0;
+    constexpr std::size_t digits = 2 * privateNameBytes;
+    return beginsWithDigits(name, digits) && endsAs(name + digits, lockSuffix);
 }
 
 } // namespace sfx

@@ -10,10 +10,22 @@ namespace sfx {
 
 namespace {
 
-enum Key { Program, Folder, Title, Arguments, StartFolder, Silent, KeyCount };
+enum Key {
+    Program,
+    Folder,
+    Title,
+    Arguments,
+    StartFolder,
+    Silent,
+    Keep,
+    KeepVerify,
+    Product,
+    KeyCount
+};
 
-constexpr const char *keyNames[KeyCount]
-    = {"Program", "Folder", "Title", "Arguments", "WorkingFolder", "Silent"};
+constexpr const char *keyNames[KeyCount] = {"Program",   "Folder",        "Title",
+                                            "Arguments", "WorkingFolder", "Silent",
+                                            "Keep",      "KeepVerify",    "Product"};
 
 bool readValues(const char *data, std::size_t size, Slice (&values)[KeyCount])
 {
@@ -63,10 +75,27 @@ bool readWorkingFolder(const Slice &value, WorkingFolder &folder)
     return true;
 }
 
-bool readSilent(const Slice &value, bool &silent)
+bool readSwitch(const Slice &value, bool &isOn)
 {
-    silent = value.data != nullptr && value.equals("1");
-    return value.data == nullptr || silent || value.equals("0");
+    isOn = value.data != nullptr && value.equals("1");
+    return value.data == nullptr || isOn || value.equals("0");
+}
+
+// A number from 1 to maxKeepDays, without zeros before it.
+bool readDays(const Slice &value, unsigned &days)
+{
+    days = 0;
+    for (std::size_t i = 0; i < value.size; ++i) {
+        const char digit = value.data[i];
+        if (digit < '0' || digit > '9' || (i == 0 && digit == '0')) {
+            return false;
+        }
+        days = 10 * days + static_cast<unsigned>(digit - '0');
+        if (days > maxKeepDays) {
+            return false;
+        }
+    }
+    return value.data == nullptr || days != 0;
 }
 
 } // namespace
@@ -80,14 +109,18 @@ Status parseSettings(const char *data, std::size_t size, Settings &settings)
         || !readText(values[Title], settings.title)
         || !readText(values[Arguments], settings.arguments)
         || !readWorkingFolder(values[StartFolder], settings.workingFolder)
-        || !readSilent(values[Silent], settings.silent)) {
+        || !readSwitch(values[Silent], settings.silent)
+        || !readDays(values[Keep], settings.keepDays)
+        || !readSwitch(values[KeepVerify], settings.keepVerify)
+        || !readText(values[Product], settings.product)) {
         return Status::Damaged;
     }
     const Text &program = settings.program;
     const Text &folder = settings.folderName;
     if ((values[Program].data != nullptr && !isSafePath(program.data(), program.size()))
         || (values[Folder].data != nullptr && !isSafeComponent(folder.data(), folder.size()))
-        || settings.arguments.size() > maxArguments) {
+        || settings.arguments.size() > maxArguments
+        || (settings.keepVerify && settings.keepDays == 0)) {
         return Status::Damaged;
     }
     settings.hasTitle = values[Title].data != nullptr;

@@ -11,6 +11,9 @@ namespace sfx {
 // Returns false if there is not enough memory.
 [[nodiscard]] bool toExtendedPath(const Text &path, Text &extended);
 
+// Whether a path begins with a drive and its root, or with the name of a network drive's machine.
+bool isAbsolutePath(const Text &path);
+
 // The folder that contains the file of an absolute path, without a separator at its end, except for
 // a drive's root (`C:\`). Returns false if there is not enough memory.
 [[nodiscard]] bool folderOf(const Text &path, Text &folder);

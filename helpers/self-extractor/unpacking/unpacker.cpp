@@ -27,7 +27,8 @@ Status makeShortNames(Archive &archive, UnpackSink &sink)
     for (std::uint32_t i = 0; status == Status::Ok && i < archive.entryCount(); ++i) {
         Entry entry;
         status = archive.entry(i, entry);
-        if (status != Status::Ok || !couldBeShortName(entry.path, entry.pathSize)) {
+        if (status != Status::Ok || !sink.wants(i)
+            || !couldBeShortName(entry.path, entry.pathSize)) {
             continue;
         }
         if (entry.size != 0) {
@@ -52,7 +53,7 @@ Status makeEmptyEntries(Archive &archive, UnpackSink &sink)
             return status;
         }
         if (entry.isFolder || entry.size == 0) {
-            if (!couldBeShortName(entry.path, entry.pathSize)) {
+            if (sink.wants(i) && !couldBeShortName(entry.path, entry.pathSize)) {
                 status = makeEmpty(entry, sink);
             }
         } else if (!SzBitWithVals_Check(&tables.CRCs, i)
@@ -68,7 +69,7 @@ Status finishFolders(Archive &archive, UnpackSink &sink)
     for (std::uint32_t i = archive.entryCount(); i-- > 0;) {
         Entry entry;
         Status status = archive.entry(i, entry);
-        if (status == Status::Ok && entry.isFolder) {
+        if (status == Status::Ok && entry.isFolder && sink.wants(i)) {
             status = sink.finishFolder(entry);
         }
         if (status != Status::Ok) {

@@ -45,14 +45,15 @@ private:
         Thread thread;
     };
 
-    bool hasContent(std::uint32_t solidBlock) const;
+    std::uint32_t endOfWanted(std::uint32_t solidBlock) const;
     Status measure();
     unsigned countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const;
     static void runHelper(void *helper);
     void unpackNextBlocks(UnpackSink &sink);
     Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink);
-    Status unpackFiles(std::uint32_t solidBlock, const CoderGraph &graph, UnpackSink &sink) const;
-    Status unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
+    Status unpackFiles(std::uint32_t solidBlock, std::uint32_t end, const CoderGraph &graph,
+                       UnpackSink &sink) const;
+    Status unpackFile(const Entry &file, std::uint32_t index, Stream &decoder,
                       UnpackSink &sink) const;
     void takeMemory(std::uint64_t size);
     void giveMemoryBack(std::uint64_t size);
@@ -71,18 +72,24 @@ private:
     Status m_status = Status::Ok;
 };
 
-bool UnpackThreads::hasContent(std::uint32_t solidBlock) const
+// The index after the last file of the solid block that has content and is wanted; 0 if there is none.
+std::uint32_t UnpackThreads::endOfWanted(std::uint32_t solidBlock) const
 {
     const CSzArEx &tables = m_archive.tables();
     const std::uint32_t first = tables.FolderToFile[solidBlock];
-    const std::uint32_t end = tables.FolderToFile[solidBlock + 1];
-    return tables.UnpackPositions[first] != tables.UnpackPositions[end];
+    for (std::uint32_t end = tables.FolderToFile[solidBlock + 1]; end > first; --end) {
+        if (tables.UnpackPositions[end - 1] != tables.UnpackPositions[end]
+            && m_sink.wants(end - 1)) {
+            return end;
+        }
+    }
+    return 0;
 }
 
 Status UnpackThreads::measure()
 {
     for (std::uint32_t i = 0; i < m_archive.tables().db.NumFolders; ++i) {
-        if (!hasContent(i)) {
+        if (endOfWanted(i) == 0) {
             continue;
         }
         CoderGraph graph;
@@ -147,8 +154,7 @@ void UnpackThreads::unpackNextBlocks(UnpackSink &sink)
         if (solidBlock >= m_archive.tables().db.NumFolders) {
             return;
         }
-        const Status status = hasContent(solidBlock) ? unpackSolidBlock(solidBlock, sink)
-                                                     : Status::Ok;
+        const Status status = unpackSolidBlock(solidBlock, sink);
         if (status != Status::Ok) {
             fail(status);
         }
@@ -184,6 +190,10 @@ void UnpackThreads::giveMemoryBack(std::uint64_t size)
 
 Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink)
 {
+    const std::uint32_t end = endOfWanted(solidBlock);
+    if (end == 0) {
+        return Status::Ok;
+    }
     CoderGraph graph;
     Status status = m_archive.coderGraph(solidBlock, graph);
     if (status != Status::Ok) {
@@ -191,25 +201,24 @@ Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sin
     }
     const std::uint64_t memory = memoryFor(graph);
     takeMemory(memory);
-    status = m_stops ? Status::Cancelled : unpackFiles(solidBlock, graph, sink);
+    status = m_stops ? Status::Cancelled : unpackFiles(solidBlock, end, graph, sink);
     giveMemoryBack(memory);
     return status;
 }
 
-Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, const CoderGraph &graph,
-                                  UnpackSink &sink) const
+Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, std::uint32_t end,
+                                  const CoderGraph &graph, UnpackSink &sink) const
 {
-    const CSzArEx &tables = m_archive.tables();
     Owned<Stream> decoder;
     Array<char16_t> path;
     const std::uint64_t size = graph.unpackSizes[graph.wiring.UnpackStream];
     Status status = openDecoderChain(graph, size >= m_leastReadAhead, decoder);
-    const std::uint32_t end = tables.FolderToFile[solidBlock + 1];
-    for (std::uint32_t i = tables.FolderToFile[solidBlock]; status == Status::Ok && i < end; ++i) {
+    std::uint32_t i = m_archive.tables().FolderToFile[solidBlock];
+    for (; status == Status::Ok && i < end; ++i) {
         Entry file;
         status = m_archive.entry(i, file, path);
         if (status == Status::Ok && file.size != 0) {
-            status = unpackFile(file, tables.CRCs.Vals[i], *decoder, sink);
+            status = unpackFile(file, i, *decoder, sink);
         }
     }
     if (status == Status::Ok) {
@@ -219,10 +228,11 @@ Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, const CoderGraph &gr
     return status;
 }
 
-Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
+Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream &decoder,
                                  UnpackSink &sink) const
 {
-    Status status = sink.beginFile(file);
+    const bool isWanted = m_sink.wants(index); // others are only decoded
+    Status status = isWanted ? sink.beginFile(file) : Status::Ok;
     std::uint32_t sum = CRC_INIT_VAL;
     std::uint64_t left = file.size;
     while (status == Status::Ok && left != 0) {
@@ -236,14 +246,14 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t crc, Stream &d
         }
         if (status == Status::Ok) {
             sum = CrcUpdate(sum, piece.data, piece.size);
-            status = sink.write(piece.data, piece.size);
+            status = isWanted ? sink.write(piece.data, piece.size) : Status::Ok;
             left -= piece.size;
         }
     }
-    if (status == Status::Ok && CRC_GET_DIGEST(sum) != crc) {
+    if (status == Status::Ok && CRC_GET_DIGEST(sum) != m_archive.tables().CRCs.Vals[index]) {
         status = Status::Damaged;
     }
-    return status == Status::Ok ? sink.endFile(file) : status;
+    return status == Status::Ok && isWanted ? sink.endFile(file) : status;
 }
 
 } // namespace

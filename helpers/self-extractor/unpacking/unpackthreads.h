@@ -17,7 +17,7 @@ struct UnpackLimits
 // With more threads nothing is gained: by then the disk is the limit.
 constexpr unsigned maxUnpackThreads = 8;
 
-// Unpacks all files that have content and checks each file's CRC. Every solid block is decoded by
+// Unpacks all files that have content and that the sink wants, and checks each file's CRC. Every solid block is decoded by
 // one thread; several solid blocks are decoded at the same time, as far as the limits and the sink
 // allow. The first failure stops all threads and is returned. One decoder always runs, even if it
 // needs more memory than `limits.memory`.

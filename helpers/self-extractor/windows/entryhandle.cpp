@@ -71,6 +71,18 @@ EntryUse checkedUse(NTSTATUS status, Handle &opened, DWORD kind)
     return use;
 }
 
+EntryUse openFolderWith(ACCESS_MASK access, const Text &path, Handle &folder)
+{
+    Text systemPath;
+    if (!toSystemPath(path, systemPath)) {
+        return EntryUse::InUse;
+    }
+    const Way way = {access, shareContent, FILE_OPEN, neverFollow | FILE_DIRECTORY_FILE};
+    const NTSTATUS status
+        = open({nullptr, systemPath.data(), systemPath.size()}, way, nullptr, folder);
+    return checkedUse(status, folder, FILE_ATTRIBUTE_DIRECTORY);
+}
+
 } // namespace
 
 bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folder)
@@ -88,16 +100,14 @@ bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folde
     return status >= 0;
 }
 
+bool guardFolder(const Text &path, Handle &folder)
+{
+    return openFolderWith(listing, path, folder) == EntryUse::Free;
+}
+
 EntryUse openFolder(const Text &path, Handle &folder)
 {
-    Text systemPath;
-    if (!toSystemPath(path, systemPath)) {
-        return EntryUse::InUse;
-    }
-    const Way way = {listing | DELETE, shareContent, FILE_OPEN, neverFollow | FILE_DIRECTORY_FILE};
-    const NTSTATUS status
-        = open({nullptr, systemPath.data(), systemPath.size()}, way, nullptr, folder);
-    return checkedUse(status, folder, FILE_ATTRIBUTE_DIRECTORY);
+    return openFolderWith(listing | DELETE, path, folder);
 }
 
 EntryUse openEntry(const ListedEntry &entry, Handle &opened)
@@ -119,6 +129,17 @@ EntryUse openEntry(const ListedEntry &entry, Handle &opened)
     }
     constexpr DWORD kinds = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
     return checkedUse(status, opened, entry.attributes & kinds);
+}
+
+EntryUse openToRead(const ListedEntry &entry, Handle &opened)
+{
+    constexpr ULONG shareAll = shareContent | FILE_SHARE_DELETE;
+    const bool folder = entry.isFolder();
+    const Way way = folder
+        ? Way{listing, shareAll, FILE_OPEN, neverFollow | FILE_DIRECTORY_FILE}
+        : Way{FILE_READ_DATA, shareAll, FILE_OPEN, neverFollow | FILE_NON_DIRECTORY_FILE};
+    const NTSTATUS status = open({entry.folder, entry.name, entry.nameSize}, way, nullptr, opened);
+    return checkedUse(status, opened, folder ? FILE_ATTRIBUTE_DIRECTORY : 0);
 }
 
 } // namespace sfx

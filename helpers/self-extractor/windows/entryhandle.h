@@ -14,6 +14,10 @@ namespace sfx {
 // in extended form. Returns false on failure, with the reason in GetLastError().
 [[nodiscard]] bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folder);
 
+// Opens a folder by its path in extended form, to list it. While the handle is open, the folder
+// cannot be renamed, removed or replaced. Returns false if it is not a folder, or cannot be opened.
+[[nodiscard]] bool guardFolder(const Text &path, Handle &folder);
+
 // The following functions open for removal, with the right DELETE. They never follow a link; the
 // entry is the link itself. (Wine 8 does follow it, so callers compare the kind of what they got.)
 
@@ -28,6 +32,8 @@ struct ListedEntry
     const char16_t *name; // not zero-terminated
     std::size_t nameSize; // in UTF-16 units
     DWORD attributes;
+    std::uint64_t size = 0;     // in bytes
+    std::uint64_t modified = 0; // in 100 ns since 1601
 
     bool isLink() const { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
     bool isFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !isLink(); }
@@ -38,5 +44,8 @@ struct ListedEntry
 // above. Folders are opened as by openFolder(). A read-only entry also gets the right to change its
 // attributes. NotForUs: it is no longer of the kind that was listed.
 EntryUse openEntry(const ListedEntry &entry, Handle &opened);
+
+// Opens a file to read it, or a folder to list it, in the same way. Others may use and remove it.
+EntryUse openToRead(const ListedEntry &entry, Handle &opened);
 
 } // namespace sfx

@@ -23,9 +23,10 @@ public:
     Owner(const Owner &) = delete;
     Owner &operator=(const Owner &) = delete;
 
-    bool equals(const Owner &other) const
+    bool equals(const Owner &other) const { return equals(other.m_owner); }
+    bool equals(PSID other) const
     {
-        return m_owner != nullptr && other.m_owner != nullptr && EqualSid(m_owner, other.m_owner);
+        return m_owner != nullptr && other != nullptr && EqualSid(m_owner, other);
     }
 
 private:
@@ -40,6 +41,19 @@ private:
 bool haveSameOwner(HANDLE one, HANDLE other)
 {
     return Owner(one).equals(Owner(other));
+}
+
+bool belongsToUser(HANDLE file)
+{
+    HANDLE rawToken = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &rawToken)) {
+        return false;
+    }
+    const Handle token(rawToken);
+    alignas(TOKEN_USER) unsigned char data[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
+    DWORD size = 0;
+    return GetTokenInformation(token.get(), TokenUser, data, sizeof data, &size)
+        && Owner(file).equals(reinterpret_cast<const TOKEN_USER *>(data)->User.Sid);
 }
 
 } // namespace sfx

@@ -12,4 +12,7 @@ namespace sfx {
 // without owners report "everyone".
 bool haveSameOwner(HANDLE one, HANDLE other);
 
+// True if the owner of a file, whose handle has READ_CONTROL, is the user of this process.
+bool belongsToUser(HANDLE file);
+
 } // namespace sfx

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "helpers/self-extractor/base/thread.h"
+#include "helpers/self-extractor/start/kepttable.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/filecloser.h"
 #include "helpers/self-extractor/windows/win32.h"
@@ -17,8 +18,14 @@ namespace sfx {
 class FileSink final : public UnpackSink
 {
 public:
-    // `folder` is an existing folder, without a separator at its end.
-    explicit FileSink(const Text &folder) : m_folder(folder), m_common(m_own) {}
+    // `folder` is an existing folder, without a separator at its end. With a table, only what is
+    // missing by it is written.
+    explicit FileSink(const Text &folder, const KeptTable *table = nullptr)
+        : m_folder(folder)
+        , m_table(table)
+        , m_common(m_own)
+    {
+    }
 
     // The system's error in the step that failed first, in this sink or another one for the same
     // folder; 0 if no system call failed. Ask this and the next two of the first sink, after all
@@ -29,6 +36,10 @@ public:
     // The file or folder that failed, as users know it; may be empty.
     const Text &failedPath() const { return m_common.failedPath; }
 
+    bool wants(std::uint32_t index) const override
+    {
+        return m_table == nullptr || m_table->isMissing(index);
+    }
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
     Status makeFolder(const Entry &folder) override;
     Status beginFile(const Entry &file) override;
@@ -58,6 +69,7 @@ private:
     bool makeParents();
 
     const Text &m_folder;
+    const KeptTable *m_table = nullptr;
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's path begins in it
     Handle m_file;

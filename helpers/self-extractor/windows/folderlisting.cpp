@@ -46,8 +46,12 @@ bool FolderListing::next()
 
 ListedEntry FolderListing::entry() const
 {
-    return {m_folder, reinterpret_cast<const char16_t *>(m_entry->FileName),
-            m_entry->FileNameLength / sizeof(char16_t), m_entry->FileAttributes};
+    return {m_folder,
+            reinterpret_cast<const char16_t *>(m_entry->FileName),
+            m_entry->FileNameLength / sizeof(char16_t),
+            m_entry->FileAttributes,
+            static_cast<std::uint64_t>(m_entry->EndOfFile.QuadPart),
+            static_cast<std::uint64_t>(m_entry->LastWriteTime.QuadPart)};
 }
 
 } // namespace sfx

@@ -15,6 +15,13 @@ HANDLE openAlone(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposit
 
 } // namespace
 
+void discardFile(Handle &file)
+{
+    FILE_DISPOSITION_INFO removal = {TRUE};
+    SetFileInformationByHandle(file.get(), FileDispositionInfo, &removal, sizeof removal);
+    file.reset();
+}
+
 bool LockFile::create(const Text &path, SECURITY_ATTRIBUTES *security)
 {
     m_file.reset(openAlone(path, security, CREATE_NEW));
@@ -27,12 +34,16 @@ bool LockFile::take(const Text &path)
     return static_cast<bool>(m_file);
 }
 
+bool LockFile::acquire(const Text &path, SECURITY_ATTRIBUTES *security)
+{
+    m_file.reset(openAlone(path, security, OPEN_ALWAYS));
+    return static_cast<bool>(m_file);
+}
+
 void LockFile::discard()
 {
     // By handle: by then, another process may own a file of that name.
-    FILE_DISPOSITION_INFO removal = {TRUE};
-    SetFileInformationByHandle(m_file.get(), FileDispositionInfo, &removal, sizeof removal);
-    m_file.reset();
+    discardFile(m_file);
 }
 
 } // namespace sfx

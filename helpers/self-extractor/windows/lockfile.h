@@ -8,9 +8,12 @@
 
 namespace sfx {
 
-// An empty file beside a private folder; one process at a time can have it open. While it is open,
-// the folder is in use. The system closes the file when the process ends, for whatever reason.
-// Programs that the process starts inherit the handle and keep the folder alive, too.
+// Removes an open file, which needs the right DELETE, and closes it.
+void discardFile(Handle &file);
+
+// An empty file beside a folder; one process at a time can have it open. The system closes the file
+// when the process ends, for whatever reason. While the file beside a private folder is open, the
+// folder is in use; programs that the process starts inherit the handle and keep it alive, too.
 //
 // The file is created before the folder and removed after it, so there is never a folder without a
 // lock file.
@@ -23,6 +26,9 @@ public:
     // Opens the file of a process that has ended. Returns false if the owner is still running or
     // the file cannot be opened.
     [[nodiscard]] bool take(const Text &path);
+    // Opens the file, which is created if it does not exist. Programs do not inherit the handle.
+    // Returns false on failure, with the reason in GetLastError().
+    [[nodiscard]] bool acquire(const Text &path, SECURITY_ATTRIBUTES *security);
     // Removes the file. Call it when the folder has been removed.
     void discard();
     // Closes the file, for another process to take.

@@ -2,23 +2,25 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/contents.h"
+#include "helpers/self-extractor/start/keptrules.h"
 #include "helpers/self-extractor/start/nextstart.h"
 #include "helpers/self-extractor/start/startplan.h"
 #include "helpers/self-extractor/start/winpath.h"
-#include "helpers/self-extractor/unpacking/unpacker.h"
 #include "helpers/self-extractor/windows/console.h"
 #include "helpers/self-extractor/windows/diskspace.h"
 #include "helpers/self-extractor/windows/environment.h"
 #include "helpers/self-extractor/windows/executable.h"
 #include "helpers/self-extractor/windows/filesink.h"
 #include "helpers/self-extractor/windows/interrupt.h"
+#include "helpers/self-extractor/windows/keptfolder.h"
 #include "helpers/self-extractor/windows/messages.h"
 #include "helpers/self-extractor/windows/privatefolder.h"
 #include "helpers/self-extractor/windows/program.h"
-#include "helpers/self-extractor/windows/progresssink.h"
+#include "helpers/self-extractor/windows/progresswindow.h"
 #include "helpers/self-extractor/windows/shellstart.h"
 #include "helpers/self-extractor/windows/stalefolders.h"
 #include "helpers/self-extractor/windows/temporaryfolder.h"
+#include "helpers/self-extractor/windows/unpackvisibly.h"
 
 namespace sfx {
 
@@ -59,23 +61,6 @@ bool inspect(Executable &executable, StartPlan &plan, Archive &archive, std::uin
     return status == Status::Ok || failWith(failure, status);
 }
 
-// As many threads as processors, and at most half of the free memory.
-UnpackLimits limitsOfMachine()
-{
-    UnpackLimits limits;
-    DWORD_PTR own = 0;
-    DWORD_PTR all = 0;
-    if (GetProcessAffinityMask(GetCurrentProcess(), &own, &all)) {
-        limits.threads = static_cast<unsigned>(__builtin_popcountll(own));
-    }
-    MEMORYSTATUSEX memory = {};
-    memory.dwLength = sizeof memory;
-    if (GlobalMemoryStatusEx(&memory) && memory.ullAvailPhys / 2 < limits.memory) {
-        limits.memory = memory.ullAvailPhys / 2;
-    }
-    return limits;
-}
-
 // Empty if the file does not ask for a window.
 Owned<ProgressWindow> progressWindow(const StartPlan &plan, std::uint64_t totalBytes)
 {
@@ -84,16 +69,17 @@ Owned<ProgressWindow> progressWindow(const StartPlan &plan, std::uint64_t totalB
         : Owned<ProgressWindow>();
 }
 
-Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const Owned<ProgressWindow> &window)
+// Where the application lies while it runs: in a kept folder or in a private one.
+struct Place
 {
-    if (!window) {
-        return unpack(archive, sink, totalBytes, limitsOfMachine());
+    KeptFolder kept;
+    PrivateFolder folder;
+
+    const Text &application() const
+    {
+        return kept.isOpen() ? kept.application() : folder.application();
     }
-    ProgressSink watched(sink, *window);
-    const Status status = unpack(archive, watched, totalBytes, limitsOfMachine());
-    return status == Status::Ok && window->isCancelled() ? Status::Cancelled : status;
-}
+};
 
 bool makeFolder(const StartPlan &plan, const Executable &executable, std::uint64_t totalBytes,
                 PrivateFolder &folder, Failure &failure)
@@ -130,6 +116,20 @@ bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t tot
     return failWith(failure, status, sink.systemError());
 }
 
+bool makePlace(const StartPlan &plan, const Executable &executable, Archive &archive,
+               std::uint64_t totalBytes, const Owned<ProgressWindow> &window, Place &place,
+               Failure &failure)
+{
+    if (plan.settings.keepDays != 0) {
+        const Status status = place.kept.open(plan, archive, window);
+        if (status == Status::Ok || !canGoOnPrivately(status)) {
+            return status == Status::Ok || failWith(failure, status);
+        }
+    }
+    return makeFolder(plan, executable, totalBytes, place.folder, failure)
+        && unpackInto(place.folder, archive, totalBytes, window, failure);
+}
+
 // The window that a question to the user belongs to: without one it could appear behind others.
 HWND ownWindow(const Owned<ProgressWindow> &window)
 {
@@ -137,15 +137,15 @@ HWND ownWindow(const Owned<ProgressWindow> &window)
     return progress != nullptr ? progress : GetConsoleWindow();
 }
 
-bool startProgram(Program &program, const Text &executable, const StartPlan &plan,
-                  PrivateFolder &folder, HWND owner, Failure &failure)
+bool startProgram(Program &program, const Text &executable, const StartPlan &plan, Place &place,
+                  HWND owner, Failure &failure)
 {
-    if (program.start(folder.application(), executable, plan, failure)) {
+    if (program.start(place.application(), executable, plan, failure)) {
         return true;
     }
     switch (nextStart(failure.systemError, isElevated())) {
     case NextStart::ProducedFile:
-        folder.remove();
+        place.folder.remove();
         return program.startElevated(executable, owner, failure);
     case NextStart::ThroughShell:
         return program.startThroughShell(plan.settings.arguments, owner, failure);
@@ -157,7 +157,7 @@ bool startProgram(Program &program, const Text &executable, const StartPlan &pla
 
 bool run(StartPlan &plan, unsigned long &exitCode, Failure &failure)
 {
-    PrivateFolder folder;
+    Place place;
     Program program;
     {
         // The archive's tables and the file are released when the program runs, which may take
@@ -171,26 +171,26 @@ bool run(StartPlan &plan, unsigned long &exitCode, Failure &failure)
         if (!inspect(executable, plan, archive, totalBytes, failure)) {
             return false;
         }
-        if (!makeFolder(plan, executable, totalBytes, folder, failure)) {
-            return false;
-        }
         // The window closes when the program has started: what the process in the foreground
         // starts may come to the foreground itself.
         const Owned<ProgressWindow> window = progressWindow(plan, totalBytes);
-        if (!unpackInto(folder, archive, totalBytes, window, failure)) {
+        if (!makePlace(plan, executable, archive, totalBytes, window, place, failure)) {
             return false;
         }
-        if (!setProgramEnvironment(executable.path(), folder.application())) {
+        if (!setProgramEnvironment(executable.path(), place.application())) {
             failure.code = ExitCode::StartFailed;
             failure.systemError = GetLastError();
             return false;
         }
-        if (!startProgram(program, executable.path(), plan, folder, ownWindow(window), failure)) {
+        if (!startProgram(program, executable.path(), plan, place, ownWindow(window), failure)) {
             return false;
         }
     }
+    if (place.kept.isOpen()) {
+        place.kept.clearOthers();
+    }
     Text root;
-    exitCode = program.wait(folderOf(folder.application(), root) ? root : folder.application());
+    exitCode = program.wait(folderOf(place.application(), root) ? root : place.application());
     return true;
 }
 

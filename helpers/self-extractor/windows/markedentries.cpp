@@ -85,7 +85,14 @@ bool markForRemoval(HANDLE opened)
     return setMark(opened, true);
 }
 
-bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
+bool removeEntry(Handle &opened, DWORD attributes)
+{
+    const bool removed = markWritable(opened.get(), toRestore(attributes));
+    opened.reset();
+    return removed;
+}
+
+bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder, std::uint64_t tag)
 {
     if (m_count == m_entries.size()) {
         Array<Entry> larger;
@@ -97,13 +104,13 @@ bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
         }
         m_entries = std::move(larger);
     }
-    m_entries[m_count++] = {opened.release(), toRestore(attributes), isFolder};
+    m_entries[m_count++] = {opened.release(), tag, toRestore(attributes), isFolder};
     return true;
 }
 
-bool MarkedEntries::keepFolder(Handle &opened, DWORD attributes)
+bool MarkedEntries::keepFolder(Handle &opened, DWORD attributes, std::uint64_t tag)
 {
-    return keep(opened, attributes, true);
+    return keep(opened, attributes, true, tag);
 }
 
 bool MarkedEntries::markFile(Handle &opened, DWORD attributes)
@@ -111,7 +118,7 @@ bool MarkedEntries::markFile(Handle &opened, DWORD attributes)
     if (!markWritable(opened.get(), toRestore(attributes))) {
         return false;
     }
-    if (keep(opened, attributes, false)) {
+    if (keep(opened, attributes, false, 0)) {
         return true;
     }
     unmark(opened.get(), toRestore(attributes));

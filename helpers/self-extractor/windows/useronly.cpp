@@ -4,6 +4,7 @@
 #include "helpers/self-extractor/windows/useronly.h"
 
 #include "helpers/self-extractor/start/accessrights.h"
+#include "helpers/self-extractor/windows/shellstart.h"
 
 #include <sddl.h>
 
@@ -41,25 +42,25 @@ private:
     return appended;
 }
 
-bool hasHighIntegrity(HANDLE token)
+// The level of integrity (winnt.h: SECURITY_MANDATORY_HIGH_RID and others); 0 if it is not known.
+DWORD integrityOf(HANDLE token)
 {
     const TokenFact<TOKEN_MANDATORY_LABEL> label(token, TokenIntegrityLevel);
     if (!label) {
-        return false;
+        return 0;
     }
     const PSID sid = (*label).Label.Sid;
     const UCHAR count = *GetSidSubAuthorityCount(sid);
-    return count != 0
-        && *GetSidSubAuthority(sid, DWORD{count} - 1) >= DWORD{SECURITY_MANDATORY_HIGH_RID};
+    return count != 0 ? *GetSidSubAuthority(sid, DWORD{count} - 1) : 0;
 }
 
-bool isAdministrator()
+bool isMemberOf(WELL_KNOWN_SID_TYPE group)
 {
-    alignas(void *) unsigned char administrators[SECURITY_MAX_SID_SIZE];
-    DWORD size = sizeof administrators;
+    alignas(void *) unsigned char sid[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof sid;
     BOOL isMember = FALSE;
-    return CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, administrators, &size)
-        && CheckTokenMembership(nullptr, administrators, &isMember) && isMember;
+    return CreateWellKnownSid(group, nullptr, sid, &size)
+        && CheckTokenMembership(nullptr, sid, &isMember) && isMember;
 }
 
 [[nodiscard]] bool readToken(TokenFacts &facts)
@@ -74,8 +75,9 @@ bool isAdministrator()
     // Windows 8 and later; without an AppContainer, the SID is null.
     const TokenFact<TOKEN_APPCONTAINER_INFORMATION> container(token.get(), TokenAppContainerSid);
     facts.isElevated = elevation && *elevation == TokenElevationTypeFull;
-    facts.hasHighIntegrity = facts.isElevated && hasHighIntegrity(token.get());
-    facts.isAdministrator = facts.isElevated && isAdministrator();
+    facts.hasHighIntegrity = facts.isElevated
+        && integrityOf(token.get()) >= DWORD{SECURITY_MANDATORY_HIGH_RID};
+    facts.isAdministrator = facts.isElevated && isMemberOf(WinBuiltinAdministratorsSid);
     facts.isRestricted = IsTokenRestricted(token.get());
     return user && appendSid(facts.user, (*user).User.Sid)
         && (!container || (*container).TokenAppContainer == nullptr
@@ -103,6 +105,20 @@ UserOnly::~UserOnly()
 SECURITY_ATTRIBUTES *UserOnly::attributes()
 {
     return m_attributes.lpSecurityDescriptor != nullptr ? &m_attributes : nullptr;
+}
+
+ProcessRights processRights()
+{
+    ProcessRights rights;
+    HANDLE rawToken = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &rawToken)) {
+        return rights;
+    }
+    const Handle token(rawToken);
+    rights.isElevated = isElevated();
+    rights.isService = isMemberOf(WinServiceSid);
+    rights.integrity = integrityOf(token.get());
+    return rights;
 }
 
 } // namespace sfx

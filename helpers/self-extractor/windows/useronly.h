@@ -4,6 +4,7 @@
 #pragma once
 
 #include "helpers/self-extractor/base/text.h"
+#include "helpers/self-extractor/start/accessrights.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {
@@ -29,5 +30,8 @@ private:
     Text m_rights;
     SECURITY_ATTRIBUTES m_attributes = {};
 };
+
+// The rights of this process; the most, if they cannot be read.
+ProcessRights processRights();
 
 } // namespace sfx

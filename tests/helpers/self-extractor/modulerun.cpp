@@ -94,9 +94,10 @@ void ModuleRun::pretendSlowClosing(bool slow)
     useModule(slow ? QStringLiteral("/slow-closing.sfx") : QString());
 }
 
-bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole)
+bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole,
+                              const QString &nameForTests)
 {
-    useModule(QString());
+    useModule(nameForTests);
     m_module = preparedModule(m_module, settings, forConsole);
     return !m_module.isEmpty();
 }

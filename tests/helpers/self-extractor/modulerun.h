@@ -46,8 +46,9 @@ public:
     // The same for one that sees a scanner which looks into files for long when they are closed.
     void pretendSlowClosing(bool slow);
     // Gives the module of later runs this text as its resource SETTINGS, and makes it a program for
-    // the console.
-    [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false);
+    // the console. It is the real module, or one that only the tests use.
+    [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false,
+                                     const QString &nameForTests = QString());
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
     static QByteArray starterBytes();

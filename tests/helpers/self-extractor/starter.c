@@ -17,6 +17,7 @@
 // waits until a produced file has unpacked main.exe below FOLDER, and keeps it open in the same way,
 // so that others cannot even read it.
 //
+//     --profile=DIR its profile's folder for local data; "-": none
 //     --temp=DIR    its temporary folder, which Wine does not take from outside; "-": none
 //     --show=N      how its window is shown
 //     --job         inside a new job that no process may leave
@@ -41,6 +42,11 @@ static void setTemporaryFolder(const wchar_t *folder)
     const wchar_t *value = wcscmp(folder, L"-") == 0 ? NULL : folder;
     SetEnvironmentVariableW(L"TEMP", value);
     SetEnvironmentVariableW(L"TMP", value);
+}
+
+static void setProfile(const wchar_t *folder)
+{
+    SetEnvironmentVariableW(L"LOCALAPPDATA", wcscmp(folder, L"-") == 0 ? NULL : folder);
 }
 
 static const wchar_t *tailOf(const wchar_t *file)
@@ -208,6 +214,8 @@ int wmain(int argc, wchar_t **argv)
         }
         if (wcsncmp(argv[at], L"--temp=", 7) == 0) {
             setTemporaryFolder(value + 1);
+        } else if (wcsncmp(argv[at], L"--profile=", 10) == 0) {
+            setProfile(value + 1);
         } else if (wcsncmp(argv[at], L"--show=", 7) == 0) {
             startup.dwFlags |= STARTF_USESHOWWINDOW;
             startup.wShowWindow = (WORD)wcstoul(value + 1, NULL, 0);

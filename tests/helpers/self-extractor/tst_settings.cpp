@@ -44,7 +44,10 @@ void TestSettings::readsEveryKey()
                             "Title=\"A \"title\"\"\n"
                             "Arguments=\"--x \"a b\" y=\"z\"\"\n"
                             "WorkingFolder=\"exe\"\n"
-                            "Silent=\"1\"\n";
+                            "Silent=\"1\"\n"
+                            "Keep=\"30\"\n"
+                            "KeepVerify=\"1\"\n"
+                            "Product=\"Maker | A \xe7\xa8\x8b\"\n";
     Settings settings;
     QCOMPARE(parse(text, settings), Status::Ok);
     QCOMPARE(toQString(settings.program), u"bin/\u7a0b \U0001f600.exe"_s);
@@ -53,6 +56,9 @@ void TestSettings::readsEveryKey()
     QCOMPARE(toQString(settings.arguments), u"--x \"a b\" y=\"z\""_s);
     QCOMPARE(settings.workingFolder, WorkingFolder::Executable);
     QVERIFY(settings.silent);
+    QCOMPARE(settings.keepDays, 30u);
+    QVERIFY(settings.keepVerify);
+    QCOMPARE(toQString(settings.product), u"Maker | A \u7a0b"_s);
     QVERIFY(settings.hasTitle && settings.hasSilent && settings.hasWorkingFolder);
 }
 
@@ -62,6 +68,7 @@ void TestSettings::leavesOpenWhatIsNotSet()
     QCOMPARE(parse(QByteArray(), settings), Status::Ok);
     QVERIFY(settings.program.isEmpty() && settings.folderName.isEmpty());
     QVERIFY(settings.title.isEmpty() && settings.arguments.isEmpty());
+    QVERIFY(settings.keepDays == 0 && !settings.keepVerify && settings.product.isEmpty());
     QCOMPARE(settings.workingFolder, WorkingFolder::Application);
     QVERIFY(!settings.hasTitle && !settings.hasSilent && !settings.hasWorkingFolder);
 }
@@ -83,6 +90,13 @@ void TestSettings::accepts_data()
     row("the longest arguments, in Chinese",
         "Arguments=\"" + QByteArray("\xe7\xa8\x8b").repeated(8191) + "\"\n");
     row("messages are shown", "Silent=\"0\"\n");
+    row("one day", "Keep=\"1\"\n");
+    row("ten years", "Keep=\"3650\"\n");
+    row("contents are not compared", "Keep=\"30\"\nKeepVerify=\"0\"\n");
+    row("contents are not compared, and nothing is kept", "KeepVerify=\"0\"\n");
+    row("the days after the comparison", "KeepVerify=\"1\"\nKeep=\"30\"\n");
+    row("a product without days", "Product=\"x\"\n");
+    row("no name of a product", "Keep=\"30\"\nProduct=\"\"\n");
     row("the longest text", "Title=\"" + QByteArray(64 * 1024 - 9, 'x') + "\"\n");
 }
 
@@ -156,6 +170,21 @@ void TestSettings::refuses_data()
     row("a path as working folder", "WorkingFolder=\"C:\\\"\n");
     row("silent, but not 0 or 1", "Silent=\"yes\"\n");
     row("silent, but empty", "Silent=\"\"\n");
+    row("no days", "Keep=\"\"\n");
+    row("zero days", "Keep=\"0\"\n");
+    row("more than ten years", "Keep=\"3651\"\n");
+    row("days beyond every number", "Keep=\"4294967297\"\n");
+    row("many digits", "Keep=\"" + QByteArray(5000, '9') + "\"\n");
+    row("days with a sign", "Keep=\"-1\"\n");
+    row("days with a plus sign", "Keep=\"+1\"\n");
+    row("days with a zero before them", "Keep=\"030\"\n");
+    row("days with a blank", "Keep=\"30 \"\n");
+    row("half a day", "Keep=\"1.5\"\n");
+    row("days as a word", "Keep=\"month\"\n");
+    row("days in hexadecimal digits", "Keep=\"0x1e\"\n");
+    row("a comparison without days", "KeepVerify=\"1\"\n");
+    row("a comparison, but not 0 or 1", "Keep=\"30\"\nKeepVerify=\"yes\"\n");
+    row("an escape sequence in the product", "Keep=\"30\"\nProduct=\"\x1b[2Ja\"\n");
 }
 
 void TestSettings::refuses()

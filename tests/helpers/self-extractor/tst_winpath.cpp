@@ -28,6 +28,8 @@ class TestWinPath : public QObject
 private slots:
     void extends_data();
     void extends();
+    void knowsAbsolutePaths_data();
+    void knowsAbsolutePaths();
     void findsTheFolder_data();
     void findsTheFolder();
     void takesPathsOfTheArchive();
@@ -55,6 +57,31 @@ void TestWinPath::extends()
 {
     QFETCH(QString, path);
     QTEST(mapped(toExtendedPath, path), "extended");
+}
+
+void TestWinPath::knowsAbsolutePaths_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isAbsolute");
+    QTest::newRow("a drive") << R"(C:\x)" << true;
+    QTest::newRow("a drive's root") << R"(C:\)" << true;
+    QTest::newRow("a share") << R"(\\server\share)" << true;
+    QTest::newRow("extended") << R"(\\?\C:\x)" << true;
+    QTest::newRow("a drive's current folder") << "C:" << false;
+    QTest::newRow("in a drive's current folder") << "C:x" << false;
+    QTest::newRow("on the current drive") << R"(\x)" << false;
+    QTest::newRow("in the current folder") << "x" << false;
+    QTest::newRow("with slashes") << "C:/x" << false;
+    QTest::newRow("empty") << QString() << false;
+}
+
+void TestWinPath::knowsAbsolutePaths()
+{
+    QFETCH(QString, path);
+    Text text;
+    QVERIFY(text.append(reinterpret_cast<const char16_t *>(path.utf16()),
+                        static_cast<std::size_t>(path.size())));
+    QTEST(isAbsolutePath(text), "isAbsolute");
 }
 
 void TestWinPath::findsTheFolder_data()
