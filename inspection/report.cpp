@@ -13,13 +13,12 @@ namespace {
 QString methodName(quint64 id)
 {
     using namespace sfx;
-    static const QHash<quint64, QString> names{{method::Copy, "Copy"},   {method::Delta, "Delta"},
-                                               {method::Arm64, "ARM64"}, {method::RiscV, "RISCV"},
-                                               {method::Lzma2, "LZMA2"}, {method::Lzma, "LZMA"},
-                                               {method::X86, "BCJ"},     {method::Bcj2, "BCJ2"},
-                                               {method::Ppc, "PPC"},     {method::Ia64, "IA64"},
-                                               {method::Arm, "ARM"},     {method::ArmThumb, "ARMT"},
-                                               {method::Sparc, "SPARC"}};
+    static const QHash<quint64, QString> names{
+        {method::Copy, "Copy"},   {method::Delta, "Delta"},   {method::Arm64, "ARM64"},
+        {method::RiscV, "RISCV"}, {method::Lzma2, "LZMA2"},   {method::Lzma, "LZMA"},
+        {method::X86, "BCJ"},     {method::Bcj2, "BCJ2"},     {method::Ppc, "PPC"},
+        {method::Ia64, "IA64"},   {method::Arm, "ARM"},       {method::ArmThumb, "ARMT"},
+        {method::Sparc, "SPARC"}, {method::Zstd, "Zstandard"}};
     return names.value(id, "0x" + QString::number(id, 16));
 }
 

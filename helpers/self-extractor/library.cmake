@@ -18,6 +18,8 @@ add_library(kestrelpack_sfx_core STATIC
     decoding/lzmastream.cpp
     decoding/readahead.cpp
     decoding/stream.cpp
+    decoding/zstdheader.cpp
+    decoding/zstdstream.cpp
     archive/archive.cpp
     archive/contents.cpp
     archive/entryname.cpp

@@ -36,6 +36,7 @@ private slots:
     void theModule();
     void aModuleWithAnIdentity();
     void report();
+    void namesZstandard();
     void settings();
     void settingsInTheText();
 
@@ -210,6 +211,21 @@ void TestProducedFile::aModuleWithAnIdentity()
     const QJsonObject program = reportOf(file, *facts)["program"].toObject();
     QCOMPARE(program["subsystem"].toString(), "console");
     QCOMPARE(program["identity"].toObject(), (QJsonObject{{"FileDescription", "音 maker"}}));
+}
+
+void TestProducedFile::namesZstandard()
+{
+    ForgedProduct product;
+    forge::ArchivePlan plan(forgedFiles());
+    plan.folders[0].coders[0].method = QByteArray::fromHex("04f71101");
+    product.archive = forge::archiveOf(plan);
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    const QJsonObject report = reportOf(file, *facts);
+    QCOMPARE(report["archive"]["methods"].toArray(), QJsonArray({"Zstandard"}));
 }
 
 void TestProducedFile::report()

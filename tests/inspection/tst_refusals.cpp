@@ -221,6 +221,12 @@ QList<Forgery> unsupportedFiles()
         {methods, "encryption", withCoders({coder("06f10701", QByteArray(2, 0x13))})},
         {methods, "five coders", withCoders(QList<forge::Coder>(5))},
         {methods, "two dictionaries of 1 GiB", withCoders({large, large}, quint64(5) << 30)},
+        {methods, "a Zstandard window of 144 MiB", withPlan([](forge::ArchivePlan &p) {
+             p.packed = QByteArray::fromHex("28b52ffdc0890000004001000000");
+             p.packSizes = {static_cast<quint64>(p.packed.size())};
+             p.folders[0].coders[0].method = QByteArray::fromHex("04f71101");
+             p.folders[0].unpackSizes = {quint64(5) << 30};
+         })},
         {methods, "a packed header inside a packed header",
          [](ForgedProduct &p) {
              p.archive = headerInAHeader();

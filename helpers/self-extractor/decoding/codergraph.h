@@ -28,13 +28,22 @@ struct CoderGraph
 Status readCoderGraph(const CSzAr &streams, std::uint32_t solidBlock, ByteSource &source,
                       std::uint64_t packBase, CoderGraph &graph);
 
+// The number of a coder's first input. The inputs of all coders are numbered in their order.
+unsigned firstInput(const CSzFolder &wiring, unsigned coder);
+
+// Sets the place, in the source, of the packed stream that feeds this input. Returns false if no
+// packed stream does.
+bool findPackedStream(const CoderGraph &graph, unsigned input, std::uint64_t &offset,
+                      std::uint64_t &size);
+
 // The size of the window that a coder's decoder needs, in bytes. 0 if the coder has no window or
-// invalid properties. No limit is checked.
+// invalid properties. Reads the beginning of the packed data if the window's size is only there. No
+// limit is checked.
 std::uint64_t windowSize(const CoderGraph &graph, unsigned coder);
 // The sum for all coders.
 std::uint64_t windowSize(const CoderGraph &graph);
 
-// Checks how a solid block is packed, before memory is allocated for it and before it is read.
+// Checks how a solid block is packed, before memory is allocated for it and before it is decoded.
 // Unsupported: this module does not have a method, or the dictionaries together need more than
 // `memory` bytes. Damaged: coders feed each other in a circle.
 Status checkCoderGraph(const CoderGraph &graph, std::uint64_t memory);

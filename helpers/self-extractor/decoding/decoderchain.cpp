@@ -8,6 +8,7 @@
 #include "helpers/self-extractor/decoding/lzmastream.h"
 #include "helpers/self-extractor/decoding/methods.h"
 #include "helpers/self-extractor/decoding/readahead.h"
+#include "helpers/self-extractor/decoding/zstdstream.h"
 
 namespace sfx {
 
@@ -45,30 +46,36 @@ Status openInput(const AheadGraph &graph, unsigned inputIndex, Owned<Stream> &re
             return openCoder(graph, graph.wiring.Bonds[i].OutIndex, result);
         }
     }
-    for (unsigned i = 0; i < graph.wiring.NumPackStreams; ++i) {
-        if (graph.wiring.PackStreams[i] == inputIndex) {
-            const std::uint64_t begin = graph.packPositions[i];
-            return openStage(makeOwned<RangeStream>(*graph.source, graph.packBase + begin,
-                                                    graph.packPositions[i + 1] - begin),
-                             result);
-        }
-    }
-    return Status::Damaged;
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    return findPackedStream(graph, inputIndex, offset, size)
+        ? openStage(makeOwned<RangeStream>(*graph.source, offset, size), result)
+        : Status::Damaged;
+}
+
+template <typename Decoder>
+Status openWindow(Decoder &decoder, const AheadGraph &graph, unsigned coderIndex)
+{
+    const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
+    return decoder.open(graph.properties + coder.PropsOffset, coder.PropsSize,
+                        coderIndex == graph.aheadCoder ? ReadAhead::usefulWindow : 0);
+}
+
+Status openWindow(ZstdStream &decoder, const AheadGraph &graph, unsigned coderIndex)
+{
+    return decoder.open(windowSize(graph, coderIndex));
 }
 
 template <typename Decoder>
 Status openDecoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> input,
                    std::uint64_t unpackSize, Owned<Stream> &result)
 {
-    const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
     Owned<Decoder> decoder = makeOwned<Decoder>(std::move(input), unpackSize);
     if (!decoder) {
         return Status::NoMemory;
     }
-    const bool runsAhead = coderIndex == graph.aheadCoder;
-    const Status status = decoder->open(graph.properties + coder.PropsOffset, coder.PropsSize,
-                                        runsAhead ? ReadAhead::usefulWindow : 0);
-    if (status == Status::Ok && runsAhead) {
+    const Status status = openWindow(*decoder, graph, coderIndex);
+    if (status == Status::Ok && coderIndex == graph.aheadCoder) {
         return openStage(makeOwned<ReadAhead>(std::move(decoder)), result);
     }
     result = std::move(decoder);
@@ -96,33 +103,32 @@ Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &re
     const std::uint64_t unpackSize = graph.unpackSizes[coderIndex];
     const std::uint8_t *properties = graph.properties + coder.PropsOffset;
     const std::size_t size = coder.PropsSize;
-    unsigned firstInput = 0;
-    for (unsigned i = 0; i < coderIndex; ++i) {
-        firstInput += graph.wiring.Coders[i].NumStreams;
-    }
+    const unsigned input = firstInput(graph.wiring, coderIndex);
     if (coder.MethodID == method::Bcj2) {
         return coder.NumStreams == Bcj2Stream::inputCount && size == 0
-            ? openBcj2(graph, firstInput, unpackSize, result)
+            ? openBcj2(graph, input, unpackSize, result)
             : Status::Unsupported;
     }
-    Owned<Stream> input;
+    Owned<Stream> packed;
     if (coder.NumStreams != 1) {
         return Status::Unsupported;
     }
-    const Status status = openInput(graph, firstInput, input);
+    const Status status = openInput(graph, input, packed);
     if (status != Status::Ok) {
         return status;
     }
     switch (coder.MethodID) {
     case method::Copy:
-        result = std::move(input);
+        result = std::move(packed);
         return Status::Ok;
     case method::Lzma:
-        return openDecoder<LzmaStream>(graph, coderIndex, std::move(input), unpackSize, result);
+        return openDecoder<LzmaStream>(graph, coderIndex, std::move(packed), unpackSize, result);
     case method::Lzma2:
-        return openDecoder<Lzma2Stream>(graph, coderIndex, std::move(input), unpackSize, result);
+        return openDecoder<Lzma2Stream>(graph, coderIndex, std::move(packed), unpackSize, result);
+    case method::Zstd:
+        return openDecoder<ZstdStream>(graph, coderIndex, std::move(packed), unpackSize, result);
     default:
-        return openStage(makeOwned<FilterStream>(std::move(input)), result, coder.MethodID,
+        return openStage(makeOwned<FilterStream>(std::move(packed)), result, coder.MethodID,
                          properties, size);
     }
 }
@@ -135,7 +141,8 @@ unsigned chooseAheadCoder(const AheadGraph &graph)
     std::uint64_t most = leastReadAhead - 1;
     for (unsigned i = 0; i < graph.wiring.NumCoders; ++i) {
         const std::uint32_t coder = graph.wiring.Coders[i].MethodID;
-        if ((coder == method::Lzma || coder == method::Lzma2) && graph.unpackSizes[i] > most) {
+        if ((coder == method::Lzma || coder == method::Lzma2 || coder == method::Zstd)
+            && graph.unpackSizes[i] > most) {
             most = graph.unpackSizes[i];
             chosen = i;
         }

@@ -27,6 +27,7 @@ class LzmaWindowStream : public WindowStream
 {
 public:
     Status next(std::size_t limit, ByteView &bytes) final;
+    std::size_t freeSpace(std::size_t unread) const final { return m_window.size() - unread; }
 
 protected:
     LzmaWindowStream(Owned<Stream> input, std::uint64_t unpackSize, CLzmaDec &decoder)
@@ -45,6 +46,7 @@ protected:
 private:
     Owned<Stream> m_input;
     CLzmaDec &m_decoder;
+    Array<std::uint8_t> m_window;
     ByteView m_packed; // input that is not yet decoded
 };
 

@@ -21,5 +21,6 @@ constexpr std::uint32_t Ia64 = 0x03030401;
 constexpr std::uint32_t Arm = 0x03030501;
 constexpr std::uint32_t ArmThumb = 0x03030701;
 constexpr std::uint32_t Sparc = 0x03030805;
+constexpr std::uint32_t Zstd = 0x04f71101;
 
 } // namespace sfx::method

@@ -36,34 +36,41 @@ void ReadAhead::run(void *self)
     }
 }
 
-// Free bytes in the window.
-std::size_t ReadAhead::freeSpace() const
-{
-    return m_input->windowSize() - static_cast<std::size_t>(m_decoded - m_read);
-}
-
 // Runs in the thread. Returns false if there is nothing more to do.
 bool ReadAhead::decodePiece()
 {
     std::size_t limit = 0;
     {
         const Locked lock(m_monitor);
-        while (freeSpace() < pieceSize && m_decoded != m_read && !m_isCancelled) {
+        while (m_input->freeSpace(m_unread) < pieceSize && m_unread != 0 && !m_isCancelled) {
             m_monitor.wait();
         }
         if (m_isCancelled) {
             return false;
         }
-        limit = std::min(freeSpace(), pieceSize);
+        limit = std::min(m_input->freeSpace(m_unread), pieceSize);
     }
     ByteView piece;
     const Status status = m_input->next(limit, piece);
     const Locked lock(m_monitor);
-    m_decoded += piece.size;
+    append(piece);
     m_status = status;
     m_hasEnded = status != Status::Ok || piece.size == 0;
     m_monitor.wake();
     return !m_hasEnded;
+}
+
+void ReadAhead::append(const ByteView &piece)
+{
+    ByteView &last = m_parts[m_parts[1].size != 0 ? 1 : 0];
+    if (last.size == 0) {
+        last = piece;
+    } else if (last.data + last.size == piece.data) {
+        last.size += piece.size;
+    } else {
+        m_parts[1] = piece;
+    }
+    m_unread += piece.size;
 }
 
 Status ReadAhead::next(std::size_t limit, ByteView &bytes)
@@ -77,20 +84,23 @@ Status ReadAhead::next(std::size_t limit, ByteView &bytes)
     }
     const Locked lock(m_monitor);
     if (m_given != 0) {
-        m_read += m_given;
+        m_unread -= m_given;
         m_given = 0;
         m_monitor.wake();
     }
-    while (m_decoded == m_read && !m_hasEnded) {
+    ByteView &part = m_parts[0];
+    while (part.size == 0 && !m_hasEnded) {
         m_monitor.wait();
     }
-    if (m_decoded == m_read) {
+    if (part.size == 0) {
         return m_status;
     }
-    const std::size_t place = static_cast<std::size_t>(m_read % m_input->windowSize());
-    m_given = static_cast<std::size_t>(
-        std::min<std::uint64_t>({limit, m_decoded - m_read, m_input->windowSize() - place}));
-    bytes = {m_input->window() + place, m_given};
+    m_given = std::min(limit, part.size);
+    bytes = {part.data, m_given};
+    part = {part.data + m_given, part.size - m_given};
+    if (part.size == 0) {
+        part = std::exchange(m_parts[1], ByteView());
+    }
     return Status::Ok;
 }
 

@@ -29,14 +29,16 @@ public:
 private:
     static void run(void *self);
     bool decodePiece();
-    std::size_t freeSpace() const;
+    void append(const ByteView &piece);
 
     Owned<WindowStream> m_input; // used by the thread only, once it runs
     Thread m_thread;
 
-    Monitor m_monitor;           // protects the members below, except m_given
-    std::uint64_t m_decoded = 0; // bytes decoded since the beginning
-    std::uint64_t m_read = 0;    // bytes that the reader has finished with
+    Monitor m_monitor; // protects the members below, except m_given
+    // What is decoded and not yet given to the reader. The second part is only used if the decoder
+    // has gone back to the beginning of its window in between.
+    ByteView m_parts[2];
+    std::size_t m_unread = 0; // decoded bytes that the reader has not finished with
     bool m_isCancelled = false;
     bool m_hasEnded = false;
     Status m_status = Status::Ok; // the status at the end

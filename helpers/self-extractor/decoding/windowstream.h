@@ -7,19 +7,16 @@
 
 namespace sfx {
 
-// A decoder that writes into a circular window and hands out what it has written there.
-//
-// Bytes stay valid until a whole window more has been handed out; another thread may read them.
-// Their position in the window is the number of bytes that were handed out before them, modulo the
-// size of the window.
+// A decoder that writes into a circular window and hands out what it has written there. Bytes stay
+// valid for many calls of next(), so another thread may read them.
 class WindowStream : public Stream
 {
 public:
-    const std::uint8_t *window() const { return m_window.data(); }
-    std::size_t windowSize() const { return m_window.size(); }
-
-protected:
-    Array<std::uint8_t> m_window;
+    // The largest limit with which next() leaves the `unread` bytes that were handed out last as
+    // they are. 0: with no limit. It is never 0 if `unread` is 0.
+    //
+    // While some bytes are unread, next() goes back to the beginning of the window at most once.
+    virtual std::size_t freeSpace(std::size_t unread) const = 0;
 };
 
 } // namespace sfx

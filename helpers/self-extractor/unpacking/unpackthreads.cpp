@@ -15,15 +15,21 @@ namespace sfx {
 
 namespace {
 
-// Memory of one decoder besides its dictionary: the rest of the window, and the buffers of decoder
-// and filters.
+// Memory of one decoder besides its window: the rest of it, and the buffers of decoder and filters.
 constexpr std::uint64_t decoderBuffers = 6 * 1024 * 1024;
 // A thread for less than this costs more than it gains.
 constexpr std::uint64_t leastWork = 1024 * 1024;
 // What is decoded and written at a time.
 constexpr std::size_t pieceSize = 256 * 1024;
 
-// The threads and their common data: the number of the next solid block, and the first failure.
+// The memory for decoding a solid block.
+std::uint64_t memoryFor(const CoderGraph &graph)
+{
+    return windowSize(graph) + decoderBuffers;
+}
+
+// The threads and their common data: the number of the next solid block, the memory in use, and the
+// first failure.
 class UnpackThreads
 {
 public:
@@ -44,19 +50,24 @@ private:
     unsigned countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const;
     static void runHelper(void *helper);
     void unpackNextBlocks(UnpackSink &sink);
-    Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink) const;
+    Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink);
+    Status unpackFiles(std::uint32_t solidBlock, const CoderGraph &graph, UnpackSink &sink) const;
     Status unpackFile(const Entry &file, std::uint32_t crc, Stream &decoder,
                       UnpackSink &sink) const;
+    void takeMemory(std::uint64_t size);
+    void giveMemoryBack(std::uint64_t size);
     void fail(Status status);
 
     const Archive &m_archive;
     UnpackSink &m_sink;
-    std::uint32_t m_solidBlocks = 0;       // number of those with content
-    std::uint64_t m_largestWindow = 0;     // of all solid blocks, in bytes
-    std::uint64_t m_leastReadAhead = 0;    // smaller solid blocks do not read ahead
-    std::atomic<std::uint32_t> m_next = 0; // the next solid block to be unpacked
+    std::uint32_t m_solidBlocks = 0;          // number of those with content
+    std::uint64_t m_leastMemory = UINT64_MAX; // of all solid blocks, in bytes
+    std::uint64_t m_memory = 0;               // the limit
+    std::uint64_t m_leastReadAhead = 0;       // smaller solid blocks do not read ahead
+    std::atomic<std::uint32_t> m_next = 0;    // the next solid block to be unpacked
     std::atomic<bool> m_stops = false;
-    Monitor m_monitor; // protects the status
+    Monitor m_monitor; // protects the members below
+    std::uint64_t m_memoryInUse = 0;
     Status m_status = Status::Ok;
 };
 
@@ -80,14 +91,14 @@ Status UnpackThreads::measure()
             return status;
         }
         ++m_solidBlocks;
-        m_largestWindow = std::max(m_largestWindow, windowSize(graph));
+        m_leastMemory = std::min(m_leastMemory, memoryFor(graph));
     }
     return Status::Ok;
 }
 
 unsigned UnpackThreads::countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const
 {
-    const std::uint64_t affordable = limits.memory / (m_largestWindow + decoderBuffers);
+    const std::uint64_t affordable = limits.memory / m_leastMemory;
     const std::uint64_t useful = std::min<std::uint64_t>(
         {limits.threads, maxUnpackThreads, m_solidBlocks, 1 + totalBytes / leastWork});
     return static_cast<unsigned>(std::max<std::uint64_t>(1, std::min(affordable, useful)));
@@ -102,6 +113,7 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
     if (measured != Status::Ok) {
         return measured;
     }
+    m_memory = limits.memory;
     const unsigned threads = countThreads(totalBytes, limits);
     // Without a processor to spare, only a large solid block reads ahead: its decoder is still busy
     // when the others have finished.
@@ -150,19 +162,48 @@ void UnpackThreads::fail(Status status)
         m_status = status;
     }
     m_stops = true;
+    m_monitor.wake();
 }
 
-Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink) const
+// Waits until other threads have given back enough. One thread never waits.
+void UnpackThreads::takeMemory(std::uint64_t size)
+{
+    const Locked lock(m_monitor);
+    while (m_memoryInUse != 0 && m_memoryInUse + size > m_memory && !m_stops) {
+        m_monitor.wait();
+    }
+    m_memoryInUse += size;
+}
+
+void UnpackThreads::giveMemoryBack(std::uint64_t size)
+{
+    const Locked lock(m_monitor);
+    m_memoryInUse -= size;
+    m_monitor.wake();
+}
+
+Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink)
+{
+    CoderGraph graph;
+    Status status = m_archive.coderGraph(solidBlock, graph);
+    if (status != Status::Ok) {
+        return status;
+    }
+    const std::uint64_t memory = memoryFor(graph);
+    takeMemory(memory);
+    status = m_stops ? Status::Cancelled : unpackFiles(solidBlock, graph, sink);
+    giveMemoryBack(memory);
+    return status;
+}
+
+Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, const CoderGraph &graph,
+                                  UnpackSink &sink) const
 {
     const CSzArEx &tables = m_archive.tables();
-    CoderGraph graph;
     Owned<Stream> decoder;
     Array<char16_t> path;
-    Status status = m_archive.coderGraph(solidBlock, graph);
-    if (status == Status::Ok) {
-        const std::uint64_t size = graph.unpackSizes[graph.wiring.UnpackStream];
-        status = openDecoderChain(graph, size >= m_leastReadAhead, decoder);
-    }
+    const std::uint64_t size = graph.unpackSizes[graph.wiring.UnpackStream];
+    Status status = openDecoderChain(graph, size >= m_leastReadAhead, decoder);
     const std::uint32_t end = tables.FolderToFile[solidBlock + 1];
     for (std::uint32_t i = tables.FolderToFile[solidBlock]; status == Status::Ok && i < end; ++i) {
         Entry file;
@@ -170,6 +211,10 @@ Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sin
         if (status == Status::Ok && file.size != 0) {
             status = unpackFile(file, tables.CRCs.Vals[i], *decoder, sink);
         }
+    }
+    if (status == Status::Ok) {
+        ByteView rest;
+        status = decoder->next(1, rest); // a decoder may check that its data end here
     }
     return status;
 }

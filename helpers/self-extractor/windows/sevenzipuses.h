@@ -16,6 +16,8 @@
 #include <Delta.h>
 #include <Lzma2Dec.h>
 #include <LzmaDec.h>
+#include <Xxh64.h>
+#include <ZstdDec.h>
 
 // clang-format off
 #define KESTRELPACK_USES(function) extern __typeof__(function) function __attribute__((externally_visible))
@@ -50,6 +52,13 @@ KESTRELPACK_USES(SzArEx_GetFileNameUtf16);
 KESTRELPACK_USES(SzArEx_Init);
 KESTRELPACK_USES(SzArEx_Open);
 KESTRELPACK_USES(SzGetNextFolderItem);
+KESTRELPACK_USES(Xxh64State_Digest);
+KESTRELPACK_USES(Xxh64State_Init);
+KESTRELPACK_USES(Xxh64State_UpdateBlocks);
+KESTRELPACK_USES(ZstdDec_Create);
+KESTRELPACK_USES(ZstdDec_Decode);
+KESTRELPACK_USES(ZstdDec_Destroy);
+KESTRELPACK_USES(ZstdDec_Init);
 KESTRELPACK_USES(z7_BranchConvSt_X86_Dec);
 KESTRELPACK_USES(z7_BranchConv_ARM64_Dec);
 KESTRELPACK_USES(z7_BranchConv_ARMT_Dec);

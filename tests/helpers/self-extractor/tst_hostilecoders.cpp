@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/helpers/self-extractor/hostilerun.h"
+#include "tests/helpers/self-extractor/zstdframes.h"
 
 #include <QTest>
 #include <QtEndian>
@@ -16,6 +17,7 @@ namespace {
 const QByteArray lzma = QByteArray::fromHex("030101");
 const QByteArray lzma2 = QByteArray::fromHex("21");
 const QByteArray bcj2 = QByteArray::fromHex("0303011b");
+const QByteArray zstd = QByteArray::fromHex("04f71101");
 constexpr quint64 giB = quint64(1) << 30;
 
 forge::Coder coder(const char *method, const QByteArray &properties = {}, quint64 inputs = 1)
@@ -49,11 +51,21 @@ forge::Folder lzmaChain(int count, quint32 dictionary, quint64 size)
     return chain(QList<forge::Coder>(count, {lzma, lzmaProperties(dictionary)}), size);
 }
 
-forge::ArchivePlan planOf(const forge::Folder &folder)
+forge::ArchivePlan planOf(const forge::Folder &folder, const QByteArray &packed = {})
 {
     forge::ArchivePlan plan = planWith({});
     plan.folders = {folder};
+    if (!packed.isEmpty()) {
+        plan.packed = packed;
+        plan.packSizes = {static_cast<quint64>(packed.size())};
+    }
     return plan;
+}
+
+// The beginning of a frame with a window of 2^27 bytes, and a few eighths of that more.
+QByteArray frameBegin(int eighths, std::optional<quint64> contentSize)
+{
+    return zstdframes::frameHeader(static_cast<quint8>((17 << 3) + eighths), contentSize);
 }
 
 } // namespace
@@ -68,6 +80,9 @@ private slots:
     void takesChains();
     void refusesFolders_data();
     void refusesFolders();
+    void takesZstandard();
+    void refusesZstandard_data();
+    void refusesZstandard();
     void looksAtAllFoldersFirst();
     void boundsHeadersToo_data();
     void boundsHeadersToo();
@@ -194,6 +209,80 @@ void TestHostileCoders::refusesFolders()
     QVERIFY2(run.peakMemory < 2u << 20, qPrintable(QString::number(run.peakMemory)));
 }
 
+void TestHostileCoders::takesZstandard()
+{
+    const forge::Coder copy;
+    const QByteArray frame = zstdframes::frameOf(programFile().content);
+    for (int properties = 0; properties <= 5; ++properties) {
+        const forge::Coder packer{zstd, QByteArray(properties, '\1')};
+        for (const auto &coders : {QList{packer}, QList{copy, packer}, QList{packer, copy}}) {
+            forge::Folder folder = chain(coders);
+            if (coders.last().method == copy.method) {
+                folder.unpackSizes.last() = static_cast<quint64>(frame.size());
+            }
+            QCOMPARE(runHostile(forge::archiveOf(planOf(folder, frame))).status, Status::Ok);
+        }
+    }
+    // Zstandard in Zstandard.
+    const QByteArray twice = zstdframes::frameOf(frame);
+    forge::Folder folder = chain({{zstd}, {zstd}});
+    folder.unpackSizes[1] = static_cast<quint64>(frame.size());
+    QCOMPARE(runHostile(forge::archiveOf(planOf(folder, twice))).status, Status::Ok);
+}
+
+void TestHostileCoders::refusesZstandard_data()
+{
+    QTest::addColumn<forge::Folder>("folder");
+    QTest::addColumn<QByteArray>("packed");
+    QTest::addColumn<Status>("status");
+    QTest::addColumn<Refused>("when");
+    const auto row = [](const char *name, const forge::Folder &folder, const QByteArray &packed,
+                        Status status, Refused when = Refused::WhileWriting) {
+        QTest::newRow(name) << folder << packed << status << when;
+    };
+    const QByteArray frame = zstdframes::frameOf(programFile().content);
+    const forge::Coder copy;
+    row("six bytes of properties", chain({{zstd, QByteArray(6, '\1')}}), frame, Status::Unsupported,
+        Refused::BeforeWriting);
+    row("a window of 144 MiB", chain({{zstd}}, 5 * giB), frameBegin(1, 5 * giB),
+        Status::Unsupported, Refused::BeforeWriting);
+    row("a window of 144 MiB, content size not known", chain({{zstd}}, 5 * giB),
+        frameBegin(1, std::nullopt), Status::Unsupported, Refused::BeforeWriting);
+    row("the largest window, for a file of 8 EiB", chain({{zstd}}, quint64(1) << 63),
+        zstdframes::frameHeader(quint8(0xff), std::nullopt), Status::Unsupported,
+        Refused::BeforeWriting);
+    row("a large content in one piece", chain({{zstd}}, 5 * giB),
+        zstdframes::frameHeader({}, 5 * giB), Status::Unsupported, Refused::BeforeWriting);
+    row("a window of 144 MiB after another coder", chain({{zstd}, copy}, 5 * giB),
+        frameBegin(1, 5 * giB), Status::Unsupported);
+    row("a window of 144 MiB after a skippable frame", chain({{zstd}}, 5 * giB),
+        zstdframes::skippableFrame("x") + frameBegin(1, 5 * giB), Status::Unsupported);
+    row("a window of 144 MiB for a small file, which needs none", chain({{zstd}}),
+        frameBegin(1, std::nullopt), Status::Damaged);
+    row("a dictionary", chain({{zstd}}), zstdframes::frameHeader(quint8(0), 16, 77) + frame,
+        Status::Unsupported);
+    row("zeros", chain({{zstd}}), QByteArray(16, '\0'), Status::Damaged);
+    row("another method's data", chain({{zstd}}), QByteArray::fromHex("5d00000100"),
+        Status::Damaged);
+    row("two frames for one", chain({{zstd}}), frame + frame, Status::Damaged);
+    row("a byte after the frame", chain({{zstd}}), frame + "x", Status::Damaged);
+    row("a byte after the frame, before a filter", chain({{coder("03030103")}, {zstd}}),
+        frame + "x", Status::Damaged);
+}
+
+// Memory for a window is allocated only if it is allowed and if that much is unpacked.
+void TestHostileCoders::refusesZstandard()
+{
+    QFETCH(forge::Folder, folder);
+    QFETCH(QByteArray, packed);
+    QFETCH(Refused, when);
+    const HostileRun run = runHostile(forge::archiveOf(planOf(folder, packed)));
+    QTEST(run.status, "status");
+    QCOMPARE(run.hasBegun, when == Refused::WhileWriting);
+    QVERIFY(run.written <= 16);
+    QVERIFY2(run.peakMemory < 2u << 20, qPrintable(QString::number(run.peakMemory)));
+}
+
 // If one folder cannot be unpacked, the one before it is not unpacked either.
 void TestHostileCoders::looksAtAllFoldersFirst()
 {
@@ -224,6 +313,8 @@ void TestHostileCoders::boundsHeadersToo_data()
         << small(lzmaChain(4, 1u << 30, 5 * giB)) << Status::Unsupported;
     QTest::newRow("a dictionary of 300 MiB behind a small one")
         << small(lzmaChain(2, 300u << 20, 5 * giB)) << Status::Unsupported;
+    QTest::newRow("three windows of 128 MiB")
+        << small(chain(QList<forge::Coder>(3, {zstd}), 5 * giB)) << Status::Unsupported;
     QTest::newRow("AES") << chain({coder("06f10701", "x")}) << Status::Unsupported;
     QTest::newRow("coders in a circle")
         << forge::Folder{QList<forge::Coder>(3), {{0, 1}, {1, 0}}, {}, {16, 16, 16}}

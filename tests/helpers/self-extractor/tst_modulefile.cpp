@@ -18,6 +18,7 @@ private slots:
     void importsNothingThatCanBePlanted();
     void hasAProgressBarThatScreenReadersKnow();
     void namesNoProduct();
+    void bringsTheNoticeOfItsDecoder();
 };
 
 // Windows loads the imported libraries before the module's first instruction. It looks for them in
@@ -78,6 +79,16 @@ void TestModuleFile::namesNoProduct()
     QVERIFY(!module.contains(
         QByteArray(reinterpret_cast<const char *>(version.utf16()), 2 * version.size())));
     QVERIFY(module.contains("requestedExecutionLevel level=\"asInvoker\""));
+}
+
+// The licence of 7-Zip's decoder for Zstandard asks for it.
+void TestModuleFile::bringsTheNoticeOfItsDecoder()
+{
+    const QByteArray module = readFile(KESTRELPACK_TEST_MODULE);
+    for (const char *part : {"(c) Facebook", "Igor Pavlov", "Yann Collet",
+                             "Redistributions in binary form must reproduce", "\"AS IS\""}) {
+        QVERIFY2(module.contains(part), part);
+    }
 }
 
 QTEST_APPLESS_MAIN(TestModuleFile)

@@ -28,8 +28,8 @@ public:
         : m_size(size)
         , m_end(end)
         , m_served(served)
+        , m_window(static_cast<qsizetype>(window), '\0')
     {
-        m_hasWindow = m_window.allocate(window);
     }
 
     static std::uint8_t byteAt(std::uint64_t place)
@@ -39,26 +39,40 @@ public:
 
     Status next(std::size_t limit, ByteView &bytes) override
     {
-        if (!m_hasWindow) {
-            return Status::NoMemory;
-        }
         const std::uint64_t begin = m_served;
-        const auto place = static_cast<std::size_t>(begin % windowSize());
+        m_place = m_place == windowSize() || begin == m_restart ? 0 : m_place;
         const std::size_t size = static_cast<std::size_t>(std::min<std::uint64_t>(
-            {limit, 1 + m_random.bounded(200000u), m_size - begin, windowSize() - place}));
+            {limit, 1 + m_random.bounded(200000u), untilRestart(), windowSize() - m_place}));
+        auto *data = reinterpret_cast<std::uint8_t *>(m_window.data()) + m_place;
         for (std::size_t i = 0; i < size; ++i) {
-            m_window[place + i] = byteAt(begin + i);
+            data[i] = byteAt(begin + i);
         }
-        bytes = {m_window.data() + place, size};
+        bytes = {data, size};
+        m_place += size;
         m_served = begin + size;
         return size == 0 ? m_end : Status::Ok;
     }
+    std::size_t freeSpace(std::size_t unread) const override
+    {
+        return m_served == m_restart && unread != 0 ? 0 : windowSize() - unread;
+    }
+
+    // After this many bytes the stream begins at the beginning of its window again.
+    void restartAfter(std::uint64_t bytes) { m_restart = bytes; }
 
 private:
+    std::size_t windowSize() const { return static_cast<std::size_t>(m_window.size()); }
+    std::uint64_t untilRestart() const
+    {
+        return (m_served < m_restart ? std::min(m_restart, m_size) : m_size) - m_served;
+    }
+
     std::uint64_t m_size;
     Status m_end;
     std::atomic<std::uint64_t> &m_served;
-    bool m_hasWindow = false;
+    QByteArray m_window;
+    std::size_t m_place = 0;
+    std::uint64_t m_restart = ~std::uint64_t(0);
     QRandomGenerator m_random{7};
 };
 
@@ -79,6 +93,7 @@ private slots:
     void givesTheSameBytes_data();
     void givesTheSameBytes();
     void givesErrorsAfterTheGoodBytes();
+    void waitsBeforeTheWindowIsGivenUp();
     void keepsToItsWindow();
     void canBeLeftAtAnyTime();
 };
@@ -138,6 +153,27 @@ void TestReadAhead::givesErrorsAfterTheGoodBytes()
         ByteView bytes;
         QCOMPARE(stream.next(1, bytes), Status::Damaged);
         QCOMPARE(bytes.size, std::size_t(0));
+    }
+}
+
+// As at the beginning of a new frame: the reader must have finished with the window.
+void TestReadAhead::waitsBeforeTheWindowIsGivenUp()
+{
+    for (const quint64 restart : {quint64(1), quint64(700), pieceSize, 6 * mebibyte + 3}) {
+        std::atomic<std::uint64_t> served = 0;
+        auto counting = makeOwned<CountingStream>(9 * mebibyte, Status::Ok, served);
+        counting->restartAfter(restart);
+        ReadAhead stream(std::move(counting));
+        QCOMPARE(stream.open(), Status::Ok);
+        quint64 total = 0;
+        ByteView bytes;
+        do {
+            QCOMPARE(stream.next(150000, bytes), Status::Ok);
+            QVERIFY(isRight(bytes, total));
+            total += bytes.size;
+            QVERIFY(total > restart || served <= restart);
+        } while (bytes.size != 0);
+        QCOMPARE(total, 9 * mebibyte);
     }
 }
 

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
+#include "tests/helpers/self-extractor/countedmemory.h"
 #include "tests/helpers/self-extractor/sharedtree.h"
+#include "tests/helpers/self-extractor/zstdarchive.h"
 
 #include <QTest>
 
@@ -46,12 +48,18 @@ const Tree &largeTree()
     return tree;
 }
 
-// Packs once for each set of switches.
+// Packs once for each set of switches. "zstd" is not a switch of the archiver: the archive is made
+// with Zstandard, in solid blocks of this many MiB.
 const QByteArray &packed(const QStringList &switches)
 {
     static QMap<QStringList, QByteArray> archives;
     QByteArray &archive = archives[switches];
-    if (archive.isEmpty()) {
+    if (archive.isEmpty() && switches.first() == QLatin1String("zstd")) {
+        archive = packZstd(largeTree(),
+                           {.blockSize = switches.at(1).toLongLong() * mebibyte,
+                            .isFiltered = switches.contains(QLatin1String("BCJ")),
+                            .frames = {.level = 1, .windowLog = 20}});
+    } else if (archive.isEmpty()) {
         archive = packTree(largeTree(), switches);
     }
     return archive;
@@ -61,6 +69,8 @@ const QByteArray &packed(const QStringList &switches)
 const QStringList inBlocks{"-mx=1", "-mf=off", "-m0=LZMA:d=1m", "-ms=3m"};
 // One solid block that resets the dictionary many times.
 const QStringList inChunks{"-mx=1", "-mf=off", "-m0=LZMA2:d=1m:c=4m", "-mmt=2"};
+// Several solid blocks of Zstandard, with windows of 1 MiB.
+const QStringList inZstdBlocks{"zstd", "2"};
 
 int blockCount(const QByteArray &bytes)
 {
@@ -78,11 +88,25 @@ class TestUnpackThreads : public QObject
 private slots:
     void unpacksTheSame_data();
     void unpacksTheSame();
+    void keepsToTheMemoryGiven_data() { addBlocks(); }
     void keepsToTheMemoryGiven();
+    void letsSmallBlocksRunBesideALargeOne();
     void worksWithOneSinkOnly();
+    void findsDamageInEveryBlock_data() { addBlocks(); }
     void findsDamageInEveryBlock();
+    void stopsAtTheFirstFailure_data() { addBlocks(); }
     void stopsAtTheFirstFailure();
+
+private:
+    static void addBlocks();
 };
+
+void TestUnpackThreads::addBlocks()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::newRow("LZMA") << inBlocks;
+    QTest::newRow("Zstandard") << inZstdBlocks;
+}
 
 void TestUnpackThreads::unpacksTheSame_data()
 {
@@ -97,6 +121,11 @@ void TestUnpackThreads::unpacksTheSame_data()
     QTest::newRow("one block of LZMA") << QStringList{"-mx=1", "-mf=off", "-m0=LZMA"} << 1 << 1;
     QTest::newRow("one block of LZMA2 in chunks") << inChunks << 1 << 1;
     QTest::newRow("only stored") << QStringList{"-mx=0", "-ms=5m"} << 3 << 23;
+    QTest::newRow("Zstandard in several blocks") << inZstdBlocks << 4 << 23;
+    QTest::newRow("Zstandard and the filter for x86 in several blocks")
+        << QStringList{"zstd", "2", "BCJ"} << 4 << 23;
+    QTest::newRow("one block of Zstandard") << QStringList{"zstd", "1000"} << 1 << 1;
+    QTest::newRow("a block of Zstandard for each file") << QStringList{"zstd", "0"} << 22 << 23;
 }
 
 // One thread decodes each solid block. The method of the block makes no difference.
@@ -117,15 +146,45 @@ void TestUnpackThreads::unpacksTheSame()
     }
 }
 
-// A window of 1 MiB and the buffers need 7 MiB.
+// A window of 1 MiB and the buffers need 7 MiB at most, one of a smaller block less.
 void TestUnpackThreads::keepsToTheMemoryGiven()
 {
-    const QByteArray &archive = packed(inBlocks);
+    QFETCH(QStringList, switches);
+    const QByteArray &archive = packed(switches);
     for (unsigned mebibytes : {0u, 7u, 20u, 21u}) {
         SharedTree shared;
+        const std::size_t before = countedmemory::inUse();
+        countedmemory::reset();
         QCOMPARE(unpackShared(archive, shared, {8, std::uint64_t(mebibytes) << 20}), Status::Ok);
         QVERIFY(shared.tree() == largeTree());
-        QCOMPARE(shared.sinks(), std::max(1, static_cast<int>(mebibytes / 7)));
+        QVERIFY(shared.sinks() >= std::max(1, static_cast<int>(mebibytes / 7)));
+        QVERIFY(shared.sinks() <= std::max(1, static_cast<int>(mebibytes / 6)));
+        QVERIFY2(countedmemory::peak() - before <= std::size_t(std::max(mebibytes, 7u)) << 20,
+                 qPrintable(QString::number(countedmemory::peak() - before)));
+    }
+}
+
+// The limit is for all blocks that are unpacked at the same time, not for the number of threads
+// that the largest block would allow.
+void TestUnpackThreads::letsSmallBlocksRunBesideALargeOne()
+{
+    Tree tree{{QStringLiteral("main.exe"), stutter(30 * mebibyte, 1)}};
+    for (int i = 0; i < 12; ++i) {
+        tree[QStringLiteral("small%1").arg(i)] = stutter(2 * mebibyte, static_cast<quint32>(i));
+    }
+    const QByteArray archive
+        = packZstd(tree, {.blockSize = 0, .frames = {.level = 1, .windowLog = 27}});
+    for (const unsigned mebibytes : {30u, 40u, 52u, 60u, 100u}) {
+        SharedTree shared;
+        const std::size_t before = countedmemory::inUse();
+        countedmemory::reset();
+        QCOMPARE(unpackShared(archive, shared, {8, std::uint64_t(mebibytes) << 20}), Status::Ok);
+        QVERIFY(shared.tree() == tree);
+        // The large block needs 36 MiB, each of the others 8 MiB.
+        QCOMPARE(shared.sinks(), static_cast<int>(std::min(mebibytes / 8, 8u)));
+        const std::size_t most = std::size_t(std::max(mebibytes, 36u)) << 20;
+        QVERIFY2(countedmemory::peak() - before <= most,
+                 qPrintable(QString::number(countedmemory::peak() - before)));
     }
 }
 
@@ -143,7 +202,8 @@ void TestUnpackThreads::worksWithOneSinkOnly()
 // Changes single bits everywhere in the packed data.
 void TestUnpackThreads::findsDamageInEveryBlock()
 {
-    const QByteArray &whole = packed(inBlocks);
+    QFETCH(QStringList, switches);
+    const QByteArray &whole = packed(switches);
     int refused = 0;
     for (qsizetype at = 32; at < whole.size(); at += whole.size() / 25) {
         QByteArray bytes = whole;
@@ -159,7 +219,8 @@ void TestUnpackThreads::findsDamageInEveryBlock()
 
 void TestUnpackThreads::stopsAtTheFirstFailure()
 {
-    const QByteArray &archive = packed(inBlocks);
+    QFETCH(QStringList, switches);
+    const QByteArray &archive = packed(switches);
     for (int writes : {0, 1, 7, 20}) {
         SharedTree shared;
         shared.failAfter(writes);
