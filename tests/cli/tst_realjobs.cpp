@@ -104,7 +104,7 @@ private slots:
     void everyProfileMakesARightProduct_data()
     {
         QTest::addColumn<QString>("profile");
-        for (const QString &profile : {"default", "fast-start", "small"}) {
+        for (const QString profile : {"default", "fast-start", "small"}) {
             QTest::newRow(qPrintable(profile)) << profile;
         }
     }

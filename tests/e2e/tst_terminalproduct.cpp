@@ -85,7 +85,7 @@ private slots:
         QTest::addColumn<QStringList>("methods");
         QTest::newRow("default") << "default" << QStringList({"LZMA", "BCJ"});
         QTest::newRow("fast start") << "fast-start" << QStringList({"BCJ", "Zstandard"});
-        QTest::newRow("small") << "small" << QStringList({"LZMA", "BCJ"});
+        QTest::newRow("small") << "small" << QStringList({"LZMA", "BCJ2"});
     }
     void startsWithEveryProfile()
     {
