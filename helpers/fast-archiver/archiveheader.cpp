@@ -14,7 +14,8 @@ namespace fast {
 
 namespace {
 
-constexpr std::uint8_t hasProperties = 0x20; // in a coder's first byte; the rest is the size of its id
+constexpr std::uint8_t hasProperties
+    = 0x20; // in a coder's first byte; the rest is the size of its id
 constexpr std::uint8_t zstdId[] = {0x04, 0xf7, 0x11, 0x01};
 constexpr std::uint8_t x86FilterId[] = {0x03, 0x03, 0x01, 0x03};
 constexpr std::uint8_t lzmaId[] = {0x03, 0x01, 0x01};
@@ -46,7 +47,8 @@ void writeCoders(HeaderWriter &header, const SolidBlock &block, int level)
     }
 }
 
-void writePackInfo(HeaderWriter &header, std::uint64_t offset, const std::vector<std::uint64_t> &sizes)
+void writePackInfo(HeaderWriter &header, std::uint64_t offset,
+                   const std::vector<std::uint64_t> &sizes)
 {
     header.byte(PackInfo);
     header.number(offset);

@@ -19,7 +19,7 @@ constexpr std::size_t levelAt = 5;
 constexpr std::size_t methodAt = 6;
 
 // libzstd's levels for the digits of -mx.
-constexpr std::array<int, 10> levels = {1, 3, 5, 7, 9, 17, 18, 19, 20, 22};
+constexpr std::array<int, 10> levels = {1, 3, 5, 7, 9, 16, 18, 19, 20, 22};
 
 Failure wrongUsage(const std::string &message)
 {
@@ -109,8 +109,9 @@ Outcome<Request> parseArguments(const Arguments &arguments)
     for (std::size_t i = 0; i < argumentCount; ++i) {
         texts[i] = pe::utf8Of(arguments[i]);
     }
-    for (const auto &[index, expected] : {std::pair(0, "a"), std::pair(1, "-t7z"), std::pair(4, "-r"),
-                                          std::pair(7, "-bsp1"), std::pair(8, "-ssc")}) {
+    for (const auto &[index, expected] :
+         {std::pair(0, "a"), std::pair(1, "-t7z"), std::pair(4, "-r"), std::pair(7, "-bsp1"),
+          std::pair(8, "-ssc")}) {
         if (texts[static_cast<std::size_t>(index)] != expected) {
             return wrongUsage(std::string("expected ") + expected);
         }

@@ -49,13 +49,17 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     };
     set(ZSTD_c_compressionLevel, plan.level);
     set(ZSTD_c_windowLog, static_cast<int>(plan.windowLog));
-    set(ZSTD_c_chainLog, static_cast<int>(plan.chainLog));
+    set(ZSTD_c_minMatch, plan.minMatch);
+    set(ZSTD_c_searchLog, plan.searchLog);
+    // The usual search looks back over a part of the window; this one finds long repetitions in all of it.
+    set(ZSTD_c_enableLongDistanceMatching, 1);
     set(ZSTD_c_contentSizeFlag, 1);
     set(ZSTD_c_checksumFlag, 0);
     if (plan.partSize != 0) {
         set(ZSTD_c_nbWorkers, static_cast<int>(threads));
         set(ZSTD_c_jobSize, static_cast<int>(plan.partSize));
-        set(ZSTD_c_overlapLog, plan.overlapLog);
+        set(ZSTD_c_overlapLog,
+            9); // the longest: a part also finds what repeats the bytes before it
     }
     if (!ZSTD_isError(result)) {
         result = ZSTD_CCtx_setPledgedSrcSize(context, block.size);

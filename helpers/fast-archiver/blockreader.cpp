@@ -48,8 +48,8 @@ Outcome<pe::ByteView> BlockReader::next()
 // Returns how many bytes at the beginning of the buffer are final.
 std::size_t BlockReader::convert(bool isEnd)
 {
-    const Byte *const end = z7_BranchConvSt_X86_Enc(m_buffer.data(), m_used, m_filterPosition,
-                                                    &m_filterState);
+    const Byte *const end
+        = z7_BranchConvSt_X86_Enc(m_buffer.data(), m_used, m_filterPosition, &m_filterState);
     const auto converted = static_cast<std::size_t>(end - m_buffer.data());
     m_filterPosition += static_cast<std::uint32_t>(converted);
     return isEnd ? m_used : converted;

@@ -46,14 +46,14 @@ private:
 
     pe::File m_file;
     bool m_isOpen = false;
-    std::size_t m_position = 0;  // of the current file in the block
-    std::uint64_t m_offset = 0;  // in that file
+    std::size_t m_position = 0; // of the current file in the block
+    std::uint64_t m_offset = 0; // in that file
     std::uint32_t m_checkSum = 0;
     std::vector<std::uint32_t> m_checkSums;
 
     pe::Bytes m_buffer;
-    std::size_t m_used = 0;      // bytes in the buffer
-    std::size_t m_returned = 0;  // of these, how many next() has returned
+    std::size_t m_used = 0;     // bytes in the buffer
+    std::size_t m_returned = 0; // of these, how many next() has returned
     std::uint32_t m_filterPosition = 0;
     std::uint32_t m_filterState = 0;
 };

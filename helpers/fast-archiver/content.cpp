@@ -44,8 +44,9 @@ Content contentOf(pe::ByteView start)
         }
     }
     // The sixth byte of ELF files is 1 if their numbers are little-endian.
-    if (hasAt(start, 0, "\x7f"
-                        "ELF"sv)
+    if (hasAt(start, 0,
+              "\x7f"
+              "ELF"sv)
         && start.size() >= elfMachineAt + 2 && start[5] == 1) {
         const std::uint16_t machine = pe::read16(start, elfMachineAt);
         return programFor(machine == elfMachineX86, machine == elfMachineX64);

@@ -96,8 +96,8 @@ Outcome<Done> FolderListing::add(const SourceFile *folder, const SystemEntry &en
     file.place = folder ? folder->place + L'\\' + name : name;
     file.path = folder ? folder->path + u'/' + units : units;
     file.attributes = found.dwFileAttributes;
-    file.modified = numberOf(found.ftLastWriteTime.dwHighDateTime,
-                             found.ftLastWriteTime.dwLowDateTime);
+    file.modified
+        = numberOf(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
     file.size = numberOf(found.nFileSizeHigh, found.nFileSizeLow);
     if (isLink(found) && !followLink(m_root + file.place, file)) {
         return cannotRead(m_root + file.place, "cannot be read");

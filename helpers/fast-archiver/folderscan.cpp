@@ -24,9 +24,8 @@ Outcome<std::vector<SourceFile>> scanFolder(const pe::NativePath &folder,
     if (listed.hasFailed()) {
         return listed.failure();
     }
-    std::sort(files.begin(), files.end(), [](const SourceFile &one, const SourceFile &other) {
-        return one.path < other.path;
-    });
+    std::sort(files.begin(), files.end(),
+              [](const SourceFile &one, const SourceFile &other) { return one.path < other.path; });
     return std::move(files);
 }
 

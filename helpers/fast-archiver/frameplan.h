@@ -14,11 +14,10 @@ struct FramePlan
 {
     int level = 0;
     unsigned windowLog = 0;
-    unsigned chainLog = 0;
-    // If not 0, the frame is made of parts of this size, which several threads pack at the same time. Each part
-    // also finds what repeats the bytes before it, as far as `overlapLog` says (9: a whole window).
+    int minMatch = 0;  // 0: as the level says
+    int searchLog = 0; // the same
+    // If not 0, the frame is made of parts of this size, which several threads pack at the same time.
     std::size_t partSize = 0;
-    int overlapLog = 0;
 };
 
 // Depends on nothing but the arguments, so that the archive is the same on every machine.

@@ -37,9 +37,9 @@ std::optional<PackedHeader> packHeader(pe::ByteView header)
     packed.bytes.resize(header.size());
     SizeT size = packed.bytes.size();
     SizeT propertiesSize = packed.properties.size();
-    const SRes result
-        = LzmaEncode(packed.bytes.data(), &size, header.data(), header.size(), &settings,
-                     packed.properties.data(), &propertiesSize, 0, nullptr, &allocator, &allocator);
+    const SRes result = LzmaEncode(packed.bytes.data(), &size, header.data(), header.size(),
+                                   &settings, packed.properties.data(), &propertiesSize, 0, nullptr,
+                                   &allocator, &allocator);
     if (result != SZ_OK) { // also if the header does not become smaller
         return std::nullopt;
     }

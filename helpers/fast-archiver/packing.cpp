@@ -33,9 +33,8 @@ public:
             const FramePlan plan = framePlanFor(block, options);
             m_plans.push_back(plan);
             memory = std::max(memory, memoryFor(plan));
-            work += plan.partSize != 0
-                ? static_cast<std::size_t>(block.size / plan.partSize + 1)
-                : 1;
+            work += plan.partSize != 0 ? static_cast<std::size_t>(block.size / plan.partSize + 1)
+                                       : 1;
         }
         m_threads = threadsFor(options.threads, processorCount(), work, physicalMemory(), memory);
     }

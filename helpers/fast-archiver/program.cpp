@@ -36,8 +36,8 @@ Outcome<Summary> makeAndShowProgress(const Request &request)
     Progress progress(isInterrupted);
     std::future<Outcome<Summary>> result;
     try {
-        result = std::async(std::launch::async,
-                            [&] { return makeWithinMemory(request, progress); });
+        result
+            = std::async(std::launch::async, [&] { return makeWithinMemory(request, progress); });
     } catch (const std::system_error &) {
         return Failure{ExitStatus::NoMemory, "the system has no free thread"};
     }

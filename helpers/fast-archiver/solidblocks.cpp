@@ -77,9 +77,10 @@ std::vector<SolidBlock> planBlocks(const std::vector<SourceFile> &files, const P
             keys.emplace_back(files[i], i);
         }
     }
-    std::stable_sort(blocks.begin(), blocks.end(), [](const SolidBlock &one, const SolidBlock &other) {
-        return one.size > other.size;
-    });
+    std::stable_sort(blocks.begin(), blocks.end(),
+                     [](const SolidBlock &one, const SolidBlock &other) {
+                         return one.size > other.size;
+                     });
     std::sort(keys.begin(), keys.end());
     bool isOpen = false; // whether the last block takes more files
     for (const SortKey &key : keys) {

@@ -116,7 +116,8 @@ private slots:
         QVERIFY(writeFile(source.folder + "/data/nothing", {}));
         QVERIFY(writeFile(source.folder + QStringLiteral("/文件😀"), QByteArray(3000000, 'x')));
         const QString output = m_temp->filePath("output");
-        const CliResult result = pack(QStringList{"--profile", profile} + argumentsFor(source, output));
+        const CliResult result
+            = pack(QStringList{"--profile", profile} + argumentsFor(source, output));
         QCOMPARE(result.errors, QString());
         QCOMPARE(result.exitStatus, 0);
         const QString product = output + "/app5.exe";

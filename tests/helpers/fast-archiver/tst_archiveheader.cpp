@@ -94,8 +94,8 @@ void TestArchiveHeader::numbersHaveOneToNineBytes_data()
     QTest::addColumn<quint64>("number");
     QTest::addColumn<QByteArray>("bytes");
     const auto row = [](quint64 number, const char *bytes) {
-        QTest::addRow("%llx", static_cast<unsigned long long>(number)) << number
-                                                                       << QByteArray(bytes);
+        QTest::addRow("%llx", static_cast<unsigned long long>(number))
+            << number << QByteArray(bytes);
     };
     row(0, "00");
     row(0x7f, "7f");
@@ -146,16 +146,16 @@ void TestArchiveHeader::sevenZipReadsWhatWasWritten_data()
 void TestArchiveHeader::sevenZipReadsWhatWasWritten()
 {
     QFETCH(bool, packsHeader);
-    std::vector<SourceFile> files = {fileNamed(u"a.exe", 1000), fileNamed(u"empty", 0),
-                                     fileNamed(u"folder", 0), fileNamed(u"folder/\u6587\U0001f600", 7),
-                                     fileNamed(u"large", 0x1234567890)};
+    std::vector<SourceFile> files
+        = {fileNamed(u"a.exe", 1000), fileNamed(u"empty", 0), fileNamed(u"folder", 0),
+           fileNamed(u"folder/\u6587\U0001f600", 7), fileNamed(u"large", 0x1234567890)};
     files[2].isFolder = true;
-    const std::vector<SolidBlock> blocks = {{{4}, 0x1234567890, false, true},
-                                            {{0, 3}, 1007, true, false}};
+    const std::vector<SolidBlock> blocks
+        = {{{4}, 0x1234567890, false, true}, {{0, 3}, 1007, true, false}};
     const std::vector<PackedBlock> packed = {{5, {0x11111111}}, {6, {0x22222222, 0x33333333}}};
 
-    const auto archive = readArchive(archiveWith(files, blocks, packed, packsHeader),
-                                     Unpacking::HeaderOnly);
+    const auto archive
+        = readArchive(archiveWith(files, blocks, packed, packsHeader), Unpacking::HeaderOnly);
     QVERIFY(archive);
     QCOMPARE(archive->blocks, QStringList({"Zstandard 78187493520", "BCJ Zstandard 1007"}));
     QStringList lines;

@@ -41,7 +41,10 @@ private:
         return source;
     }
 
-    QString path() const { return m_temp.filePath("file"); }
+    QString path() const
+    {
+        return m_temp.filePath("file");
+    }
 
     // Reads the block to its end. Returns the failure's message, or an empty text.
     static QString readToEnd(BlockReader &reader, QByteArray &content)
@@ -66,8 +69,14 @@ private:
     std::atomic<bool> m_stopped = false;
 
 private slots:
-    void initTestCase() { CrcGenerateTable(); }
-    void init() { m_stopped = false; }
+    void initTestCase()
+    {
+        CrcGenerateTable();
+    }
+    void init()
+    {
+        m_stopped = false;
+    }
 
     void aFileThatDoesNotChangeIsRead()
     {

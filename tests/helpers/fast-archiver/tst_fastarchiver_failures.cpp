@@ -77,7 +77,8 @@ private slots:
             QVERIFY(rights.areThere());
             checkFailure(pack(), 1, folder() + "/sub: cannot be listed - Permission denied");
         }
-        QFile::setPermissions(folder() + "/sub", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(folder() + "/sub",
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     void aPipeIsNoFile()

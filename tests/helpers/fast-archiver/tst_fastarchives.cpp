@@ -59,8 +59,8 @@ private:
     QByteArray packed(const QString &method)
     {
         QFile::remove(archivePath());
-        const ArchiverResult run
-            = runArchiver(KESTRELPACK_FAST_ARCHIVER, archiverArguments(archivePath(), folder(), method));
+        const ArchiverResult run = runArchiver(KESTRELPACK_FAST_ARCHIVER,
+                                               archiverArguments(archivePath(), folder(), method));
         if (run.exitStatus != 0) {
             qWarning("%s", run.errors.constData());
             return {};
@@ -121,19 +121,20 @@ void TestFastArchives::foldersOfAllKinds_data()
     QTest::newRow("one byte") << QStringList("one") << QByteArray("x");
     QTest::newRow("an empty file") << QStringList({"a", "empty/e"}) << QByteArray();
     QTest::newRow("only empty folders") << QStringList({"a/", "b/c/"}) << QByteArray();
-    QTest::newRow("an empty folder beside files") << QStringList({"a", "b/", "c/d"}) << QByteArray("x");
-    QTest::newRow("names beyond ASCII")
-        << QStringList({QStringLiteral("文件夹/文件.txt"), QStringLiteral("ümläut"), "ﬁ",
-                        QStringLiteral("😀/😀.😀")})
-        << QByteArray("content");
+    QTest::newRow("an empty folder beside files")
+        << QStringList({"a", "b/", "c/d"}) << QByteArray("x");
+    QTest::newRow("names beyond ASCII") << QStringList(
+        {QStringLiteral("文件夹/文件.txt"), QStringLiteral("ümläut"), "ﬁ", QStringLiteral("😀/😀.😀")})
+                                        << QByteArray("content");
     QTest::newRow("hidden names") << QStringList({".hidden", ".folder/.x"}) << QByteArray("x");
     QTest::newRow("blanks and signs")
-        << QStringList({" a b", "c;d", "e%1", "f'g", "h#", "[i]", "$j", "@k", "-l"}) << QByteArray("x");
+        << QStringList({" a b", "c;d", "e%1", "f'g", "h#", "[i]", "$j", "@k", "-l"})
+        << QByteArray("x");
     QTest::newRow("names that begin with each other")
         << QStringList({"a", "a.b", "a-b", "a b", "ab/c", "aB"}).mid(0, onWindows ? 5 : 6)
         << QByteArray("x");
-    QTest::newRow("deep folders")
-        << QStringList(QString("d/").repeated(60) + "file") << QByteArray("x");
+    QTest::newRow("deep folders") << QStringList(QString("d/").repeated(60) + "file")
+                                  << QByteArray("x");
 }
 
 void TestFastArchives::foldersOfAllKinds()
@@ -244,8 +245,8 @@ void TestFastArchives::theBytesDoNotDependOnTheFoldersPath()
     const QString elsewhere = m_temp->filePath(QStringLiteral("另外/folder"));
     QVERIFY(QDir().mkpath(QFileInfo(elsewhere).path()));
     QVERIFY(QDir().rename(folder(), elsewhere));
-    const ArchiverResult run
-        = runArchiver(KESTRELPACK_FAST_ARCHIVER, archiverArguments(archivePath(), elsewhere, "ZSTD"));
+    const ArchiverResult run = runArchiver(KESTRELPACK_FAST_ARCHIVER,
+                                           archiverArguments(archivePath(), elsewhere, "ZSTD"));
     QCOMPARE(run.exitStatus, 0);
     QCOMPARE(readFile(archivePath()), first);
 }
@@ -257,8 +258,7 @@ void TestFastArchives::sevenZipListsIt()
     make("folder/b", "x");
     make("empty", {});
     QVERIFY(!packed("ZSTD").isEmpty());
-    const ArchiverResult run
-        = runArchiver(KESTRELPACK_TEST_ARCHIVER, {"l", "-slt", archivePath()});
+    const ArchiverResult run = runArchiver(KESTRELPACK_TEST_ARCHIVER, {"l", "-slt", archivePath()});
     QCOMPARE(run.exitStatus, 0);
     QCOMPARE(run.errors, QByteArray());
     for (const char *line : {"Path = a.exe", "Path = empty", "Path = folder", "Size = 20000",
@@ -273,8 +273,9 @@ void TestFastArchives::percentagesRise()
     for (quint32 i = 0; i < 20; ++i) {
         make(QStringLiteral("file%1").arg(i), bytes(1000000, i));
     }
-    const ArchiverResult run = runArchiver(KESTRELPACK_FAST_ARCHIVER,
-                                           archiverArguments(archivePath(), folder(), "ZSTD:x=3:b=1"));
+    const ArchiverResult run
+        = runArchiver(KESTRELPACK_FAST_ARCHIVER,
+                      archiverArguments(archivePath(), folder(), "ZSTD:x=3:b=1"));
     QCOMPARE(run.exitStatus, 0);
     QCOMPARE(run.errors, QByteArray());
     static const QRegularExpression percentage("(\\d+)%");

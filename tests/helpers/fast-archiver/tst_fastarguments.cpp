@@ -47,7 +47,8 @@ QString meaning(const QStringList &texts)
 
 QStringList usual(const QString &method = "ZSTD", const QString &level = "5")
 {
-    return {"a", "-t7z", "out.7z", "folder/*", "-r", "-mx=" + level, "-m0=" + method, "-bsp1", "-ssc"};
+    return {"a",     "-t7z", "out.7z", "folder/*", "-r", "-mx=" + level, "-m0=" + method,
+            "-bsp1", "-ssc"};
 }
 
 QStringList with(qsizetype index, const QString &argument)
@@ -79,8 +80,8 @@ void TestFastArguments::argumentsAreUnderstood_data()
     QTest::addColumn<QString>("expected");
     const PackOptions usually;
     const QString start = "out.7z from folder/, ";
-    const QString rest = QStringLiteral(", window %1, block 0, filter 1, threads 0")
-                             .arg(usually.windowLog);
+    const QString rest
+        = QStringLiteral(", window %1, block 0, filter 1, threads 0").arg(usually.windowLog);
     QTest::newRow("the usual ones")
         << usual() << start + "level " + QString::number(usually.level) + rest;
     QTest::newRow("the lowest level") << usual("ZSTD", "0") << start + "level 1" + rest;
@@ -90,8 +91,7 @@ void TestFastArguments::argumentsAreUnderstood_data()
         << start + "level 3, window 20, block 8388608, filter 0, threads 4";
     QTest::newRow("the last one counts") << usual("ZSTD:x=3:x=4") << start + "level 4" + rest;
     QTest::newRow("the root folder")
-        << with(3, "/*")
-        << "out.7z from /, level " + QString::number(usually.level) + rest;
+        << with(3, "/*") << "out.7z from /, level " + QString::number(usually.level) + rest;
     QTest::newRow("letters beyond ASCII")
         << with(3, "文件夹/*")
         << "out.7z from 文件夹/, level " + QString::number(usually.level) + rest;
@@ -120,13 +120,13 @@ void TestFastArguments::wrongArgumentsAreRefused_data()
     QTest::newRow("only a pattern") << with(3, "*") << noFolder;
     QTest::newRow("another pattern") << with(3, "folder*") << noFolder;
     QTest::newRow("no level") << with(5, "-mx=") << "7: expected -mx= with a digit instead of -mx=";
-    QTest::newRow("a long level")
-        << with(5, "-mx=55") << "7: expected -mx= with a digit instead of -mx=55";
+    QTest::newRow("a long level") << with(5, "-mx=55")
+                                  << "7: expected -mx= with a digit instead of -mx=55";
     QTest::newRow("a letter as level")
         << with(5, "-mx=x") << "7: expected -mx= with a digit instead of -mx=x";
-    for (const char *method : {"LZMA", "ZSTDX", "ZSTD:", "ZSTD:x", "ZSTD:x=", "ZSTD:x=0", "ZSTD:x=23",
-                               "ZSTD:x=1x", "ZSTD:w=19", "ZSTD:w=28", "ZSTD:b=0", "ZSTD:f=2",
-                               "ZSTD:mt=0", "ZSTD:y=1", "ZSTD:x=1:"}) {
+    for (const char *method :
+         {"LZMA", "ZSTDX", "ZSTD:", "ZSTD:x", "ZSTD:x=", "ZSTD:x=0", "ZSTD:x=23", "ZSTD:x=1x",
+          "ZSTD:w=19", "ZSTD:w=28", "ZSTD:b=0", "ZSTD:f=2", "ZSTD:mt=0", "ZSTD:y=1", "ZSTD:x=1:"}) {
         QTest::newRow(method) << usual(method) << QString("7: no such method: -m0=") + method;
     }
 }

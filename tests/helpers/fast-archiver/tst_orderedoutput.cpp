@@ -34,7 +34,10 @@ private:
     }
 
     QTemporaryDir m_temp;
-    QString path() const { return m_temp.filePath("archive"); }
+    QString path() const
+    {
+        return m_temp.filePath("archive");
+    }
 
 private slots:
     void laterBlocksWaitInMemory()

@@ -129,7 +129,8 @@ void TestSolidBlocks::filesAreDistributed_data()
                     100)
         << QStringList({"d*", "b", "e", "a c"});
     QTest::newRow("large files, although blocks may be larger")
-        << blocksOf({file(u"a", largeFile - 1), file(u"b", largeFile), file(u"c", 1)}, 1024 * mebibyte)
+        << blocksOf({file(u"a", largeFile - 1), file(u"b", largeFile), file(u"c", 1)},
+                    1024 * mebibyte)
         << QStringList({"b large", "a c"});
     QTest::newRow("equal names keep the order of their paths")
         << blocksOf({file(u"a/same", 1), file(u"b/same", 1), file(u"c/same", 1)}, 100)

@@ -75,16 +75,16 @@ std::optional<QByteArray> unpackBlock(const sfx::CoderGraph &graph, const QByteA
         return std::nullopt;
     }
     QByteArray unpacked(size, Qt::Uninitialized);
-    const std::size_t got = ZSTD_decompress(unpacked.data(), static_cast<std::size_t>(size), packed,
-                                            packedSize);
+    const std::size_t got
+        = ZSTD_decompress(unpacked.data(), static_cast<std::size_t>(size), packed, packedSize);
     if (got != static_cast<std::size_t>(size)) {
         return std::nullopt;
     }
     const QString methods = methodsOf(graph);
     if (methods == "BCJ Zstandard") {
         UInt32 state = Z7_BRANCH_CONV_ST_X86_STATE_INIT_VAL;
-        z7_BranchConvSt_X86_Dec(reinterpret_cast<Byte *>(unpacked.data()),
-                                static_cast<SizeT>(size), 0, &state);
+        z7_BranchConvSt_X86_Dec(reinterpret_cast<Byte *>(unpacked.data()), static_cast<SizeT>(size),
+                                0, &state);
     } else if (methods != "Zstandard") {
         return std::nullopt;
     }

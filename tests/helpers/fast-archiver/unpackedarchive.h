@@ -29,9 +29,9 @@ struct ArchivedEntry
 // own decoders.
 struct UnpackedArchive
 {
-    QList<ArchivedEntry> entries;  // in the archive's order
-    QStringList blocks;            // the methods and the size of each solid block
-    qsizetype headerSize = 0;      // in the archive
+    QList<ArchivedEntry> entries; // in the archive's order
+    QStringList blocks;           // the methods and the size of each solid block
+    qsizetype headerSize = 0;     // in the archive
 };
 
 enum class Unpacking { HeaderOnly, Everything };
