@@ -42,8 +42,8 @@ WorkingFolderChoice workingFolderChoice(const OptionValues &values)
     return choices[wordIndex(values, OptionId::Cwd, 3)];
 }
 
-// A profile other than the default one decides on level and method. Returns a message if the user has decided,
-// too.
+// A profile other than the default one decides on level and method. Returns a message if the user
+// has decided, too.
 QString readProfile(const OptionValues &values, PackOptions &pack)
 {
     static constexpr Profile profiles[] = {Profile::Default, Profile::FastStart, Profile::Small};

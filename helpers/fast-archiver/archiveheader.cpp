@@ -31,7 +31,8 @@ void writeCoder(HeaderWriter &header, pe::ByteView id, pe::ByteView properties)
     }
 }
 
-// The filter comes first: its output is the block. Its input (0) is the output of the other coder (1).
+// The filter comes first: its output is the block. Its input (0) is the output of the other coder
+// (1).
 void writeCoders(HeaderWriter &header, const SolidBlock &block, int level)
 {
     // The version of the format, and the level. Readers go by the frames alone.

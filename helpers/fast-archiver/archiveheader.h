@@ -19,8 +19,8 @@ struct PackedBlock
 
 constexpr std::size_t startHeaderSize = 32;
 
-// Writes the header of a 7z archive (7-Zip, DOC/7zFormat.txt): all files that are in no block, then those of the
-// blocks. `blocks` and `packed` belong together. `level` is libzstd's.
+// Writes the header of a 7z archive (7-Zip, DOC/7zFormat.txt): all files that are in no block, then
+// those of the blocks. `blocks` and `packed` belong together. `level` is libzstd's.
 pe::Bytes archiveHeader(const std::vector<SourceFile> &files, const std::vector<SolidBlock> &blocks,
                         const std::vector<PackedBlock> &packed, int level);
 

@@ -33,8 +33,8 @@ BlockPacker::BlockPacker(const Source &source, OrderedOutput &output, Progress &
 {
 }
 
-// With at least one of libzstd's threads, the parts of a frame depend on their size alone; so the number of
-// threads does not change the bytes.
+// With at least one of libzstd's threads, the parts of a frame depend on their size alone; so the
+// number of threads does not change the bytes.
 Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &plan, unsigned threads)
 {
     if (!m_context) {
@@ -51,7 +51,8 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     set(ZSTD_c_windowLog, static_cast<int>(plan.windowLog));
     set(ZSTD_c_minMatch, plan.minMatch);
     set(ZSTD_c_searchLog, plan.searchLog);
-    // The usual search looks back over a part of the window; this one finds long repetitions in all of it.
+    // The usual search looks back over a part of the window; this one finds long repetitions in all
+    // of it.
     set(ZSTD_c_enableLongDistanceMatching, 1);
     set(ZSTD_c_contentSizeFlag, 1);
     set(ZSTD_c_checksumFlag, 0);

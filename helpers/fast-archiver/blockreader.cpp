@@ -25,8 +25,8 @@ BlockReader::BlockReader(const Source &source, const SolidBlock &block, Progress
 {
 }
 
-// The filter cannot convert the last bytes of the buffer before it knows those that follow. They stay in the
-// buffer for the next call.
+// The filter cannot convert the last bytes of the buffer before it knows those that follow. They
+// stay in the buffer for the next call.
 Outcome<pe::ByteView> BlockReader::next()
 {
     if (m_buffer.empty()) {

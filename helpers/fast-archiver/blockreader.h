@@ -17,15 +17,15 @@ struct Source
     std::vector<SourceFile> files;
 };
 
-// Reads the files of one block as one stream of bytes, and filters them. The arguments must live as long as the
-// reader.
+// Reads the files of one block as one stream of bytes, and filters them. The arguments must live as
+// long as the reader.
 class BlockReader
 {
 public:
     BlockReader(const Source &source, const SolidBlock &block, Progress &progress);
 
-    // The next bytes. None means that all files were read. Fails if a file cannot be read, or does not have the
-    // size that it had when the folder was listed.
+    // The next bytes. None means that all files were read. Fails if a file cannot be read, or does
+    // not have the size that it had when the folder was listed.
     Outcome<pe::ByteView> next();
 
     // The check sums of the files' content, in the block's order.

@@ -49,8 +49,8 @@ private:
 // For operations that return no value.
 using pe::Done;
 
-// Makes the failure to read or write the file at `path`. Control characters in the path become "?", so that
-// the message stays one line.
+// Makes the failure to read or write the file at `path`. Control characters in the path become "?",
+// so that the message stays one line.
 Failure failureOf(const pe::NativePath &path, const pe::Error &error);
 
 } // namespace fast

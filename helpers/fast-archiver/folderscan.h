@@ -11,10 +11,10 @@
 
 namespace fast {
 
-// Lists everything in `folder` (which ends with a separator), at any depth, as 7-Zip's archiver does: on Linux
-// symbolic links are entries of their own, on Windows they are followed. Fails if something cannot be listed,
-// is neither file nor folder, or has a name that cannot be stored; and if `stopped` becomes true. The order of
-// the entries is that of their paths.
+// Lists everything in `folder` (which ends with a separator), at any depth, as 7-Zip's archiver
+// does: on Linux symbolic links are entries of their own, on Windows they are followed. Fails if
+// something cannot be listed, is neither file nor folder, or has a name that cannot be stored; and
+// if `stopped` becomes true. The order of the entries is that of their paths.
 Outcome<std::vector<SourceFile>> scanFolder(const pe::NativePath &folder,
                                             const std::atomic<bool> &stopped);
 

@@ -13,8 +13,9 @@ namespace {
 constexpr unsigned smallestWindowLog = 17;
 constexpr std::size_t partSize = 16U << 20;
 
-// The level's own values would be 5 for both. To use also repetitions of three bytes makes packed programs smaller by
-// 3 %. The shorter search costs a quarter of a per cent, and saves a tenth of the time.
+// The level's own values would be 5 for both. To use also repetitions of three bytes makes packed
+// programs smaller by 3 %. The shorter search costs a quarter of a per cent, and saves a tenth of
+// the time.
 constexpr int usualLevel = 16;
 constexpr int usualSearchLog = 4;
 constexpr int shortestMatch = 3; // possible from this level on

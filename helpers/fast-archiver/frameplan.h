@@ -16,7 +16,8 @@ struct FramePlan
     unsigned windowLog = 0;
     int minMatch = 0;  // 0: as the level says
     int searchLog = 0; // the same
-    // If not 0, the frame is made of parts of this size, which several threads pack at the same time.
+    // If not 0, the frame is made of parts of this size, which several threads pack at the same
+    // time.
     std::size_t partSize = 0;
 };
 

@@ -17,8 +17,8 @@ public:
     void bytes(pe::ByteView values) { m_bytes.insert(m_bytes.end(), values.begin(), values.end()); }
     void fixed32(std::uint32_t value) { fixed(value, 4); }
     void fixed64(std::uint64_t value) { fixed(value, 8); }
-    // A number in one to nine bytes: the leading one bits of the first byte tell how many bytes follow, and its
-    // other bits are the number's highest.
+    // A number in one to nine bytes: the leading one bits of the first byte tell how many bytes
+    // follow, and its other bits are the number's highest.
     void number(std::uint64_t value);
     // One bit for each value, the highest bit of a byte first.
     void bits(const std::vector<bool> &values);

@@ -9,8 +9,8 @@
 
 namespace fast {
 
-// Packs a header with LZMA, which all 7z readers know: so every one of them can list the archive. Returns nothing
-// if the header would not become smaller.
+// Packs a header with LZMA, which all 7z readers know: so every one of them can list the archive.
+// Returns nothing if the header would not become smaller.
 std::optional<PackedHeader> packHeader(pe::ByteView header);
 
 } // namespace fast

@@ -18,7 +18,8 @@ unsigned processorCount();
 // In bytes; 0 if it is unknown.
 std::uint64_t physicalMemory();
 
-// Makes Ctrl-C, and the signals that ask a process to end, set `stopped`. It must live as long as the process.
+// Makes Ctrl-C, and the signals that ask a process to end, set `stopped`. It must live as long as
+// the process.
 void stopWhenInterrupted(std::atomic<bool> &stopped);
 
 void removeFile(const pe::NativePath &path);

@@ -3,8 +3,8 @@
 
 #include "helpers/fast-archiver/program.h"
 
-// The run time must not replace the argument FOLDER\* by the names in the folder; some builds of mingw-w64 do that
-// by default.
+// The run time must not replace the argument FOLDER\* by the names in the folder; some builds of
+// mingw-w64 do that by default.
 extern "C" {
 int _dowildcard = 0;
 }

@@ -19,7 +19,8 @@ struct Summary
     std::uint64_t archiveSize = 0; // in bytes
 };
 
-// Makes the archive. If it fails, it leaves no archive. Other threads can follow `progress`, and stop it.
+// Makes the archive. If it fails, it leaves no archive. Other threads can follow `progress`, and
+// stop it.
 Outcome<Summary> makeArchive(const Request &request, Progress &progress);
 
 } // namespace fast

@@ -11,9 +11,10 @@
 
 namespace fast {
 
-// Takes the packed bytes of several blocks at the same time, and writes them to the archive in the order of the
-// blocks. Keeps the bytes of later blocks in memory, up to a limit; their threads wait if it is reached. The
-// thread of the first unfinished block never waits, so the blocks must be begun in their order.
+// Takes the packed bytes of several blocks at the same time, and writes them to the archive in the
+// order of the blocks. Keeps the bytes of later blocks in memory, up to a limit; their threads wait
+// if it is reached. The thread of the first unfinished block never waits, so the blocks must be
+// begun in their order.
 class OrderedOutput
 {
 public:

@@ -7,8 +7,8 @@
 
 namespace fast {
 
-// How the archive is packed. Two runs with the same files and the same options write the same bytes, whatever
-// `threads` is.
+// How the archive is packed. Two runs with the same files and the same options write the same
+// bytes, whatever `threads` is.
 struct PackOptions
 {
     int level = 16;              // libzstd's, from 1 to 22

@@ -30,7 +30,8 @@ Outcome<Summary> makeWithinMemory(const Request &request, Progress &progress)
     }
 }
 
-// Makes the archive on another thread, so that a line is printed every few seconds whatever happens there.
+// Makes the archive on another thread, so that a line is printed every few seconds whatever happens
+// there.
 Outcome<Summary> makeAndShowProgress(const Request &request)
 {
     Progress progress(isInterrupted);

@@ -7,7 +7,8 @@
 
 namespace fast {
 
-// The whole program: makes the archive, prints the progress and the outcome, and returns the exit status.
+// The whole program: makes the archive, prints the progress and the outcome, and returns the exit
+// status.
 int runArchiverProgram(const Arguments &arguments);
 
 } // namespace fast

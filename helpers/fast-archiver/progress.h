@@ -27,8 +27,8 @@ public:
 
     // From 0 to 100.
     unsigned percentage() const;
-    // The line as 7-Zip's archiver shows it: the percentage, the number of files that were begun, and the name
-    // of the last one.
+    // The line as 7-Zip's archiver shows it: the percentage, the number of files that were begun,
+    // and the name of the last one.
     std::string line() const;
 
 private:

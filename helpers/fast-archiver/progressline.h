@@ -9,8 +9,9 @@
 
 namespace fast {
 
-// Prints lines that replace each other, in the form of 7-Zip's archiver. Prints a line again if it has not
-// changed for three seconds: the engine treats an archiver that prints nothing for 30 seconds as finished.
+// Prints lines that replace each other, in the form of 7-Zip's archiver. Prints a line again if it
+// has not changed for three seconds: the engine treats an archiver that prints nothing for 30
+// seconds as finished.
 class ProgressLine
 {
 public:

@@ -26,7 +26,8 @@ char16_t lowerCase(char16_t unit)
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
 
-// What the order of files depends on. Programs have all kinds of extensions and are similar all the same.
+// What the order of files depends on. Programs have all kinds of extensions and are similar all the
+// same.
 struct SortKey
 {
     explicit SortKey(const SourceFile &file, std::size_t position)

@@ -14,8 +14,8 @@
 
 #include <sys/stat.h>
 
-// Jobs that cannot succeed. They end with 7-Zip's exit status for such a failure and one line, and leave no
-// archive.
+// Jobs that cannot succeed. They end with 7-Zip's exit status for such a failure and one line, and
+// leave no archive.
 class TestFastArchiverFailures : public QObject
 {
     Q_OBJECT

@@ -14,8 +14,8 @@
 
 #include <memory>
 
-// Packs folders of all kinds. The archives must contain the entries that 7-Zip's archiver stores for the same
-// folder, and their files' bytes.
+// Packs folders of all kinds. The archives must contain the entries that 7-Zip's archiver stores
+// for the same folder, and their files' bytes.
 class TestFastArchives : public QObject
 {
     Q_OBJECT

@@ -62,7 +62,8 @@ QString methodsOf(const sfx::CoderGraph &graph)
     return names.join(' ');
 }
 
-// Returns nothing if the block is not one frame of its size, or has coders that the archiver does not use.
+// Returns nothing if the block is not one frame of its size, or has coders that the archiver does
+// not use.
 std::optional<QByteArray> unpackBlock(const sfx::CoderGraph &graph, const QByteArray &archive)
 {
     const auto begin = static_cast<qsizetype>(graph.packBase + graph.packPositions[0]);

@@ -25,8 +25,8 @@ struct ArchivedEntry
     QString text() const;
 };
 
-// An archive that was read with 7-Zip's parser, and unpacked with libzstd and 7-Zip's filter: not with our
-// own decoders.
+// An archive that was read with 7-Zip's parser, and unpacked with libzstd and 7-Zip's filter: not
+// with our own decoders.
 struct UnpackedArchive
 {
     QList<ArchivedEntry> entries; // in the archive's order
