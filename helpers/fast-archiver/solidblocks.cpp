@@ -11,7 +11,7 @@ namespace fast {
 namespace {
 
 constexpr std::uint64_t mebibyte = 1U << 20;
-constexpr std::uint64_t smallestBlock = 16 * mebibyte;
+constexpr std::uint64_t smallestBlock = 32 * mebibyte;
 constexpr std::uint64_t largestBlock = 64 * mebibyte;
 // So that eight processors have work.
 constexpr std::uint64_t wantedBlocks = 8;

@@ -147,8 +147,8 @@ void TestSolidBlocks::theSizeOfBlocksFollowsThatOfAllFiles_data()
 {
     QTest::addColumn<quint64>("total");
     QTest::addColumn<quint64>("expected");
-    QTest::newRow("nothing") << quint64(0) << quint64(16 * mebibyte);
-    QTest::newRow("small") << quint64(100 * mebibyte) << quint64(16 * mebibyte);
+    QTest::newRow("nothing") << quint64(0) << quint64(32 * mebibyte);
+    QTest::newRow("small") << quint64(100 * mebibyte) << quint64(32 * mebibyte);
     QTest::newRow("eight blocks") << quint64(256 * mebibyte) << quint64(32 * mebibyte);
     QTest::newRow("a byte more") << quint64(256 * mebibyte + 1) << quint64(32 * mebibyte + 1);
     QTest::newRow("large") << quint64(4096 * mebibyte) << quint64(64 * mebibyte);
