@@ -13,6 +13,11 @@ void HeaderWriter::fixed(std::uint64_t value, unsigned width)
     }
 }
 
+void HeaderWriter::bytes(pe::ByteView values)
+{
+    m_bytes.insert(m_bytes.end(), values.begin(), values.end());
+}
+
 void HeaderWriter::number(std::uint64_t value)
 {
     unsigned following = 0;

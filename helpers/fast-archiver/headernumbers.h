@@ -14,7 +14,7 @@ class HeaderWriter
 {
 public:
     void byte(std::uint8_t value) { m_bytes.push_back(value); }
-    void bytes(pe::ByteView values) { m_bytes.insert(m_bytes.end(), values.begin(), values.end()); }
+    void bytes(pe::ByteView values);
     void fixed32(std::uint32_t value) { fixed(value, 4); }
     void fixed64(std::uint64_t value) { fixed(value, 8); }
     // A number in one to nine bytes: the leading one bits of the first byte tell how many bytes
