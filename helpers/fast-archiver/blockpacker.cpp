@@ -49,7 +49,7 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     };
     set(ZSTD_c_compressionLevel, plan.level);
     set(ZSTD_c_windowLog, static_cast<int>(plan.windowLog));
-    set(ZSTD_c_minMatch, plan.minMatch);
+    set(ZSTD_c_chainLog, plan.chainLog);
     set(ZSTD_c_searchLog, plan.searchLog);
     // The usual search looks back over a part of the window; this one finds long repetitions in all
     // of it.
@@ -59,8 +59,8 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     if (plan.partSize != 0) {
         set(ZSTD_c_nbWorkers, static_cast<int>(threads));
         set(ZSTD_c_jobSize, static_cast<int>(plan.partSize));
-        set(ZSTD_c_overlapLog,
-            9); // the longest: a part also finds what repeats the bytes before it
+        // A part also finds what repeats the last 8 MiB before it.
+        set(ZSTD_c_overlapLog, 8);
     }
     if (!ZSTD_isError(result)) {
         result = ZSTD_CCtx_setPledgedSrcSize(context, block.size);
