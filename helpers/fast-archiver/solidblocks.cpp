@@ -13,8 +13,8 @@ namespace {
 constexpr std::uint64_t mebibyte = 1U << 20;
 constexpr std::uint64_t smallestBlock = 32 * mebibyte;
 constexpr std::uint64_t largestBlock = 64 * mebibyte;
-// So that eight processors have work.
-constexpr std::uint64_t wantedBlocks = 8;
+// A folder of 200 to 400 MB has at least so many. More would make the archive larger.
+constexpr std::uint64_t wantedBlocks = 6;
 
 bool isX86(Content content)
 {

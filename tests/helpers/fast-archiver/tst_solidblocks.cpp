@@ -149,8 +149,8 @@ void TestSolidBlocks::theSizeOfBlocksFollowsThatOfAllFiles_data()
     QTest::addColumn<quint64>("expected");
     QTest::newRow("nothing") << quint64(0) << quint64(32 * mebibyte);
     QTest::newRow("small") << quint64(100 * mebibyte) << quint64(32 * mebibyte);
-    QTest::newRow("eight blocks") << quint64(256 * mebibyte) << quint64(32 * mebibyte);
-    QTest::newRow("a byte more") << quint64(256 * mebibyte + 1) << quint64(32 * mebibyte + 1);
+    QTest::newRow("six blocks") << quint64(192 * mebibyte) << quint64(32 * mebibyte);
+    QTest::newRow("a byte more") << quint64(192 * mebibyte + 1) << quint64(32 * mebibyte + 1);
     QTest::newRow("large") << quint64(4096 * mebibyte) << quint64(64 * mebibyte);
 }
 
