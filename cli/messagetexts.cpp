@@ -25,6 +25,7 @@ const QList<MessageText> &messageTexts()
          "--keep 需要 1 到 %1 的天数，而不是 %2"},
         {"--keep-verify needs --keep", "--keep-verify 需要 --keep"},
         {"--json and --quiet contradict each other", "--json 与 --quiet 互相矛盾"},
+        {"--profile %1 and --%2 contradict each other", "--profile %1 与 --%2 互相矛盾"},
         {"the configuration file %1 cannot be read", "无法读取配置文件 %1"},
         {"%1: there is no key %2", "%1：没有 %2 这个键"},
         {"%1: the value of the key %2 is no text", "%1：键 %2 的值不是文字"},
@@ -67,6 +68,10 @@ const QList<MessageText> &messageTexts()
         {"another job is making %1", "另一个任务正在制作 %1"},
         {"another job is making %1; if there is none, remove %2",
          "另一个任务正在制作 %1；如果没有这样的任务，请删除 %2"},
+        {"this build of kestrelpack-cli has no archiver for --profile fast-start",
+         "这个版本的 kestrelpack-cli 没有 --profile fast-start 的压缩程序"},
+        {"the archiver for --profile fast-start cannot be written to %1",
+         "无法把 --profile fast-start 的压缩程序写入 %1"},
         {"cannot lock the output %1: %2", "无法锁定输出文件 %1：%2"},
         {"cannot create the directory %1", "无法创建目录 %1"},
 

@@ -19,6 +19,7 @@ enum class OptionId {
     Icon,
     Level,
     Method,
+    Profile,
     Console,
     Cwd,
     Set,

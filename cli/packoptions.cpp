@@ -13,6 +13,7 @@
 namespace {
 
 constexpr QLatin1String noIcon("none");
+constexpr int ultraIndex = 5; // in the list of levels
 
 // Returns the index of the option's value in its list of words, or `byDefault` if the option was
 // not given. parseCommandLine() and the configuration file have refused other words.
@@ -40,6 +41,27 @@ WorkingFolderChoice workingFolderChoice(const OptionValues &values)
         = {WorkingFolderChoice::App, WorkingFolderChoice::Caller, WorkingFolderChoice::Exe,
            WorkingFolderChoice::Auto};
     return choices[wordIndex(values, OptionId::Cwd, 3)];
+}
+
+// A profile other than the default one decides on level and method. Returns a message if the user
+// has decided, too.
+QString readProfile(const OptionValues &values, PackOptions &pack)
+{
+    static constexpr Profile profiles[] = {Profile::Default, Profile::FastStart, Profile::Small};
+    pack.profile = profiles[wordIndex(values, OptionId::Profile, 0)];
+    if (pack.profile == Profile::Default) {
+        return {};
+    }
+    for (const OptionId id : {OptionId::Level, OptionId::Method}) {
+        if (values.contains(id)) {
+            return text("--profile %1 and --%2 contradict each other")
+                .arg(lastValue(values, OptionId::Profile), QLatin1String(option(id).name));
+        }
+    }
+    if (pack.profile == Profile::Small) {
+        pack.levelIndex = ultraIndex;
+    }
+    return {};
 }
 
 QString wordMessage(const OptionInfo &option, const QString &value)
@@ -131,6 +153,9 @@ std::variant<PackOptions, QString> packOptionsFrom(const OptionValues &values,
     pack.iconPath = pack.noIcon ? QString() : lastValue(values, OptionId::Icon);
     pack.levelIndex = wordIndex(values, OptionId::Level, pack.levelIndex);
     pack.methodIndex = wordIndex(values, OptionId::Method, pack.methodIndex);
+    if (const QString message = readProfile(values, pack); !message.isEmpty()) {
+        return message;
+    }
     pack.console = consoleChoice(values);
     pack.workingFolder = workingFolderChoice(values);
     pack.arguments = lastValue(values, OptionId::Arguments);

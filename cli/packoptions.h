@@ -14,6 +14,8 @@
 
 enum class ConsoleChoice { Auto, Yes, No };
 enum class WorkingFolderChoice { Auto, App, Caller, Exe };
+// FastStart: the archive is made by the archiver in helpers/fast-archiver.
+enum class Profile { Default, FastStart, Small };
 
 // The user's request to pack a folder. Its paths are not yet checked against the disk.
 struct PackOptions
@@ -26,6 +28,7 @@ struct PackOptions
     bool noIcon = false;
     int levelIndex = 3;  // in the list of compression levels; 3 is "normal", 0 is "store"
     int methodIndex = 0; // in the list of methods; 0 is LZMA
+    Profile profile = Profile::Default;
 
     ConsoleChoice console = ConsoleChoice::Auto;
     WorkingFolderChoice workingFolder = WorkingFolderChoice::Auto;

@@ -80,8 +80,9 @@ std::variant<PreparedJob, Refusal> prepareJob(const PackOptions &options,
     prepared.job.mainExeName = prepared.tree.mainProgram;
     prepared.job.iconPath = inputs.icon;
     prepared.job.compressionLevel = compressionLevelText(options.levelIndex);
-    prepared.job.compressionMethod
-        = archiverMethod(prepared.job.compressionLevel, compressionMethodText(options.methodIndex));
+    prepared.job.compressionMethod = options.profile == Profile::FastStart
+        ? fastArchiverMethod()
+        : archiverMethod(prepared.job.compressionLevel, compressionMethodText(options.methodIndex));
     prepared.job.dictionarySize = dictionarySizeText(-1);
     return prepared;
 }

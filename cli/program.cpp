@@ -7,6 +7,7 @@
 #include "cli/console.h"
 #include "cli/earlyinterruption.h"
 #include "cli/exitstatus.h"
+#include "cli/fastarchiver.h"
 #include "cli/helptext.h"
 #include "cli/inputcheck.h"
 #include "cli/outputguard.h"
@@ -92,6 +93,11 @@ int pack(const PackOptions &options, const ProgramHooks &hooks)
     PreparedJob &inputs = *std::get_if<PreparedJob>(&prepared);
     if (const auto refusal = hooks.prepareProgram(inputs)) {
         return refuse(console, refusal->message);
+    }
+    if (options.profile == Profile::FastStart) {
+        if (const auto refusal = provideFastArchiver(temporary.path())) {
+            return refuse(console, refusal->message);
+        }
     }
     // After everything that can be refused, so that a refusal leaves no new folder.
     if (const auto refusal = makeOutputDirectory(inputs.product)) {

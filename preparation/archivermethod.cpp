@@ -36,6 +36,11 @@ QString archiverMethod(const QString &level, const QString &method)
                                             : method;
 }
 
+QString fastArchiverMethod()
+{
+    return QStringLiteral("ZSTD");
+}
+
 bool isArchiverPattern(const QString &path)
 {
     const QString name = path.startsWith(QLatin1String("//?/")) ? path.mid(4) : path;

@@ -16,3 +16,7 @@ bool isArchiverPattern(const QString &path);
 // archive does not depend on the number of processors and the memory of this machine (README.md says
 // what that costs).
 QString archiverMethod(const QString &level, const QString &method);
+
+// The method that the archiver for fast starts takes (helpers/fast-archiver). Its archives never depend on the
+// machine.
+QString fastArchiverMethod();

@@ -19,6 +19,8 @@ QString summaryOf(const PackOptions &pack)
             parts << part;
         }
     };
+    add(pack.profile == Profile::FastStart, "fast start");
+    add(pack.profile == Profile::Small, "small");
     add(!pack.name.isEmpty(), "name " + pack.name);
     add(pack.noIcon, "no icon");
     add(pack.console != ConsoleChoice::Auto, QString("console %1").arg(int(pack.console)));
@@ -93,11 +95,18 @@ private slots:
         QTest::newRow("an option twice: the last one counts")
             << QStringList({"-l", "store", "-l", "maximum", "app"})
             << "folder app, main <>, output ., icon <>, level 4, method 0";
+        QTest::newRow("a small product")
+            << QStringList({"--profile", "small", "app"})
+            << "folder app, main <>, output ., icon <>, level 5, method 0, small";
+        QTest::newRow("the default profile decides nothing")
+            << QStringList({"--profile", "default", "-l", "fast", "-c", "LZMA2", "app"})
+            << "folder app, main <>, output ., icon <>, level 2, method 1";
         const QString usual = "folder app, main <>, output ., icon <>, level 3, method 0";
         const auto addRow
             = [&usual](const char *name, const QStringList &arguments, const QString &more) {
                   QTest::newRow(name) << arguments + QStringList("app") << usual + more;
               };
+        addRow("a fast start", {"--profile", "Fast-Start"}, ", fast start");
         addRow("a name", {"-n", "my app"}, ", name my app.exe");
         addRow("a name with its ending", {"--name", "my.EXE"}, ", name my.EXE");
         addRow("no icon", {"-i", "none"}, ", no icon");
@@ -257,6 +266,15 @@ private slots:
             << QStringList({"-l", "ult", "app"})
             << "refused: no such compression level: ult (available: store, fastest, fast, normal, "
                "maximum, ultra)";
+        QTest::newRow("no such profile")
+            << QStringList({"--profile", "fast", "app"})
+            << "refused: no such value for --profile: fast (available: default, fast-start, small)";
+        QTest::newRow("a profile and a level")
+            << QStringList({"--profile", "fast-start", "-l", "normal", "app"})
+            << "refused: --profile fast-start and --level contradict each other";
+        QTest::newRow("a profile and a method")
+            << QStringList({"-c", "LZMA", "--profile", "small", "app"})
+            << "refused: --profile small and --method contradict each other";
         QTest::newRow("a method of the archiver that the module does not know")
             << QStringList({"-c", "PPMd", "app"})
             << "refused: no such compression method: PPMd (available: LZMA, LZMA2)";

@@ -200,18 +200,23 @@ private slots:
     {
         QTest::addColumn<int>("levelIndex");
         QTest::addColumn<int>("methodIndex");
+        QTest::addColumn<Profile>("profile");
         QTest::addColumn<QString>("words");
         const PackOptions defaults;
         QTest::newRow("without options")
-            << defaults.levelIndex << defaults.methodIndex << "5 LZMA 16M";
-        QTest::newRow("store") << 0 << 1 << "0 Copy 16M";
-        QTest::newRow("ultra, LZMA2") << 5 << 1 << "9 LZMA2:c=256m 16M";
+            << defaults.levelIndex << defaults.methodIndex << defaults.profile << "5 LZMA 16M";
+        QTest::newRow("store") << 0 << 1 << Profile::Default << "0 Copy 16M";
+        QTest::newRow("ultra, LZMA2") << 5 << 1 << Profile::Default << "9 LZMA2:c=256m 16M";
+        QTest::newRow("a fast start") << 3 << 0 << Profile::FastStart << "5 ZSTD 16M";
+        QTest::newRow("small") << 5 << 0 << Profile::Small << "9 LZMA 16M";
     }
     void theWordsForTheArchiver()
     {
         PackOptions line = usualLine();
         QFETCH(int, levelIndex);
         QFETCH(int, methodIndex);
+        QFETCH(Profile, profile);
+        line.profile = profile;
         line.levelIndex = levelIndex;
         line.methodIndex = methodIndex;
         line.folder = m_root.filePath("app2");

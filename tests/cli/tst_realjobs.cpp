@@ -100,6 +100,36 @@ private slots:
         QCOMPARE(readFile(m_temp->filePath(name)), planted);
     }
 
+    // The product has the folder's files, whatever archiver has packed them.
+    void everyProfileMakesARightProduct_data()
+    {
+        QTest::addColumn<QString>("profile");
+        for (const QString profile : {"default", "fast-start", "small"}) {
+            QTest::newRow(qPrintable(profile)) << profile;
+        }
+    }
+    void everyProfileMakesARightProduct()
+    {
+        QFETCH(QString, profile);
+        const Source source = makeSource(5);
+        QVERIFY(QDir().mkpath(source.folder + "/empty"));
+        QVERIFY(writeFile(source.folder + "/data/nothing", {}));
+        QVERIFY(writeFile(source.folder + QStringLiteral("/文件😀"), QByteArray(3000000, 'x')));
+        const QString output = m_temp->filePath("output");
+        const CliResult result
+            = pack(QStringList{"--profile", profile} + argumentsFor(source, output));
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.exitStatus, 0);
+        const QString product = output + "/app5.exe";
+        QCOMPARE(pack({"verify", product}).exitStatus, 0);
+        const QString unpacked = m_temp->filePath("unpacked");
+        QCOMPARE(pack({"extract", "-o", unpacked, product}).exitStatus, 0);
+        for (const char *name : {"/app5.exe", "/data/text", "/data/nothing", "/文件😀"}) {
+            QCOMPARE(readFile(unpacked + name), readFile(source.folder + name));
+        }
+        QVERIFY(QFileInfo(unpacked + "/empty").isDir());
+    }
+
     void fiftyJobsAtOnceMakeFiftyRightProducts()
     {
         constexpr int count = onWindows ? 6 : 50; // under Wine each takes seconds

@@ -132,6 +132,9 @@ void TestReproducibleJobs::theSameInputGivesTheSameBytes_data()
             row(qPrintable(method + ", " + level), plain + QStringList{"-c", method, "-l", level});
         }
     }
+    for (const QString profile : {"fast-start", "small"}) {
+        row(qPrintable("profile " + profile), plain + QStringList{"--profile", profile});
+    }
     row("files are left out", plain + QStringList{"--exclude", "*.pdb", "--exclude", ".git/"});
     row("settings and an identity",
         plain + QStringList{"--title", "音", "--arguments", "-x", "--set", "ProductName=音"});

@@ -79,6 +79,33 @@ private slots:
         QVERIFY2(run.output.contains("Argument 2: 42\r\nafter 42\r\n"), qPrintable(run.output));
     }
 
+    void startsWithEveryProfile_data()
+    {
+        QTest::addColumn<QString>("profile");
+        QTest::addColumn<QStringList>("methods");
+        QTest::newRow("default") << "default" << QStringList({"LZMA", "BCJ"});
+        QTest::newRow("fast start") << "fast-start" << QStringList({"BCJ", "Zstandard"});
+        QTest::newRow("small") << "small" << QStringList({"LZMA", "BCJ2"});
+    }
+    void startsWithEveryProfile()
+    {
+        QFETCH(QString, profile);
+        QFETCH(QStringList, methods);
+        QVERIFY(makeSource("app.exe"));
+        const QString product = m_temp->filePath("out/app.exe");
+        QCOMPARE(pack({"-o", product, "--profile", profile}).errors, QString());
+        const ProgramRun run = startIn("caller", product, {"--exit", "7"});
+        QVERIFY2(run.output.contains("This is the example."), qPrintable(run.output + run.errors));
+        QCOMPARE(run.exitCode, 7);
+        QStringList found;
+        for (const auto &method : inspect(product).value("archive").toObject().value("methods").toArray()) {
+            found << method.toString();
+        }
+        found.sort();
+        methods.sort();
+        QCOMPARE(found, methods);
+    }
+
     void worksWhereItIsTold_data()
     {
         QTest::addColumn<QStringList>("options");

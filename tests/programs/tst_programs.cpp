@@ -30,6 +30,7 @@ private:
         QTest::newRow("window") << builtFile(KESTRELPACK_WINDOW) << "10.0";
         QTest::newRow("terminal program") << builtFile(KESTRELPACK_CLI) << "10.0";
         QTest::newRow("archiver") << builtFile(KESTRELPACK_ARCHIVER) << "10.0";
+        QTest::newRow("archiver for fast starts") << builtFile(KESTRELPACK_FAST_ARCHIVER) << "10.0";
         QTest::newRow("resource editor") << builtFile(KESTRELPACK_RESOURCE_EDITOR) << "10.0";
 #endif
     }

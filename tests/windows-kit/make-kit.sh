@@ -36,6 +36,7 @@ cp $tests/fakes/faketool.exe $tests/faults/killedjob.exe $tests/cli/fakedcli.exe
     $tests/e2e/checker.exe $tests/e2e/readversion.exe $tests/helpers/pe/identified.exe \
     $tests/helpers/resource-editor/loadicons.exe "$tests/windows-kit/kit/files/kit-probe.exe" \
     build/windows/helpers/resource-editor/resource-editor.exe \
+    build/windows/helpers/fast-archiver/fast-archiver.exe \
     build/windows/examples/hello/app/hello.exe examples/hello/hello.ico "$kit/files"
 cp -r build/windows/examples/hello/app "$kit/files/app"
 cp -r tests/data/. "$kit/files/data"

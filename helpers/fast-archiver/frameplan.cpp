@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/fast-archiver/frameplan.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace fast {
+
+namespace {
+
+constexpr unsigned smallestWindowLog = 17;
+constexpr std::size_t partSize = 16U << 20;
+
+// The level's own values would be 23 and 6. So it remembers more places, and looks at fewer of them.
+constexpr int usualLevel = 18;
+constexpr int usualChainLog = 24;
+constexpr int usualSearchLog = 4;
+
+// What libzstd's optimal parser and its tables need beside the window.
+constexpr std::uint64_t tablesMemory = 96U << 20;
+
+} // namespace
+
+FramePlan framePlanFor(const SolidBlock &block, const PackOptions &options)
+{
+    FramePlan plan;
+    plan.level = options.level;
+    plan.windowLog = std::clamp(static_cast<unsigned>(std::bit_width(block.size - 1)),
+                                smallestWindowLog, options.windowLog);
+    if (options.level == usualLevel) {
+        plan.chainLog = usualChainLog;
+        plan.searchLog = usualSearchLog;
+    }
+    if (block.isLarge) {
+        plan.partSize = partSize;
+    }
+    return plan;
+}
+
+std::uint64_t memoryFor(const FramePlan &plan)
+{
+    const std::uint64_t window = std::uint64_t{1} << plan.windowLog;
+    return window + tablesMemory + 2 * plan.partSize;
+}
+
+} // namespace fast
