@@ -9,22 +9,32 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <functional>
+
 #include <glob.h>
+#include <signal.h>
 
 namespace {
 
-// Wine gives its processes their Windows command line.
-QList<qint64> processesOf(const QString &pathBegin)
+// Processes with a command line for which `matches` returns true. There are zeros between the
+// arguments.
+QList<qint64> processesWith(const std::function<bool(const QString &)> &matches)
 {
     QList<qint64> ids;
     for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
         const qint64 id = name.toLongLong();
         const QByteArray line = contentOf(QStringLiteral("/proc/%1/cmdline").arg(id));
-        if (id > 0 && QString::fromUtf8(line).startsWith(pathBegin)) {
+        if (id > 0 && matches(QString::fromUtf8(line))) {
             ids += id;
         }
     }
     return ids;
+}
+
+// Wine gives its processes their Windows command line.
+QList<qint64> processesOf(const QString &pathBegin)
+{
+    return processesWith([&](const QString &line) { return line.startsWith(pathBegin); });
 }
 
 } // namespace
@@ -264,6 +274,17 @@ QList<qint64> ModuleRun::programProcesses() const
 QList<qint64> ModuleRun::processesFrom(const QString &folder)
 {
     return processesOf(windowsPath(folder) + u'\\');
+}
+
+void ModuleRun::endHalfStarted() const
+{
+    const QString program = QChar(u'\0') + windowsPath(m_temporary) + u'\\';
+    const QList<qint64> ids = processesWith([&](const QString &line) {
+        return line.section(u'\0', 0, 0).contains(u"/wine") && line.contains(program);
+    });
+    for (const qint64 id : ids) {
+        kill(static_cast<pid_t>(id), SIGKILL);
+    }
 }
 
 Run ModuleRun::finish(QProcess &process, int milliseconds)

@@ -75,6 +75,10 @@ public:
     QList<qint64> programProcesses() const;
     // Those whose program lies in this folder.
     static QList<qint64> processesFrom(const QString &folder);
+    // Kills processes that Wine was just starting from the temporary folder when their parent was
+    // killed. Wine 8 leaves them waiting for ever, with the program's file in use. On Windows, such a
+    // process either does not exist or belongs to the job, which ends it.
+    void endHalfStarted() const;
     // Keeps a file open, so that other processes cannot delete it, until finish() is called.
     std::unique_ptr<QProcess> hold(const QString &file) const;
     // Keeps the unpacked main.exe of the next start open in the same way, so that others cannot
