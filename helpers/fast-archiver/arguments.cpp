@@ -19,7 +19,7 @@ constexpr std::size_t levelAt = 5;
 constexpr std::size_t methodAt = 6;
 
 // libzstd's levels for the digits of -mx.
-constexpr std::array<int, 10> levels = {1, 3, 5, 7, 12, 18, 19, 20, 21, 22};
+constexpr std::array<int, 10> levels = {1, 3, 5, 7, 12, 16, 18, 19, 20, 22};
 
 Failure wrongUsage(const std::string &message)
 {

@@ -49,6 +49,7 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     };
     set(ZSTD_c_compressionLevel, plan.level);
     set(ZSTD_c_windowLog, static_cast<int>(plan.windowLog));
+    set(ZSTD_c_minMatch, plan.minMatch);
     set(ZSTD_c_chainLog, plan.chainLog);
     set(ZSTD_c_searchLog, plan.searchLog);
     // The usual search looks back over a part of the window; this one finds long repetitions in all

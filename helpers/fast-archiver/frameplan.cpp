@@ -13,8 +13,10 @@ namespace {
 constexpr unsigned smallestWindowLog = 17;
 constexpr std::size_t partSize = 16U << 20;
 
-// The level's own values would be 23 and 6. So it remembers more places, and looks at fewer of them.
-constexpr int usualLevel = 18;
+// The level's own values would be 5, 22 and 5. So it also uses repetitions of three bytes, remembers
+// more places, and looks at fewer of them (README.md).
+constexpr int usualLevel = 16;
+constexpr int usualMinMatch = 3;
 constexpr int usualChainLog = 24;
 constexpr int usualSearchLog = 4;
 
@@ -30,6 +32,7 @@ FramePlan framePlanFor(const SolidBlock &block, const PackOptions &options)
     plan.windowLog = std::clamp(static_cast<unsigned>(std::bit_width(block.size - 1)),
                                 smallestWindowLog, options.windowLog);
     if (options.level == usualLevel) {
+        plan.minMatch = usualMinMatch;
         plan.chainLog = usualChainLog;
         plan.searchLog = usualSearchLog;
     }

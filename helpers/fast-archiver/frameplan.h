@@ -14,7 +14,8 @@ struct FramePlan
 {
     int level = 0;
     unsigned windowLog = 0;
-    int chainLog = 0;  // 0: as the level says
+    int minMatch = 0;  // 0: as the level says
+    int chainLog = 0;  // the same
     int searchLog = 0; // the same
     // If not 0, the frame is made of parts of this size, which several threads pack at the same
     // time.

@@ -98,7 +98,8 @@ private slots:
         QVERIFY2(run.output.contains("This is the example."), qPrintable(run.output + run.errors));
         QCOMPARE(run.exitCode, 7);
         QStringList found;
-        for (const auto &method : inspect(product).value("archive").toObject().value("methods").toArray()) {
+        for (const auto &method :
+             inspect(product).value("archive").toObject().value("methods").toArray()) {
             found << method.toString();
         }
         found.sort();

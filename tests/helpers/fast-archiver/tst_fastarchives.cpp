@@ -126,7 +126,9 @@ void TestFastArchives::foldersOfAllKinds_data()
     QTest::newRow("names beyond ASCII") << QStringList(
         {QStringLiteral("文件夹/文件.txt"), QStringLiteral("ümläut"), "ﬁ", QStringLiteral("😀/😀.😀")})
                                         << QByteArray("content");
-    QTest::newRow("hidden names") << QStringList({".hidden", ".folder/.x"}) << QByteArray("x");
+    if (!onWindows) { // Wine gives two answers to the question whether such a file is hidden
+        QTest::newRow("hidden names") << QStringList({".hidden", ".folder/.x"}) << QByteArray("x");
+    }
     QTest::newRow("blanks and signs")
         << QStringList({" a b", "c;d", "e%1", "f'g", "h#", "[i]", "$j", "@k", "-l"})
         << QByteArray("x");
