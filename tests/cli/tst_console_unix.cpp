@@ -20,7 +20,7 @@ class TestConsole : public QObject
 private slots:
     void initTestCase()
     {
-        m_terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+        m_terminal = posix_openpt(O_RDWR | O_NOCTTY);
         QVERIFY(m_terminal != -1 && grantpt(m_terminal) == 0 && unlockpt(m_terminal) == 0);
         const int program = open(ptsname(m_terminal), O_RDWR | O_NOCTTY);
         m_usual = dup(STDERR_FILENO);
@@ -61,11 +61,20 @@ private slots:
     }
 
 private:
+    // Everything that was sent since the last call. The system passes it on at its leisure, so a mark
+    // is sent after it.
     QString sent() const
     {
-        QByteArray bytes(4096, '\0');
-        const ssize_t got = read(m_terminal, bytes.data(), size_t(bytes.size()));
-        return QString::fromUtf8(bytes.left(got > 0 ? got : 0));
+        constexpr char mark = '\x1f';
+        QByteArray bytes;
+        char byte = 0;
+        if (write(STDERR_FILENO, &mark, 1) != 1) {
+            return QStringLiteral("no terminal");
+        }
+        while (read(m_terminal, &byte, 1) == 1 && byte != mark) {
+            bytes += byte;
+        }
+        return QString::fromUtf8(bytes);
     }
 
     int m_terminal = -1;
