@@ -29,7 +29,7 @@ private slots:
 
 void TestSelfExtractor::isSmallAndSelfContained()
 {
-    QVERIFY2(m_run.module().size() <= 120000, qPrintable(QString::number(m_run.module().size())));
+    QVERIFY2(m_run.module().size() <= 140000, qPrintable(QString::number(m_run.module().size())));
     for (const char *library : {"msvcrt.dll", "libgcc", "libstdc++", "libwinpthread", "api-ms"}) {
         QVERIFY2(!m_run.module().toLower().contains(library), library);
     }
