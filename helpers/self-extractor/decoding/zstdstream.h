@@ -33,7 +33,7 @@ private:
     // The heap for the decoder's window, with a maximum.
     struct WindowMemory
     {
-        ISzAlloc functions; // must be first: 7-Zip passes a pointer to it
+        ISzAlloc functions = {}; // must be first: 7-Zip passes a pointer to it
         std::size_t most = 0;
         bool isExceeded = false;
     };
