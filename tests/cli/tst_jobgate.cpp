@@ -41,9 +41,15 @@ public:
         return *job;
     }
 
-    bool isThroughWithin(std::chrono::milliseconds limit) const
+    bool isThroughWithin(std::chrono::milliseconds limit)
     {
-        return m_end.wait_for(limit) == std::future_status::ready;
+        if (m_end.wait_for(limit) != std::future_status::ready) {
+            return false;
+        }
+        if (m_thread.joinable()) {
+            m_thread.join();
+        }
+        return true;
     }
 
     JobGate gate;
@@ -84,7 +90,7 @@ private slots:
 
     void anOpenGateLetsEveryoneThrough()
     {
-        const GatedJob &job = GatedJob::start([](JobGate &gate) {
+        GatedJob &job = GatedJob::start([](JobGate &gate) {
             for (int i = 0; i < 1000; ++i) {
                 gate.pass();
             }

@@ -9,10 +9,10 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <csignal>
 #include <functional>
 
 #include <glob.h>
-#include <signal.h>
 
 namespace {
 
