@@ -118,6 +118,7 @@ pe::Bytes archiveHeader(const std::vector<SourceFile> &files, const std::vector<
     header.byte(Header);
     if (!blocks.empty()) {
         std::vector<std::uint64_t> sizes;
+        sizes.reserve(packed.size());
         for (const PackedBlock &block : packed) {
             sizes.push_back(block.packedSize);
         }

@@ -21,7 +21,6 @@ BlockReader::BlockReader(const Source &source, const SolidBlock &block, Progress
     : m_source(source)
     , m_block(block)
     , m_progress(progress)
-    , m_filterState(Z7_BRANCH_CONV_ST_X86_STATE_INIT_VAL)
 {
 }
 

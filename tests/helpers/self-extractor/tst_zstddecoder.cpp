@@ -21,7 +21,6 @@ using zstdframes::block;
 using zstdframes::frameHeader;
 using zstdframes::frameOf;
 using zstdframes::framesOf;
-using zstdframes::Options;
 using zstdframes::skippableFrame;
 
 namespace {
