@@ -57,7 +57,10 @@ private:
         Owned<Level> above;
     };
 
-    bool isLate() const { return m_files.count() >= leastMarked && GetTickCount64() > m_deadline; }
+    bool stopsMarking() const
+    {
+        return m_files.count() >= leastMarked && GetTickCount64() > m_deadline;
+    }
     bool enter(Handle &folder, DWORD attributes, HANDLE listed);
     bool leave();
     bool askPrograms();
@@ -149,7 +152,7 @@ bool TreeRemoval::markFile(const ListedEntry &entry)
 bool TreeRemoval::markFiles(HANDLE folder)
 {
     m_listing.begin(folder);
-    while (!isLate() && m_listing.next()) {
+    while (!stopsMarking() && m_listing.next()) {
         const ListedEntry entry = m_listing.entry();
         if (!entry.isFolder() && !markFile(entry)) {
             return false;
@@ -180,7 +183,7 @@ bool TreeRemoval::run()
         }
         m_folders.makeWritable();
         m_files.remove();
-    } while (m_hasMore && !isLate());
+    } while (m_hasMore);
     m_folders.remove();
     return markForRemoval(m_root);
 }
