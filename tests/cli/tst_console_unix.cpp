@@ -61,8 +61,8 @@ private slots:
     }
 
 private:
-    // Everything that was sent since the last call. The system passes it on at its leisure, so a mark
-    // is sent after it.
+    // Everything that was sent since the last call. The system passes it on a moment later, so this
+    // sends a mark after it and reads up to the mark.
     QString sent() const
     {
         constexpr char mark = '\x1f';
