@@ -50,6 +50,18 @@ bool preallocate(HANDLE file, std::uint64_t size)
 
 } // namespace
 
+void setTimeAndAttributes(HANDLE file, const Entry &entry)
+{
+    FILE_BASIC_INFO info = {};
+    if (entry.hasModified) {
+        info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
+    }
+    // A new file has the archive attribute.
+    const bool hasThem = !entry.isFolder && entry.attributes == FILE_ATTRIBUTE_ARCHIVE;
+    info.FileAttributes = hasThem ? 0 : entry.attributes; // 0: leave unchanged
+    SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
+}
+
 Status FileSink::fail()
 {
     const DWORD error = GetLastError();
@@ -178,8 +190,8 @@ Status FileSink::write(const std::uint8_t *data, std::size_t size)
 Status FileSink::endFile(const Entry &file)
 {
     // An empty file may be opened again, so it is closed at once.
-    if (file.size != 0) {
-        m_common.closer.close(m_file, file);
+    if (m_closer && file.size != 0) {
+        m_closer->close(m_file, file);
     } else {
         setTimeAndAttributes(m_file.get(), file);
         m_file.reset();
@@ -189,12 +201,14 @@ Status FileSink::endFile(const Entry &file)
 
 Owned<UnpackSink> FileSink::another()
 {
-    return makeOwned<FileSink>(m_folder, m_common);
+    return makeOwned<FileSink>(m_folder, m_closer, m_common);
 }
 
 Status FileSink::finishFolder(const Entry &folder)
 {
-    m_common.closer.finish();
+    if (m_closer) {
+        m_closer->finish();
+    }
     if (!locate(folder)) {
         return Status::NoMemory;
     }
