@@ -47,6 +47,15 @@ build with cmake --preset release: $*"
     } >>"$log" 2>&1 || fail "cannot install the packages; see $log"
 }
 
+# fix_addresses SCRIPT [ARGUMENT]...: starts the script once more, without address space randomization, which Wine
+# cannot always stand (tests/wine/bin/wine). Does nothing in the second start, or if the system does not allow it.
+fix_addresses() {
+    if [ -z "${KESTRELPACK_FIXED_ADDRESSES-}" ] && setarch -R true 2>/dev/null; then
+        export KESTRELPACK_FIXED_ADDRESSES=1
+        exec setarch -R "$@"
+    fi
+}
+
 # Uses ccache, so that object files of earlier builds in any checkout are used again. Its folder is in the cache.
 share_objects() {
     require_packages ccache

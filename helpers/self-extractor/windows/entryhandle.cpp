@@ -61,11 +61,20 @@ bool isOfKind(HANDLE opened, DWORD kind)
     return GetFileInformationByHandle(opened, &info) && (info.dwFileAttributes & kinds) == kind;
 }
 
+// Returns whether the status is a success.
+bool setReason(NTSTATUS status)
+{
+    SetLastError(RtlNtStatusToDosError(status));
+    return status >= 0;
+}
+
 EntryUse checkedUse(NTSTATUS status, Handle &opened, DWORD kind)
 {
+    setReason(status);
     const EntryUse use = useByOpening(static_cast<std::uint32_t>(status));
     if (use == EntryUse::Free && !isOfKind(opened.get(), kind)) {
         opened.reset();
+        SetLastError(ERROR_DIRECTORY);
         return EntryUse::NotForUs;
     }
     return use;
@@ -75,6 +84,7 @@ EntryUse openFolderWith(ACCESS_MASK access, const Text &path, Handle &folder)
 {
     Text systemPath;
     if (!toSystemPath(path, systemPath)) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return EntryUse::InUse;
     }
     const Way way = {access, shareContent, FILE_OPEN, neverFollow | FILE_DIRECTORY_FILE};
@@ -96,13 +106,19 @@ bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folde
     const NTSTATUS status = open({nullptr, systemPath.data(), systemPath.size()}, way,
                                  security != nullptr ? security->lpSecurityDescriptor : nullptr,
                                  folder);
-    SetLastError(RtlNtStatusToDosError(status));
-    return status >= 0;
+    return setReason(status);
 }
 
 bool guardFolder(const Text &path, Handle &folder)
 {
     return openFolderWith(listing, path, folder) == EntryUse::Free;
+}
+
+bool createFile(HANDLE folder, const char16_t *name, std::size_t nameSize, Handle &file)
+{
+    const Way way = {FILE_GENERIC_WRITE, 0, FILE_CREATE,
+                     FILE_SYNCHRONOUS_IO_NONALERT | FILE_NON_DIRECTORY_FILE};
+    return setReason(open({folder, name, nameSize}, way, nullptr, file));
 }
 
 EntryUse openFolder(const Text &path, Handle &folder)

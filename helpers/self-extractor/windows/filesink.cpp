@@ -7,6 +7,7 @@
 #include "helpers/self-extractor/start/heldfile.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/diskspace.h"
+#include "helpers/self-extractor/windows/entryhandle.h"
 #include "helpers/self-extractor/windows/interrupt.h"
 
 namespace sfx {
@@ -77,17 +78,36 @@ bool FileSink::locate(const Entry &entry)
         return false;
     }
     m_base = m_path.size();
-    return appendArchivePath(m_path, entry.path, entry.pathSize);
+    if (!appendArchivePath(m_path, entry.path, entry.pathSize)) {
+        return false;
+    }
+    m_name = m_path.size();
+    while (m_path.data()[m_name - 1] != u'\\') {
+        --m_name;
+    }
+    return true;
 }
 
 // The file is not shared and closed once, so a scanner cannot look into it before it is complete.
-bool FileSink::createFile(const Entry &file)
+bool FileSink::createFile()
 {
-    const bool exists = file.size != 0 && couldBeShortName(file.path, file.pathSize);
-    m_file.reset(exists ? openAgain(m_path)
-                        : CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    return static_cast<bool>(m_file);
+    const HANDLE parent = m_parents.above(m_path, m_name);
+    return parent != nullptr
+        && sfx::createFile(parent, m_path.data() + m_name, m_path.size() - m_name, m_file);
+}
+
+bool FileSink::openFile(const Entry &file)
+{
+    if (file.size != 0 && couldBeShortName(file.path, file.pathSize)) {
+        m_file.reset(openAgain(m_path));
+        return static_cast<bool>(m_file);
+    }
+    if (createFile()) {
+        return true;
+    }
+    const DWORD error = GetLastError();
+    const bool isMissing = error == ERROR_PATH_NOT_FOUND || error == ERROR_FILE_NOT_FOUND;
+    return isMissing && makeParents() && createFile();
 }
 
 bool FileSink::createFolder()
@@ -143,8 +163,7 @@ Status FileSink::beginFile(const Entry &file)
     if (!locate(file)) {
         return Status::NoMemory;
     }
-    if (!createFile(file)
-        && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile(file))) {
+    if (!openFile(file)) {
         return fail();
     }
     if (file.size >= leastPreallocated && !preallocate(m_file.get(), file.size)) {

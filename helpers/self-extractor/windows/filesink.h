@@ -7,6 +7,7 @@
 #include "helpers/self-extractor/start/kepttable.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/filecloser.h"
+#include "helpers/self-extractor/windows/parentfolders.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>
@@ -64,7 +65,8 @@ private:
     FileSink(const Text &folder, Common &common) : m_folder(folder), m_common(common) {}
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
-    bool createFile(const Entry &file);
+    bool createFile();
+    bool openFile(const Entry &file);
     bool createFolder();
     bool makeParents();
 
@@ -72,6 +74,8 @@ private:
     const KeptTable *m_table = nullptr;
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's path begins in it
+    std::size_t m_name = 0; // where its last name begins
+    ParentFolders m_parents;
     Handle m_file;
     Common m_own;
     Common &m_common; // the first sink's
