@@ -1,0 +1,97 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+# SPDX-License-Identifier: MIT
+"""check-links.py FOLDER: checks the links of all documents in the folder, without the network.
+
+A link to a file or folder must lead to one, an anchor to a heading, and a picture needs a text. The two READMEs must
+have the same commands, options and pictures of the same subjects.
+"""
+
+import os
+import re
+import sys
+from urllib.parse import unquote
+
+sys.dont_write_bytecode = True
+import markdown
+
+
+def read(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read()
+
+
+def fault_of(top, document, target):
+    """What is wrong with the link, or None."""
+    if re.match(r"^[a-z][a-z0-9+.-]*:", target):
+        return None if target.startswith(("https://", "mailto:")) else "is not https"
+    path, _, name = unquote(target).partition("#")
+    place = os.path.normpath(os.path.join(os.path.dirname(document), path)) if path else document
+    if place.startswith(".."):
+        return "leads out of the project"
+    if not os.path.exists(os.path.join(top, place)):
+        return "leads nowhere"
+    if not name:
+        return None
+    if not place.endswith(".md"):
+        return "has an anchor, but leads to no document"
+    return None if name in markdown.anchors(read(os.path.join(top, place))) else "has no such heading"
+
+
+def check_links(top):
+    faults = []
+    count = 0
+    for document in markdown.documents(top):
+        for line, _, target in markdown.links(read(os.path.join(top, document))):
+            count += 1
+            fault = fault_of(top, document, target)
+            if fault:
+                faults.append(f"{document}:{line}: {target} {fault}")
+    if not count:
+        faults.append("no links were found")
+    print(f"{count} links")
+    return faults
+
+
+def commands(text):
+    """The shell commands of a document, without their comments."""
+    found = []
+    for block in markdown.blocks(text):
+        if block.language == "sh":
+            found += [re.sub(r"\s+#\s.*", "", line).strip() for line in block.text.split("\n")]
+    return [line for line in found if line]
+
+
+def options(text):
+    return re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
+
+
+def in_both(what, english, chinese):
+    faults = [f"README.zh-CN.md has no {what} {line}" for line in english if line not in chinese]
+    return faults + [f"README.md has no {what} {line}" for line in chinese if line not in english]
+
+
+def check_languages(top):
+    """The two READMEs say the same, each in its language."""
+    english, chinese = (read(os.path.join(top, name)) for name in ("README.md", "README.zh-CN.md"))
+    one, other = ([line.count("|") for line in text.split("\n") if line.startswith("| ")]
+                  for text in (english, chinese))
+    faults = in_both("command", commands(english), commands(chinese))
+    faults += in_both("option", *([re.sub("[、, ]", "", line) for line in options(text)]
+                                  for text in (english, chinese)))
+    if one != other:
+        faults.append("the tables of README.md and README.zh-CN.md have other rows or columns")
+    levels = [re.findall(r"^(#+) ", markdown.without_code(text), re.MULTILINE) for text in (english, chinese)]
+    if levels[0] != levels[1]:
+        faults.append("README.md and README.zh-CN.md have other sections")
+    return faults
+
+
+def main():
+    top = sys.argv[1]
+    faults = check_links(top) + check_languages(top)
+    print("\n".join(faults))
+    return 1 if faults else 0
+
+
+sys.exit(main())
