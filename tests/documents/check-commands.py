@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-"""check-commands.py FOLDER CLI HELLO: runs the commands of the documents.
+"""check-commands.py FOLDER CLI ARCHIVER HELLO: runs the commands of the documents.
 
-FOLDER is the project, CLI the terminal program, HELLO the folder of the example application. Each fenced block of
+FOLDER is the project, CLI the terminal program, ARCHIVER 7zr, HELLO the folder of the example application. Each fenced block of
 both READMEs, of CONTRIBUTING.md and of docs/*.md is run in a new folder with inputs (inputs.py), and each executable
 that it makes is verified. A block that is listed in not-run.txt is not run. A block that fails, and a line of the
 list that fits no block, are faults. Blocks that differ in their comments only are run once.
@@ -100,21 +100,36 @@ def check_blocks(top, stock):
     return faults + ([] if done else ["no block was run"])
 
 
+def check_lines(top, stock):
+    """Runs the archiver's commands in the lines of the READMEs."""
+    faults, count = [], 0
+    for document in ("README.md", "README.zh-CN.md"):
+        for line, code in markdown.code_in_lines(read(os.path.join(top, document))):
+            if code.startswith("7zr "):
+                count += 1
+                faults.append(run(markdown.Block(line, "sh", code + "\n"), f"{document}:{line}", stock))
+    return [fault for fault in faults if fault] + ([] if count == 2 else ["7zr is not named once in each README"])
+
+
 def check_options(top, stock):
-    """Every option that the READMEs explain in tables is in the help."""
+    """Every option that the READMEs explain in tables, or that is named with the program, is in the help."""
     known = set(re.findall(r"--[a-z-]+", stock.help()))
     named = set()
-    for name in ("README.md", "README.zh-CN.md"):
-        for line in re.findall(r"^\| `-.*$", read(os.path.join(top, name)), re.MULTILINE):
+    for name in markdown.documents(top):
+        text = read(os.path.join(top, name))
+        for line in re.findall(r"^\| `-.*$", text, re.MULTILINE) if name.startswith("README") else []:
             named |= set(re.findall(r"`[^`]*?(--[a-z-]+)", line))
+        for _, code in markdown.code_in_lines(text):
+            if code.startswith("kestrelpack-cli "):
+                named |= set(re.findall(r" (--[a-z-]+)", code))
     return [f"kestrelpack-cli has no option {name}" for name in sorted(named - known)]
 
 
 def main():
-    top, cli, hello = (os.path.abspath(argument) for argument in sys.argv[1:4])
+    top, cli, archiver, hello = (os.path.abspath(argument) for argument in sys.argv[1:5])
     with tempfile.TemporaryDirectory() as folder:
-        stock = inputs.Stock(folder, top, cli, hello)
-        faults = check_blocks(top, stock) + check_options(top, stock)
+        stock = inputs.Stock(folder, top, {"kestrelpack-cli": cli, "7zr": archiver}, hello)
+        faults = check_blocks(top, stock) + check_lines(top, stock) + check_options(top, stock)
     print("\n".join(faults))
     return 1 if faults else 0
 

@@ -3,10 +3,11 @@
 # SPDX-License-Identifier: MIT
 """check-links.py FOLDER: checks the links of all documents in the folder, without the network.
 
-A link to a file or folder must lead to one, an anchor to a heading, and a picture needs a text. The two READMEs must
-have the same commands, options and pictures of the same subjects.
+A link to a file or folder must lead to one, and an anchor to a heading. Paths that are named as code must exist. The
+two READMEs must have the same sections, commands, options and tables.
 """
 
+import glob
 import os
 import re
 import sys
@@ -53,6 +54,26 @@ def check_links(top):
     return faults
 
 
+def check_paths(top):
+    """Paths that are named as code, such as scripts/bench, exist."""
+    folders = [name for name in os.listdir(top) if os.path.isdir(os.path.join(top, name))
+               and name[0] != "." and name not in markdown.SKIPPED_FOLDERS]
+    faults, count = [], 0
+    for document in markdown.documents(top):
+        for line, code in markdown.code_in_lines(read(os.path.join(top, document))):
+            path = re.match(r"(?:\./)?([\w./*-]+)", code)
+            if not path or "<" in code or "{" in code:
+                continue
+            path = path.group(1)
+            if path.split("/")[0] in folders and "/" in path or code.startswith("./"):
+                count += 1
+                places = [top, os.path.join(top, os.path.dirname(document))]
+                if not any(glob.glob(os.path.join(place, path + end)) for place in places for end in ("", "*")):
+                    faults.append(f"{document}:{line}: there is no {path}")
+    print(f"{count} paths")
+    return faults
+
+
 def commands(text):
     """The shell commands of a document, without their comments."""
     found = []
@@ -89,7 +110,7 @@ def check_languages(top):
 
 def main():
     top = sys.argv[1]
-    faults = check_links(top) + check_languages(top)
+    faults = check_links(top) + check_paths(top) + check_languages(top)
     print("\n".join(faults))
     return 1 if faults else 0
 

@@ -22,17 +22,19 @@ def programs(folder):
 class Stock:
     """Makes the inputs once; each block gets copies."""
 
-    def __init__(self, folder, top, cli, hello):
+    def __init__(self, folder, top, tools, hello):
+        """TOOLS are the programs by the names that the commands use."""
         self.folder = os.path.join(folder, "inputs")
         self.programs = os.path.join(folder, "bin")
-        self.top, self.cli, self.hello = top, cli, hello
+        self.top, self.cli, self.hello = top, tools["kestrelpack-cli"], hello
         os.mkdir(self.folder)
         os.mkdir(self.programs)
-        os.symlink(cli, os.path.join(self.programs, "kestrelpack-cli"))
+        for name, program in tools.items():
+            os.symlink(program, os.path.join(self.programs, name))
         self.make_applications()
         self.make_runtimes()
         self.make_certificates()
-        self.run([cli, "--quiet", "-o", os.path.join(self.folder, "out"), hello])
+        self.run([self.cli, "--quiet", "-o", os.path.join(self.folder, "out"), hello])
 
     def run(self, command):
         return subprocess.run(command, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,

@@ -8,6 +8,7 @@ from typing import NamedTuple
 
 FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*([\w+-]*)[^`]*$")
 LINK = re.compile(r"(!?)\[((?:[^\[\]]|\[[^\]]*\]\([^)]*\))*)\]\(<?([^)\s>]+)>?(?:\s+\"[^\"]*\")?\)")
+CODE = re.compile(r"(`+)(?!`)(.*?)(?<!`)\1(?!`)")
 SKIPPED_FOLDERS = {"build", "out", "dist"}
 
 
@@ -48,13 +49,24 @@ def blocks(text):
     return found
 
 
-def without_code(text):
-    """The document with empty lines in place of blocks, and without code in its lines."""
+def without_blocks(text):
+    """The document with empty lines in place of its blocks."""
     lines = text.split("\n")
     for block in blocks(text):
         for number in range(block.line - 1, block.line + block.text.count("\n") + 1):
             lines[number] = ""
-    return re.sub(r"(`+)(?!`).*?(?<!`)\1(?!`)", lambda code: "x" * len(code.group()), "\n".join(lines))
+    return "\n".join(lines)
+
+
+def without_code(text):
+    """The document with empty lines in place of blocks, and without code in its lines."""
+    return CODE.sub(lambda code: "x" * len(code.group()), without_blocks(text))
+
+
+def code_in_lines(text):
+    """The code in the lines of the document, outside of blocks, as (line, code)."""
+    plain = without_blocks(text)
+    return [(plain.count("\n", 0, match.start()) + 1, match.group(2)) for match in CODE.finditer(plain)]
 
 
 def links(text):
@@ -81,12 +93,8 @@ def anchor(heading):
 
 def anchors(text):
     """The anchors of all headings. A repeated one gets a number."""
-    lines = text.split("\n")
-    for block in blocks(text):
-        for number in range(block.line - 1, block.line + block.text.count("\n") + 1):
-            lines[number] = ""
     found = []
-    for line in lines:
+    for line in without_blocks(text).split("\n"):
         match = re.match(r"^#{1,6} +(.*?)(?: +#+)?$", line)
         if match:
             name = anchor(match.group(1))
