@@ -3,10 +3,11 @@
 # SPDX-License-Identifier: MIT
 """check-commands.py FOLDER CLI ARCHIVER HELLO: runs the commands of the documents.
 
-FOLDER is the project, CLI the terminal program, ARCHIVER 7zr, HELLO the folder of the example application. Each fenced block of
-both READMEs, of CONTRIBUTING.md and of docs/*.md is run in a new folder with inputs (inputs.py), and each executable
-that it makes is verified. A block that is listed in not-run.txt is not run. A block that fails, and a line of the
-list that fits no block, are faults. Blocks that differ in their comments only are run once.
+FOLDER is the project, CLI the terminal program, ARCHIVER 7zr, HELLO the folder of the example application. Each
+fenced block of both READMEs, of CONTRIBUTING.md and of docs/*.md is run in a new folder with inputs (inputs.py), and
+each executable that it makes is verified. A block that is listed in not-run.txt is not run. A block that fails, and a
+line of the list that fits no block of its document, are faults. Blocks that differ in their comments only are run
+once.
 """
 
 import os
@@ -16,6 +17,7 @@ import sys
 import tempfile
 
 sys.dont_write_bytecode = True
+import cmakeproject
 import inputs
 import markdown
 
@@ -55,6 +57,21 @@ def packs(text):
     return re.search(r"^kestrelpack-cli (?!verify|inspect|extract)", text, re.MULTILINE) is not None
 
 
+def run_shell(text, folder, _, environment):
+    result = subprocess.run(["sh", "-eu", "-c", text], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=LIMIT, check=False)
+    return result.returncode, result.stdout
+
+
+def run_cmake(text, folder, stock, environment):
+    # The program is build/*/bin/kestrelpack-cli.
+    package = os.path.dirname(os.path.dirname(stock.cli))
+    return cmakeproject.run(os.path.join(folder, "project"), text, stock.top, package, environment)
+
+
+RUNNERS = {"sh": run_shell, "cmake": run_cmake}
+
+
 def run(block, place, stock):
     """Runs the block. Returns what went wrong, or None."""
     with tempfile.TemporaryDirectory() as work:
@@ -62,12 +79,10 @@ def run(block, place, stock):
         stock.place_into(folder)
         before = inputs.programs(folder)
         print(f"{place}:\n{block.text}", flush=True)
-        result = subprocess.run(["sh", "-eu", "-c", block.text], cwd=folder, env=stock.environment(work),
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                timeout=LIMIT, check=False)
-        print(result.stdout.decode(errors="replace"), flush=True)
-        if result.returncode != 0:
-            return f"{place}: ends with {result.returncode}"
+        status, output = RUNNERS[block.language](block.text, folder, stock, stock.environment(work))
+        print(output.decode(errors="replace"), flush=True)
+        if status != 0:
+            return f"{place}: ends with {status}"
         made = sorted(name for name in inputs.programs(folder) - before
                       if os.path.dirname(name) in ("out", "dist"))
         if not made and packs(block.text):
@@ -80,7 +95,7 @@ def run(block, place, stock):
 
 def check_blocks(top, stock):
     faults, listed, done = [], reasons(), {}
-    unused = set(listed)
+    unused = {key for key in listed if os.path.exists(os.path.join(top, key[0]))}
     for document in checked_documents(top):
         for block in markdown.blocks(read(os.path.join(top, document))):
             place = f"{document}:{block.line}"
@@ -90,8 +105,8 @@ def check_blocks(top, stock):
                 unused.discard(key)
                 if not listed[key]:
                     faults.append(f"{place}: not-run.txt gives no reason")
-            elif block.language != "sh":
-                faults.append(f"{place}: is neither a shell block (sh) nor listed in not-run.txt")
+            elif block.language not in RUNNERS:
+                faults.append(f"{place}: is no block of {' or '.join(RUNNERS)}, and not listed in not-run.txt")
             elif text not in done:
                 done[text] = run(block, place, stock)
                 faults += [done[text]] if done[text] else []
