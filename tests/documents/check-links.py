@@ -3,11 +3,12 @@
 # SPDX-License-Identifier: MIT
 """check-links.py FOLDER: checks the links of all documents in the folder, without the network.
 
-A link to a file or folder must lead to one, and an anchor to a heading. Paths that are named as code must exist. The
-two READMEs must have the same sections, commands, options and tables.
+A link to a file or folder must lead to one, and an anchor to a heading. Paths, presets and options of scripts that are
+named as code must exist. The two READMEs must have the same sections, commands, options and tables.
 """
 
 import glob
+import json
 import os
 import re
 import sys
@@ -74,6 +75,31 @@ def check_paths(top):
     return faults
 
 
+def check_presets(top):
+    """Presets of CMake that a document names exist."""
+    presets = json.loads(read(os.path.join(top, "CMakePresets.json")))
+    known = {preset["name"] for kind in ("configurePresets", "testPresets") for preset in presets[kind]}
+    return [f"{document}: there is no preset {name}" for document in markdown.documents(top)
+            for name in re.findall(r"--preset ([\w-]+)", read(os.path.join(top, document))) if name not in known]
+
+
+def check_script_options(top):
+    """Options that a document gives to a script stand in the script."""
+    faults, count = [], 0
+    for document in markdown.documents(top):
+        text = read(os.path.join(top, document))
+        code = [line for _, line in markdown.code_in_lines(text)]
+        code += [line for block in markdown.blocks(text) if block.language == "sh" for line in block.text.split("\n")]
+        for line in code:
+            script = re.match(r"(?:\./)?(scripts/[\w-]+|run\.sh|test\.sh) ", line)
+            for option in re.findall(r" (--[\w-]+)", line) if script else []:
+                count += 1
+                if not re.search(re.escape(option) + r"(?![\w-])", read(os.path.join(top, script.group(1)))):
+                    faults.append(f"{document}: {script.group(1)} has no option {option}")
+    print(f"{count} options of scripts")
+    return faults
+
+
 def commands(text):
     """The shell commands of a document, without their comments."""
     found = []
@@ -111,6 +137,7 @@ def check_languages(top):
 def main():
     top = sys.argv[1]
     faults = check_links(top) + check_paths(top) + check_languages(top)
+    faults += check_presets(top) + check_script_options(top)
     print("\n".join(faults))
     return 1 if faults else 0
 
