@@ -6,13 +6,15 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
 # A display without a screen, for programs that need more than Qt's offscreen platform.
 display_packages='xvfb'
-test_packages='wine wine64 icoutils python3-pefile nsis openssl osslsigncode cmark-gfm'
+test_packages='wine wine64 icoutils python3-pefile nsis openssl osslsigncode'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
 # For formatting and static checks. Other versions give other results.
 check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
 clang_packages='clang-19 libclang-rt-19-dev'
+# For the documents' pages.
+page_packages='cmark-gfm'
 
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
