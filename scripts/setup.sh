@@ -13,6 +13,8 @@ windows_test_packages='openbox xdotool locales imagemagick'
 check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
 clang_packages='clang-19 libclang-rt-19-dev'
+# For the documents' pages.
+page_packages='cmark-gfm'
 
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
