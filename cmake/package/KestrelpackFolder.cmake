@@ -11,7 +11,7 @@ endfunction()
 
 # Copies what DIRECTORY and FILES name, as install() does: a slash at the end of a folder means its content.
 function(copy_user_files folder)
-    foreach(directory IN LISTS settings_directories)
+    foreach(directory IN LISTS settings_directory)
         string(REGEX REPLACE "/+$" "" plain "${directory}")
         if(NOT IS_DIRECTORY "${plain}")
             fail_packing("there is no folder ${plain} (argument DIRECTORY).")

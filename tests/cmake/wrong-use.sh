@@ -66,7 +66,7 @@ refuses_to_build() {
     configure || die "$1: configuring failed"
     ! cmake --build "$p/b" >"$log" 2>&1 </dev/null || die "$1 was accepted"
     says "$2"
-    [ -z "$(find "$p/b" -path '*/portable/*.exe')" ] || die "$1 left a product"
+    [ -z "$(find "$p/b" -path '*/portable/*' -type f)" ] || die "$1 left a product"
     echo "ok: $1"
 }
 # packs WHAT NAME... -- TEXT: the product of the project contains the files.
