@@ -10,6 +10,7 @@
 
 cmake_minimum_required(VERSION 3.21...3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/KestrelpackTerminalProgram.cmake")
+include("${CMAKE_CURRENT_LIST_DIR}/KestrelpackLibraries.cmake")
 
 # Sets `variable` to the folder to pack. If CPack has installed each component into a folder of its own, they are
 # put together.
@@ -84,6 +85,21 @@ if(NOT cli)
 endif()
 collect_installed_files(folder)
 choose_main_programs("${folder}" main_programs)
+
+# The same search for libraries as for kestrelpack_add_portable(). The folder is CPack's own copy.
+set(settings_target "the installed files")
+set(settings_header_tool "${CPACK_KESTRELPACK_HEADER_TOOL}")
+set(settings_library_folders "${CPACK_KESTRELPACK_LIBRARY_FOLDERS}")
+set(settings_link_folders "${CPACK_KESTRELPACK_LINK_FOLDERS}")
+set(settings_search "${CPACK_KESTRELPACK_SEARCH}")
+set(settings_system_libraries "${CPACK_KESTRELPACK_SYSTEM_LIBRARIES}")
+if(settings_header_tool)
+    list(TRANSFORM main_programs PREPEND "${folder}/" OUTPUT_VARIABLE program_files)
+    copy_needed_libraries("${folder}" "Install them, or name their folder with \
+CPACK_KESTRELPACK_SEARCH. If Windows has them, name them with CPACK_KESTRELPACK_SYSTEM_LIBRARIES."
+        copied ${program_files})
+endif()
+
 set(arguments --quiet)
 if(CPACK_KESTRELPACK_ICON)
     list(APPEND arguments --icon "${CPACK_KESTRELPACK_ICON}")

@@ -24,3 +24,12 @@ if(NOT TARGET Kestrelpack::cli)
 endif()
 set(Kestrelpack_CPACK_SCRIPT "${CMAKE_CURRENT_LIST_DIR}/KestrelpackCPack.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/KestrelpackPortable.cmake")
+
+# CPack hands variables with these names on to its script, which runs without the project.
+kestrelpack_header_tool(Kestrelpack_header_tool)
+kestrelpack_library_folders(Kestrelpack_library_folders)
+kestrelpack_link_folders(Kestrelpack_link_folders)
+foreach(name IN ITEMS header_tool library_folders link_folders)
+    string(TOUPPER "CPACK_KESTRELPACK_${name}" variable)
+    set(${variable} "${Kestrelpack_${name}}" CACHE INTERNAL "")
+endforeach()

@@ -4,11 +4,6 @@
 # Lays the folder that is packed: the user's files, the target, Qt, and the libraries that all of them need.
 # The variables settings_... are the arguments of kestrelpack_add_portable().
 
-# An error is one paragraph for the person who builds.
-function(fail_packing text)
-    message(FATAL_ERROR "Cannot pack ${settings_target}: ${text}")
-endfunction()
-
 # Copies what DIRECTORY and FILES name, as install() does: a slash at the end of a folder means its content.
 function(copy_user_files folder)
     foreach(directory IN LISTS settings_directory)
@@ -131,7 +126,9 @@ function(lay_folder folder main_variable libraries_variable)
 
     set(copied "")
     if(settings_header_tool)
-        copy_needed_libraries("${folder}" "${main}" "${place}" copied)
+        get_filename_component(name "${settings_program}" NAME)
+        copy_needed_libraries("${folder}" "Name their folder with SEARCH, or the libraries with FILES. \
+If Windows has them, name them with SYSTEM_LIBRARIES." copied "${folder}/${main}" "${place}/${name}")
     else()
         message("No objdump or dumpbin was found: the libraries of ${settings_target} are not checked.")
     endif()

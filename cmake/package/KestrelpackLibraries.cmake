@@ -2,8 +2,13 @@
 # SPDX-License-Identifier: MIT
 
 # Finds the libraries that a Windows program needs, and copies those that are not part of Windows. It also works
-# for cross builds, where no library of Windows is at hand. The variables settings_... are the arguments of
-# kestrelpack_add_portable().
+# for cross builds, where no library of Windows is at hand. The variables settings_... are those of
+# KestrelpackPortable.cmake; KestrelpackCPack.cmake sets them, too.
+
+# An error is one paragraph for the person who builds.
+function(fail_packing text)
+    message(FATAL_ERROR "Cannot pack ${settings_target}: ${text}")
+endfunction()
 
 # Libraries in Windows' own folder that programs often need. The libraries for which the compiler has an import
 # library (user32.dll: libuser32.a) need not be here.
@@ -182,33 +187,32 @@ function(needs_library program expression variable)
     set(${variable} ${result} PARENT_SCOPE)
 endfunction()
 
-# Copies the libraries that the main program, the target and the other programs and libraries in the folder need.
-# What the first two cannot start without is an error; something missing for the others is only told, because
-# they may be optional (database drivers, for example).
-function(copy_needed_libraries folder main place copied_variable)
-    get_filename_component(main_place "${folder}/${main}" DIRECTORY)
-    get_filename_component(name "${settings_program}" NAME)
+# Copies the libraries that the programs in ARGN need, and those of all other programs and libraries in the folder,
+# beside the programs. What the programs in ARGN cannot start without is an error, which ends with `advice`. Something
+# missing for the others is only told, because they may be optional (database drivers, for example).
+function(copy_needed_libraries folder advice copied_variable)
     set(all_copied "")
     set(needed "")
-    follow_imports("${folder}/${main}" "${main_place}" copied missing)
-    list(APPEND all_copied ${copied})
-    list(APPEND needed ${missing})
-    follow_imports("${place}/${name}" "${place}" copied missing)
-    list(APPEND all_copied ${copied})
-    list(APPEND needed ${missing})
+    foreach(program IN LISTS ARGN)
+        get_filename_component(place "${program}" DIRECTORY)
+        follow_imports("${program}" "${place}" copied missing)
+        list(APPEND all_copied ${copied})
+        list(APPEND needed ${missing})
+    endforeach()
     if(needed)
         list(REMOVE_DUPLICATES needed)
         list(JOIN needed "\n" lines)
         folders_to_search(folders)
         list(JOIN folders "\n  " folders)
         fail_packing("libraries are missing:\n${lines}\nThey are neither in the packed folder nor in\n  \
-${folders}\nName their folder with SEARCH, or the libraries with FILES. If Windows has them, name them with \
-SYSTEM_LIBRARIES.")
+${folders}\n${advice}")
     endif()
+    list(GET ARGN 0 program)
+    get_filename_component(place "${program}" DIRECTORY)
     escape_for_glob("${folder}" pattern)
     file(GLOB_RECURSE others "${pattern}/*.[Dd][Ll][Ll]" "${pattern}/*.[Ee][Xx][Ee]")
     foreach(other IN LISTS others)
-        follow_imports("${other}" "${main_place}" copied missing)
+        follow_imports("${other}" "${place}" copied missing)
         list(APPEND all_copied ${copied})
         foreach(line IN LISTS missing)
             string(STRIP "${line}" line)

@@ -87,9 +87,16 @@ function(kestrelpack_product_path variable target output)
     set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
+# Sets `variable` to the folders with the import libraries of this compiler.
+function(kestrelpack_link_folders variable)
+    set(folders ${CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES} ${CMAKE_C_IMPLICIT_LINK_DIRECTORIES})
+    list(REMOVE_DUPLICATES folders)
+    set(${variable} "${folders}" PARENT_SCOPE)
+endfunction()
+
 # Sets `variable` to folders in which libraries of this compiler and of the project's packages can be.
 function(kestrelpack_library_folders variable)
-    set(folders ${CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES} ${CMAKE_C_IMPLICIT_LINK_DIRECTORIES})
+    kestrelpack_link_folders(folders)
     foreach(folder IN LISTS folders)
         list(APPEND folders "${folder}/../bin")
     endforeach()
@@ -156,8 +163,7 @@ function(kestrelpack_write_settings target product work)
     set(settings_program "$<TARGET_FILE:${target}>")
     set(settings_runtime_dlls "$<TARGET_RUNTIME_DLLS:${target}>")
     set(settings_qt_deploy_support "${QT_DEPLOY_SUPPORT}")
-    set(settings_link_folders
-        ${CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES} ${CMAKE_C_IMPLICIT_LINK_DIRECTORIES})
+    kestrelpack_link_folders(settings_link_folders)
     kestrelpack_library_folders(settings_library_folders)
     kestrelpack_header_tool(settings_header_tool)
     kestrelpack_windeployqt(settings_windeployqt)

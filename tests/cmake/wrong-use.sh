@@ -220,9 +220,13 @@ cpack_refuses 'an option that does not exist' "Unknown option 'no-such-option'" 
 set(CPACK_KESTRELPACK_OPTIONS --no-such-option)
 install(TARGETS app)"
 
+cpack_refuses 'a library that is not found' 'thing.dll, needed by with-thing.exe' "$staging
+install(TARGETS with-thing)"
+
 project "set(CPACK_EXTERNAL_PACKAGE_SCRIPT \"\${Kestrelpack_CPACK_SCRIPT}\")
 $staging
 set(CPACK_KESTRELPACK_MAIN bin/app.exe tools/second.exe)
+set(CPACK_KESTRELPACK_SEARCH \"@WORK@/thing\")
 set(CPACK_KESTRELPACK_FILE_NAME Suite)
 set_target_properties(with-thing PROPERTIES OUTPUT_NAME second)
 kestrelpack_add_portable(app COMPONENT single)
@@ -235,5 +239,6 @@ quietly 'building' cmake --build "$p/b"
 "$build/bin/kestrelpack-cli" inspect "$p/b/Suite-second.exe" >"$log"
 says 'starts tools/second.exe'
 says 'bin/app.exe'
+says 'tools/THING.dll'
 [ -e "$p/b/Suite-app.exe" ] || die 'CPack made no file for the first main program'
 echo 'ok: cpack: two main programs, in two components, while the component of the portable file is not built'
