@@ -6,9 +6,12 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
 # A display without a screen, for programs that need more than Qt's offscreen platform.
 display_packages='xvfb'
-test_packages='wine wine64 icoutils python3-pefile python3-yaml nsis openssl osslsigncode'
+test_packages='wine wine64 icoutils python3-pefile python3-yaml nsis openssl osslsigncode
+    zsh man-db groff-base desktop-file-utils appstream'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
+# For the Debian packages and their checks.
+distribution_packages='lintian desktop-file-utils appstream man-db groff-base zsh'
 # For formatting and static checks. Other versions give other results.
 check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
