@@ -98,7 +98,7 @@ done
 mkdir -p build
 log=$PWD/build/test.log
 : >"$log"
-require_packages $build_packages $test_packages
+require_packages $build_packages $test_packages $page_packages
 share_objects
 begin=$(date +%s)
 summary=

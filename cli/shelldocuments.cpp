@@ -45,9 +45,9 @@ QString bashCase(const OptionInfo &option)
         return start + "COMPREPLY=($(compgen -W '" + wordsOf(option).join(' ')
             + "' -- \"$word\")); return ;;\n";
     case ValueKind::File:
-        return start + "COMPREPLY=($(compgen -f -- \"$word\")); return ;;\n";
+        return start + "mapfile -t COMPREPLY < <(compgen -f -- \"$word\"); return ;;\n";
     case ValueKind::Folder:
-        return start + "COMPREPLY=($(compgen -d -- \"$word\")); return ;;\n";
+        return start + "mapfile -t COMPREPLY < <(compgen -d -- \"$word\"); return ;;\n";
     case ValueKind::Text:
         break;
     }
@@ -133,14 +133,19 @@ QString bashCompletion()
     return QStringLiteral("# Made by the build from the table of the options.\n"
                           "_kestrelpack_cli() {\n"
                           "    local word=${COMP_WORDS[COMP_CWORD]}\n"
+                          "    local option=${COMP_WORDS[COMP_CWORD - 1]}\n"
+                          "    # --level=fast is three words for bash.\n"
+                          "    if [[ $word == = ]]; then\n        word=\n"
+                          "    elif [[ $option == = ]]; then\n"
+                          "        option=${COMP_WORDS[COMP_CWORD - 2]}\n    fi\n"
                           "    COMPREPLY=()\n"
-                          "    case ${COMP_WORDS[COMP_CWORD - 1]} in\n")
+                          "    case $option in\n")
         + cases + "    esac\n    if [[ $word == -* ]]; then\n        COMPREPLY=($(compgen -W '"
         + names.join(' ')
         + "' -- \"$word\"))\n    elif ((COMP_CWORD == 1)); then\n"
-          "        COMPREPLY=($(compgen -W 'inspect verify extract' -- \"$word\") "
-          "$(compgen -f -- \"$word\"))\n    else\n"
-          "        COMPREPLY=($(compgen -f -- \"$word\"))\n    fi\n}\n"
+          "        mapfile -t COMPREPLY < <(compgen -W 'inspect verify extract' -- \"$word\"\n"
+          "            compgen -f -- \"$word\")\n    else\n"
+          "        mapfile -t COMPREPLY < <(compgen -f -- \"$word\")\n    fi\n}\n"
           "complete -o filenames -F _kestrelpack_cli kestrelpack-cli\n";
 }
 
@@ -152,5 +157,8 @@ QString zshCompletion()
     for (const OptionInfo &option : options()) {
         text += zshSpecification(option);
     }
-    return text + "    '1:folder or command:_files' \\\n    '2:file:_files'\n";
+    return text
+        + "    '1:folder or command: _alternative "
+          "\"commands:command:(inspect verify extract)\" "
+          "\"folders:folder:_files\"' \\\n    '2:file:_files'\n";
 }

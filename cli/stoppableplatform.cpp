@@ -15,9 +15,9 @@ void StoppablePlatform::killHelper()
     killProcess(m_helperId);
 }
 
-ExtractedIcon StoppablePlatform::extractIcon(const QString &executable)
+QByteArray StoppablePlatform::iconFile(const QString &executable)
 {
-    return m_usesProgramIcon ? NativePlatform::extractIcon(executable) : ExtractedIcon();
+    return m_usesProgramIcon ? NativePlatform::iconFile(executable) : QByteArray();
 }
 
 void StoppablePlatform::prepareStart(QProcess &process)

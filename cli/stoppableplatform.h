@@ -29,7 +29,7 @@ public:
     // Kills the running helper, if there is one. Call it on any thread.
     void killHelper();
 
-    ExtractedIcon extractIcon(const QString &executable) override;
+    QByteArray iconFile(const QString &executable) override;
     void prepareStart(QProcess &process) override;
     void startDetached(const QString &program) override;
     void pause(std::chrono::milliseconds duration) override;

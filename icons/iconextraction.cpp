@@ -4,8 +4,8 @@
 #include "icons/iconextraction.h"
 
 #include "icons/imageofpixmap.h"
+#include "platform/iconsource.h"
 #include "platform/joblog.h"
-#include "platform/platform.h"
 
 #include <QBuffer>
 
@@ -25,7 +25,7 @@ QImage enlargedToIconSize(const QImage &image)
 
 QByteArray iconOfExecutable(const QString &executable, const LogSink &log)
 {
-    const ExtractedIcon icon = platform().extractIcon(executable);
+    const ExtractedIcon icon = iconSource().extractIcon(executable);
     switch (icon.outcome) {
     case ExtractedIcon::Outcome::NoIcon:
         log(WorkerText::tr("警告：无法从EXE提取图标"));

@@ -3,7 +3,7 @@
 
 #include "icons/iconreplacement.h"
 
-#include "icons/imageofpixmap.h"
+#include "icons/iconimages.h"
 #include "icons/resourceeditorcommand.h"
 #include "platform/bundledtool.h"
 #include "platform/helperprocess.h"
@@ -12,7 +12,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QImage>
 
 namespace {
 
@@ -74,14 +73,16 @@ void refreshIconCache()
 
 void logVisibleIcon(const QString &executable, const LogSink &log)
 {
-    const QImage image = imageOfPixmap(QImage(executable));
-    if (image.isNull()) {
+    const auto image = iconImages().visibleImage(executable);
+    if (!image) {
         log(WorkerText::tr("警告：无法从EXE加载图标，可能需要重启资源管理器"));
         return;
     }
-    log(WorkerText::tr("最终EXE图标尺寸: %1x%2").arg(image.width()).arg(image.height()));
-    log(image.hasAlphaChannel() ? WorkerText::tr("图标包含透明通道")
-                                : WorkerText::tr("警告：图标不包含透明通道"));
+    log(WorkerText::tr("最终EXE图标尺寸: %1x%2")
+            .arg(image->size.width())
+            .arg(image->size.height()));
+    log(image->hasAlphaChannel ? WorkerText::tr("图标包含透明通道")
+                               : WorkerText::tr("警告：图标不包含透明通道"));
 }
 
 } // namespace

@@ -3,9 +3,8 @@
 
 #include "icons/iconvalidation.h"
 
+#include "icons/iconimages.h"
 #include "platform/joblog.h"
-
-#include <QImage>
 
 namespace {
 
@@ -28,11 +27,11 @@ bool isUsableIcon(const QByteArray &data, const LogSink &log)
         log(WorkerText::tr("无效的ICO文件头"));
         return false;
     }
-    QImage image;
-    if (!image.loadFromData(data, "ICO")) {
+    const auto size = iconImages().sizeOfIcon(data);
+    if (!size) {
         log(WorkerText::tr("无法将数据加载为ICO格式"));
         return false;
     }
-    log(WorkerText::tr("图标验证通过 - 尺寸: %1x%2").arg(image.width()).arg(image.height()));
+    log(WorkerText::tr("图标验证通过 - 尺寸: %1x%2").arg(size->width()).arg(size->height()));
     return true;
 }

@@ -7,7 +7,7 @@
 
 #include <QByteArray>
 
-// Returns true if `data` is a Windows icon file (ICO: reserved word 0, type word 1) that Qt's ICO
-// reader can decode. Logs exactly one line: the size of the first image from the reader, or the
+// Returns true if `data` is a Windows icon file (ICO: reserved word 0, type word 1) whose first
+// image can be read (icons/iconimages.h). Logs exactly one line: the size of that image, or the
 // reason for false.
 bool isUsableIcon(const QByteArray &data, const LogSink &log);

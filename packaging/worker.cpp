@@ -3,7 +3,7 @@
 
 #include "packaging/worker.h"
 
-#include "icons/iconextraction.h"
+#include "icons/iconimages.h"
 #include "icons/iconreplacement.h"
 #include "icons/iconvalidation.h"
 #include "packaging/archiverrun.h"
@@ -149,8 +149,9 @@ bool Worker::validateIconData(const QByteArray &data)
 
 QByteArray Worker::extractIconFromExe(const QString &executable)
 {
-    return iconOfExecutable(executable,
-                            [this](const QString &message) { emit logMessage(message); });
+    return iconImages().iconOfExecutable(executable, [this](const QString &message) {
+        emit logMessage(message);
+    });
 }
 
 bool Worker::replaceExeIcon(const QString &executable, const QByteArray &icon)

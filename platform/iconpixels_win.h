@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/platform.h"
+#include "platform/iconsource.h"
 
 // Returns the icon with index 0 of `executable` from the Windows shell: the small one, or the large
 // one if there is no small one, in its original size. If the icon has no alpha values, its mask is

@@ -3,9 +3,22 @@
 
 #include "platform/nativeplatform.h"
 
+#include "helpers/pe/iconofprogram.h"
+#include "platform/nativepath.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QThread>
+
+QByteArray NativePlatform::iconFile(const QString &executable)
+{
+    const auto icon = pe::iconOfProgram(toNativePath(executable));
+    if (icon.hasError() || !icon.value()) {
+        return {};
+    }
+    return QByteArray(reinterpret_cast<const char *>(icon.value()->data()),
+                      static_cast<qsizetype>(icon.value()->size()));
+}
 
 // The engine starts only parts of Windows in this way; on other systems they are not found.
 void NativePlatform::startDetached(const QString &program)

@@ -10,12 +10,12 @@
 class NativePlatform : public Platform
 {
 public:
-    // These four are in nativeplatform_unix.cpp and nativeplatform_win.cpp.
-    ExtractedIcon extractIcon(const QString &executable) override;
+    // These three are in nativeplatform_unix.cpp and nativeplatform_win.cpp.
     QString reasonNotToUse(const QString &path) override;
     void prepareStart(QProcess &process) override;
     void notifyAssociationsChanged() override;
 
+    QByteArray iconFile(const QString &executable) override;
     void startDetached(const QString &program) override;
     void pause(std::chrono::milliseconds duration) override;
     QString nativePath(const QString &path) override;

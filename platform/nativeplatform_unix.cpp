@@ -3,8 +3,6 @@
 
 #include "platform/nativeplatform.h"
 
-#include "helpers/pe/iconofprogram.h"
-#include "platform/nativepath.h"
 #include "platform/trust_unix.h"
 
 #include <QProcess>
@@ -14,19 +12,6 @@
 
 #include <sys/prctl.h>
 #endif
-
-// There is no Windows shell here, so the icon is read from the file's resources: the largest image
-// of the first group. (The Windows shell prefers the small icon.)
-ExtractedIcon NativePlatform::extractIcon(const QString &executable)
-{
-    const auto icon = pe::iconOfProgram(toNativePath(executable));
-    if (icon.hasError() || !icon.value()) {
-        return {ExtractedIcon::Outcome::NoIcon, {}};
-    }
-    const pe::Bytes &bytes = *icon.value();
-    const QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()), "ICO");
-    return {ExtractedIcon::Outcome::Extracted, image.convertToFormat(QImage::Format_ARGB32)};
-}
 
 QString NativePlatform::reasonNotToUse(const QString &path)
 {

@@ -3,7 +3,6 @@
 
 #include "platform/nativeplatform.h"
 
-#include "platform/iconpixels_win.h"
 #include "platform/trust_win.h"
 
 #include <QProcess>
@@ -11,11 +10,6 @@
 #include <windows.h>
 
 #include <shlobj.h>
-
-ExtractedIcon NativePlatform::extractIcon(const QString &executable)
-{
-    return iconPixelsOf(executable);
-}
 
 QString NativePlatform::reasonNotToUse(const QString &path)
 {

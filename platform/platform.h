@@ -3,25 +3,12 @@
 
 #pragma once
 
-#include <QImage>
+#include <QByteArray>
 #include <QString>
 
 #include <chrono>
 
 class QProcess;
-
-// The first icon of a program, or the reason why there is none.
-struct ExtractedIcon
-{
-    enum class Outcome {
-        Extracted, // `image` has the pixels; it is null if they could not be converted
-        NoIcon,    // the file has no icon, or is not a program
-        NoIconInfo // there is an icon, but the system returns no information about it
-    };
-
-    Outcome outcome = Outcome::NoIcon;
-    QImage image; // Format_ARGB32, top row first
-};
 
 // The engine's requests to the operating system, beyond Qt. NativePlatform is the implementation
 // for this system; tests replace it. Only the thread that runs the job calls it.
@@ -30,8 +17,9 @@ class Platform
 public:
     virtual ~Platform() = default;
 
-    // Reads the first icon of the program file `executable`.
-    virtual ExtractedIcon extractIcon(const QString &executable) = 0;
+    // Returns the first icon of the program file `executable` as an ICO file with its largest image,
+    // in its original form. Returns nothing if there is none. (As pixels: platform/iconsource.h.)
+    virtual QByteArray iconFile(const QString &executable) = 0;
 
     // Returns why the file at `path`, found in the temporary directory, must not be used, as one
     // English sentence. Returns an empty text if it may be used or is missing.

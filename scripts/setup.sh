@@ -6,13 +6,18 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
     util-linux gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 llvm-19'
 # A display without a screen, for programs that need more than Qt's offscreen platform.
 display_packages='xvfb'
-test_packages='wine wine64 icoutils python3-pefile nsis openssl osslsigncode'
+test_packages='wine wine64 icoutils python3-pefile python3-yaml nsis openssl osslsigncode
+    zsh man-db groff-base desktop-file-utils appstream'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
+# For the Debian packages and their checks.
+distribution_packages='lintian desktop-file-utils appstream man-db groff-base zsh'
 # For formatting and static checks. Other versions give other results.
 check_packages='clang-format-14 clang-tidy-14'
 # For the fuzzers and ThreadSanitizer.
 clang_packages='clang-19 libclang-rt-19-dev'
+# For the documents' pages.
+page_packages='cmark-gfm'
 
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
@@ -45,6 +50,15 @@ build with cmake --preset release: $*"
             $as_root env DEBIAN_FRONTEND=noninteractive \
                 apt-get install -y --no-install-recommends $missing
     } >>"$log" 2>&1 || fail "cannot install the packages; see $log"
+}
+
+# fix_addresses SCRIPT [ARGUMENT]...: starts the script once more, without address space randomization, which Wine
+# cannot always stand (tests/wine/bin/wine). Does nothing in the second start, or if the system does not allow it.
+fix_addresses() {
+    if [ -z "${KESTRELPACK_FIXED_ADDRESSES-}" ] && setarch -R true 2>/dev/null; then
+        export KESTRELPACK_FIXED_ADDRESSES=1
+        exec setarch -R "$@"
+    fi
 }
 
 # Uses ccache, so that object files of earlier builds in any checkout are used again. Its folder is in the cache.

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/iconsource.h"
 #include "platform/nativeplatform.h"
 
 #include <QFileInfo>
@@ -13,16 +14,21 @@
 
 // A platform that only records its calls, except that it starts helper processes as the native one
 // does. It is installed while the object exists. Several jobs may use it at once.
-class FakePlatform final : public NativePlatform
+class FakePlatform final : public NativePlatform, public IconSource
 {
 public:
-    FakePlatform() { setPlatform(this); }
+    FakePlatform()
+    {
+        setPlatform(this);
+        setIconSource(this);
+    }
     ~FakePlatform() override
     {
         // The lock orders this after every call of a job. ThreadSanitizer does not see that Qt
         // waits for the thread.
         const std::lock_guard lock(m_mutex);
         setPlatform(nullptr);
+        setIconSource(nullptr);
     }
 
     QStringList events;  // in order: "detached: ...", "pause: ... ms", "shell told"

@@ -6,6 +6,7 @@
 // HaltingPlatform. WHICH counts from 1.
 
 #include "packaging/worker.h"
+#include "platform/iconsource.h"
 #include "platform/nativeplatform.h"
 #include "tests/support/testicons.h"
 
@@ -40,7 +41,7 @@ private:
 };
 
 // Pauses take no time. Helpers are started as in the real programs.
-class HaltingPlatform final : public NativePlatform
+class HaltingPlatform final : public NativePlatform, public IconSource
 {
 public:
     explicit HaltingPlatform(Halt &halt) : m_halt(halt) {}
@@ -75,6 +76,7 @@ int main(int argc, char *argv[])
     Halt halt(arguments[1], arguments[2].toInt());
     HaltingPlatform platform(halt);
     setPlatform(&platform);
+    setIconSource(&platform);
     Worker worker;
     QObject::connect(&worker, &Worker::logMessage, &worker,
                      [&halt](const QString &text) { halt.pass("log " + text); });

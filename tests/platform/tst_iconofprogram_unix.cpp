@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/platform.h"
+#include "platform/iconsource.h"
 
 #include "packaging/worker.h"
 
@@ -15,7 +15,7 @@ class TestIconOfProgramUnix : public QObject
 private slots:
     void theLargestImageOfTheExamplesIcon()
     {
-        const ExtractedIcon icon = platform().extractIcon(KESTRELPACK_HELLO_EXE);
+        const ExtractedIcon icon = iconSource().extractIcon(KESTRELPACK_HELLO_EXE);
         QCOMPARE(icon.outcome, ExtractedIcon::Outcome::Extracted);
         QCOMPARE(icon.image.size(), QSize(256, 256));
         QCOMPARE(icon.image.format(), QImage::Format_ARGB32);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/platform.h"
+#include "platform/iconsource.h"
 
 #include "packaging/worker.h"
 #include "tests/helpers/pe/petest.h"
@@ -129,7 +129,7 @@ private slots:
     {
         QFETCH(QString, name);
         const QDir folder(builtFile(KESTRELPACK_ICON_REFERENCES));
-        const ExtractedIcon icon = platform().extractIcon(folder.filePath(name + ".exe"));
+        const ExtractedIcon icon = iconSource().extractIcon(folder.filePath(name + ".exe"));
         QCOMPARE(icon.outcome, ExtractedIcon::Outcome::Extracted);
         QCOMPARE(icon.image.format(), QImage::Format_ARGB32);
         // Windows returns the small icon. Wine returns the large one, because it reports no icon
@@ -185,7 +185,7 @@ private slots:
     {
         const QTemporaryDir dir;
         const QString program = programWith(dir, blackIcon(48, 32, 32));
-        const QSize size = platform().extractIcon(program).image.size();
+        const QSize size = iconSource().extractIcon(program).image.size();
         QVERIFY(size == QSize(16, 16) || size == QSize(32, 32));
         const Extraction extraction = extract(program);
         QCOMPARE(extraction.image.size(), QSize(256, 256));
@@ -206,12 +206,12 @@ private slots:
         const QTemporaryDir dir;
         const QString program = programWith(dir, icon);
         for (int i = 0; i < 20; ++i) { // first lets the system create the handles that it keeps
-            platform().extractIcon(program);
+            iconSource().extractIcon(program);
             countHandles();
         }
         const HandleCount before = countHandles();
         for (int i = 0; i < 500; ++i) {
-            platform().extractIcon(program);
+            iconSource().extractIcon(program);
         }
         const HandleCount after = countHandles();
         QCOMPARE(after.gdi, before.gdi);

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/platform.h"
+#include "platform/iconsource.h"
 
 #include <QBuffer>
 #include <QColor>

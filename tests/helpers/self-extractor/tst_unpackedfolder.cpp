@@ -83,6 +83,10 @@ void TestUnpackedFolder::initTestCase()
         tree[QStringLiteral("many/%1.bin").arg(i)]
             = noise(1024, static_cast<quint32>(i)).repeated(150 + i);
     }
+    for (int i = 0; i < 60; ++i) { // each file in another folder than the one before
+        tree[QStringLiteral("turns/%1.txt").arg(i)] = QByteArray::number(i);
+        tree[QStringLiteral("turns/%1/inner.txt").arg(i)] = QByteArray::number(-i);
+    }
     QVERIFY(QDir().mkpath(m_source));
     QVERIFY(writeTree(m_source, tree));
     m_tree = tree;
