@@ -10,6 +10,8 @@
 #include "helpers/self-extractor/windows/entryhandle.h"
 #include "helpers/self-extractor/windows/interrupt.h"
 
+#include <cstring>
+
 namespace sfx {
 
 namespace {
@@ -88,12 +90,21 @@ bool FileSink::locate(const Entry &entry)
     return true;
 }
 
+bool FileSink::openParent()
+{
+    const std::size_t size = m_name - 1; // without the separator
+    if (m_parent && m_parentPath.size() == size
+        && std::memcmp(m_parentPath.data(), m_path.data(), size * sizeof(char16_t)) == 0) {
+        return true;
+    }
+    return m_parentPath.assign(m_path.data(), size) && guardFolder(m_parentPath, m_parent);
+}
+
 // The file is not shared and closed once, so a scanner cannot look into it before it is complete.
 bool FileSink::createFile()
 {
-    const HANDLE parent = m_parents.above(m_path, m_name);
-    return parent != nullptr
-        && sfx::createFile(parent, m_path.data() + m_name, m_path.size() - m_name, m_file);
+    return openParent()
+        && sfx::createFile(m_parent.get(), m_path.data() + m_name, m_path.size() - m_name, m_file);
 }
 
 bool FileSink::openFile(const Entry &file)

@@ -7,7 +7,6 @@
 #include "helpers/self-extractor/start/kepttable.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/filecloser.h"
-#include "helpers/self-extractor/windows/parentfolders.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>
@@ -65,6 +64,7 @@ private:
     FileSink(const Text &folder, Common &common) : m_folder(folder), m_common(common) {}
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
+    bool openParent();
     bool createFile();
     bool openFile(const Entry &file);
     bool createFolder();
@@ -75,7 +75,10 @@ private:
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's path begins in it
     std::size_t m_name = 0; // where its last name begins
-    ParentFolders m_parents;
+    // The folder of the newest file, and its path. It stays open: most files follow another one of the
+    // same folder.
+    Handle m_parent;
+    Text m_parentPath;
     Handle m_file;
     Common m_own;
     Common &m_common; // the first sink's
