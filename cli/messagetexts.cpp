@@ -70,6 +70,8 @@ const QList<MessageText> &messageTexts()
          "另一个任务正在制作 %1；如果没有这样的任务，请删除 %2"},
         {"this build of kestrelpack-cli has no archiver for --profile fast-start",
          "这个版本的 kestrelpack-cli 没有 --profile fast-start 的压缩程序"},
+        {"this build of kestrelpack-cli has no self-extractor module for --profile fast-start and --keep",
+         "这个版本的 kestrelpack-cli 没有 --profile fast-start 和 --keep 的自解压模块"},
         {"the archiver for --profile fast-start cannot be written to %1",
          "无法把 --profile fast-start 的压缩程序写入 %1"},
         {"cannot lock the output %1: %2", "无法锁定输出文件 %1：%2"},

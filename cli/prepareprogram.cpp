@@ -3,6 +3,7 @@
 
 #include "cli/prepareprogram.h"
 
+#include "cli/fullmodule.h"
 #include "cli/language.h"
 #include "preparation/identity.h"
 #include "preparation/preparedmodule.h"
@@ -118,8 +119,12 @@ std::optional<Refusal> prepareProgram(PreparedJob &prepared)
     }
     const ProgramKind kind = kindFor(options.console, program);
     const auto &resources = std::get<std::vector<pe::VersionResource>>(identity);
+    const auto module = moduleFor(options);
+    if (const auto *refusal = std::get_if<Refusal>(&module)) {
+        return *refusal;
+    }
     const ModulePlan plan{kind, settingsFor(options, name, kind, productOf(resources, name)),
-                          resources};
+                          resources, *std::get_if<QString>(&module)};
     if (const auto message = writePreparedModule(plan, QDir::tempPath())) {
         return Refusal{text(*message)};
     }

@@ -24,16 +24,9 @@ QString textOf(const pe::Error &error)
                                                        : error.what + ": " + error.system);
 }
 
-// A module that reads settings has the names of their keys in UTF-8 among its data. Some names are too
-// short to be looked for; KeepVerify stands for those that are younger than the first ones.
-bool knowsSettings(const QByteArray &module, const QList<Setting> &settings)
+// A module that reads settings has the names of their keys in UTF-8 among its data.
+bool knowsSettings(const QByteArray &module)
 {
-    const bool isOlder = !module.contains("KeepVerify");
-    for (const Setting &setting : settings) {
-        if (isOlder && (setting.key.startsWith("Keep") || setting.key == "Product")) {
-            return false;
-        }
-    }
     return module.contains("WorkingFolder");
 }
 
@@ -85,9 +78,9 @@ std::optional<Message> writePreparedModule(const ModulePlan &plan, const QString
         return *message;
     }
     const QString path = QDir(directory).filePath("7zS2.sfx");
-    QFile module(":/resources/7zS2.sfx");
+    QFile module(plan.module);
     if (!plan.settings.isEmpty() && module.open(QIODevice::ReadOnly)
-        && !knowsSettings(module.readAll(), plan.settings)) {
+        && !knowsSettings(module.readAll())) {
         return Message{"the self-extractor module that this build brings knows no settings: %1",
                        {keysOf(plan.settings)}};
     }

@@ -1,14 +1,14 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
 
-# Builds the module in a native build: configures this folder again, with the cross compiler.
+# Builds the modules in a native build: configures this folder again, with the cross compiler.
 
 include(ExternalProject)
 
 find_program(KESTRELPACK_MINGW_COMPILER x86_64-w64-mingw32-g++-posix)
 if(NOT KESTRELPACK_MINGW_COMPILER)
     message(WARNING "No MinGW-w64 compiler (package g++-mingw-w64-x86-64-posix): "
-                    "the self-extractor module is not built.")
+                    "the self-extractor modules are not built.")
     add_custom_target(self-extractor
         COMMAND ${CMAKE_COMMAND} -E echo "x86_64-w64-mingw32-g++-posix is missing"
         COMMAND ${CMAKE_COMMAND} -E false)
@@ -28,6 +28,8 @@ ExternalProject_Add(self-extractor
         "-DKESTRELPACK_LLVM_ML=${KESTRELPACK_LLVM_ML}"
         "-DKESTRELPACK_SFX_TEST_MODULES=${KESTRELPACK_BUILD_TESTS}"
     BUILD_ALWAYS ON
-    BUILD_BYPRODUCTS "${CMAKE_CURRENT_BINARY_DIR}/module/7zS2.sfx"
+    BUILD_BYPRODUCTS
+        "${CMAKE_CURRENT_BINARY_DIR}/module/7zS2.sfx"
+        "${CMAKE_CURRENT_BINARY_DIR}/module/7zS2-full.sfx"
     INSTALL_COMMAND ""
     EXCLUDE_FROM_ALL OFF)

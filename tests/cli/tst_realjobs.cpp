@@ -130,6 +130,32 @@ private slots:
         QVERIFY(QFileInfo(unpacked + "/empty").isDir());
     }
 
+    // Every product carries its module. The full one has the notice of its decoder for Zstandard.
+    void onlyAFastStartHasTheFullModule_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<bool>("isFull");
+        QTest::newRow("no options") << QStringList() << false;
+        QTest::newRow("settings") << QStringList({"--title", "a title", "--silent"}) << false;
+        QTest::newRow("small") << QStringList({"--profile", "small"}) << false;
+        QTest::newRow("fast start") << QStringList({"--profile", "fast-start"}) << true;
+        QTest::newRow("kept") << QStringList({"--keep", "30"}) << true;
+        QTest::newRow("kept and compared") << QStringList({"--keep", "1", "--keep-verify"}) << true;
+        QTest::newRow("both") << QStringList({"--profile", "fast-start", "--keep", "30"}) << true;
+    }
+    void onlyAFastStartHasTheFullModule()
+    {
+        QFETCH(QStringList, options);
+        const Source source = makeSource(6);
+        const QString output = m_temp->filePath("output");
+        const CliResult result = pack(options + argumentsFor(source, output));
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.exitStatus, 0);
+        const QByteArray product = readFile(output + "/app6.exe");
+        QVERIFY(product.contains("WorkingFolder"));
+        QTEST(product.contains("Redistributions in binary form must reproduce"), "isFull");
+    }
+
     void fiftyJobsAtOnceMakeFiftyRightProducts()
     {
         constexpr int count = onWindows ? 6 : 50; // under Wine each takes seconds

@@ -15,7 +15,7 @@ constexpr int dependentLoadFlags = 0x4e; // offset in the load configuration
 
 } // namespace
 
-// What the headers of our Windows programs say. A native build has only the module.
+// What the headers of our Windows programs say. A native build has only the modules.
 class TestPrograms : public QObject
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ private:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("system"); // the oldest version of Windows
         QTest::newRow("module") << builtFile(KESTRELPACK_MODULE) << "6.1";
+        QTest::newRow("full module") << builtFile(KESTRELPACK_FULL_MODULE) << "6.1";
 #ifdef Q_OS_WIN
         QTest::newRow("window") << builtFile(KESTRELPACK_WINDOW) << "10.0";
         QTest::newRow("terminal program") << builtFile(KESTRELPACK_CLI) << "10.0";

@@ -30,6 +30,10 @@ inline constexpr const char *byHand[] = {
     "10. Narrator (Windows key, Ctrl, Enter): start products\\large.exe. Does it read the title of the progress",
     "   window, the text and the button? Go through Kestrelpack.exe with the Tab key: does it read each field",
     "   with its label? Answer: ",
+    "11. Restart: start products\\manykept.exe, not as administrator, three times, and measure how long each takes",
+    "   (Measure-Command in PowerShell). Restart Windows, and do the same.",
+    "   Expected: the first start after the restart reads all files once, and the next ones are as fast as",
+    "   before. The folder is in %LOCALAPPDATA%\\Kestrelpack. Answer: ",
 };
 
 } // namespace kit

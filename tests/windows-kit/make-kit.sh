@@ -28,7 +28,8 @@ settle() {
 # The programs of the rows. The scripts have Windows' line ends: cmd needs them.
 cp "$tests/windows-kit/kit/windows-kit.exe" "$tests/windows-kit/kit"/callers.* "$kit"
 cp "$programs/bin/Kestrelpack.exe" "$programs/bin/kestrelpack-cli.exe" "$kit/files"
-cp "$programs/resources/resources/7zr.exe" "$programs/resources/resources/7zS2.sfx" "$kit/files"
+cp "$programs/resources/resources/7zr.exe" "$programs/resources/resources/7zS2.sfx" \
+    "$programs/helpers/self-extractor/7zS2-full.sfx" "$kit/files"
 
 # The test programs and what they need, each file by its own name (tests/support/builtfile.h).
 find $tests -name 'tst_*.exe' -exec cp {} "$kit/tests" \;
@@ -42,10 +43,14 @@ cp -r build/windows/examples/hello/app "$kit/files/app"
 cp -r tests/data/. "$kit/files/data"
 tests/platform/make-icon-references.sh "$kit/files/icon-references" "$kit/files/hello.exe"
 
-# The products, of the kind that the window makes. In the last one, one file has 400 MB.
-pack() { # FOLDER MAIN
-    settle "$1"
-    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q -l fastest --console no --cwd app -m "$2" -o "$kit/products" "$1"
+# The products, of the kind that the window makes. In `large`, one file has 400 MB.
+pack() { # FOLDER MAIN [OPTION...]
+    folder=$1
+    main=$2
+    shift 2
+    [ $# -gt 0 ] || set -- -l fastest
+    settle "$folder"
+    TMPDIR=$work/temp $native/bin/kestrelpack-cli -q "$@" --console no --cwd app -m "$main" -o "$kit/products" "$folder"
 }
 mkdir -p "$work/temp" "$work/hello" "$work/probe/folder" "$work/large"
 cp build/windows/examples/hello/app/* "$work/hello"
@@ -59,6 +64,24 @@ cp "$work/probe/data.txt" "$work/large"
 pack "$work/hello" hello.exe
 pack "$work/probe" kit-probe.exe
 pack "$work/large" large.exe
+
+# Products that start fast, and that keep what they have unpacked: the usual files, and 5,000 small ones.
+for name in fast kept many manykept; do
+    cp -r "$work/probe" "$work/$name"
+    mv "$work/$name/kit-probe.exe" "$work/$name/$name.exe"
+done
+for name in many manykept; do
+    for folder in $(seq 100); do
+        mkdir "$work/$name/package $folder"
+        for file in $(seq 50); do
+            printf 'The text of file %d of package %d.\n' "$file" "$folder" >"$work/$name/package $folder/$file.js"
+        done
+    done
+done
+pack "$work/fast" fast.exe --profile fast-start
+pack "$work/many" many.exe --profile fast-start
+pack "$work/kept" kept.exe --profile fast-start --keep 30
+pack "$work/manykept" manykept.exe --profile fast-start --keep 30
 
 # The test programs have most of their code in common: one solid block with a large dictionary, and no filter,
 # which would change equal code at different addresses differently.

@@ -88,8 +88,19 @@ Result consoleControlC(const Place &place);
 Result consoleCloses(const Place &place);
 Result timeOfAStart(const Place &place);
 
+// rows_kept.cpp: fast starts and kept folders
+Result fastStart(const Place &place);
+Result timeOfFastStarts(const Place &place);
+Result keptSecondStart(const Place &place);
+Result keptJunction(const Place &place);
+Result keptSymbolicLink(const Place &place);
+Result keptElevated(const Place &place);
+Result timeOfKeptStarts(const Place &place);
+
 // rows_packing.cpp: the programs that pack
 Result terminalProgramPacks(const Place &place);
+Result fastArchiverPacks(const Place &place);
+Result fastArchiverPacksLongPaths(const Place &place);
 Result packingFromOneDrive(const Place &place);
 Result escapeSequences(const Place &place);
 Result consoleClosesDuringJob(const Place &place);

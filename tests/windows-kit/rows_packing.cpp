@@ -35,11 +35,12 @@ std::wstring packingArguments(const Place &place, const std::wstring &source)
     return L"--output \"" + place.path(L"out") + L"\" \"" + source + L'"';
 }
 
-Result packsAndRuns(const Place &place, const std::wstring &source)
+Result packsAndRuns(const Place &place, const std::wstring &source,
+                    const std::wstring &options = std::wstring())
 {
     Check check;
     const Ended packed
-        = run(Start(place.file(L"kestrelpack-cli.exe"), packingArguments(place, source)),
+        = run(Start(place.file(L"kestrelpack-cli.exe"), options + packingArguments(place, source)),
               place.folder);
     check.that(packed.isByItself && packed.exitCode == 0, packed.text());
     const ProbeControl probe(place);
@@ -59,6 +60,23 @@ Result terminalProgramPacks(const Place &place)
 {
     const std::wstring source = placeSource(place);
     return source.empty() ? fail("the folder to pack cannot be made") : packsAndRuns(place, source);
+}
+
+Result fastArchiverPacks(const Place &place)
+{
+    const std::wstring source = placeSource(place);
+    return source.empty() ? fail("the folder to pack cannot be made")
+                          : packsAndRuns(place, source, L"--profile fast-start ");
+}
+
+Result fastArchiverPacksLongPaths(const Place &place)
+{
+    std::wstring source = place.path(L"source");
+    while (source.size() < 270) {
+        source += L"\\a folder with a long name";
+    }
+    return makeSource(place, source) ? packsAndRuns(place, source, L"--profile fast-start ")
+                                     : fail("the folder to pack cannot be made");
 }
 
 // Files in OneDrive's folder have attributes and a state that no other folder gives them.

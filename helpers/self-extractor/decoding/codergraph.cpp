@@ -7,7 +7,7 @@
 #include "helpers/self-extractor/decoding/bcj2stream.h"
 #include "helpers/self-extractor/decoding/lzmastream.h"
 #include "helpers/self-extractor/decoding/methods.h"
-#include "helpers/self-extractor/decoding/zstdheader.h"
+#include "helpers/self-extractor/decoding/zstdmethod.h"
 
 #include <algorithm>
 
@@ -15,10 +15,8 @@ namespace sfx {
 
 namespace {
 
-// The properties say which version and level of the packer made the frames. The frames say the rest.
-constexpr unsigned mostZstdProperties = 5;
-
-bool isSupported(const CSzCoderInfo &coder, const std::uint8_t *properties, std::uint64_t window)
+// Without the limits of its window.
+bool isSupported(const CSzCoderInfo &coder, const std::uint8_t *properties)
 {
     switch (coder.MethodID) {
     case method::Lzma:
@@ -26,9 +24,6 @@ bool isSupported(const CSzCoderInfo &coder, const std::uint8_t *properties, std:
     case method::Lzma2:
         return coder.NumStreams == 1 && coder.PropsSize == 1
             && properties[0] <= lzma2LargestProperty;
-    case method::Zstd:
-        return coder.NumStreams == 1 && coder.PropsSize <= mostZstdProperties
-            && window <= maxZstdWindow;
     case method::Bcj2:
         return coder.NumStreams == Bcj2Stream::inputCount;
     case method::Copy:
@@ -41,6 +36,7 @@ bool isSupported(const CSzCoderInfo &coder, const std::uint8_t *properties, std:
     case method::Arm:
     case method::ArmThumb:
     case method::Sparc:
+    case method::Zstd:
         return coder.NumStreams == 1;
     default:
         return false;
@@ -62,22 +58,6 @@ unsigned readerOf(const CSzFolder &wiring, unsigned coder)
         return reader;
     }
     return wiring.NumCoders;
-}
-
-// The window that the coder's frames need. If another coder makes them, or if their beginning cannot
-// be read, it is as large as allowed.
-std::uint64_t zstdWindow(const CoderGraph &graph, unsigned coder)
-{
-    std::uint8_t begin[zstdHeaderSize];
-    std::uint64_t offset = 0;
-    std::uint64_t size = 0;
-    if (findPackedStream(graph, firstInput(graph.wiring, coder), offset, size)) {
-        size = std::min<std::uint64_t>(size, sizeof begin);
-        if (!graph.source->readAt(offset, begin, static_cast<std::size_t>(size))) {
-            size = 0;
-        }
-    }
-    return zstdWindowSize(begin, static_cast<std::size_t>(size), graph.unpackSizes[coder]);
 }
 
 // If there is no circle, the way from every coder leads to the main coder, whose output no coder
@@ -120,28 +100,6 @@ Status readCoderGraph(const CSzAr &streams, std::uint32_t solidBlock, ByteSource
     return Status::Ok;
 }
 
-unsigned firstInput(const CSzFolder &wiring, unsigned coder)
-{
-    unsigned input = 0;
-    for (unsigned i = 0; i < coder; ++i) {
-        input += wiring.Coders[i].NumStreams;
-    }
-    return input;
-}
-
-bool findPackedStream(const CoderGraph &graph, unsigned input, std::uint64_t &offset,
-                      std::uint64_t &size)
-{
-    for (unsigned i = 0; i < graph.wiring.NumPackStreams; ++i) {
-        if (graph.wiring.PackStreams[i] == input) {
-            offset = graph.packBase + graph.packPositions[i];
-            size = graph.packPositions[i + 1] - graph.packPositions[i];
-            return true;
-        }
-    }
-    return false;
-}
-
 std::uint64_t windowSize(const CoderGraph &graph, unsigned coder)
 {
     const CSzCoderInfo &info = graph.wiring.Coders[coder];
@@ -152,8 +110,8 @@ std::uint64_t windowSize(const CoderGraph &graph, unsigned coder)
     } else if (info.MethodID == method::Lzma2 && info.PropsSize == 1
                && properties[0] <= lzma2LargestProperty) {
         dictionary = lzma2DictionarySize(properties[0]);
-    } else if (info.MethodID == method::Zstd && info.NumStreams == 1) {
-        dictionary = zstdWindow(graph, coder);
+    } else if (info.MethodID == method::Zstd) {
+        return zstdWindow(graph, coder);
     }
     return std::min(dictionary, graph.unpackSizes[coder]);
 }
@@ -172,7 +130,7 @@ Status checkCoderGraph(const CoderGraph &graph, std::uint64_t memory)
     for (unsigned i = 0; i < graph.wiring.NumCoders; ++i) {
         const CSzCoderInfo &coder = graph.wiring.Coders[i];
         const std::uint64_t window = windowSize(graph, i);
-        if (!isSupported(coder, graph.properties + coder.PropsOffset, window) || window > memory) {
+        if (!isSupported(coder, graph.properties + coder.PropsOffset) || window > memory) {
             return Status::Unsupported;
         }
         memory -= window;

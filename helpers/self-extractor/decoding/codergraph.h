@@ -29,18 +29,35 @@ Status readCoderGraph(const CSzAr &streams, std::uint32_t solidBlock, ByteSource
                       std::uint64_t packBase, CoderGraph &graph);
 
 // The number of a coder's first input. The inputs of all coders are numbered in their order.
-unsigned firstInput(const CSzFolder &wiring, unsigned coder);
+inline unsigned firstInput(const CSzFolder &wiring, unsigned coder)
+{
+    unsigned input = 0;
+    for (unsigned i = 0; i < coder; ++i) {
+        input += wiring.Coders[i].NumStreams;
+    }
+    return input;
+}
 
 // Sets the place, in the source, of the packed stream that feeds this input. Returns false if no
 // packed stream does.
-bool findPackedStream(const CoderGraph &graph, unsigned input, std::uint64_t &offset,
-                      std::uint64_t &size);
+inline bool findPackedStream(const CoderGraph &graph, unsigned input, std::uint64_t &offset,
+                             std::uint64_t &size)
+{
+    for (unsigned i = 0; i < graph.wiring.NumPackStreams; ++i) {
+        if (graph.wiring.PackStreams[i] == input) {
+            offset = graph.packBase + graph.packPositions[i];
+            size = graph.packPositions[i + 1] - graph.packPositions[i];
+            return true;
+        }
+    }
+    return false;
+}
 
 // The size of the window that a coder's decoder needs, in bytes. 0 if the coder has no window or
-// invalid properties. Reads the beginning of the packed data if the window's size is only there. No
-// limit is checked.
+// invalid properties; UINT64_MAX if its method is Zstandard and this module does not decode it. Reads
+// the beginning of the packed data if the window's size is only there. No other limit is checked.
 std::uint64_t windowSize(const CoderGraph &graph, unsigned coder);
-// The sum for all coders.
+// The sum for all coders, which checkCoderGraph() accepts.
 std::uint64_t windowSize(const CoderGraph &graph);
 
 // Checks how a solid block is packed, before memory is allocated for it and before it is decoded.

@@ -8,7 +8,7 @@
 #include "helpers/self-extractor/decoding/lzmastream.h"
 #include "helpers/self-extractor/decoding/methods.h"
 #include "helpers/self-extractor/decoding/readahead.h"
-#include "helpers/self-extractor/decoding/zstdstream.h"
+#include "helpers/self-extractor/decoding/zstdmethod.h"
 
 namespace sfx {
 
@@ -54,27 +54,31 @@ Status openInput(const AheadGraph &graph, unsigned inputIndex, Owned<Stream> &re
 }
 
 template <typename Decoder>
-Status openWindow(Decoder &decoder, const AheadGraph &graph, unsigned coderIndex)
+Status openLzma(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> input,
+                Owned<WindowStream> &result)
 {
     const CSzCoderInfo &coder = graph.wiring.Coders[coderIndex];
-    return decoder.open(graph.properties + coder.PropsOffset, coder.PropsSize,
-                        coderIndex == graph.aheadCoder ? ReadAhead::usefulWindow : 0);
-}
-
-Status openWindow(ZstdStream &decoder, const AheadGraph &graph, unsigned coderIndex)
-{
-    return decoder.open(windowSize(graph, coderIndex));
-}
-
-template <typename Decoder>
-Status openDecoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> input,
-                   std::uint64_t unpackSize, Owned<Stream> &result)
-{
-    Owned<Decoder> decoder = makeOwned<Decoder>(std::move(input), unpackSize);
+    auto decoder = makeOwned<Decoder>(std::move(input), graph.unpackSizes[coderIndex]);
     if (!decoder) {
         return Status::NoMemory;
     }
-    const Status status = openWindow(*decoder, graph, coderIndex);
+    const Status status
+        = decoder->open(graph.properties + coder.PropsOffset, coder.PropsSize,
+                        coderIndex == graph.aheadCoder ? ReadAhead::usefulWindow : 0);
+    result = std::move(decoder);
+    return status;
+}
+
+// Opens a decoder that has a window, and lets it run ahead if it was chosen for that.
+Status openDecoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> input,
+                   Owned<Stream> &result)
+{
+    Owned<WindowStream> decoder;
+    const std::uint32_t id = graph.wiring.Coders[coderIndex].MethodID;
+    const Status status = id == method::Lzma
+        ? openLzma<LzmaStream>(graph, coderIndex, std::move(input), decoder)
+        : id == method::Lzma2 ? openLzma<Lzma2Stream>(graph, coderIndex, std::move(input), decoder)
+                              : openZstd(graph, coderIndex, std::move(input), decoder);
     if (status == Status::Ok && coderIndex == graph.aheadCoder) {
         return openStage(makeOwned<ReadAhead>(std::move(decoder)), result);
     }
@@ -122,11 +126,9 @@ Status openCoder(const AheadGraph &graph, unsigned coderIndex, Owned<Stream> &re
         result = std::move(packed);
         return Status::Ok;
     case method::Lzma:
-        return openDecoder<LzmaStream>(graph, coderIndex, std::move(packed), unpackSize, result);
     case method::Lzma2:
-        return openDecoder<Lzma2Stream>(graph, coderIndex, std::move(packed), unpackSize, result);
     case method::Zstd:
-        return openDecoder<ZstdStream>(graph, coderIndex, std::move(packed), unpackSize, result);
+        return openDecoder(graph, coderIndex, std::move(packed), result);
     default:
         return openStage(makeOwned<FilterStream>(std::move(packed)), result, coder.MethodID,
                          properties, size);
@@ -140,9 +142,7 @@ unsigned chooseAheadCoder(const AheadGraph &graph)
     unsigned chosen = noCoder;
     std::uint64_t most = leastReadAhead - 1;
     for (unsigned i = 0; i < graph.wiring.NumCoders; ++i) {
-        const std::uint32_t coder = graph.wiring.Coders[i].MethodID;
-        if ((coder == method::Lzma || coder == method::Lzma2 || coder == method::Zstd)
-            && graph.unpackSizes[i] > most) {
+        if (windowSize(graph, i) != 0 && graph.unpackSizes[i] > most) {
             most = graph.unpackSizes[i];
             chosen = i;
         }

@@ -8,7 +8,6 @@ namespace sfx {
 namespace {
 
 constexpr const char16_t *all = u"FA";
-constexpr std::uint32_t systemIntegrity = 0x4000; // winnt.h: SECURITY_MANDATORY_SYSTEM_RID
 constexpr const char16_t *readAndExecute = u"FRFX";
 
 // An entry that allows (A), also for everything that is created inside (OICI).
@@ -45,12 +44,6 @@ bool describeRights(const TokenFacts &token, Text &rights)
     }
     // A process cannot give a label that is higher than its own.
     return !token.isElevated || !token.hasHighIntegrity || rights.append(u"S:(ML;OICI;NW;;;HI)");
-}
-
-// High integrity does not count: a process with administrator's rights is elevated, too.
-bool hasUsersRightsOnly(const ProcessRights &rights)
-{
-    return !rights.isElevated && !rights.isService && rights.integrity < systemIntegrity;
 }
 
 } // namespace sfx

@@ -27,18 +27,19 @@ bool appendHexadecimal(Text &text, const unsigned char *bytes, std::size_t size)
     return true;
 }
 
-bool beginsWithDigits(const char16_t *text, std::size_t count)
+bool isHexadecimalName(const char16_t *text, const char16_t *prefix, std::size_t digits,
+                       const char16_t *suffix)
 {
-    for (; count != 0; --count, ++text) {
+    for (; *prefix != 0; ++prefix, ++text) {
+        if (*text != *prefix) {
+            return false;
+        }
+    }
+    for (; digits != 0; --digits, ++text) {
         if (!isDigit(*text)) {
             return false;
         }
     }
-    return true;
-}
-
-bool endsAs(const char16_t *text, const char16_t *suffix)
-{
     for (; *suffix != 0 && *text == *suffix; ++suffix, ++text) {
     }
     return *suffix == 0 && *text == 0;

@@ -11,9 +11,8 @@ namespace sfx {
 // memory.
 [[nodiscard]] bool appendHexadecimal(Text &text, const unsigned char *bytes, std::size_t size);
 
-// Whether the zero-terminated text begins with that many such digits.
-bool beginsWithDigits(const char16_t *text, std::size_t digits);
-// Whether the text, which is what follows the digits, is exactly this suffix.
-bool endsAs(const char16_t *text, const char16_t *suffix);
+// Whether the zero-terminated text is this prefix, that many such digits, and this suffix.
+bool isHexadecimalName(const char16_t *text, const char16_t *prefix, std::size_t digits,
+                       const char16_t *suffix);
 
 } // namespace sfx

@@ -82,8 +82,7 @@ bool makeKeptName(const Digest &digest, Text &name)
 
 bool isKeptLockName(const char16_t *name)
 {
-    constexpr std::size_t digits = 2 * sizeof(Digest);
-    return beginsWithDigits(name, digits) && endsAs(name + digits, keptLockSuffix);
+    return isHexadecimalName(name, u"", 2 * sizeof(Digest), keptLockSuffix);
 }
 
 } // namespace sfx

@@ -88,6 +88,17 @@ std::uint32_t KeptTable::missing() const
     return count;
 }
 
+bool KeptTable::listRight(Array<bool> &right) const
+{
+    if (!right.allocate(m_entries.size())) {
+        return false;
+    }
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        right[i] = m_entries[i].isRight;
+    }
+    return true;
+}
+
 std::uint64_t KeptTable::missingBytes() const
 {
     std::uint64_t bytes = 0;

@@ -54,7 +54,9 @@ public:
     // Entries that have not been found as they must be, and the size of their files together.
     std::uint32_t missing() const;
     std::uint64_t missingBytes() const;
-    bool isMissing(std::uint32_t index) const { return !m_entries[index].isRight; }
+    // Sets an element for each entry: whether it has been found as it must be. Returns false if there
+    // is not enough memory.
+    [[nodiscard]] bool listRight(Array<bool> &right) const;
 
     // The hashes of all paths, and of the application's folder at the end.
     const Array<std::uint64_t> &hashes() const { return m_index.hashes(); }

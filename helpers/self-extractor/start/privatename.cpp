@@ -3,8 +3,6 @@
 
 #include "helpers/self-extractor/start/privatename.h"
 
-#include "helpers/self-extractor/start/hexadecimal.h"
-
 namespace sfx {
 
 namespace {
@@ -64,18 +62,8 @@ void hashProducedFile(const ProducedFile &file, unsigned char (&bytes)[privateNa
 
 bool makePrivateName(const unsigned char (&bytes)[privateNameBytes], Text &name)
 {
-    return name.assign(u"kp-", 3) && appendHexadecimal(name, bytes, privateNameBytes);
-}
-
-bool isLockName(const char16_t *name)
-{
-    for (const char16_t *prefix = u"kp-"; *prefix != 0; ++prefix, ++name) {
-        if (*name != *prefix) {
-            return false;
-        }
-    }
-    constexpr std::size_t digits = 2 * privateNameBytes;
-    return beginsWithDigits(name, digits) && endsAs(name + digits, lockSuffix);
+    return name.assign(privatePrefix, textLength(privatePrefix))
+        && appendHexadecimal(name, bytes, privateNameBytes);
 }
 
 } // namespace sfx

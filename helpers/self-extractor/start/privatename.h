@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "helpers/self-extractor/base/text.h"
+#include "helpers/self-extractor/start/hexadecimal.h"
 
 #include <cstdint>
 
@@ -12,12 +12,14 @@ namespace sfx {
 // Number of bytes in a private folder's name.
 constexpr std::size_t privateNameBytes = 10;
 
+// What the name begins with, before its hexadecimal digits.
+constexpr const char16_t *privatePrefix = u"kp-";
 // The lock file has the folder's name with this suffix and lies beside the folder.
 constexpr const char16_t *lockSuffix = u".lock";
 // Matches the name of every lock file, and maybe others.
 constexpr const char16_t *lockPattern = u"kp-*.lock";
 
-// Sets `name` to "kp-" and the bytes in hexadecimal digits. Returns false if there is not enough
+// Sets `name` to the prefix and the bytes in hexadecimal digits. Returns false if there is not enough
 // memory.
 [[nodiscard]] bool makePrivateName(const unsigned char (&bytes)[privateNameBytes], Text &name);
 
@@ -35,6 +37,9 @@ struct ProducedFile
 void hashProducedFile(const ProducedFile &file, unsigned char (&bytes)[privateNameBytes]);
 
 // Whether this is the name of a private folder's lock file.
-bool isLockName(const char16_t *name);
+inline bool isLockName(const char16_t *name)
+{
+    return isHexadecimalName(name, privatePrefix, 2 * privateNameBytes, lockSuffix);
+}
 
 } // namespace sfx

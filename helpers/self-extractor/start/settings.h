@@ -18,7 +18,7 @@ enum class WorkingFolder {
 // What a packer may set beyond the configuration block, in the produced file's RCDATA resource
 // SETTINGS: UTF-8 text of lines `Key="value"` that end with LF or CRLF. Nothing is needed. Other
 // keys, other lines, repeated keys and control characters are damage, and so is KeepVerify without
-// Keep.
+// Keep. The small module does not know Keep, KeepVerify and Product.
 struct Settings
 {
     Text program;    // Program: path in the archive, with `/`; empty: RunProgram of the block
@@ -33,6 +33,8 @@ struct Settings
     bool hasTitle = false;   // the block's title counts otherwise
     bool hasSilent = false;
     bool hasWorkingFolder = false;
+    bool hasKeepVerify = false;
+    bool hasProduct = false;
 };
 
 // Longest text that is read, in bytes.

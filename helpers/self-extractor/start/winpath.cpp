@@ -55,13 +55,6 @@ bool toExtendedPath(const Text &path, Text &extended)
         : extended.assign(u"\\\\?\\", 4) && extended.append(path);
 }
 
-bool isAbsolutePath(const Text &path)
-{
-    const char16_t *units = path.data();
-    return (path.size() > 2 && units[1] == u':' && units[2] == u'\\')
-        || (path.size() > 2 && units[0] == u'\\' && units[1] == u'\\');
-}
-
 bool folderOf(const Text &path, Text &folder)
 {
     std::size_t size = path.size();

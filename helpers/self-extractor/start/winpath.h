@@ -12,7 +12,12 @@ namespace sfx {
 [[nodiscard]] bool toExtendedPath(const Text &path, Text &extended);
 
 // Whether a path begins with a drive and its root, or with the name of a network drive's machine.
-bool isAbsolutePath(const Text &path);
+inline bool isAbsolutePath(const Text &path)
+{
+    const char16_t *units = path.data();
+    return path.size() > 2
+        && ((units[1] == u':' && units[2] == u'\\') || (units[0] == u'\\' && units[1] == u'\\'));
+}
 
 // The folder that contains the file of an absolute path, without a separator at its end, except for
 // a drive's root (`C:\`). Returns false if there is not enough memory.

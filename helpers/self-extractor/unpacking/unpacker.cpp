@@ -21,13 +21,13 @@ Status makeEmpty(const Entry &entry, UnpackSink &sink)
 
 // Entries with names like LONGFI~1.TXT, before others can get this name as their short name. Files
 // are empty at first and get their attributes later: a read-only file could not be opened again.
-Status makeShortNames(Archive &archive, UnpackSink &sink)
+Status makeShortNames(Archive &archive, UnpackSink &sink, const UnpackLimits &limits)
 {
     Status status = Status::Ok;
     for (std::uint32_t i = 0; status == Status::Ok && i < archive.entryCount(); ++i) {
         Entry entry;
         status = archive.entry(i, entry);
-        if (status != Status::Ok || !sink.wants(i)
+        if (status != Status::Ok || !limits.takes(i)
             || !couldBeShortName(entry.path, entry.pathSize)) {
             continue;
         }
@@ -42,10 +42,10 @@ Status makeShortNames(Archive &archive, UnpackSink &sink)
 }
 
 // The other folders, and files without content. Files with content must have a CRC.
-Status makeEmptyEntries(Archive &archive, UnpackSink &sink)
+Status makeEmptyEntries(Archive &archive, UnpackSink &sink, const UnpackLimits &limits)
 {
     const CSzArEx &tables = archive.tables();
-    Status status = makeShortNames(archive, sink);
+    Status status = makeShortNames(archive, sink, limits);
     for (std::uint32_t i = 0; status == Status::Ok && i < archive.entryCount(); ++i) {
         Entry entry;
         status = archive.entry(i, entry);
@@ -53,7 +53,7 @@ Status makeEmptyEntries(Archive &archive, UnpackSink &sink)
             return status;
         }
         if (entry.isFolder || entry.size == 0) {
-            if (sink.wants(i) && !couldBeShortName(entry.path, entry.pathSize)) {
+            if (limits.takes(i) && !couldBeShortName(entry.path, entry.pathSize)) {
                 status = makeEmpty(entry, sink);
             }
         } else if (!SzBitWithVals_Check(&tables.CRCs, i)
@@ -64,12 +64,12 @@ Status makeEmptyEntries(Archive &archive, UnpackSink &sink)
     return status;
 }
 
-Status finishFolders(Archive &archive, UnpackSink &sink)
+Status finishFolders(Archive &archive, UnpackSink &sink, const UnpackLimits &limits)
 {
     for (std::uint32_t i = archive.entryCount(); i-- > 0;) {
         Entry entry;
         Status status = archive.entry(i, entry);
-        if (status == Status::Ok && entry.isFolder && sink.wants(i)) {
+        if (status == Status::Ok && entry.isFolder && limits.takes(i)) {
             status = sink.finishFolder(entry);
         }
         if (status != Status::Ok) {
@@ -86,12 +86,12 @@ Status unpack(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
 {
     Status status = sink.begin(totalBytes, archive.entryCount());
     if (status == Status::Ok) {
-        status = makeEmptyEntries(archive, sink);
+        status = makeEmptyEntries(archive, sink, limits);
     }
     if (status == Status::Ok) {
         status = unpackSolidBlocks(archive, sink, totalBytes, limits);
     }
-    return status == Status::Ok ? finishFolders(archive, sink) : status;
+    return status == Status::Ok ? finishFolders(archive, sink, limits) : status;
 }
 
 } // namespace sfx

@@ -16,13 +16,6 @@ class UnpackSink
 public:
     virtual ~UnpackSink() = default;
 
-    // Whether this entry of the archive is to be unpacked. Solid blocks without such files are not
-    // decoded. Any thread may call it; only the first sink is asked.
-    virtual bool wants(std::uint32_t index) const
-    {
-        static_cast<void>(index);
-        return true;
-    }
     virtual Status begin(std::uint64_t totalBytes, std::uint32_t entries) = 0;
     // The parent folders may not have been created yet.
     virtual Status makeFolder(const Entry &folder) = 0;

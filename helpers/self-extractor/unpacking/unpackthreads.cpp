@@ -33,9 +33,14 @@ std::uint64_t memoryFor(const CoderGraph &graph)
 class UnpackThreads
 {
 public:
-    UnpackThreads(const Archive &archive, UnpackSink &sink) : m_archive(archive), m_sink(sink) {}
+    UnpackThreads(const Archive &archive, UnpackSink &sink, const UnpackLimits &limits)
+        : m_archive(archive)
+        , m_sink(sink)
+        , m_limits(limits)
+    {
+    }
 
-    Status run(std::uint64_t totalBytes, const UnpackLimits &limits);
+    Status run(std::uint64_t totalBytes);
 
 private:
     struct Helper
@@ -45,9 +50,9 @@ private:
         Thread thread;
     };
 
-    std::uint32_t endOfWanted(std::uint32_t solidBlock) const;
+    std::uint32_t endOfTaken(std::uint32_t solidBlock) const;
     Status measure();
-    unsigned countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const;
+    unsigned countThreads(std::uint64_t totalBytes) const;
     static void runHelper(void *helper);
     void unpackNextBlocks(UnpackSink &sink);
     Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink);
@@ -61,9 +66,9 @@ private:
 
     const Archive &m_archive;
     UnpackSink &m_sink;
+    const UnpackLimits &m_limits;
     std::uint32_t m_solidBlocks = 0;          // number of those with content
     std::uint64_t m_leastMemory = UINT64_MAX; // of all solid blocks, in bytes
-    std::uint64_t m_memory = 0;               // the limit
     std::uint64_t m_leastReadAhead = 0;       // smaller solid blocks do not read ahead
     std::atomic<std::uint32_t> m_next = 0;    // the next solid block to be unpacked
     std::atomic<bool> m_stops = false;
@@ -72,14 +77,15 @@ private:
     Status m_status = Status::Ok;
 };
 
-// The index after the last file of the solid block that has content and is wanted; 0 if there is none.
-std::uint32_t UnpackThreads::endOfWanted(std::uint32_t solidBlock) const
+// The index after the last file of the solid block that has content and is not skipped; 0 if there is
+// none.
+std::uint32_t UnpackThreads::endOfTaken(std::uint32_t solidBlock) const
 {
     const CSzArEx &tables = m_archive.tables();
     const std::uint32_t first = tables.FolderToFile[solidBlock];
     for (std::uint32_t end = tables.FolderToFile[solidBlock + 1]; end > first; --end) {
         if (tables.UnpackPositions[end - 1] != tables.UnpackPositions[end]
-            && m_sink.wants(end - 1)) {
+            && m_limits.takes(end - 1)) {
             return end;
         }
     }
@@ -89,7 +95,7 @@ std::uint32_t UnpackThreads::endOfWanted(std::uint32_t solidBlock) const
 Status UnpackThreads::measure()
 {
     for (std::uint32_t i = 0; i < m_archive.tables().db.NumFolders; ++i) {
-        if (endOfWanted(i) == 0) {
+        if (endOfTaken(i) == 0) {
             continue;
         }
         CoderGraph graph;
@@ -103,15 +109,15 @@ Status UnpackThreads::measure()
     return Status::Ok;
 }
 
-unsigned UnpackThreads::countThreads(std::uint64_t totalBytes, const UnpackLimits &limits) const
+unsigned UnpackThreads::countThreads(std::uint64_t totalBytes) const
 {
-    const std::uint64_t affordable = limits.memory / m_leastMemory;
+    const std::uint64_t affordable = m_limits.memory / m_leastMemory;
     const std::uint64_t useful = std::min<std::uint64_t>(
-        {limits.threads, maxUnpackThreads, m_solidBlocks, 1 + totalBytes / leastWork});
+        {m_limits.threads, maxUnpackThreads, m_solidBlocks, 1 + totalBytes / leastWork});
     return static_cast<unsigned>(std::max<std::uint64_t>(1, std::min(affordable, useful)));
 }
 
-Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
+Status UnpackThreads::run(std::uint64_t totalBytes)
 {
     if (m_archive.tables().FolderToFile == nullptr) {
         return Status::Ok; // packed streams, but no files listed
@@ -120,12 +126,11 @@ Status UnpackThreads::run(std::uint64_t totalBytes, const UnpackLimits &limits)
     if (measured != Status::Ok) {
         return measured;
     }
-    m_memory = limits.memory;
-    const unsigned threads = countThreads(totalBytes, limits);
+    const unsigned threads = countThreads(totalBytes);
     // Without a processor to spare, only a large solid block reads ahead: its decoder is still busy
     // when the others have finished.
-    const bool hasSpare = threads == 1 || 2 * threads <= limits.threads;
-    m_leastReadAhead = hasSpare ? 0 : totalBytes / limits.threads;
+    const bool hasSpare = threads == 1 || 2 * threads <= m_limits.threads;
+    m_leastReadAhead = hasSpare ? 0 : totalBytes / m_limits.threads;
     Helper helpers[maxUnpackThreads - 1];
     for (unsigned i = 0; i + 1 < threads; ++i) {
         helpers[i].threads = this;
@@ -149,7 +154,7 @@ void UnpackThreads::runHelper(void *helper)
 
 void UnpackThreads::unpackNextBlocks(UnpackSink &sink)
 {
-    while (!m_stops) {
+    while (!m_stops.load()) {
         const std::uint32_t solidBlock = m_next++;
         if (solidBlock >= m_archive.tables().db.NumFolders) {
             return;
@@ -175,7 +180,7 @@ void UnpackThreads::fail(Status status)
 void UnpackThreads::takeMemory(std::uint64_t size)
 {
     const Locked lock(m_monitor);
-    while (m_memoryInUse != 0 && m_memoryInUse + size > m_memory && !m_stops) {
+    while (m_memoryInUse != 0 && m_memoryInUse + size > m_limits.memory && !m_stops.load()) {
         m_monitor.wait();
     }
     m_memoryInUse += size;
@@ -190,7 +195,7 @@ void UnpackThreads::giveMemoryBack(std::uint64_t size)
 
 Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink)
 {
-    const std::uint32_t end = endOfWanted(solidBlock);
+    const std::uint32_t end = endOfTaken(solidBlock);
     if (end == 0) {
         return Status::Ok;
     }
@@ -201,7 +206,7 @@ Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sin
     }
     const std::uint64_t memory = memoryFor(graph);
     takeMemory(memory);
-    status = m_stops ? Status::Cancelled : unpackFiles(solidBlock, end, graph, sink);
+    status = m_stops.load() ? Status::Cancelled : unpackFiles(solidBlock, end, graph, sink);
     giveMemoryBack(memory);
     return status;
 }
@@ -231,13 +236,13 @@ Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, std::uint32_t end,
 Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream &decoder,
                                  UnpackSink &sink) const
 {
-    const bool isWanted = m_sink.wants(index); // others are only decoded
-    Status status = isWanted ? sink.beginFile(file) : Status::Ok;
+    const bool isTaken = m_limits.takes(index); // others are only decoded
+    Status status = isTaken ? sink.beginFile(file) : Status::Ok;
     std::uint32_t sum = CRC_INIT_VAL;
     std::uint64_t left = file.size;
     while (status == Status::Ok && left != 0) {
         ByteView piece;
-        status = m_stops
+        status = m_stops.load()
             ? Status::Cancelled
             : decoder.next(static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize)),
                            piece);
@@ -246,14 +251,14 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream 
         }
         if (status == Status::Ok) {
             sum = CrcUpdate(sum, piece.data, piece.size);
-            status = isWanted ? sink.write(piece.data, piece.size) : Status::Ok;
+            status = isTaken ? sink.write(piece.data, piece.size) : Status::Ok;
             left -= piece.size;
         }
     }
     if (status == Status::Ok && CRC_GET_DIGEST(sum) != m_archive.tables().CRCs.Vals[index]) {
         status = Status::Damaged;
     }
-    return status == Status::Ok && isWanted ? sink.endFile(file) : status;
+    return status == Status::Ok && isTaken ? sink.endFile(file) : status;
 }
 
 } // namespace
@@ -261,7 +266,7 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream 
 Status unpackSolidBlocks(const Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
                          const UnpackLimits &limits)
 {
-    return UnpackThreads(archive, sink).run(totalBytes, limits);
+    return UnpackThreads(archive, sink, limits).run(totalBytes);
 }
 
 } // namespace sfx

@@ -14,23 +14,15 @@ namespace sfx {
 // in extended form. Returns false on failure, with the reason in GetLastError().
 [[nodiscard]] bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folder);
 
-// Opens a folder by its path in extended form, to list it. While the handle is open, the folder
-// cannot be renamed, removed or replaced. Returns false if it is not a folder, or cannot be opened,
-// with the reason in GetLastError().
-[[nodiscard]] bool guardFolder(const Text &path, Handle &folder);
-
-// Creates a file, which must be new, in an open folder, for writing. Nobody else can open it until
-// its handle is closed. The system finds it faster than by its whole path. Returns false on failure,
-// with the reason in GetLastError().
-[[nodiscard]] bool createFile(HANDLE folder, const char16_t *name, std::size_t nameSize,
-                              Handle &file);
-
 // The following functions open for removal, with the right DELETE. They never follow a link; the
 // entry is the link itself. (Wine 8 does follow it, so callers compare the kind of what they got.)
 
+// The rights to a folder that is listed.
+constexpr ACCESS_MASK listing = FILE_LIST_DIRECTORY | READ_CONTROL;
+
 // Opens a folder by its path in extended form, also for listing and with READ_CONTROL. While the
 // handle is open, the folder cannot be renamed or replaced. NotForUs: it is not a folder.
-EntryUse openFolder(const Text &path, Handle &folder);
+EntryUse openFolder(const Text &path, Handle &folder, ACCESS_MASK access = listing | DELETE);
 
 // An entry of an open folder, as a listing names it.
 struct ListedEntry
@@ -51,8 +43,5 @@ struct ListedEntry
 // above. Folders are opened as by openFolder(). A read-only entry also gets the right to change its
 // attributes. NotForUs: it is no longer of the kind that was listed.
 EntryUse openEntry(const ListedEntry &entry, Handle &opened);
-
-// Opens a file to read it, or a folder to list it, in the same way. Others may use and remove it.
-EntryUse openToRead(const ListedEntry &entry, Handle &opened);
 
 } // namespace sfx

@@ -3,7 +3,9 @@
 
 #include "helpers/self-extractor/windows/filecloser.h"
 
+#include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/unpacking/slowclosing.h"
+#include "helpers/self-extractor/windows/filesink.h"
 
 namespace sfx {
 
@@ -23,28 +25,51 @@ std::uint64_t ticksPerSecond()
     return static_cast<std::uint64_t>(ticks.QuadPart);
 }
 
-} // namespace
-
-void setTimeAndAttributes(HANDLE file, const Entry &entry)
+// Measures what the calls of close() take. If that is much, threads close the further files.
+class MeasuringCloser final : public FileCloser
 {
-    FILE_BASIC_INFO info = {};
-    if (entry.hasModified) {
-        info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
-    }
-    // A new file has the archive attribute.
-    const bool hasThem = !entry.isFolder && entry.attributes == FILE_ATTRIBUTE_ARCHIVE;
-    info.FileAttributes = hasThem ? 0 : entry.attributes; // 0: leave unchanged
-    SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
-}
+public:
+    ~MeasuringCloser() override { finishThreads(); }
 
-void FileCloser::complete(const Item &item)
+    void close(Handle &file, const Entry &entry) override;
+    void finish() override { finishThreads(); }
+
+private:
+    struct Item
+    {
+        HANDLE file = nullptr;
+        Entry entry; // its path is no longer valid
+    };
+    static constexpr std::size_t mostWaiting = 64;
+    // Most of the time they wait for the scanner.
+    static constexpr std::size_t mostThreads = 4;
+
+    static void run(void *self);
+    static void complete(const Item &item);
+    bool enqueue(const Item &item);
+    void closeMeasured(const Item &item);
+    void startThreads();
+    void finishThreads();
+    void work();
+
+    Monitor m_monitor;          // protects the other members, except for the threads
+    std::uint64_t m_ticks = 0;  // what the calls of close() have taken
+    std::uint64_t m_closed = 0; // number of these calls
+    Item m_waiting[mostWaiting];
+    std::size_t m_count = 0;
+    bool m_hasThreads = false;
+    bool m_ends = false;
+    Thread m_threads[mostThreads]; // used by the one that starts them, and finishThreads()
+};
+
+void MeasuringCloser::complete(const Item &item)
 {
     setTimeAndAttributes(item.file, item.entry);
     CloseHandle(item.file);
 }
 
 // Runs in the threads.
-void FileCloser::work()
+void MeasuringCloser::work()
 {
     m_monitor.enter();
     while (m_count != 0 || !m_ends) {
@@ -61,13 +86,13 @@ void FileCloser::work()
     m_monitor.leave();
 }
 
-void FileCloser::run(void *self)
+void MeasuringCloser::run(void *self)
 {
-    static_cast<FileCloser *>(self)->work();
+    static_cast<MeasuringCloser *>(self)->work();
 }
 
 // With the lock held.
-void FileCloser::startThreads()
+void MeasuringCloser::startThreads()
 {
     for (Thread &thread : m_threads) {
         if (!thread.start(run, this)) {
@@ -78,7 +103,7 @@ void FileCloser::startThreads()
 }
 
 // Leaves the file to a thread; returns false if there is none.
-bool FileCloser::enqueue(const Item &item)
+bool MeasuringCloser::enqueue(const Item &item)
 {
     const Locked lock(m_monitor);
     if (!m_hasThreads) {
@@ -92,7 +117,7 @@ bool FileCloser::enqueue(const Item &item)
     return true;
 }
 
-void FileCloser::closeMeasured(const Item &item)
+void MeasuringCloser::closeMeasured(const Item &item)
 {
     const std::uint64_t before = ticksNow();
     complete(item);
@@ -105,7 +130,7 @@ void FileCloser::closeMeasured(const Item &item)
     }
 }
 
-void FileCloser::close(Handle &file, const Entry &entry)
+void MeasuringCloser::close(Handle &file, const Entry &entry)
 {
     const Item item = {file.release(), entry};
     if (!enqueue(item)) {
@@ -113,7 +138,7 @@ void FileCloser::close(Handle &file, const Entry &entry)
     }
 }
 
-void FileCloser::finish()
+void MeasuringCloser::finishThreads()
 {
     {
         const Locked lock(m_monitor);
@@ -123,6 +148,13 @@ void FileCloser::finish()
     for (Thread &thread : m_threads) {
         thread.join();
     }
+}
+
+} // namespace
+
+Owned<FileCloser> makeFileCloser()
+{
+    return makeOwned<MeasuringCloser>();
 }
 
 } // namespace sfx

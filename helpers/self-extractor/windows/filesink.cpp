@@ -7,10 +7,7 @@
 #include "helpers/self-extractor/start/heldfile.h"
 #include "helpers/self-extractor/start/winpath.h"
 #include "helpers/self-extractor/windows/diskspace.h"
-#include "helpers/self-extractor/windows/entryhandle.h"
 #include "helpers/self-extractor/windows/interrupt.h"
-
-#include <cstring>
 
 namespace sfx {
 
@@ -53,6 +50,18 @@ bool preallocate(HANDLE file, std::uint64_t size)
 
 } // namespace
 
+void setTimeAndAttributes(HANDLE file, const Entry &entry)
+{
+    FILE_BASIC_INFO info = {};
+    if (entry.hasModified) {
+        info.LastWriteTime.QuadPart = static_cast<LONGLONG>(entry.modified);
+    }
+    // A new file has the archive attribute.
+    const bool hasThem = !entry.isFolder && entry.attributes == FILE_ATTRIBUTE_ARCHIVE;
+    info.FileAttributes = hasThem ? 0 : entry.attributes; // 0: leave unchanged
+    SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info);
+}
+
 Status FileSink::fail()
 {
     const DWORD error = GetLastError();
@@ -80,45 +89,17 @@ bool FileSink::locate(const Entry &entry)
         return false;
     }
     m_base = m_path.size();
-    if (!appendArchivePath(m_path, entry.path, entry.pathSize)) {
-        return false;
-    }
-    m_name = m_path.size();
-    while (m_path.data()[m_name - 1] != u'\\') {
-        --m_name;
-    }
-    return true;
-}
-
-bool FileSink::openParent()
-{
-    const std::size_t size = m_name - 1; // without the separator
-    if (m_parent && m_parentPath.size() == size
-        && std::memcmp(m_parentPath.data(), m_path.data(), size * sizeof(char16_t)) == 0) {
-        return true;
-    }
-    return m_parentPath.assign(m_path.data(), size) && guardFolder(m_parentPath, m_parent);
+    return appendArchivePath(m_path, entry.path, entry.pathSize);
 }
 
 // The file is not shared and closed once, so a scanner cannot look into it before it is complete.
-bool FileSink::createFile()
+bool FileSink::createFile(const Entry &file)
 {
-    return openParent()
-        && sfx::createFile(m_parent.get(), m_path.data() + m_name, m_path.size() - m_name, m_file);
-}
-
-bool FileSink::openFile(const Entry &file)
-{
-    if (file.size != 0 && couldBeShortName(file.path, file.pathSize)) {
-        m_file.reset(openAgain(m_path));
-        return static_cast<bool>(m_file);
+    if (file.size == 0 || !couldBeShortName(file.path, file.pathSize)) {
+        return createNewFile(m_path, m_folders, m_file);
     }
-    if (createFile()) {
-        return true;
-    }
-    const DWORD error = GetLastError();
-    const bool isMissing = error == ERROR_PATH_NOT_FOUND || error == ERROR_FILE_NOT_FOUND;
-    return isMissing && makeParents() && createFile();
+    m_file.reset(openAgain(m_path));
+    return static_cast<bool>(m_file);
 }
 
 bool FileSink::createFolder()
@@ -174,7 +155,8 @@ Status FileSink::beginFile(const Entry &file)
     if (!locate(file)) {
         return Status::NoMemory;
     }
-    if (!openFile(file)) {
+    if (!createFile(file)
+        && (GetLastError() != ERROR_PATH_NOT_FOUND || !makeParents() || !createFile(file))) {
         return fail();
     }
     if (file.size >= leastPreallocated && !preallocate(m_file.get(), file.size)) {
@@ -208,8 +190,8 @@ Status FileSink::write(const std::uint8_t *data, std::size_t size)
 Status FileSink::endFile(const Entry &file)
 {
     // An empty file may be opened again, so it is closed at once.
-    if (file.size != 0) {
-        m_common.closer.close(m_file, file);
+    if (m_closer && file.size != 0) {
+        m_closer->close(m_file, file);
     } else {
         setTimeAndAttributes(m_file.get(), file);
         m_file.reset();
@@ -219,12 +201,14 @@ Status FileSink::endFile(const Entry &file)
 
 Owned<UnpackSink> FileSink::another()
 {
-    return makeOwned<FileSink>(m_folder, m_common);
+    return makeOwned<FileSink>(m_folder, m_closer, m_common);
 }
 
 Status FileSink::finishFolder(const Entry &folder)
 {
-    m_common.closer.finish();
+    if (m_closer) {
+        m_closer->finish();
+    }
     if (!locate(folder)) {
         return Status::NoMemory;
     }

@@ -4,25 +4,27 @@
 #pragma once
 
 #include "helpers/self-extractor/base/thread.h"
-#include "helpers/self-extractor/start/kepttable.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/filecloser.h"
+#include "helpers/self-extractor/windows/newfile.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>
 
 namespace sfx {
 
+// Failures are ignored: the program runs without them.
+void setTimeAndAttributes(HANDLE file, const Entry &entry);
+
 // Writes unpacked entries into a folder. Every file must be new, but a file with a name like a short
 // one may have been created empty by an earlier beginFile().
 class FileSink final : public UnpackSink
 {
 public:
-    // `folder` is an existing folder, without a separator at its end. With a table, only what is
-    // missing by it is written.
-    explicit FileSink(const Text &folder, const KeptTable *table = nullptr)
+    // `folder` is an existing folder, without a separator at its end. The closer may be missing.
+    FileSink(const Text &folder, const Owned<FileCloser> &closer)
         : m_folder(folder)
-        , m_table(table)
+        , m_closer(closer)
         , m_common(m_own)
     {
     }
@@ -36,10 +38,6 @@ public:
     // The file or folder that failed, as users know it; may be empty.
     const Text &failedPath() const { return m_common.failedPath; }
 
-    bool wants(std::uint32_t index) const override
-    {
-        return m_table == nullptr || m_table->isMissing(index);
-    }
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override;
     Status makeFolder(const Entry &folder) override;
     Status beginFile(const Entry &file) override;
@@ -57,28 +55,26 @@ private:
         std::uint64_t missing = 0;
         unsigned long error = 0;
         Text failedPath;
-        FileCloser closer;
     };
 
-    friend Owned<FileSink> makeOwned<FileSink>(const Text &, Common &);
-    FileSink(const Text &folder, Common &common) : m_folder(folder), m_common(common) {}
+    friend Owned<FileSink> makeOwned<FileSink>(const Text &, const Owned<FileCloser> &, Common &);
+    FileSink(const Text &folder, const Owned<FileCloser> &closer, Common &common)
+        : m_folder(folder)
+        , m_closer(closer)
+        , m_common(common)
+    {
+    }
     Status fail();
     [[nodiscard]] bool locate(const Entry &entry);
-    bool openParent();
-    bool createFile();
-    bool openFile(const Entry &file);
+    bool createFile(const Entry &file);
     bool createFolder();
     bool makeParents();
 
     const Text &m_folder;
-    const KeptTable *m_table = nullptr;
+    const Owned<FileCloser> &m_closer;
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's path begins in it
-    std::size_t m_name = 0; // where its last name begins
-    // The folder of the newest file, and its path. It stays open: most files follow another one of the
-    // same folder.
-    Handle m_parent;
-    Text m_parentPath;
+    Owned<OpenFolders> m_folders;
     Handle m_file;
     Common m_own;
     Common &m_common; // the first sink's

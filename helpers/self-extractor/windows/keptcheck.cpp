@@ -5,7 +5,8 @@
 
 #include "helpers/self-extractor/windows/folderwalk.h"
 #include "helpers/self-extractor/windows/interrupt.h"
-#include "helpers/self-extractor/windows/markedentries.h"
+#include "helpers/self-extractor/windows/keptentries.h"
+#include "helpers/self-extractor/windows/keptremoval.h"
 
 #include "7zCrc.h"
 

@@ -5,6 +5,7 @@
 
 #include "helpers/self-extractor/start/keptrules.h"
 #include "helpers/self-extractor/windows/filesearch.h"
+#include "helpers/self-extractor/windows/keptremoval.h"
 #include "helpers/self-extractor/windows/lockfile.h"
 #include "helpers/self-extractor/windows/removal.h"
 #include "helpers/self-extractor/windows/usefile.h"

@@ -5,20 +5,32 @@
 
 #include "helpers/self-extractor/start/keptrules.h"
 #include "helpers/self-extractor/start/privatename.h"
-#include "helpers/self-extractor/windows/entryhandle.h"
 #include "helpers/self-extractor/windows/filesink.h"
 #include "helpers/self-extractor/windows/keptcheck.h"
 #include "helpers/self-extractor/windows/keptclearing.h"
+#include "helpers/self-extractor/windows/keptentries.h"
+#include "helpers/self-extractor/windows/keptpaths.h"
 #include "helpers/self-extractor/windows/keptsteps.h"
+#include "helpers/self-extractor/windows/ownrights.h"
 #include "helpers/self-extractor/windows/profilefolder.h"
 #include "helpers/self-extractor/windows/removal.h"
 #include "helpers/self-extractor/windows/systemstart.h"
 #include "helpers/self-extractor/windows/temporaryfolder.h"
 #include "helpers/self-extractor/windows/unpackvisibly.h"
+#include "helpers/self-extractor/windows/usefile.h"
 
 namespace sfx {
 
 namespace {
+
+// What a start needs as long as its program runs.
+struct KeptState
+{
+    KeptPaths paths;
+    KeptRecord record;
+    UseFile use;
+    Handle guard; // of the kept folder: as long as it is open, nobody can replace the folder
+};
 
 // Looks at the kept folder and makes it ready. While it has the lock file, no other start does so.
 class KeptOpening
@@ -207,7 +219,8 @@ Status KeptOpening::unpackFresh()
         || !createFolder(path, nullptr, inside)) {
         return Status::WriteFailed;
     }
-    FileSink sink(path);
+    const Owned<FileCloser> closer = makeFileCloser();
+    FileSink sink(path, closer);
     return unpackVisibly(m_archive, sink, m_table.missingBytes(), m_window);
 }
 
@@ -231,34 +244,49 @@ Status KeptOpening::repair()
     if (status != Status::Ok) {
         return status;
     }
-    FileSink sink(m_paths.application, &m_table);
-    return unpackVisibly(m_archive, sink, m_table.missingBytes(), m_window);
+    Array<bool> right;
+    if (!m_table.listRight(right)) {
+        return Status::NoMemory;
+    }
+    const Owned<FileCloser> closer = makeFileCloser();
+    FileSink sink(m_paths.application, closer);
+    return unpackVisibly(m_archive, sink, m_table.missingBytes(), m_window, right.data());
 }
+
+class OpenedFolder final : public KeptFolder
+{
+public:
+    // After a failure no file is open, so nothing is recorded.
+    ~OpenedFolder() override { m_state.use.setLastUse(); }
+
+    const Text &application() const override { return m_state.paths.application; }
+    void clearOthers() const override { clearKeptFolders(m_state.paths, m_state.record); }
+    KeptState &state() { return m_state; }
+
+private:
+    KeptState m_state;
+};
 
 } // namespace
 
-KeptFolder::~KeptFolder()
+Status openKeptFolder(const StartPlan &plan, Archive &archive, const Owned<ProgressWindow> &window,
+                      Owned<KeptFolder> &folder)
 {
-    if (m_isOpen) {
-        m_state.use.setLastUse();
+    if (plan.settings.keepDays == 0) {
+        return Status::Ok;
     }
-}
-
-Status KeptFolder::open(const StartPlan &plan, Archive &archive,
-                        const Owned<ProgressWindow> &window)
-{
-    KeptOpening opening(m_state, archive, window);
+    auto opened = makeOwned<OpenedFolder>();
+    if (!opened) {
+        return Status::Ok;
+    }
+    KeptOpening opening(opened->state(), archive, window);
     const Status status = opening.run(plan);
-    m_isOpen = status == Status::Ok;
-    if (!m_isOpen) {
-        opening.leave();
+    if (status == Status::Ok) {
+        folder = std::move(opened);
+        return Status::Ok;
     }
-    return status;
-}
-
-void KeptFolder::clearOthers() const
-{
-    clearKeptFolders(m_state.paths, m_state.record);
+    opening.leave();
+    return canGoOnPrivately(status) ? Status::Ok : status;
 }
 
 } // namespace sfx

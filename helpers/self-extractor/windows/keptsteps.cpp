@@ -4,10 +4,11 @@
 #include "helpers/self-extractor/windows/keptsteps.h"
 
 #include "helpers/self-extractor/start/heldfile.h"
-#include "helpers/self-extractor/windows/entryhandle.h"
 #include "helpers/self-extractor/windows/fileowner.h"
 #include "helpers/self-extractor/windows/interrupt.h"
-#include "helpers/self-extractor/windows/markedentries.h"
+#include "helpers/self-extractor/windows/keptentries.h"
+#include "helpers/self-extractor/windows/keptremoval.h"
+#include "helpers/self-extractor/windows/token.h"
 
 namespace sfx {
 
@@ -19,6 +20,18 @@ constexpr DWORD waitingPause = 20;
 constexpr unsigned mostPauses = 10 * 60 * 1000 / waitingPause;
 // While the file is being removed, the system says that access is denied.
 constexpr unsigned mostDenials = 5;
+
+// Whether the owner of a folder, whose handle has READ_CONTROL, is the user of this process.
+bool belongsToUser(HANDLE folder)
+{
+    HANDLE rawToken = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &rawToken)) {
+        return false;
+    }
+    const Handle token(rawToken);
+    const TokenFact<TOKEN_USER> user(token.get(), TokenUser);
+    return user && FileOwner(folder).equals((*user).User.Sid);
+}
 
 } // namespace
 

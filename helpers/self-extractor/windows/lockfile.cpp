@@ -5,45 +5,25 @@
 
 namespace sfx {
 
-namespace {
-
-HANDLE openAlone(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposition)
-{
-    return CreateFileW(wide(path.data()), GENERIC_READ | DELETE, 0, security, disposition,
-                       FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
-}
-
-} // namespace
-
 void discardFile(Handle &file)
 {
+    // By handle: by then, another process may own a file of that name.
     FILE_DISPOSITION_INFO removal = {TRUE};
     SetFileInformationByHandle(file.get(), FileDispositionInfo, &removal, sizeof removal);
     file.reset();
 }
 
+bool LockFile::open(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposition)
+{
+    m_file.reset(CreateFileW(wide(path.data()), GENERIC_READ | DELETE, 0, security, disposition,
+                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    return static_cast<bool>(m_file);
+}
+
 bool LockFile::create(const Text &path, SECURITY_ATTRIBUTES *security)
 {
-    m_file.reset(openAlone(path, security, CREATE_NEW));
-    return m_file && SetHandleInformation(m_file.get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-}
-
-bool LockFile::take(const Text &path)
-{
-    m_file.reset(openAlone(path, nullptr, OPEN_EXISTING));
-    return static_cast<bool>(m_file);
-}
-
-bool LockFile::acquire(const Text &path, SECURITY_ATTRIBUTES *security)
-{
-    m_file.reset(openAlone(path, security, OPEN_ALWAYS));
-    return static_cast<bool>(m_file);
-}
-
-void LockFile::discard()
-{
-    // By handle: by then, another process may own a file of that name.
-    discardFile(m_file);
+    return open(path, security, CREATE_NEW)
+        && SetHandleInformation(m_file.get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 }
 
 } // namespace sfx

@@ -25,18 +25,23 @@ public:
     [[nodiscard]] bool create(const Text &path, SECURITY_ATTRIBUTES *security);
     // Opens the file of a process that has ended. Returns false if the owner is still running or
     // the file cannot be opened.
-    [[nodiscard]] bool take(const Text &path);
+    [[nodiscard]] bool take(const Text &path) { return open(path, nullptr, OPEN_EXISTING); }
     // Opens the file, which is created if it does not exist. Programs do not inherit the handle.
     // Returns false on failure, with the reason in GetLastError().
-    [[nodiscard]] bool acquire(const Text &path, SECURITY_ATTRIBUTES *security);
+    [[nodiscard]] bool acquire(const Text &path, SECURITY_ATTRIBUTES *security)
+    {
+        return open(path, security, OPEN_ALWAYS);
+    }
     // Removes the file. Call it when the folder has been removed.
-    void discard();
+    void discard() { discardFile(m_file); }
     // Closes the file, for another process to take.
     void release() { m_file.reset(); }
 
     HANDLE handle() const { return m_file.get(); }
 
 private:
+    [[nodiscard]] bool open(const Text &path, SECURITY_ATTRIBUTES *security, DWORD disposition);
+
     Handle m_file;
 };
 

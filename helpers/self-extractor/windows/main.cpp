@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/self-extractor/archive/contents.h"
-#include "helpers/self-extractor/start/keptrules.h"
 #include "helpers/self-extractor/start/nextstart.h"
 #include "helpers/self-extractor/start/startplan.h"
 #include "helpers/self-extractor/start/winpath.h"
@@ -72,13 +71,9 @@ Owned<ProgressWindow> progressWindow(const StartPlan &plan, std::uint64_t totalB
 // Where the application lies while it runs: in a kept folder or in a private one.
 struct Place
 {
-    KeptFolder kept;
+    Owned<KeptFolder> kept;
     PrivateFolder folder;
-
-    const Text &application() const
-    {
-        return kept.isOpen() ? kept.application() : folder.application();
-    }
+    const Text *application = nullptr; // the application's folder
 };
 
 bool makeFolder(const StartPlan &plan, const Executable &executable, std::uint64_t totalBytes,
@@ -103,7 +98,8 @@ bool makeFolder(const StartPlan &plan, const Executable &executable, std::uint64
 bool unpackInto(const PrivateFolder &folder, Archive &archive, std::uint64_t totalBytes,
                 const Owned<ProgressWindow> &window, Failure &failure)
 {
-    FileSink sink(folder.application());
+    const Owned<FileCloser> closer = makeFileCloser();
+    FileSink sink(folder.application(), closer);
     const Status status = unpackVisibly(archive, sink, totalBytes, window);
     if (status == Status::Ok) {
         return true;
@@ -120,14 +116,14 @@ bool makePlace(const StartPlan &plan, const Executable &executable, Archive &arc
                std::uint64_t totalBytes, const Owned<ProgressWindow> &window, Place &place,
                Failure &failure)
 {
-    if (plan.settings.keepDays != 0) {
-        const Status status = place.kept.open(plan, archive, window);
-        if (status == Status::Ok || !canGoOnPrivately(status)) {
-            return status == Status::Ok || failWith(failure, status);
-        }
+    const Status status = openKeptFolder(plan, archive, window, place.kept);
+    if (status != Status::Ok) {
+        return failWith(failure, status);
     }
-    return makeFolder(plan, executable, totalBytes, place.folder, failure)
-        && unpackInto(place.folder, archive, totalBytes, window, failure);
+    place.application = place.kept ? &place.kept->application() : &place.folder.application();
+    return place.kept
+        || (makeFolder(plan, executable, totalBytes, place.folder, failure)
+            && unpackInto(place.folder, archive, totalBytes, window, failure));
 }
 
 // The window that a question to the user belongs to: without one it could appear behind others.
@@ -140,7 +136,7 @@ HWND ownWindow(const Owned<ProgressWindow> &window)
 bool startProgram(Program &program, const Text &executable, const StartPlan &plan, Place &place,
                   HWND owner, Failure &failure)
 {
-    if (program.start(place.application(), executable, plan, failure)) {
+    if (program.start(*place.application, executable, plan, failure)) {
         return true;
     }
     switch (nextStart(failure.systemError, isElevated())) {
@@ -177,7 +173,7 @@ bool run(StartPlan &plan, unsigned long &exitCode, Failure &failure)
         if (!makePlace(plan, executable, archive, totalBytes, window, place, failure)) {
             return false;
         }
-        if (!setProgramEnvironment(executable.path(), place.application())) {
+        if (!setProgramEnvironment(executable.path(), *place.application)) {
             failure.code = ExitCode::StartFailed;
             failure.systemError = GetLastError();
             return false;
@@ -186,11 +182,11 @@ bool run(StartPlan &plan, unsigned long &exitCode, Failure &failure)
             return false;
         }
     }
-    if (place.kept.isOpen()) {
-        place.kept.clearOthers();
+    if (place.kept) {
+        place.kept->clearOthers();
     }
     Text root;
-    exitCode = program.wait(folderOf(place.application(), root) ? root : place.application());
+    exitCode = program.wait(folderOf(*place.application, root) ? root : *place.application);
     return true;
 }
 

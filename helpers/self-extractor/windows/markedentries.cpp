@@ -85,14 +85,7 @@ bool markForRemoval(HANDLE opened)
     return setMark(opened, true);
 }
 
-bool removeEntry(Handle &opened, DWORD attributes)
-{
-    const bool removed = markWritable(opened.get(), toRestore(attributes));
-    opened.reset();
-    return removed;
-}
-
-bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder, std::uint64_t tag)
+bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
 {
     if (m_count == m_entries.size()) {
         Array<Entry> larger;
@@ -104,13 +97,13 @@ bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder, std::u
         }
         m_entries = std::move(larger);
     }
-    m_entries[m_count++] = {opened.release(), tag, toRestore(attributes), isFolder};
+    m_entries[m_count++] = {opened.release(), toRestore(attributes), isFolder};
     return true;
 }
 
-bool MarkedEntries::keepFolder(Handle &opened, DWORD attributes, std::uint64_t tag)
+bool MarkedEntries::keepFolder(Handle &opened, DWORD attributes)
 {
-    return keep(opened, attributes, true, tag);
+    return keep(opened, attributes, true);
 }
 
 bool MarkedEntries::markFile(Handle &opened, DWORD attributes)
@@ -118,7 +111,7 @@ bool MarkedEntries::markFile(Handle &opened, DWORD attributes)
     if (!markWritable(opened.get(), toRestore(attributes))) {
         return false;
     }
-    if (keep(opened, attributes, false, 0)) {
+    if (keep(opened, attributes, false)) {
         return true;
     }
     unmark(opened.get(), toRestore(attributes));

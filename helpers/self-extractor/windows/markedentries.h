@@ -14,8 +14,6 @@ bool couldBeRemoved(HANDLE opened, DWORD attributes);
 // Marks an open entry: it is gone when its handle is closed. Returns false if it is in use, or is a
 // folder that is not empty.
 bool markForRemoval(HANDLE opened);
-// Removes an open entry with these attributes; closes it. Returns false under the same conditions.
-bool removeEntry(Handle &opened, DWORD attributes);
 
 // Open files and folders that are removed together, or not at all.
 class MarkedEntries
@@ -28,8 +26,7 @@ public:
     ~MarkedEntries() { release(); }
 
     // Keeps a folder with these attributes open. Returns false if there is not enough memory.
-    // `tag` is a value of the caller's.
-    [[nodiscard]] bool keepFolder(Handle &opened, DWORD attributes, std::uint64_t tag);
+    [[nodiscard]] bool keepFolder(Handle &opened, DWORD attributes);
     // Marks a file or link and keeps it open. Returns false if it is in use, or if there is not
     // enough memory.
     [[nodiscard]] bool markFile(Handle &opened, DWORD attributes);
@@ -43,18 +40,16 @@ public:
 
     std::size_t count() const { return m_count; }
     HANDLE handle(std::size_t index) const { return m_entries[index].handle; }
-    std::uint64_t tag(std::size_t index) const { return m_entries[index].tag; }
 
 private:
     struct Entry
     {
         HANDLE handle;
-        std::uint64_t tag;
         DWORD restored; // attributes of a read-only entry, if it stays; 0: it is not read-only
         bool isFolder;
     };
 
-    [[nodiscard]] bool keep(Handle &opened, DWORD attributes, bool isFolder, std::uint64_t tag);
+    [[nodiscard]] bool keep(Handle &opened, DWORD attributes, bool isFolder);
 
     Array<Entry> m_entries;
     std::size_t m_count = 0;

@@ -21,7 +21,6 @@ public:
     {
     }
 
-    bool wants(std::uint32_t index) const override { return m_sink.wants(index); }
     Status begin(std::uint64_t totalBytes, std::uint32_t entries) override
     {
         return m_sink.begin(totalBytes, entries);

@@ -4,7 +4,7 @@
 #include "helpers/self-extractor/windows/removal.h"
 
 #include "helpers/self-extractor/windows/fileowner.h"
-#include "helpers/self-extractor/windows/folderwalk.h"
+#include "helpers/self-extractor/windows/folderlisting.h"
 #include "helpers/self-extractor/windows/markedentries.h"
 
 namespace sfx {
@@ -33,68 +33,78 @@ constexpr std::size_t leastMarked = 256;
 class TreeRemoval
 {
 public:
-    // `ours`: what may be removed; nullptr: everything.
-    TreeRemoval(HANDLE root, const PathIndex *ours, std::uint64_t deadline)
-        : m_root(root)
-        , m_ours(ours)
-        , m_deadline(deadline)
+    TreeRemoval(HANDLE root, std::uint64_t deadline) : m_root(root), m_deadline(deadline) {}
+    TreeRemoval(const TreeRemoval &) = delete;
+    TreeRemoval &operator=(const TreeRemoval &) = delete;
+    ~TreeRemoval()
     {
+        while (m_level) {
+            leave();
+        }
     }
-    // Returns true if nothing is left of what may be removed. The folder is gone when its handle is
-    // closed, unless it contains something else.
+
+    // Returns true if nothing is left in the folder, and it is gone when its handle is closed.
     bool run();
 
 private:
-    bool stopsMarking();
-    bool isOthers(std::uint64_t path);
+    // A folder that is being walked through. Levels are on the heap, since a tree may be thousands
+    // of folders deep.
+    struct Level
+    {
+        Handle folder; // empty for the root
+        DWORD attributes = 0;
+        FolderListing listing;
+        Owned<Level> above;
+    };
+
+    bool stopsMarking() const
+    {
+        return m_files.count() >= leastMarked && GetTickCount64() > m_deadline;
+    }
+    bool enter(Handle &folder, DWORD attributes, HANDLE listed);
     bool leave();
     bool askPrograms();
     bool askEntry(const ListedEntry &entry);
-    bool markFiles(HANDLE folder, std::uint64_t beginning);
+    bool markFiles(HANDLE folder);
     bool markFile(const ListedEntry &entry);
     bool markAll();
 
     HANDLE m_root;
-    const PathIndex *m_ours;
     std::uint64_t m_deadline;
-    FolderWalk m_walk;
+    Owned<Level> m_level;
     FolderListing m_listing;
     MarkedEntries m_folders; // each after those in it
     MarkedEntries m_files;
-    bool m_hasMore = false;   // files that are not marked yet
-    bool m_hasOthers = false; // entries that must stay
-    bool m_isStopped = false; // it was late; files may be left
+    bool m_hasMore = false; // files that are not marked yet
 };
 
-bool TreeRemoval::stopsMarking()
+bool TreeRemoval::enter(Handle &folder, DWORD attributes, HANDLE listed)
 {
-    m_isStopped = m_isStopped || (m_files.count() >= leastMarked && GetTickCount64() > m_deadline);
-    return m_isStopped;
-}
-
-// Whether an entry with this path must stay.
-bool TreeRemoval::isOthers(std::uint64_t path)
-{
-    if (m_ours == nullptr || m_ours->find(path) != PathIndex::none) {
+    auto level = makeOwned<Level>();
+    if (!level) {
         return false;
     }
-    m_hasOthers = true;
+    level->folder.reset(folder.release());
+    level->attributes = attributes;
+    level->listing.begin(listed);
+    level->above = std::move(m_level);
+    m_level = std::move(level);
     return true;
 }
 
 bool TreeRemoval::leave()
 {
-    const bool kept = !m_walk->folder
-        || m_folders.keepFolder(m_walk->folder, m_walk->attributes, m_walk->beginning);
-    m_walk.leave();
+    const bool kept = !m_level->folder
+        || m_folders.keepFolder(m_level->folder, m_level->attributes);
+    Owned<Level> above = std::move(m_level->above);
+    m_level = std::move(above);
     return kept;
 }
 
 // Returns false if the entry is in use.
 bool TreeRemoval::askEntry(const ListedEntry &entry)
 {
-    const std::uint64_t path = hashPath(m_walk->beginning, entry.name, entry.nameSize);
-    if (isOthers(path) || (!entry.isFolder() && !isProgramName(entry.name, entry.nameSize))) {
+    if (!entry.isFolder() && !isProgramName(entry.name, entry.nameSize)) {
         return true;
     }
     Handle opened;
@@ -102,19 +112,19 @@ bool TreeRemoval::askEntry(const ListedEntry &entry)
     if (use != EntryUse::Free) {
         return use != EntryUse::InUse;
     }
-    return entry.isFolder() ? m_walk.enter(opened, opened.get(), entry.attributes, hashInside(path))
+    return entry.isFolder() ? enter(opened, entry.attributes, opened.get())
                             : couldBeRemoved(opened.get(), entry.attributes);
 }
 
 bool TreeRemoval::askPrograms()
 {
     Handle none;
-    if (!m_walk.enter(none, m_root, 0, emptyPathHash)) {
+    if (!enter(none, 0, m_root)) {
         return false;
     }
-    while (m_walk) {
-        if (m_walk->listing.next()) {
-            if (!askEntry(m_walk->listing.entry())) {
+    while (m_level) {
+        if (m_level->listing.next()) {
+            if (!askEntry(m_level->listing.entry())) {
                 return false;
             }
         } else if (!leave()) {
@@ -139,13 +149,12 @@ bool TreeRemoval::markFile(const ListedEntry &entry)
     return couldBeRemoved(opened.get(), entry.attributes);
 }
 
-bool TreeRemoval::markFiles(HANDLE folder, std::uint64_t beginning)
+bool TreeRemoval::markFiles(HANDLE folder)
 {
     m_listing.begin(folder);
     while (!stopsMarking() && m_listing.next()) {
         const ListedEntry entry = m_listing.entry();
-        if (!entry.isFolder() && !isOthers(hashPath(beginning, entry.name, entry.nameSize))
-            && !markFile(entry)) {
+        if (!entry.isFolder() && !markFile(entry)) {
             return false;
         }
     }
@@ -156,11 +165,11 @@ bool TreeRemoval::markAll()
 {
     m_hasMore = false;
     for (std::size_t i = 0; i < m_folders.count(); ++i) {
-        if (!markFiles(m_folders.handle(i), m_folders.tag(i))) {
+        if (!markFiles(m_folders.handle(i))) {
             return false;
         }
     }
-    return markFiles(m_root, emptyPathHash);
+    return markFiles(m_root);
 }
 
 bool TreeRemoval::run()
@@ -174,9 +183,9 @@ bool TreeRemoval::run()
         }
         m_folders.makeWritable();
         m_files.remove();
-    } while (m_hasMore && !m_isStopped);
+    } while (m_hasMore);
     m_folders.remove();
-    return markForRemoval(m_root) || (m_hasOthers && !m_isStopped);
+    return markForRemoval(m_root);
 }
 
 // On Windows, the handle shows that it is a link, too; Wine opens the target.
@@ -202,15 +211,9 @@ struct Identity
     bool isKnown;
 };
 
-EntryUse openOwnFolder(const Text &path, HANDLE mine, Handle &folder)
-{
-    const EntryUse use = isLink(path) ? EntryUse::NotForUs : openFolder(path, folder);
-    return use == EntryUse::Free && !haveSameOwner(folder.get(), mine) ? EntryUse::NotForUs : use;
-}
-
 bool removeOnce(const Text &path, Handle &root, std::uint64_t deadline)
 {
-    if (!TreeRemoval(root.get(), nullptr, deadline).run()) {
+    if (!TreeRemoval(root.get(), deadline).run()) {
         return false;
     }
     root.reset();
@@ -223,16 +226,13 @@ bool removeOnce(const Text &path, Handle &root, std::uint64_t deadline)
 bool removeOwnTree(const Text &path, HANDLE mine, std::uint64_t deadline)
 {
     Handle root;
-    const EntryUse use = openOwnFolder(path, mine, root);
-    return use == EntryUse::Free ? removeOnce(path, root, deadline) : use == EntryUse::Gone;
-}
-
-bool removeListed(const Text &path, HANDLE mine, const PathIndex &ours, std::uint64_t deadline)
-{
-    Handle root;
-    const EntryUse use = openOwnFolder(path, mine, root);
-    return use == EntryUse::Free ? TreeRemoval(root.get(), &ours, deadline).run()
-                                 : use == EntryUse::Gone;
+    if (isLink(path)) {
+        return false;
+    }
+    const EntryUse use = openFolder(path, root);
+    return use == EntryUse::Free
+        ? haveSameOwner(root.get(), mine) && removeOnce(path, root, deadline)
+        : use == EntryUse::Gone;
 }
 
 bool removeTree(const Text &path, Handle &guard)

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "helpers/self-extractor/base/text.h"
-#include "helpers/self-extractor/start/pathindex.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <cstdint>
@@ -27,9 +26,5 @@ bool removeTree(const Text &path, Handle &guard);
 // `deadline` (in GetTickCount64's time) has passed when no program was found in use, what has been
 // found free until then is removed; a later call continues. Returns false if something is left.
 bool removeOwnTree(const Text &path, HANDLE mine, std::uint64_t deadline);
-
-// The same for the entries of a folder whose paths are in `ours`. Others stay, with the folders that
-// they lie in, and do not count.
-bool removeListed(const Text &path, HANDLE mine, const PathIndex &ours, std::uint64_t deadline);
 
 } // namespace sfx

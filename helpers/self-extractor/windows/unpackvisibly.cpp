@@ -11,9 +11,8 @@ namespace sfx {
 namespace {
 
 // As many threads as processors, and at most half of the free memory.
-UnpackLimits limitsOfMachine()
+void setLimitsOfMachine(UnpackLimits &limits)
 {
-    UnpackLimits limits;
     DWORD_PTR own = 0;
     DWORD_PTR all = 0;
     if (GetProcessAffinityMask(GetCurrentProcess(), &own, &all)) {
@@ -24,19 +23,21 @@ UnpackLimits limitsOfMachine()
     if (GlobalMemoryStatusEx(&memory) && memory.ullAvailPhys / 2 < limits.memory) {
         limits.memory = memory.ullAvailPhys / 2;
     }
-    return limits;
 }
 
 } // namespace
 
 Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const Owned<ProgressWindow> &window)
+                     const Owned<ProgressWindow> &window, const bool *skipped)
 {
+    UnpackLimits limits;
+    limits.skipped = skipped;
+    setLimitsOfMachine(limits);
     if (!window) {
-        return unpack(archive, sink, totalBytes, limitsOfMachine());
+        return unpack(archive, sink, totalBytes, limits);
     }
     ProgressSink watched(sink, *window);
-    const Status status = unpack(archive, watched, totalBytes, limitsOfMachine());
+    const Status status = unpack(archive, watched, totalBytes, limits);
     return status == Status::Ok && window->isCancelled() ? Status::Cancelled : status;
 }
 

@@ -8,9 +8,9 @@
 
 namespace sfx {
 
-// Unpacks what the sink wants, with as many threads as the machine has processors. The window shows
-// the progress; it may be missing. `totalBytes`: see unpack().
+// Unpacks an archive with as many threads as the machine has processors. The window shows the
+// progress; it may be missing. `totalBytes` and `skipped`: see unpack().
 Status unpackVisibly(Archive &archive, UnpackSink &sink, std::uint64_t totalBytes,
-                     const Owned<ProgressWindow> &window);
+                     const Owned<ProgressWindow> &window, const bool *skipped = nullptr);
 
 } // namespace sfx

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "helpers/self-extractor/base/text.h"
-#include "helpers/self-extractor/start/accessrights.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 namespace sfx {
@@ -30,8 +29,5 @@ private:
     Text m_rights;
     SECURITY_ATTRIBUTES m_attributes = {};
 };
-
-// The rights of this process; the most, if they cannot be read.
-ProcessRights processRights();
 
 } // namespace sfx

@@ -18,7 +18,7 @@ protected:
     // The module that sees an ordinary user's rights, which Wine does not have.
     static constexpr const char *ordinaryModule = "/ordinary.sfx";
     // An executable that keeps `tree`, which gets the test program as main.exe. Further settings
-    // are lines. The real module is the one without a name. Returns an empty text on failure.
+    // are lines. Returns an empty text on failure.
     QString assemble(const QString &name, Tree tree, const QByteArray &settings = QByteArray(),
                      const QString &module = QString::fromLatin1(ordinaryModule));
     // One with the tree of this test, and with its usual settings.

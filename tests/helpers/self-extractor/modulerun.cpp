@@ -77,11 +77,15 @@ bool ModuleRun::setUp()
     return boot.waitForFinished(patience);
 }
 
-void ModuleRun::useModule(const QString &nameForTests)
+void ModuleRun::useModule(const QString &name)
 {
     const QString module = QStringLiteral(KESTRELPACK_TEST_MODULE);
-    m_module
-        = contentOf(nameForTests.isEmpty() ? module : module.section(u'/', 0, -2) + nameForTests);
+    m_module = contentOf(name.isEmpty() ? module : module.section(u'/', 0, -2) + name);
+}
+
+void ModuleRun::useFullModule(bool full)
+{
+    useModule(full ? QString::fromLatin1(fullModule) : QString());
 }
 
 void ModuleRun::pretendOldWindows(bool old)
@@ -104,10 +108,9 @@ void ModuleRun::pretendSlowClosing(bool slow)
     useModule(slow ? QStringLiteral("/slow-closing.sfx") : QString());
 }
 
-bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole,
-                              const QString &nameForTests)
+bool ModuleRun::prepareModule(const QByteArray &settings, bool forConsole, const QString &name)
 {
-    useModule(nameForTests);
+    useModule(name);
     m_module = preparedModule(m_module, settings, forConsole);
     return !m_module.isEmpty();
 }

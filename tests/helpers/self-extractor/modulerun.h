@@ -36,19 +36,23 @@ public:
     // Creates the temporary folder again, empty. `name` may be chosen.
     [[nodiscard]] bool renewTemporaryFolder(const QString &name = QStringLiteral("temp"));
 
-    // Changes the module for later runs: one that sees a Windows before 10, or the real one.
+    // Changes the module for later runs: the full one, or the small one, which all runs begin with.
+    void useFullModule(bool full);
+    // The same for the small one that sees a Windows before 10, or the real one.
     void pretendOldWindows(bool old);
     // The same for one that sees a token with administrator's rights. It prints the access rights of
     // its folder, "rights=...".
     void pretendElevation(bool elevated);
     // The same for one to which each look at the clock takes a second.
     void pretendSlowness(bool slow);
-    // The same for one that sees a scanner which looks into files for long when they are closed.
+    // The same for a full one that sees a scanner which looks into files for long when they are closed.
     void pretendSlowClosing(bool slow);
+    // The name of the full module, beside the small one.
+    static constexpr const char *fullModule = "/7zS2-full.sfx";
     // Gives the module of later runs this text as its resource SETTINGS, and makes it a program for
-    // the console. It is the real module, or one that only the tests use.
+    // the console. It is the small module, or another one beside it.
     [[nodiscard]] bool prepareModule(const QByteArray &settings, bool forConsole = false,
-                                     const QString &nameForTests = QString());
+                                     const QString &name = QString());
     const QByteArray &module() const { return m_module; }
     static QByteArray programBytes();
     static QByteArray starterBytes();
@@ -108,7 +112,7 @@ public:
     const QString &prefix() const { return m_prefix; }
 
 private:
-    void useModule(const QString &nameForTests);
+    void useModule(const QString &name);
 
     QTemporaryDir m_folder;
     QTemporaryDir m_ownPrefix;

@@ -212,7 +212,8 @@ void TestKeptFolder::isNotUsedIfPathsBecomeTooLong()
 void TestKeptFolder::isNotUsedByAnAdministrator()
 {
     // Wine gives every process an administrator's rights.
-    const QString file = assemble(u"elevated"_s, usualTree(), QByteArray(), QString());
+    const QString file = assemble(u"elevated"_s, usualTree(), QByteArray(),
+                                  QString::fromLatin1(ModuleRun::fullModule));
     QVERIFY(isPrivate(run(file)));
     QCOMPARE(keptFolders(), QStringList());
     QVERIFY(isKept(run(assembleUsual())));

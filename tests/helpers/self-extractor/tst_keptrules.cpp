@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 // SPDX-License-Identifier: MIT
 
-#include "helpers/self-extractor/start/accessrights.h"
 #include "helpers/self-extractor/start/keptrules.h"
+#include "helpers/self-extractor/start/processrights.h"
 
 #include "7zCrc.h"
 

@@ -9,17 +9,40 @@
 
 using namespace Qt::StringLiterals;
 
-// What can be read from the module's file.
+// What can be read from the modules' files.
 class TestModuleFile : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void initTestCase_data();
     void importsNothingThatCanBePlanted();
     void hasAProgressBarThatScreenReadersKnow();
     void namesNoProduct();
     void bringsTheNoticeOfItsDecoder();
+
+private:
+    static bool isFull();
+    static QByteArray module();
 };
+
+void TestModuleFile::initTestCase_data()
+{
+    QTest::addColumn<bool>("isFull");
+    QTest::newRow("the small module") << false;
+    QTest::newRow("the full module") << true;
+}
+
+bool TestModuleFile::isFull()
+{
+    QFETCH_GLOBAL(bool, isFull);
+    return isFull;
+}
+
+QByteArray TestModuleFile::module()
+{
+    return readFile(isFull() ? KESTRELPACK_TEST_FULL_MODULE : KESTRELPACK_TEST_MODULE);
+}
 
 // Windows loads the imported libraries before the module's first instruction. It looks for them in
 // the folder of the produced file first, unless they are known libraries or loaded already. KERNEL32
@@ -27,7 +50,7 @@ private slots:
 // library that is not.
 void TestModuleFile::importsNothingThatCanBePlanted()
 {
-    const auto imports = ProgramReader(readFile(KESTRELPACK_TEST_MODULE)).imports();
+    const auto imports = ProgramReader(TestModuleFile::module()).imports();
     // All functions of these two are their own, or are forwarded to libraries that are loaded already.
     const QStringList libraries{u"kernel32.dll"_s, u"ntdll.dll"_s};
     // Those of ADVAPI32 are checked one by one: they are its own, or come from such libraries.
@@ -63,7 +86,7 @@ void TestModuleFile::importsNothingThatCanBePlanted()
 // The system's own control tells screen readers its role and its value.
 void TestModuleFile::hasAProgressBarThatScreenReadersKnow()
 {
-    const QByteArray module = readFile(KESTRELPACK_TEST_MODULE);
+    const QByteArray module = TestModuleFile::module();
     const QString bar = u"msctls_progress32"_s;
     const QByteArray inDialog(reinterpret_cast<const char *>(bar.utf16()), 2 * bar.size());
     QCOMPARE(module.toLower().count(inDialog), 2); // the dialog of each language
@@ -74,21 +97,23 @@ void TestModuleFile::hasAProgressBarThatScreenReadersKnow()
 // rights, Windows does not guess from names and texts whether a program is an installer.
 void TestModuleFile::namesNoProduct()
 {
-    const QByteArray module = readFile(KESTRELPACK_TEST_MODULE);
+    const QByteArray module = TestModuleFile::module();
     const QString version = u"VS_VERSION_INFO"_s;
     QVERIFY(!module.contains(
         QByteArray(reinterpret_cast<const char *>(version.utf16()), 2 * version.size())));
     QVERIFY(module.contains("requestedExecutionLevel level=\"asInvoker\""));
 }
 
-// The licence of 7-Zip's decoder for Zstandard asks for it.
+// The licence of 7-Zip's decoder for Zstandard asks for it. Only the full module has that decoder, and
+// knows the settings of kept folders.
 void TestModuleFile::bringsTheNoticeOfItsDecoder()
 {
-    const QByteArray module = readFile(KESTRELPACK_TEST_MODULE);
+    const QByteArray module = TestModuleFile::module();
     for (const char *part : {"(c) Facebook", "Igor Pavlov", "Yann Collet",
                              "Redistributions in binary form must reproduce", "\"AS IS\""}) {
-        QVERIFY2(module.contains(part), part);
+        QVERIFY2(module.contains(part) == isFull(), part);
     }
+    QCOMPARE(module.contains("KeepVerify"), isFull());
 }
 
 QTEST_APPLESS_MAIN(TestModuleFile)

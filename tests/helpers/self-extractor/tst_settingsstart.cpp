@@ -154,6 +154,9 @@ void TestSettingsStart::refusesDamageBeforeItWrites_data()
            {"a folder above", "Folder=\"..\"\n"},
            {"another working folder", "WorkingFolder=\"C:\\\"\n"},
            {"arguments that are too long", "Arguments=\"" + QByteArray(8192, 'x') + "\"\n"},
+           {"a kept folder, in the small module", "Keep=\"30\"\n"},
+           {"how to compare it", "KeepVerify=\"0\"\n"},
+           {"its product", "Product=\"p\"\n"},
            {"more than 64 KiB", "Title=\"" + QByteArray(64 * 1024, 'x') + "\"\n"}};
     QTest::newRow("none") << QByteArray("Silent=\"0\"\n") << false;
     for (const auto &[name, settings] : damages) {

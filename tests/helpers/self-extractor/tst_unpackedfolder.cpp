@@ -22,6 +22,7 @@ private slots:
     void isWhatWasPacked();
     void isWhatZstandardPacked_data();
     void isWhatZstandardPacked();
+    void zstandardIsRefusedByTheSmallModule();
     void takesFilesOfACloudDrive();
 
 private:
@@ -138,7 +139,21 @@ void TestUnpackedFolder::isWhatZstandardPacked_data()
 void TestUnpackedFolder::isWhatZstandardPacked()
 {
     QFETCH(QByteArray, archive);
+    m_run.useFullModule(true);
     compareUnpacked(archive, false);
+    m_run.useFullModule(false);
+}
+
+// Before anything is written.
+void TestUnpackedFolder::zstandardIsRefusedByTheSmallModule()
+{
+    const QString file = m_run.assemble(packZstd(m_tree, {}), QStringLiteral("main.exe"));
+    QVERIFY(!file.isEmpty());
+    const QString missing = QStringLiteral("--temp=") + windowsPath(m_run.path("missing"));
+    const Run result = m_run.run(file, QString(), {missing});
+    QCOMPARE(result.value("ended").toUInt(), static_cast<quint32>(sfx::ExitCode::Unsupported));
+    QCOMPARE(result.value("program"), QString());
+    QVERIFY2(result.errors.startsWith("main Portable: "), result.errors.constData());
 }
 
 void TestUnpackedFolder::compareUnpacked(const QByteArray &archive, bool hasTimes)

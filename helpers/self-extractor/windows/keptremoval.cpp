@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The Kestrelpack developers
+// SPDX-License-Identifier: MIT
+
+#include "helpers/self-extractor/windows/keptremoval.h"
+
+#include "helpers/self-extractor/windows/fileowner.h"
+#include "helpers/self-extractor/windows/folderwalk.h"
+#include "helpers/self-extractor/windows/markedentries.h"
+
+namespace sfx {
+
+namespace {
+
+// As many entries go even if it is late. So each start removes a part of a folder that is too large
+// for one.
+constexpr unsigned leastRemoved = 256;
+
+class ListedRemoval
+{
+public:
+    ListedRemoval(const PathIndex &ours, std::uint64_t deadline)
+        : m_ours(ours)
+        , m_deadline(deadline)
+    {
+    }
+
+    // Returns false if something is left. The folder itself goes if it is empty then.
+    bool run(Handle &root);
+
+private:
+    bool isLate() const { return m_removed >= leastRemoved && GetTickCount64() > m_deadline; }
+    bool remove(const ListedEntry &entry);
+    void leave();
+
+    const PathIndex &m_ours;
+    std::uint64_t m_deadline;
+    FolderWalk m_walk;
+    unsigned m_removed = 0;
+};
+
+// Removes a file or link, or goes into a folder. Returns false if the entry is in use.
+bool ListedRemoval::remove(const ListedEntry &entry)
+{
+    const std::uint64_t path = hashPath(m_walk->beginning, entry.name, entry.nameSize);
+    if (m_ours.find(path) == PathIndex::none) {
+        return true;
+    }
+    Handle opened;
+    const EntryUse use = openEntry(entry, opened);
+    if (use != EntryUse::Free) {
+        return use != EntryUse::InUse;
+    }
+    if (entry.isFolder()) {
+        return m_walk.enter(opened, opened.get(), entry.attributes, hashInside(path));
+    }
+    ++m_removed;
+    return removeEntry(opened, entry.attributes);
+}
+
+// A folder that is not empty stays: what is in it is not ours, or has been counted as left.
+void ListedRemoval::leave()
+{
+    Handle folder(m_walk->folder.release());
+    const DWORD attributes = m_walk->attributes;
+    m_walk.leave();
+    removeEntry(folder, attributes);
+}
+
+bool ListedRemoval::run(Handle &root)
+{
+    bool isAllGone = true;
+    if (!m_walk.enter(root, root.get(), 0, emptyPathHash)) {
+        return false;
+    }
+    while (m_walk) {
+        if (isLate()) {
+            return false;
+        }
+        if (m_walk->listing.next()) {
+            isAllGone = remove(m_walk->listing.entry()) && isAllGone;
+        } else {
+            leave();
+        }
+    }
+    return isAllGone;
+}
+
+} // namespace
+
+bool removeEntry(Handle &opened, DWORD attributes)
+{
+    MarkedEntries one;
+    if (!one.markFile(opened, attributes)) {
+        opened.reset();
+        return false;
+    }
+    one.remove();
+    return true;
+}
+
+bool removeListed(const Text &path, HANDLE mine, const PathIndex &ours, std::uint64_t deadline)
+{
+    Handle root;
+    const DWORD attributes = GetFileAttributesW(wide(path.data()));
+    if (attributes != INVALID_FILE_ATTRIBUTES
+        && !ListedEntry{nullptr, nullptr, 0, attributes}.isFolder()) {
+        return false;
+    }
+    const EntryUse use = openFolder(path, root);
+    return use == EntryUse::Free
+        ? haveSameOwner(root.get(), mine) && ListedRemoval(ours, deadline).run(root)
+        : use == EntryUse::Gone;
+}
+
+} // namespace sfx
