@@ -80,6 +80,7 @@ packs() {
     project "$2"
     configure || die "$what: configuring failed"
     cmake --build "$p/b" >"$log" 2>&1 </dev/null || die "$what: building failed"
+    cp "$log" "$p/build-log"
     "$build/bin/kestrelpack-cli" inspect "$p"/b/portable/*.exe >"$log"
     for name in "${names[@]}"; do
         says "$name"
@@ -161,6 +162,27 @@ kestrelpack_add_portable(app ALL)'
 packs 'a signed product' 'starts app.exe' -- \
     'kestrelpack_add_portable(app ALL SIGN "${CMAKE_COMMAND}" -E copy <FILE> "${CMAKE_BINARY_DIR}/seen.exe")'
 cmp "$p/b/seen.exe" "$p/b/portable/app.exe" || die 'the signing command got another file'
+
+# What Visual C++ has in the place of objdump writes the same in another form.
+mkdir "$work/tools"
+cat >"$work/tools/dumpbin" <<'END'
+#!/bin/sh
+[ "$1 $2" = '/nologo /dependents' ] || exit 1
+printf '\r\nDump of file %s\r\n\r\nFile Type: EXECUTABLE IMAGE\r\n\r\n' "$3"
+printf '  Image has the following dependencies:\r\n\r\n'
+x86_64-w64-mingw32-objdump -p "$3" | sed -n 's/^\tDLL Name: \(.*\)$/    \1\r/p'
+printf '\r\n  Image has the following delay load dependencies:\r\n\r\n    nobody-has-it.dll\r\n'
+printf '\r\n  Summary\r\n\r\n        1000 .data\r\n        1000 .text\r\n'
+END
+chmod +x "$work/tools/dumpbin"
+PATH="$work/tools:$PATH" packs 'a library that dumpbin shows' THING.dll -- \
+    'set(CMAKE_OBJDUMP "")
+kestrelpack_add_portable(with-thing ALL SEARCH "@WORK@/thing")'
+echo 'exit 1' >"$work/tools/dumpbin"
+PATH="$work/tools:$PATH" packs 'a program whose libraries cannot be read, with a remark' with-thing.exe -- \
+    'set(CMAKE_OBJDUMP "")
+kestrelpack_add_portable(with-thing ALL SEARCH "@WORK@/thing")'
+grep -q 'they are not checked' "$p/build-log" || die 'there is no remark'
 
 # --- Qt
 cat >"$work/windeployqt" <<'END'

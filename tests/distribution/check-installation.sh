@@ -9,7 +9,7 @@ list=$(cd "$(dirname "$0")" && pwd)/installed-files.txt
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 trap 'exit 130' HUP INT TERM
-for component in terminal window; do
+for component in terminal window development; do
     "$1" --install "$2" --prefix "$work/usr" --component $component >"$work/log" 2>&1 || {
         cat "$work/log" >&2
         exit 1

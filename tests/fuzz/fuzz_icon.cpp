@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "helpers/pe/icofile.h"
+#include "icons/firstimage.h"
 #include "icons/iconvalidation.h"
 #include "tests/fuzz/require.h"
 
@@ -20,6 +21,12 @@ void checkValidation(const QByteArray &file)
     require(lines == 1, "the check of an icon says one line");
     require(!usable || (file.size() >= 6 && file.startsWith(QByteArray::fromHex("00000100"))),
             "only what begins as an icon is usable");
+}
+
+void checkPlainReader(pe::ByteView file)
+{
+    const auto size = sizeOfFirstImage(file);
+    require(!size || (size->width > 0 && size->height > 0), "an image has a size");
 }
 
 void checkImage(const pe::IconImage &image, pe::ByteView file)
@@ -76,6 +83,7 @@ extern "C" int LLVMFuzzerInitialize(int *argumentCount, char ***arguments)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     checkValidation(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
+    checkPlainReader({data, size});
     checkParser({data, size});
     return 0;
 }
