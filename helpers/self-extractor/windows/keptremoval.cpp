@@ -15,6 +15,8 @@ namespace {
 // for one.
 constexpr unsigned leastRemoved = 256;
 
+// First, every program and library is asked whether it could be removed. While a program runs, nothing
+// else is touched: it may have been started through the shell, and does not keep the folder in use then.
 class ListedRemoval
 {
 public:
@@ -29,20 +31,23 @@ public:
 
 private:
     bool isLate() const { return m_removed >= leastRemoved && GetTickCount64() > m_deadline; }
-    bool remove(const ListedEntry &entry);
+    bool walk(HANDLE root);
+    bool visit(const ListedEntry &entry);
     void leave();
 
     const PathIndex &m_ours;
     std::uint64_t m_deadline;
     FolderWalk m_walk;
+    bool m_isAsking = true;
     unsigned m_removed = 0;
 };
 
-// Removes a file or link, or goes into a folder. Returns false if the entry is in use.
-bool ListedRemoval::remove(const ListedEntry &entry)
+// Asks or removes a file or link, or goes into a folder. Returns false if the entry is in use.
+bool ListedRemoval::visit(const ListedEntry &entry)
 {
     const std::uint64_t path = hashPath(m_walk->beginning, entry.name, entry.nameSize);
-    if (m_ours.find(path) == PathIndex::none) {
+    const bool isAsked = entry.isFolder() || isProgramName(entry.name, entry.nameSize);
+    if (m_ours.find(path) == PathIndex::none || (m_isAsking && !isAsked)) {
         return true;
     }
     Handle opened;
@@ -52,6 +57,9 @@ bool ListedRemoval::remove(const ListedEntry &entry)
     }
     if (entry.isFolder()) {
         return m_walk.enter(opened, opened.get(), entry.attributes, hashInside(path));
+    }
+    if (m_isAsking) {
+        return couldBeRemoved(opened.get(), entry.attributes);
     }
     ++m_removed;
     return removeEntry(opened, entry.attributes);
@@ -63,13 +71,17 @@ void ListedRemoval::leave()
     Handle folder(m_walk->folder.release());
     const DWORD attributes = m_walk->attributes;
     m_walk.leave();
-    removeEntry(folder, attributes);
+    if (folder && !m_isAsking) {
+        removeEntry(folder, attributes);
+    }
 }
 
-bool ListedRemoval::run(Handle &root)
+// Returns false if an entry is in use, or if it is late.
+bool ListedRemoval::walk(HANDLE root)
 {
-    bool isAllGone = true;
-    if (!m_walk.enter(root, root.get(), 0, emptyPathHash)) {
+    Handle none; // the root stays with the caller
+    bool isFree = true;
+    if (!m_walk.enter(none, root, 0, emptyPathHash)) {
         return false;
     }
     while (m_walk) {
@@ -77,12 +89,25 @@ bool ListedRemoval::run(Handle &root)
             return false;
         }
         if (m_walk->listing.next()) {
-            isAllGone = remove(m_walk->listing.entry()) && isAllGone;
+            isFree = visit(m_walk->listing.entry()) && isFree;
         } else {
             leave();
         }
     }
-    return isAllGone;
+    return isFree;
+}
+
+bool ListedRemoval::run(Handle &root)
+{
+    if (!walk(root.get())) {
+        return false;
+    }
+    m_isAsking = false;
+    if (!walk(root.get())) {
+        return false;
+    }
+    removeEntry(root, 0);
+    return true;
 }
 
 } // namespace

@@ -15,8 +15,8 @@ namespace sfx {
 bool removeEntry(Handle &opened, DWORD attributes);
 
 // Removes the entries of a folder whose paths are in `ours`. Others stay, with the folders that they
-// lie in, and do not count. Nobody may be using the folder, whose path is in extended form. It must
-// belong to the owner of `mine`, and no link is followed. After `deadline` (GetTickCount64()) it stops;
+// lie in, and do not count. While a program or library of ours is in use, nothing is touched. The
+// folder, whose path is in extended form, must belong to the owner of `mine`; no link is followed. After `deadline` (GetTickCount64()) it stops;
 // a later call continues. Returns false if something is left.
 bool removeListed(const Text &path, HANDLE mine, const PathIndex &ours, std::uint64_t deadline);
 

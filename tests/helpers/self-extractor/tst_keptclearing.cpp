@@ -19,6 +19,7 @@ private slots:
     void leavesANewerVersion();
     void leavesAnotherProduct();
     void leavesAnOlderVersionInUse();
+    void leavesAllOfAFolderWhoseProgramRuns();
     void removesWhatIsNotUsed_data();
     void removesWhatIsNotUsed();
     void startsAgainIfTheClockWasSetBack();
@@ -93,6 +94,26 @@ void TestKeptClearing::leavesAnOlderVersionInUse()
     QCOMPARE(ModuleRun::finish(*process).exitCode, 7);
     QVERIFY(exists(older));
     QVERIFY(!keep(second).isEmpty());
+    QVERIFY(!exists(older));
+}
+
+// The program has been started through the shell, say, and does not hold the record. A file that
+// nobody may remove stands for it.
+void TestKeptClearing::leavesAllOfAFolderWhoseProgramRuns()
+{
+    const QString older = keep(version(u"1"_s));
+    const QString folder = base() + u'/' + older;
+    const auto holder = m_run.hold(folder + u"/main/lib/deep/b.dll"_s);
+    QVERIFY(holder != nullptr);
+    QVERIFY(!keep(version(u"2"_s)).isEmpty());
+    QCOMPARE(keptFolders().size(), 2);
+    const Tree tree = usualTree();
+    for (auto item = tree.cbegin(); item != tree.cend(); ++item) {
+        QVERIFY2(exists(older + u"/main/"_s + item.key()), qPrintable(item.key()));
+    }
+    QVERIFY(QFile::exists(folder + u".used"_s) && QFile::exists(folder + u".lock"_s));
+    ModuleRun::finish(*holder);
+    QVERIFY(!keep(m_run.path(u"made/produced one, 2.exe"_s)).isEmpty());
     QVERIFY(!exists(older));
 }
 
