@@ -58,8 +58,9 @@ private slots:
         QCOMPARE(QImage::fromData(icon, "ICO").convertToFormat(QImage::Format_ARGB32),
                  iconSource().extractIcon(KESTRELPACK_HELLO_EXE).image);
         QVERIFY(images.iconOfExecutable(KESTRELPACK_ICONLESS_EXE, log).isEmpty());
-        QCOMPARE(lines, (QStringList{QStringLiteral("成功提取图标，大小: %1 字节").arg(icon.size()),
-                                     "警告：无法从EXE提取图标"}));
+        QCOMPARE(lines,
+                 (QStringList{QStringLiteral("成功提取图标，大小: %1 字节").arg(icon.size()),
+                              "警告：无法从EXE提取图标"}));
     }
 };
 
