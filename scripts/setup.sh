@@ -7,7 +7,7 @@ build_packages='ca-certificates cmake ninja-build make g++ qt6-base-dev libqt6sv
 # A display without a screen, for programs that need more than Qt's offscreen platform.
 display_packages='xvfb'
 test_packages='wine wine64 icoutils python3-pefile python3-yaml nsis openssl osslsigncode
-    zsh man-db groff-base desktop-file-utils appstream'
+    zsh man-db groff-base desktop-file-utils appstream zip unzip'
 # For the tests that are Windows programs: a window manager, real mouse and keyboard events, a Chinese locale.
 windows_test_packages='openbox xdotool locales imagemagick'
 # For the Debian packages and their checks.

@@ -3,6 +3,7 @@
 
 #include "platform/iconsource.h"
 
+#include "icons/plainiconimages.h"
 #include "packaging/worker.h"
 
 #include <QTest>
@@ -42,6 +43,24 @@ private slots:
                 [&lines](const QString &text) { lines << text; });
         QVERIFY(worker.extractIconFromExe(path).isEmpty());
         QCOMPARE(lines, QStringList{"警告：无法从EXE提取图标"});
+    }
+
+    // Without Qt Gui, as in the terminal program.
+    void theSameImageWithoutDecoding()
+    {
+        QStringList lines;
+        const LogSink log = [&lines](const QString &text) {
+            lines << text;
+        };
+        PlainIconImages images;
+        const QByteArray icon = images.iconOfExecutable(KESTRELPACK_HELLO_EXE, log);
+        QCOMPARE(images.sizeOfIcon(icon), QSize(256, 256));
+        QCOMPARE(QImage::fromData(icon, "ICO").convertToFormat(QImage::Format_ARGB32),
+                 iconSource().extractIcon(KESTRELPACK_HELLO_EXE).image);
+        QVERIFY(images.iconOfExecutable(KESTRELPACK_ICONLESS_EXE, log).isEmpty());
+        QCOMPARE(lines,
+                 (QStringList{QStringLiteral("成功提取图标，大小: %1 字节").arg(icon.size()),
+                              "警告：无法从EXE提取图标"}));
     }
 };
 

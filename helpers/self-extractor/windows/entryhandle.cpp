@@ -41,7 +41,6 @@ NTSTATUS openByName(const EntryName &name, const Way &way, void *security, Handl
                                          &attributes, &result, nullptr, FILE_ATTRIBUTE_NORMAL,
                                          way.sharing, way.disposition, way.options, nullptr, 0);
     opened.reset(status >= 0 ? handle : nullptr);
-    SetLastError(RtlNtStatusToDosError(status));
     return status;
 }
 
@@ -50,7 +49,6 @@ EntryUse checkedUse(NTSTATUS status, Handle &opened, DWORD kind)
     const EntryUse use = useByOpening(static_cast<std::uint32_t>(status));
     if (use == EntryUse::Free && !isOfKind(opened.get(), kind)) {
         opened.reset();
-        SetLastError(ERROR_DIRECTORY);
         return EntryUse::NotForUs;
     }
     return use;
@@ -67,6 +65,7 @@ bool createFolder(const Text &path, SECURITY_ATTRIBUTES *security, Handle &folde
     const NTSTATUS status
         = openByName({nullptr, systemPath.data(), systemPath.size()}, way,
                      security != nullptr ? security->lpSecurityDescriptor : nullptr, folder);
+    SetLastError(RtlNtStatusToDosError(status));
     return status >= 0;
 }
 

@@ -30,7 +30,6 @@ struct Way
     ULONG options;
 };
 
-// Puts the status into GetLastError().
 NTSTATUS openByName(const EntryName &name, const Way &way, void *security, Handle &opened);
 
 // What such a status means. `kind`: the attributes that tell whether it is a folder or a link. What is

@@ -95,10 +95,10 @@ bool FileSink::locate(const Entry &entry)
 // The file is not shared and closed once, so a scanner cannot look into it before it is complete.
 bool FileSink::createFile(const Entry &file)
 {
-    if (file.size == 0 || !couldBeShortName(file.path, file.pathSize)) {
-        return createNewFile(m_path, m_folders, m_file);
-    }
-    m_file.reset(openAgain(m_path));
+    const bool exists = file.size != 0 && couldBeShortName(file.path, file.pathSize);
+    m_file.reset(exists ? openAgain(m_path)
+                        : CreateFileW(wide(m_path.data()), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
     return static_cast<bool>(m_file);
 }
 

@@ -6,7 +6,6 @@
 #include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/unpacking/unpacksink.h"
 #include "helpers/self-extractor/windows/filecloser.h"
-#include "helpers/self-extractor/windows/newfile.h"
 #include "helpers/self-extractor/windows/win32.h"
 
 #include <atomic>
@@ -74,7 +73,6 @@ private:
     const Owned<FileCloser> &m_closer;
     Text m_path;            // of the current entry, in extended form
     std::size_t m_base = 0; // where the entry's path begins in it
-    Owned<OpenFolders> m_folders;
     Handle m_file;
     Common m_own;
     Common &m_common; // the first sink's

@@ -12,13 +12,6 @@ bool guardFolder(const Text &path, Handle &folder)
     return openFolder(path, folder, listing) == EntryUse::Free;
 }
 
-bool createFile(HANDLE folder, const char16_t *name, std::size_t nameSize, Handle &file)
-{
-    const Way way = {FILE_GENERIC_WRITE, 0, FILE_CREATE,
-                     FILE_SYNCHRONOUS_IO_NONALERT | FILE_NON_DIRECTORY_FILE};
-    return openByName({folder, name, nameSize}, way, nullptr, file) >= 0;
-}
-
 EntryUse openToRead(const ListedEntry &entry, Handle &opened)
 {
     constexpr ULONG shareAll = shareContent | FILE_SHARE_DELETE;
