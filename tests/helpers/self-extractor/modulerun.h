@@ -28,7 +28,13 @@ struct Run
 class ModuleRun
 {
 public:
-    // Makes a Wine prefix if the environment names none. Returns false if the tests cannot run.
+    ModuleRun() = default;
+    ModuleRun(const ModuleRun &) = delete;
+    ModuleRun &operator=(const ModuleRun &) = delete;
+    ~ModuleRun();
+
+    // Makes a Wine prefix if the environment names none, and starts Wine's services, which run until
+    // the end of the object or waitForServersEnd(). Returns false if the tests cannot run.
     [[nodiscard]] bool setUp();
     // Waits until no Windows process is left, not even Wine's own server. The next program starts
     // the next server, which sees the same mounts as the program.
@@ -112,6 +118,7 @@ public:
     const QString &prefix() const { return m_prefix; }
 
 private:
+    [[nodiscard]] bool startServices();
     void useModule(const QString &name);
 
     QTemporaryDir m_folder;
@@ -119,6 +126,7 @@ private:
     QString m_prefix;
     QString m_temporary;
     QByteArray m_module;
+    QProcess m_idle;
 };
 
 // Wine's name for an absolute Linux path.
