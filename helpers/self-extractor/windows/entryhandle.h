@@ -27,10 +27,10 @@ EntryUse openFolder(const Text &path, Handle &folder, ACCESS_MASK access = listi
 // An entry of an open folder, as a listing names it.
 struct ListedEntry
 {
-    HANDLE folder;
-    const char16_t *name; // not zero-terminated
-    std::size_t nameSize; // in UTF-16 units
-    DWORD attributes;
+    HANDLE folder = nullptr;
+    const char16_t *name = nullptr; // not zero-terminated
+    std::size_t nameSize = 0;       // in UTF-16 units
+    DWORD attributes = 0;
     std::uint64_t size = 0;     // in bytes
     std::uint64_t modified = 0; // in 100 ns since 1601
 

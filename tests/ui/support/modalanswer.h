@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "tests/support/waiting.h"
+
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -35,7 +37,7 @@ inline int whileModal(const std::function<void()> &open, const std::function<voi
         ++seen;
         handled = modal;
         QObject::connect(modal, &QObject::destroyed, &poll, [&handled] { handled = nullptr; });
-        QTimer::singleShot(5000, modal, [modal, &leftOpen] {
+        QTimer::singleShot(patience, modal, [modal, &leftOpen] {
             leftOpen = true;
             modal->close();
         });
