@@ -41,6 +41,7 @@ private slots:
     void settings();
     void settingsInTheText();
     void keptFolder();
+    void aUsualFileKeepsNothing();
 
 private:
     QString write(const QByteArray &bytes) const
@@ -332,11 +333,17 @@ void TestProducedFile::keptFolder()
              qPrintable(folder));
     const QString line = "\nkeeps         30 days in " + folder + ", compares contents\n";
     QVERIFY2(textOf(report).contains(line), qPrintable(textOf(report)));
-    product.setSettings(QByteArray());
-    ProducedFile usual;
-    QCOMPARE(usual.open(write(product.bytes())), QString());
-    QVERIFY(!usual.check());
-    QVERIFY(!reportOf(usual, *facts)["start"].toObject().contains("keep"));
+}
+
+void TestProducedFile::aUsualFileKeepsNothing()
+{
+    const ForgedProduct product;
+    ProducedFile file;
+    QCOMPARE(file.open(write(product.bytes())), QString());
+    QVERIFY(!file.check());
+    const auto facts = programFactsOf(file.file());
+    QVERIFY(facts);
+    QVERIFY(!reportOf(file, *facts)["start"].toObject().contains("keep"));
 }
 
 QTEST_GUILESS_MAIN(TestProducedFile)

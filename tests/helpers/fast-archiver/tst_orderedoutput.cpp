@@ -66,8 +66,10 @@ private slots:
         OrderedOutput output(archive.value(), 10);
         std::atomic<std::size_t> next = 0;
         std::atomic<bool> failed = false;
+        constexpr std::size_t threadCount = 8;
         std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) {
+        threads.reserve(threadCount);
+        for (std::size_t i = 0; i < threadCount; ++i) {
             threads.emplace_back([&] {
                 for (std::size_t block = next++; block < 300; block = next++) {
                     const QByteArray text = QByteArray::number(int(block)) + ' ';

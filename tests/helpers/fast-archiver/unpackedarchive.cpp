@@ -66,8 +66,8 @@ QString methodsOf(const sfx::CoderGraph &graph)
 // not use.
 std::optional<QByteArray> unpackBlock(const sfx::CoderGraph &graph, const QByteArray &archive)
 {
-    const auto begin = static_cast<qsizetype>(graph.packBase + graph.packPositions[0]);
-    const auto end = static_cast<qsizetype>(graph.packBase + graph.packPositions[1]);
+    const std::uint64_t begin = graph.packBase + graph.packPositions[0];
+    const std::uint64_t end = graph.packBase + graph.packPositions[1];
     const auto size = static_cast<qsizetype>(graph.unpackSizes[graph.wiring.UnpackStream]);
     const char *const packed = archive.constData() + begin;
     const auto packedSize = static_cast<std::size_t>(end - begin);
