@@ -53,6 +53,17 @@ private:
         return path;
     }
 
+    // Returns an empty object if the product cannot be read.
+    QJsonObject reportOfProduct(const ForgedProduct &product) const
+    {
+        ProducedFile file;
+        if (!file.open(write(product.bytes())).isEmpty() || file.check()) {
+            return {};
+        }
+        const auto facts = programFactsOf(file.file());
+        return facts ? reportOf(file, *facts) : QJsonObject();
+    }
+
     QTemporaryDir m_dir;
 };
 
@@ -222,12 +233,7 @@ void TestProducedFile::namesZstandard()
     forge::ArchivePlan plan(forgedFiles());
     plan.folders[0].coders[0].method = QByteArray::fromHex("04f71101");
     product.archive = forge::archiveOf(plan);
-    ProducedFile file;
-    QCOMPARE(file.open(write(product.bytes())), QString());
-    QVERIFY(!file.check());
-    const auto facts = programFactsOf(file.file());
-    QVERIFY(facts);
-    const QJsonObject report = reportOf(file, *facts);
+    const QJsonObject report = reportOfProduct(product);
     QCOMPARE(report["archive"]["methods"].toArray(), QJsonArray({"Zstandard"}));
 }
 
@@ -294,12 +300,7 @@ void TestProducedFile::settingsInTheText()
 {
     ForgedProduct product;
     product.setSettings("Title=\"Other\"\nSilent=\"1\"\nArguments=\"-a\"\n");
-    ProducedFile file;
-    QCOMPARE(file.open(write(product.bytes())), QString());
-    QVERIFY(!file.check());
-    const auto facts = programFactsOf(file.file());
-    QVERIFY(facts);
-    const QJsonObject report = reportOf(file, *facts);
+    const QJsonObject report = reportOfProduct(product);
     QCOMPARE(report["settings"].toObject(),
              (QJsonObject{{"title", "Other"}, {"silent", true}, {"arguments", "-a"}}));
     const QString text = textOf(report);
@@ -315,12 +316,7 @@ void TestProducedFile::keptFolder()
 {
     ForgedProduct product;
     product.setSettings("Keep=\"30\"\nKeepVerify=\"1\"\nProduct=\"A | B\"\n");
-    ProducedFile file;
-    QCOMPARE(file.open(write(product.bytes())), QString());
-    QVERIFY(!file.check());
-    const auto facts = programFactsOf(file.file());
-    QVERIFY(facts);
-    const QJsonObject report = reportOf(file, *facts);
+    const QJsonObject report = reportOfProduct(product);
     QCOMPARE(report["settings"].toObject(),
              (QJsonObject{{"keep", 30}, {"keepVerify", true}, {"product", "A | B"}}));
     const QJsonObject keep = report["start"]["keep"].toObject();
@@ -338,12 +334,9 @@ void TestProducedFile::keptFolder()
 void TestProducedFile::aUsualFileKeepsNothing()
 {
     const ForgedProduct product;
-    ProducedFile file;
-    QCOMPARE(file.open(write(product.bytes())), QString());
-    QVERIFY(!file.check());
-    const auto facts = programFactsOf(file.file());
-    QVERIFY(facts);
-    QVERIFY(!reportOf(file, *facts)["start"].toObject().contains("keep"));
+    const QJsonObject start = reportOfProduct(product)["start"].toObject();
+    QVERIFY(start.contains("program"));
+    QVERIFY(!start.contains("keep"));
 }
 
 QTEST_GUILESS_MAIN(TestProducedFile)

@@ -10,6 +10,8 @@
 #include "tests/windows-kit/system.h"
 #include "tests/windows-kit/text.h"
 
+#include <functional>
+
 // Products that unpack fast, and products that keep what they have unpacked. make-kit.sh makes them.
 namespace kit {
 
@@ -125,19 +127,31 @@ Result linkIsReplaced(const Place &place, const std::wstring &product, const Tar
     return check.result();
 }
 
-// The application's folder after a first start; empty if the row says nothing here, or has failed.
-std::wstring keptFolder(const Place &place, const std::wstring &product, Result &result)
+// What a row needs after the first start of the product.
+struct Kept
 {
+    std::wstring product;
+    std::wstring folder; // the application's
+};
+
+// Makes the first start of kept.exe in a profile of the row's own. Then runs `row`, unless that start
+// says nothing here or has failed.
+Result afterFirstStart(const Place &place, const std::function<Result(const Kept &)> &row)
+{
+    const LocalData local(place);
+    const std::wstring product = place.product(L"kept.exe");
     if (!exists(product)) {
-        result = notJudged(noProduct);
-    } else if (isKeptNever()) {
-        result = notJudged(onlyElevated);
-    } else if (const Started first = startOf(place, product); first.isRight() && first.isKept()) {
-        return first.folder;
-    } else {
-        result = fail("the first start: " + first.text());
+        return notJudged(noProduct);
     }
-    return {};
+    if (isKeptNever()) {
+        return notJudged(onlyElevated);
+    }
+    if (!local.isThere()) {
+        return fail("the row's own profile cannot be made");
+    }
+    const Started first = startOf(place, product);
+    return first.isRight() && first.isKept() ? row({product, first.folder})
+                                             : fail("the first start: " + first.text());
 }
 
 } // namespace
@@ -162,53 +176,40 @@ Result timeOfFastStarts(const Place &place)
 
 Result keptSecondStart(const Place &place)
 {
-    const LocalData local(place);
-    const std::wstring product = place.product(L"kept.exe");
-    Result result;
-    const std::wstring folder = keptFolder(place, product, result);
-    if (folder.empty()) {
-        return result;
-    }
-    const Started second = startOf(place, product);
-    Check check;
-    check.that(local.isThere() && second.isRight(), second.text());
-    check.that(second.folder == folder, "the second start ran in " + utf8(second.folder));
-    check.that(exists(folder + L"\\data.txt"), "the folder is gone after the second start");
-    check.that(leftovers(place).empty(), "a private folder is left");
-    return check.result();
+    return afterFirstStart(place, [&place](const Kept &kept) {
+        const Started second = startOf(place, kept.product);
+        Check check;
+        check.that(second.isRight(), second.text());
+        check.that(second.folder == kept.folder, "the second start ran in " + utf8(second.folder));
+        check.that(exists(kept.folder + L"\\data.txt"),
+                   "the folder is gone after the second start");
+        check.that(leftovers(place).empty(), "a private folder is left");
+        return check.result();
+    });
 }
 
 Result keptJunction(const Place &place)
 {
-    const LocalData local(place);
-    const std::wstring product = place.product(L"kept.exe");
-    Result result;
-    const std::wstring folder = keptFolder(place, product, result);
-    if (folder.empty()) {
-        return result;
-    }
-    const std::wstring target = place.path(L"target");
-    makeFolder(target);
-    return linkIsReplaced(place, product,
-                          {folder + L"\\folder", target + L"\\inner.txt",
-                           L"mklink /j \"" + folder + L"\\folder\" \"" + target + L"\"",
-                           "a file in a folder\r\n", folder + L"\\folder\\inner.txt"});
+    return afterFirstStart(place, [&place](const Kept &kept) {
+        const std::wstring link = kept.folder + L"\\folder";
+        const std::wstring target = place.path(L"target");
+        makeFolder(target);
+        return linkIsReplaced(place, kept.product,
+                              {link, target + L"\\inner.txt",
+                               L"mklink /j \"" + link + L"\" \"" + target + L"\"",
+                               "a file in a folder\r\n", link + L"\\inner.txt"});
+    });
 }
 
 Result keptSymbolicLink(const Place &place)
 {
-    const LocalData local(place);
-    const std::wstring product = place.product(L"kept.exe");
-    Result result;
-    const std::wstring folder = keptFolder(place, product, result);
-    if (folder.empty()) {
-        return result;
-    }
-    const std::wstring target = place.path(L"target.txt");
-    return linkIsReplaced(place, product,
-                          {folder + L"\\data.txt", target,
-                           L"mklink \"" + folder + L"\\data.txt\" \"" + target + L"\"",
-                           dataLine + "\r\n", folder + L"\\data.txt"});
+    return afterFirstStart(place, [&place](const Kept &kept) {
+        const std::wstring link = kept.folder + L"\\data.txt";
+        const std::wstring target = place.path(L"target.txt");
+        return linkIsReplaced(place, kept.product,
+                              {link, target, L"mklink \"" + link + L"\" \"" + target + L"\"",
+                               dataLine + "\r\n", link});
+    });
 }
 
 Result keptElevated(const Place &place)

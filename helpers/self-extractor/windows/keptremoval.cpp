@@ -125,11 +125,11 @@ bool removeEntry(Handle &opened, DWORD attributes)
 
 bool removeListed(const Text &path, HANDLE mine, const PathIndex &ours, std::uint64_t deadline)
 {
+    constexpr DWORD kinds = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
     Handle root;
     const DWORD attributes = GetFileAttributesW(wide(path.data()));
-    if (attributes != INVALID_FILE_ATTRIBUTES
-        && !ListedEntry{nullptr, nullptr, 0, attributes}.isFolder()) {
-        return false;
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kinds) != FILE_ATTRIBUTE_DIRECTORY) {
+        return false; // Windows would open the link itself, but Wine opens its target
     }
     const EntryUse use = openFolder(path, root);
     return use == EntryUse::Free

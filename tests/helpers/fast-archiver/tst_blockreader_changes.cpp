@@ -3,9 +3,9 @@
 
 #include "helpers/fast-archiver/blockreader.h"
 
+#include "platform/nativepath.h"
 #include "tests/support/testfiles.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,32 +19,20 @@ class TestBlockReaderChanges : public QObject
     Q_OBJECT
 
 private:
-    static pe::NativePath native(const QString &path)
-    {
-#ifdef Q_OS_WIN
-        return QDir::toNativeSeparators(path).toStdWString();
-#else
-        return QFile::encodeName(path).toStdString();
-#endif
-    }
-
     // A source with one file that had `size` bytes when it was listed.
     Source sourceOf(std::uint64_t size) const
     {
         Source source;
-        source.folder = native(m_temp.path() + '/');
+        source.folder = toNativePath(m_temp.path() + '/');
         SourceFile file;
         file.path = u"file";
-        file.place = native("file");
+        file.place = toNativePath("file");
         file.size = size;
         source.files.push_back(file);
         return source;
     }
 
-    QString path() const
-    {
-        return m_temp.filePath("file");
-    }
+    QString path() const { return m_temp.filePath("file"); }
 
     // Reads the block to its end. Returns the failure's message, or an empty text.
     static QString readToEnd(BlockReader &reader, QByteArray &content)
@@ -69,14 +57,8 @@ private:
     std::atomic<bool> m_stopped = false;
 
 private slots:
-    void initTestCase()
-    {
-        CrcGenerateTable();
-    }
-    void init()
-    {
-        m_stopped = false;
-    }
+    void initTestCase() { CrcGenerateTable(); }
+    void init() { m_stopped = false; }
 
     void aFileThatDoesNotChangeIsRead()
     {

@@ -3,6 +3,7 @@
 
 #include "helpers/fast-archiver/orderedoutput.h"
 
+#include "platform/nativepath.h"
 #include "tests/support/testfiles.h"
 
 #include <QTemporaryDir>
@@ -19,30 +20,18 @@ class TestOrderedOutput : public QObject
     Q_OBJECT
 
 private:
-    static pe::NativePath native(const QString &path)
-    {
-#ifdef Q_OS_WIN
-        return QDir::toNativeSeparators(path).toStdWString();
-#else
-        return QFile::encodeName(path).toStdString();
-#endif
-    }
-
     static pe::ByteView view(const char *text)
     {
         return {reinterpret_cast<const std::uint8_t *>(text), qstrlen(text)};
     }
 
     QTemporaryDir m_temp;
-    QString path() const
-    {
-        return m_temp.filePath("archive");
-    }
+    QString path() const { return m_temp.filePath("archive"); }
 
 private slots:
     void laterBlocksWaitInMemory()
     {
-        auto archive = ArchiveFile::create(native(path()));
+        auto archive = ArchiveFile::create(toNativePath(path()));
         QVERIFY(!archive.hasFailed());
         OrderedOutput output(archive.value(), 100);
         QVERIFY(!output.write(1, view("d")).hasFailed());
@@ -61,7 +50,7 @@ private slots:
 
     void manyThreadsAndLittleMemory()
     {
-        auto archive = ArchiveFile::create(native(path()));
+        auto archive = ArchiveFile::create(toNativePath(path()));
         QVERIFY(!archive.hasFailed());
         OrderedOutput output(archive.value(), 10);
         std::atomic<std::size_t> next = 0;
@@ -95,7 +84,7 @@ private slots:
 
     void anAbandonedOutputWakesThreadsThatWait()
     {
-        auto archive = ArchiveFile::create(native(path()));
+        auto archive = ArchiveFile::create(toNativePath(path()));
         QVERIFY(!archive.hasFailed());
         OrderedOutput output(archive.value(), 2);
         QVERIFY(!output.write(0, view("a")).hasFailed());
@@ -112,7 +101,7 @@ private slots:
     void anArchiveThatIsNotKeptIsRemoved()
     {
         {
-            auto archive = ArchiveFile::create(native(path()));
+            auto archive = ArchiveFile::create(toNativePath(path()));
             QVERIFY(!archive.hasFailed());
             QVERIFY(QFile::exists(path()));
         }

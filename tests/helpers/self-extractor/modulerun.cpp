@@ -67,7 +67,7 @@ ModuleRun::~ModuleRun()
 
 // Without this, Wine starts its services for each program and ends them after it. One start of
 // thousands fails: winedevice.exe crashes in ntoskrnl.exe, and a line about it comes among the errors
-// of the program. It also takes half of a second.
+// of the program.
 bool ModuleRun::startServices()
 {
     prepare(m_idle);
