@@ -9,6 +9,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringDecoder>
 
@@ -16,6 +17,7 @@
 #include <optional>
 
 using namespace sfx;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -34,11 +36,12 @@ std::optional<QString> decoded(const QByteArray &bytes)
     return decoder.hasError() || !isClean ? std::nullopt : std::optional(text);
 }
 
-// A second way to read the lines: each must be one of the six keys with quotes.
+// A second way to read the lines: each must be one of the nine keys with quotes.
 std::optional<Values> valuesOf(const QByteArray &text)
 {
-    static const QByteArrayList keys{"Program",   "Folder",        "Title",
-                                     "Arguments", "WorkingFolder", "Silent"};
+    static const QByteArrayList keys{"Program",       "Folder", "Title", "Arguments",
+                                     "WorkingFolder", "Silent", "Keep",  "KeepVerify",
+                                     "Product"};
     QByteArrayList lines = text.split('\n');
     if (text.size() > 65536 || !lines.takeLast().isEmpty()) {
         return std::nullopt;
@@ -64,8 +67,15 @@ std::optional<Values> valuesOf(const QByteArray &text)
     return values;
 }
 
+bool isDays(const QString &number)
+{
+    static const QRegularExpression form(u"\\A[1-9][0-9]{0,3}\\z"_s);
+    return form.match(number).hasMatch() && number.toUInt() <= maxKeepDays;
+}
+
 bool areAllowed(const Values &values)
 {
+    const auto isSwitch = [](const QString &word) { return word == u"0" || word == u"1"; };
     const auto is = [&values](const char *key, auto allowed) {
         return !values.contains(key) || allowed(values.value(key));
     };
@@ -80,7 +90,8 @@ bool areAllowed(const Values &values)
               [](const QString &word) {
                   return QStringList({"app", "caller", "exe"}).contains(word);
               })
-        && is("Silent", [](const QString &word) { return word == u"0" || word == u"1"; });
+        && is("Silent", isSwitch) && is("Keep", isDays) && is("KeepVerify", isSwitch)
+        && (values.value("KeepVerify") != u"1" || values.contains("Keep"));
 }
 
 QString textOf(const Text &text)
@@ -97,6 +108,10 @@ void checkPlan(const StartPlan &plan, const Values &values)
     require(textOf(plan.folderName()) == valueOr("Folder", "block"), "the folder is right");
     require(textOf(plan.title()) == valueOr("Title", "block"), "the title is right");
     require(textOf(plan.settings.arguments) == valueOr("Arguments", ""), "arguments are right");
+    require(textOf(plan.settings.product) == valueOr("Product", ""), "the product is right");
+    require(plan.settings.keepDays == valueOr("Keep", "0").toUInt(), "the days are right");
+    require(plan.settings.keepVerify == (valueOr("KeepVerify", "0") == u"1"),
+            "the comparison of contents is right");
     require(plan.isSilent() == (valueOr("Silent", "1") == u"1"), "silent is right");
     const QString folder = valueOr("WorkingFolder", "app");
     const WorkingFolder expected = folder == u"caller" ? WorkingFolder::Caller
