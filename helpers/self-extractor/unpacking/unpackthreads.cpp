@@ -175,7 +175,7 @@ void UnpackThreads::unpackNextBlocks(UnpackSink &sink)
         if (status != Status::Ok) {
             fail(status);
         }
-    } while (solidBlock < count && !m_stops.load());
+    } while (solidBlock < count);
 }
 
 void UnpackThreads::fail(Status status)

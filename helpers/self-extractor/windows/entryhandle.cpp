@@ -16,11 +16,14 @@ namespace {
         && systemPath.append(path.data() + 2, path.size() - 2);
 }
 
+// GetFileInformationByHandle() would also ask for the disk's serial number: another call of the
+// system, and under Wine a conversation with another process.
 bool isOfKind(HANDLE opened, DWORD kind)
 {
     constexpr DWORD kinds = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    BY_HANDLE_FILE_INFORMATION info = {};
-    return GetFileInformationByHandle(opened, &info) && (info.dwFileAttributes & kinds) == kind;
+    FILE_BASIC_INFO info;
+    return GetFileInformationByHandleEx(opened, FileBasicInfo, &info, sizeof info)
+        && (info.FileAttributes & kinds) == kind;
 }
 
 } // namespace

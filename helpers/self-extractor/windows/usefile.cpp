@@ -81,10 +81,9 @@ bool UseFile::write(KeptRecord &record, const Array<std::uint64_t> &hashes) cons
 
 std::uint64_t UseFile::lastUse() const
 {
-    BY_HANDLE_FILE_INFORMATION info = {};
-    GetFileInformationByHandle(m_file.get(), &info);
-    return (std::uint64_t{info.ftLastWriteTime.dwHighDateTime} << 32)
-        | info.ftLastWriteTime.dwLowDateTime;
+    FILE_BASIC_INFO info = {};
+    GetFileInformationByHandleEx(m_file.get(), FileBasicInfo, &info, sizeof info);
+    return static_cast<std::uint64_t>(info.LastWriteTime.QuadPart);
 }
 
 void UseFile::setLastUse() const
