@@ -49,13 +49,19 @@ endfunction()
 # KESTRELPACK_ASSEMBLED lists the object files that must be linked with it.
 function(kestrelpack_add_sevenzip_decoder target)
     kestrelpack_sevenzip_source(folder)
-    set(files 7zArcIn 7zBuf 7zCrc 7zCrcOpt 7zStream Bcj2 Bra Bra86 BraIA64 CpuArch Delta Lzma2Dec
+    set(files 7zArcIn 7zBuf 7zCrc 7zStream Bcj2 Bra Bra86 BraIA64 CpuArch Delta Lzma2Dec
               LzmaDec Xxh64 ZstdDec)
     list(TRANSFORM files PREPEND "${folder}/C/")
     list(TRANSFORM files APPEND ".c")
     add_library(${target} OBJECT ${files})
     target_include_directories(${target} SYSTEM PUBLIC "${folder}/C")
     target_compile_definitions(${target} PRIVATE Z7_ST)
+    # The module's own code computes the check sums of files, by instructions of x86. This is for short data only.
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+        target_compile_definitions(${target} PRIVATE Z7_CRC_NUM_TABLES=1)
+    else()
+        target_sources(${target} PRIVATE "${folder}/C/7zCrcOpt.c")
+    endif()
     # The x86 code reads unaligned words on purpose; a sanitizer must not stop there.
     target_compile_options(${target} PRIVATE -w -fno-sanitize=alignment)
 

@@ -10,6 +10,7 @@
 kestrelpack_add_sevenzip_decoder(kestrelpack_sevenzip_decoder)
 
 add_library(kestrelpack_sfx_common OBJECT
+    base/crc32.cpp
     base/memory.cpp
     base/text.cpp
     $<IF:$<BOOL:${WIN32}>,base/thread_win.cpp,base/thread_posix.cpp>

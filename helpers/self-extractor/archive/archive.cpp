@@ -5,9 +5,8 @@
 
 #include "helpers/self-extractor/archive/entryname.h"
 #include "helpers/self-extractor/archive/lookstream.h"
+#include "helpers/self-extractor/base/crc32.h"
 #include "helpers/self-extractor/base/littleendian.h"
-
-#include "7zCrc.h"
 
 namespace sfx {
 
@@ -66,7 +65,7 @@ Archive::~Archive()
 
 Status Archive::open(std::uint64_t offset)
 {
-    CrcGenerateTable();
+    prepareCrc32();
     m_offset = offset;
     std::uint8_t start[startHeaderSize];
     const std::uint64_t left = offset <= m_source.size() ? m_source.size() - offset : 0;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "helpers/self-extractor/base/bytesource.h"
+#include "helpers/self-extractor/base/memory.h"
 #include "helpers/self-extractor/base/status.h"
 
 #include "7z.h"
@@ -21,6 +22,9 @@ struct CoderGraph
     const UInt64 *packPositions = nullptr; // of each packed stream, and of the end of the last one
     ByteSource *source = nullptr;
     std::uint64_t packBase = 0;
+    // Memory that a decoder may take for its window, and gives back there when it is destroyed. So
+    // the thread's next solid block has it: new memory costs the system a page fault for each 4 KiB.
+    Array<std::uint8_t> *spareWindow = nullptr;
 };
 
 // `packBase` is the offset in `source` that the positions of packed streams are relative to.

@@ -40,7 +40,8 @@ std::uint64_t zstdWindow(const CoderGraph &graph, unsigned coder)
 Status openZstd(const CoderGraph &graph, unsigned coder, Owned<Stream> input,
                 Owned<WindowStream> &decoder)
 {
-    auto zstd = makeOwned<ZstdStream>(std::move(input), graph.unpackSizes[coder]);
+    auto zstd
+        = makeOwned<ZstdStream>(std::move(input), graph.unpackSizes[coder], graph.spareWindow);
     if (!zstd) {
         return Status::NoMemory;
     }

@@ -19,12 +19,22 @@ constexpr std::size_t windowExtra = 2 * blockSize + 128;
 
 } // namespace
 
-ZstdStream::ZstdStream(Owned<Stream> input, std::uint64_t unpackSize)
+bool ZstdStream::WindowMemory::allocate(std::size_t size)
+{
+    return bytes.size() >= size || bytes.allocate(size);
+}
+
+ZstdStream::ZstdStream(Owned<Stream> input, std::uint64_t unpackSize,
+                       Array<std::uint8_t> *spareWindow)
     : m_input(std::move(input))
     , m_unpackSize(unpackSize)
     , m_left(unpackSize)
-    , m_memory{{allocateWindow, decoderMemory.Free}}
+    , m_spareWindow(spareWindow)
+    , m_window{{allocateWindow, keepWindow}, 0, false, {}}
 {
+    if (spareWindow != nullptr) {
+        m_window.bytes = std::move(*spareWindow);
+    }
 }
 
 ZstdStream::~ZstdStream()
@@ -32,33 +42,39 @@ ZstdStream::~ZstdStream()
     if (m_decoder != nullptr) {
         ZstdDec_Destroy(m_decoder);
     }
+    if (m_spareWindow != nullptr) {
+        *m_spareWindow = std::move(m_window.bytes);
+    }
 }
 
 void *ZstdStream::allocateWindow(ISzAllocPtr memory, std::size_t size)
 {
     auto *self = reinterpret_cast<WindowMemory *>(const_cast<ISzAlloc *>(memory));
     self->isExceeded = size > self->most;
-    return self->isExceeded ? nullptr : allocateMemory(size);
+    return !self->isExceeded && self->allocate(size) ? self->bytes.data() : nullptr;
 }
+
+void ZstdStream::keepWindow(ISzAllocPtr, void *) {}
 
 Status ZstdStream::open(std::uint64_t window)
 {
     if (window > maxZstdWindow) {
         return Status::Unsupported;
     }
-    m_decoder = ZstdDec_Create(&decoderMemory, &m_memory.functions);
+    m_decoder = ZstdDec_Create(&decoderMemory, &m_window.functions);
     if (m_decoder == nullptr) {
         return Status::NoMemory;
     }
     ZstdDec_Init(m_decoder);
-    m_memory.most = static_cast<std::size_t>(window) + windowExtra;
+    m_window.most = static_cast<std::size_t>(window) + windowExtra;
     if (m_unpackSize <= window) {
-        if (!m_window.allocate(static_cast<std::size_t>(m_unpackSize))) {
+        const auto size = static_cast<std::size_t>(m_unpackSize);
+        if (!m_window.allocate(size)) {
             return Status::NoMemory;
         }
-        m_state.win = m_window.data();
-        m_state.outBuf_fromCaller = m_window.data();
-        m_state.outBufSize_fromCaller = m_window.size();
+        m_state.win = m_window.bytes.data();
+        m_state.outBuf_fromCaller = m_window.bytes.data();
+        m_state.outBufSize_fromCaller = size;
     }
     return Status::Ok;
 }
@@ -69,7 +85,7 @@ Status ZstdStream::statusOf(SRes result) const
     case SZ_OK:
         return Status::Ok;
     case SZ_ERROR_MEM:
-        return m_memory.isExceeded ? Status::Unsupported : Status::NoMemory;
+        return m_window.isExceeded ? Status::Unsupported : Status::NoMemory;
     case SZ_ERROR_UNSUPPORTED:
         return Status::Unsupported;
     default:
@@ -156,7 +172,7 @@ Status ZstdStream::next(std::size_t limit, ByteView &bytes)
 
 std::size_t ZstdStream::freeSpace(std::size_t unread) const
 {
-    if (unread == 0 || m_pending != 0 || m_window.data() != nullptr) {
+    if (unread == 0 || m_pending != 0 || m_state.outBuf_fromCaller != nullptr) {
         return SIZE_MAX;
     }
     // The decoder moves at most a block to the beginning of the window and decodes one after it. A

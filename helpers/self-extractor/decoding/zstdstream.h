@@ -19,7 +19,10 @@ namespace sfx {
 class ZstdStream final : public WindowStream
 {
 public:
-    ZstdStream(Owned<Stream> input, std::uint64_t unpackSize);
+    // The stream takes the memory of its window from `spareWindow`, if that is large enough, and
+    // leaves it there when it is destroyed.
+    ZstdStream(Owned<Stream> input, std::uint64_t unpackSize,
+               Array<std::uint8_t> *spareWindow = nullptr);
     ~ZstdStream() override;
 
     // `window`: by zstdWindowSize(). A frame that needs more is refused (Unsupported). Call it once,
@@ -30,15 +33,19 @@ public:
     std::size_t freeSpace(std::size_t unread) const override;
 
 private:
-    // The heap for the decoder's window, with a maximum.
+    // The decoder's window, with a maximum. The decoder never has two at a time.
     struct WindowMemory
     {
+        bool allocate(std::size_t size);
+
         ISzAlloc functions = {}; // must be first: 7-Zip passes a pointer to it
         std::size_t most = 0;
         bool isExceeded = false;
+        Array<std::uint8_t> bytes; // may be larger than asked for, and stays when it is released
     };
 
     static void *allocateWindow(ISzAllocPtr memory, std::size_t size);
+    static void keepWindow(ISzAllocPtr memory, void *window);
     Status statusOf(SRes result) const;
     Status refill();
     Status decodeBlock();
@@ -49,8 +56,8 @@ private:
     std::uint64_t m_left;           // bytes that are still to be handed out
     std::size_t m_pending = 0;      // of these, bytes that are decoded
     bool m_isBetweenFrames = false; // a frame has just ended
-    Array<std::uint8_t> m_window;   // empty if the decoder has its own
-    WindowMemory m_memory;
+    Array<std::uint8_t> *m_spareWindow;
+    WindowMemory m_window;
     CZstdDecHandle m_decoder = nullptr;
     CZstdDecState m_state = {};
 };

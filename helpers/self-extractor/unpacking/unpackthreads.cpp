@@ -3,10 +3,9 @@
 
 #include "helpers/self-extractor/unpacking/unpackthreads.h"
 
+#include "helpers/self-extractor/base/crc32.h"
 #include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/decoding/decoderchain.h"
-
-#include "7zCrc.h"
 
 #include <algorithm>
 #include <atomic>
@@ -50,18 +49,23 @@ private:
         Thread thread;
     };
 
+    // What a thread has: of the memory that all share, and the window of its last solid block.
+    struct ThreadMemory
+    {
+        std::uint64_t size = 0; // with the spare window
+        Array<std::uint8_t> spareWindow;
+    };
+
     std::uint32_t endOfTaken(std::uint32_t solidBlock) const;
     Status measure();
     unsigned countThreads(std::uint64_t totalBytes) const;
     static void runHelper(void *helper);
     void unpackNextBlocks(UnpackSink &sink);
-    Status unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink);
     Status unpackFiles(std::uint32_t solidBlock, std::uint32_t end, const CoderGraph &graph,
                        UnpackSink &sink) const;
     Status unpackFile(const Entry &file, std::uint32_t index, Stream &decoder,
                       UnpackSink &sink) const;
-    void takeMemory(std::uint64_t size);
-    void giveMemoryBack(std::uint64_t size);
+    void exchangeMemory(ThreadMemory &memory, std::uint64_t size);
     void fail(Status status);
 
     const Archive &m_archive;
@@ -154,16 +158,24 @@ void UnpackThreads::runHelper(void *helper)
 
 void UnpackThreads::unpackNextBlocks(UnpackSink &sink)
 {
-    while (!m_stops.load()) {
-        const std::uint32_t solidBlock = m_next++;
-        if (solidBlock >= m_archive.tables().db.NumFolders) {
-            return;
+    const std::uint32_t count = m_archive.tables().db.NumFolders;
+    ThreadMemory memory;
+    std::uint32_t solidBlock = 0;
+    do {
+        CoderGraph graph;
+        solidBlock = m_next++;
+        const std::uint32_t end = solidBlock < count ? endOfTaken(solidBlock) : 0;
+        Status status = end != 0 ? m_archive.coderGraph(solidBlock, graph) : Status::Ok;
+        graph.spareWindow = &memory.spareWindow;
+        const bool unpacks = end != 0 && status == Status::Ok;
+        exchangeMemory(memory, unpacks ? memoryFor(graph) : 0);
+        if (unpacks && !m_stops.load()) {
+            status = unpackFiles(solidBlock, end, graph, sink);
         }
-        const Status status = unpackSolidBlock(solidBlock, sink);
         if (status != Status::Ok) {
             fail(status);
         }
-    }
+    } while (solidBlock < count && !m_stops.load());
 }
 
 void UnpackThreads::fail(Status status)
@@ -176,39 +188,26 @@ void UnpackThreads::fail(Status status)
     m_monitor.wake();
 }
 
-// Waits until other threads have given back enough. One thread never waits.
-void UnpackThreads::takeMemory(std::uint64_t size)
+// Gives back what the thread has, and takes `size` when other threads have given back enough. One
+// thread never waits. The spare window stays only if the new size includes it.
+void UnpackThreads::exchangeMemory(ThreadMemory &memory, std::uint64_t size)
 {
     const Locked lock(m_monitor);
-    while (m_memoryInUse != 0 && m_memoryInUse + size > m_limits.memory && !m_stops.load()) {
+    m_memoryInUse -= memory.size;
+    m_monitor.wake();
+    for (;;) {
+        const bool waits = m_memoryInUse != 0 && m_memoryInUse + size > m_limits.memory
+            && !m_stops.load();
+        if (waits || memory.spareWindow.size() > size) {
+            memory.spareWindow = Array<std::uint8_t>();
+        }
+        if (!waits) {
+            break;
+        }
         m_monitor.wait();
     }
+    memory.size = size;
     m_memoryInUse += size;
-}
-
-void UnpackThreads::giveMemoryBack(std::uint64_t size)
-{
-    const Locked lock(m_monitor);
-    m_memoryInUse -= size;
-    m_monitor.wake();
-}
-
-Status UnpackThreads::unpackSolidBlock(std::uint32_t solidBlock, UnpackSink &sink)
-{
-    const std::uint32_t end = endOfTaken(solidBlock);
-    if (end == 0) {
-        return Status::Ok;
-    }
-    CoderGraph graph;
-    Status status = m_archive.coderGraph(solidBlock, graph);
-    if (status != Status::Ok) {
-        return status;
-    }
-    const std::uint64_t memory = memoryFor(graph);
-    takeMemory(memory);
-    status = m_stops.load() ? Status::Cancelled : unpackFiles(solidBlock, end, graph, sink);
-    giveMemoryBack(memory);
-    return status;
 }
 
 Status UnpackThreads::unpackFiles(std::uint32_t solidBlock, std::uint32_t end,
@@ -238,7 +237,7 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream 
 {
     const bool isTaken = m_limits.takes(index); // others are only decoded
     Status status = isTaken ? sink.beginFile(file) : Status::Ok;
-    std::uint32_t sum = CRC_INIT_VAL;
+    std::uint32_t sum = 0;
     std::uint64_t left = file.size;
     while (status == Status::Ok && left != 0) {
         ByteView piece;
@@ -250,12 +249,12 @@ Status UnpackThreads::unpackFile(const Entry &file, std::uint32_t index, Stream 
             status = Status::Damaged;
         }
         if (status == Status::Ok) {
-            sum = CrcUpdate(sum, piece.data, piece.size);
+            sum = crc32(sum, piece.data, piece.size);
             status = isTaken ? sink.write(piece.data, piece.size) : Status::Ok;
             left -= piece.size;
         }
     }
-    if (status == Status::Ok && CRC_GET_DIGEST(sum) != m_archive.tables().CRCs.Vals[index]) {
+    if (status == Status::Ok && sum != m_archive.tables().CRCs.Vals[index]) {
         status = Status::Damaged;
     }
     return status == Status::Ok && isTaken ? sink.endFile(file) : status;

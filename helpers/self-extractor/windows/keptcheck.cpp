@@ -3,12 +3,11 @@
 
 #include "helpers/self-extractor/windows/keptcheck.h"
 
+#include "helpers/self-extractor/base/crc32.h"
 #include "helpers/self-extractor/windows/folderwalk.h"
 #include "helpers/self-extractor/windows/interrupt.h"
 #include "helpers/self-extractor/windows/keptentries.h"
 #include "helpers/self-extractor/windows/keptremoval.h"
-
-#include "7zCrc.h"
 
 namespace sfx {
 
@@ -109,18 +108,18 @@ Status KeptCheck::compareContent(HANDLE file, const KeptEntry &kept, bool &isRig
     if (m_buffer.size() == 0 && !m_buffer.allocate(pieceSize)) {
         return Status::NoMemory;
     }
-    std::uint32_t sum = CRC_INIT_VAL;
+    std::uint32_t sum = 0;
     std::uint64_t size = 0;
     DWORD got = 0;
     while (ReadFile(file, m_buffer.data(), pieceSize, &got, nullptr) && got != 0) {
-        sum = CrcUpdate(sum, m_buffer.data(), got);
+        sum = crc32(sum, m_buffer.data(), got);
         size += got;
         const Status status = stopReason();
         if (status != Status::Ok) {
             return status;
         }
     }
-    isRight = size == kept.size && CRC_GET_DIGEST(sum) == kept.crc;
+    isRight = size == kept.size && sum == kept.crc;
     return Status::Ok;
 }
 

@@ -23,7 +23,6 @@
 #define KESTRELPACK_USES(function) extern __typeof__(function) function __attribute__((externally_visible))
 
 // In no header of 7-Zip.
-UInt32 Z7_FASTCALL CrcUpdateT12(UInt32 crc, const void *data, size_t size, const UInt32 *table);
 void LzmaDec_InitDicAndState(CLzmaDec *decoder, BoolInt initDic, BoolInt initState);
 
 KESTRELPACK_USES(Bcj2Dec_Decode);
@@ -34,7 +33,6 @@ KESTRELPACK_USES(Buf_Init);
 KESTRELPACK_USES(CrcCalc);
 KESTRELPACK_USES(CrcGenerateTable);
 KESTRELPACK_USES(CrcUpdate);
-KESTRELPACK_USES(CrcUpdateT12);
 KESTRELPACK_USES(Delta_Decode);
 KESTRELPACK_USES(LookInStream_Read);
 KESTRELPACK_USES(LookInStream_Read2);

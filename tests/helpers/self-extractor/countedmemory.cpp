@@ -18,6 +18,7 @@ struct Counts
     std::size_t used = 0;
     std::size_t peak = 0;
     std::size_t largest = 0;
+    std::size_t total = 0;
     unsigned failing = 0;
     unsigned requests = 0;
 };
@@ -39,6 +40,7 @@ void reset(std::size_t limit, unsigned failing)
     all.limit = limit;
     all.peak = all.used;
     all.largest = 0;
+    all.total = 0;
     all.failing = failing;
     all.requests = 0;
 }
@@ -61,6 +63,12 @@ std::size_t largestRequest()
     return counts().largest;
 }
 
+std::size_t total()
+{
+    const std::lock_guard lock(counts().mutex);
+    return counts().total;
+}
+
 } // namespace countedmemory
 
 namespace sfx {
@@ -70,6 +78,7 @@ void *allocateMemory(std::size_t size)
     Counts &all = counts();
     const std::lock_guard lock(all.mutex);
     all.largest = size > all.largest ? size : all.largest;
+    all.total += size;
     if (++all.requests == all.failing || all.used > all.limit || size > all.limit - all.used) {
         return nullptr;
     }

@@ -20,5 +20,7 @@ std::size_t peak();
 std::size_t inUse();
 // The largest single request in bytes since reset(), even if it was refused.
 std::size_t largestRequest();
+// The bytes of all requests since reset(), whether they were released or not.
+std::size_t total();
 
 } // namespace countedmemory

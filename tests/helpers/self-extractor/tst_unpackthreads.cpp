@@ -91,6 +91,7 @@ private slots:
     void keepsToTheMemoryGiven_data() { addBlocks(); }
     void keepsToTheMemoryGiven();
     void letsSmallBlocksRunBesideALargeOne();
+    void keepsTheWindowForTheNextBlock();
     void worksWithOneSinkOnly();
     void findsDamageInEveryBlock_data() { addBlocks(); }
     void findsDamageInEveryBlock();
@@ -187,6 +188,24 @@ void TestUnpackThreads::letsSmallBlocksRunBesideALargeOne()
         QVERIFY2(countedmemory::peak() - before <= most,
                  qPrintable(QString::number(countedmemory::peak() - before)));
     }
+}
+
+// New memory for each of the six blocks would be 48 MiB.
+void TestUnpackThreads::keepsTheWindowForTheNextBlock()
+{
+    Tree tree{{QStringLiteral("main.exe"), stutter(8 * mebibyte, 6)}};
+    for (int i = 1; i < 6; ++i) {
+        tree[QStringLiteral("file%1").arg(i)] = stutter(8 * mebibyte, static_cast<quint32>(i));
+    }
+    const QByteArray archive
+        = packZstd(tree, {.blockSize = 0, .frames = {.level = 1, .windowLog = 23}});
+    QCOMPARE(blockCount(archive), 6);
+    SharedTree shared;
+    countedmemory::reset();
+    QCOMPARE(unpackShared(archive, shared, {1}), Status::Ok);
+    QVERIFY(shared.tree() == tree);
+    QVERIFY2(countedmemory::total() < 16 * mebibyte,
+             qPrintable(QString::number(countedmemory::total())));
 }
 
 void TestUnpackThreads::worksWithOneSinkOnly()

@@ -64,19 +64,21 @@ std::uint64_t windowOf(const QByteArray &frames, quint64 unpackSize)
 }
 
 Owned<ZstdStream> openStream(const QByteArray &frames, quint64 unpackSize, quint32 seed,
-                             Status &status)
+                             Status &status, Array<std::uint8_t> *spareWindow = nullptr)
 {
-    auto stream = makeOwned<ZstdStream>(makeOwned<PieceStream>(frames, seed), unpackSize);
+    auto stream
+        = makeOwned<ZstdStream>(makeOwned<PieceStream>(frames, seed), unpackSize, spareWindow);
     status = stream->open(windowOf(frames, unpackSize));
     return stream;
 }
 
 // Decodes everything, with requests of random size, and reads on until the end is reported.
-Status decode(const QByteArray &frames, quint64 unpackSize, quint32 seed, QByteArray &content)
+Status decode(const QByteArray &frames, quint64 unpackSize, quint32 seed, QByteArray &content,
+              Array<std::uint8_t> *spareWindow = nullptr)
 {
     content.clear();
     Status status = Status::Ok;
-    const Owned<ZstdStream> stream = openStream(frames, unpackSize, seed, status);
+    const Owned<ZstdStream> stream = openStream(frames, unpackSize, seed, status, spareWindow);
     QRandomGenerator random(seed);
     while (status == Status::Ok) {
         ByteView bytes;
@@ -138,6 +140,7 @@ private slots:
     void acceptsNoNoise();
     void keepsToItsWindow_data();
     void keepsToItsWindow();
+    void takesTheSpareWindow();
     void leavesUnreadBytesAlone_data() { decodesAsTheReference_data(); }
     void leavesUnreadBytesAlone();
     void runsAhead_data() { decodesAsTheReference_data(); }
@@ -378,6 +381,37 @@ void TestZstdDecoder::keepsToItsWindow()
     static_cast<void>(decode(frames, size, 1, output));
     QVERIFY2(countedmemory::peak() - before < most + miB,
              qPrintable(QString::number(countedmemory::peak() - before)));
+}
+
+// The memory of the first window is that of the others, until one needs more.
+void TestZstdDecoder::takesTheSpareWindow()
+{
+    const QByteArray content = mixedContent();
+    Array<std::uint8_t> spare;
+    const auto fits = [&spare](const QByteArray &frames, const QByteArray &unpacked) {
+        QByteArray output;
+        return decode(frames, static_cast<quint64>(unpacked.size()), 1, output, &spare)
+            == Status::Ok
+            && output == unpacked;
+    };
+    QVERIFY(fits(frameOf(content, {.windowLog = 27}), content));
+    const std::uint8_t *first = spare.data();
+    QCOMPARE(spare.size(), static_cast<std::size_t>(content.size()));
+    const QByteArray part = content.first(5000);
+    QVERIFY(fits(frameOf(part, {}), part));
+    QVERIFY(fits(frameOf(content, {.windowLog = 16}), content));
+    QVERIFY(fits(frameOf(content, {.windowLog = 18, .hasContentSize = false}), content));
+    QVERIFY(fits(framesOf(content, 100000), content));
+    QCOMPARE(static_cast<const std::uint8_t *>(spare.data()), first);
+    QCOMPARE(spare.size(), static_cast<std::size_t>(content.size()));
+    const QByteArray twice = content + content;
+    QVERIFY(fits(frameOf(twice, {.windowLog = 27}), twice));
+    QCOMPARE(spare.size(), static_cast<std::size_t>(twice.size()));
+    QByteArray output;
+    QCOMPARE(decode(frameOf(content, {}).chopped(1), static_cast<quint64>(content.size()), 1,
+                    output, &spare),
+             Status::Damaged);
+    QCOMPARE(spare.size(), static_cast<std::size_t>(twice.size()));
 }
 
 namespace {
