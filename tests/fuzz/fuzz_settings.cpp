@@ -39,9 +39,9 @@ std::optional<QString> decoded(const QByteArray &bytes)
 // A second way to read the lines: each must be one of the nine keys with quotes.
 std::optional<Values> valuesOf(const QByteArray &text)
 {
-    static const QByteArrayList keys{"Program",       "Folder", "Title", "Arguments",
-                                     "WorkingFolder", "Silent", "Keep",  "KeepVerify",
-                                     "Product"};
+    static const QByteArrayList keys{"Program",   "Folder",        "Title",
+                                     "Arguments", "WorkingFolder", "Silent",
+                                     "Keep",      "KeepVerify",    "Product"};
     QByteArrayList lines = text.split('\n');
     if (text.size() > 65536 || !lines.takeLast().isEmpty()) {
         return std::nullopt;
@@ -75,7 +75,9 @@ bool isDays(const QString &number)
 
 bool areAllowed(const Values &values)
 {
-    const auto isSwitch = [](const QString &word) { return word == u"0" || word == u"1"; };
+    const auto isSwitch = [](const QString &word) {
+        return word == u"0" || word == u"1";
+    };
     const auto is = [&values](const char *key, auto allowed) {
         return !values.contains(key) || allowed(values.value(key));
     };
