@@ -7,7 +7,7 @@ FOLDER is the project, CLI the terminal program, ARCHIVER 7zr, HELLO the folder 
 fenced block of both READMEs, of CONTRIBUTING.md and of docs/*.md is run in a new folder with inputs (inputs.py), and
 each executable that it makes is verified. A block that is listed in not-run.txt is not run. A block that fails, and a
 line of the list that fits no block of its document, are faults. Blocks that differ in their comments only are run
-once.
+once, and a block of a Chinese document that is the same in the English one belongs to that one alone.
 """
 
 import os
@@ -32,7 +32,17 @@ def read(path):
 
 def checked_documents(top):
     return [name for name in markdown.documents(top)
-            if name in ("README.md", "README.zh-CN.md", "CONTRIBUTING.md") or os.path.dirname(name) == "docs"]
+            if markdown.english_of(name) in ("README.md", "CONTRIBUTING.md") or os.path.dirname(name) == "docs"]
+
+
+def own_blocks(top, document):
+    """The blocks of the document, for a Chinese one only those that the English one does not have."""
+    blocks = markdown.blocks(read(os.path.join(top, document)))
+    english = os.path.join(top, markdown.english_of(document))
+    if not markdown.is_chinese(document) or not os.path.exists(english):
+        return blocks
+    same = {(block.language, block.text) for block in markdown.blocks(read(english))}
+    return [block for block in blocks if (block.language, block.text) not in same]
 
 
 def reasons():
@@ -97,7 +107,7 @@ def check_blocks(top, stock):
     faults, listed, done = [], reasons(), {}
     unused = {key for key in listed if os.path.exists(os.path.join(top, key[0]))}
     for document in checked_documents(top):
-        for block in markdown.blocks(read(os.path.join(top, document))):
+        for block in own_blocks(top, document):
             place = f"{document}:{block.line}"
             key = (document, block.text.split("\n")[0])
             text = without_comments(block.text)

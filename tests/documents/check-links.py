@@ -4,7 +4,7 @@
 """check-links.py FOLDER: checks the links of all documents in the folder, without the network.
 
 A link to a file or folder must lead to one, and an anchor to a heading. Paths, presets and options of scripts that are
-named as code must exist. The two READMEs must have the same sections, commands, options and tables.
+named as code must exist. A document and its Chinese version must say the same (languages.py).
 """
 
 import glob
@@ -15,6 +15,7 @@ import sys
 from urllib.parse import unquote
 
 sys.dont_write_bytecode = True
+import languages
 import markdown
 
 
@@ -100,43 +101,9 @@ def check_script_options(top):
     return faults
 
 
-def commands(text):
-    """The shell commands of a document, without their comments."""
-    found = []
-    for block in markdown.blocks(text):
-        if block.language == "sh":
-            found += [re.sub(r"\s+#\s.*", "", line).strip() for line in block.text.split("\n")]
-    return [line for line in found if line]
-
-
-def options(text):
-    return re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
-
-
-def in_both(what, english, chinese):
-    faults = [f"README.zh-CN.md has no {what} {line}" for line in english if line not in chinese]
-    return faults + [f"README.md has no {what} {line}" for line in chinese if line not in english]
-
-
-def check_languages(top):
-    """The two READMEs say the same, each in its language."""
-    english, chinese = (read(os.path.join(top, name)) for name in ("README.md", "README.zh-CN.md"))
-    one, other = ([line.count("|") for line in text.split("\n") if line.startswith("| ")]
-                  for text in (english, chinese))
-    faults = in_both("command", commands(english), commands(chinese))
-    faults += in_both("option", *([re.sub("[、, ]", "", line) for line in options(text)]
-                                  for text in (english, chinese)))
-    if one != other:
-        faults.append("the tables of README.md and README.zh-CN.md have other rows or columns")
-    levels = [re.findall(r"^(#+) ", markdown.without_code(text), re.MULTILINE) for text in (english, chinese)]
-    if levels[0] != levels[1]:
-        faults.append("README.md and README.zh-CN.md have other sections")
-    return faults
-
-
 def main():
     top = sys.argv[1]
-    faults = check_links(top) + check_paths(top) + check_languages(top)
+    faults = check_links(top) + check_paths(top) + languages.check(top)
     faults += check_presets(top) + check_script_options(top)
     print("\n".join(faults))
     return 1 if faults else 0

@@ -1,6 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Kestrelpack developers
 # SPDX-License-Identifier: MIT
-"""What the tests and the pages need of Markdown: fenced blocks, headings, links and pictures."""
+"""What the tests and the pages need of Markdown: languages, fenced blocks, headings, links
+and pictures."""
 
 import os
 import re
@@ -9,7 +10,29 @@ from typing import NamedTuple
 FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*([\w+-]*)[^`]*$")
 LINK = re.compile(r"(!?)\[((?:[^\[\]]|\[[^\]]*\]\([^)]*\))*)\]\(<?([^)\s>]+)>?(?:\s+\"[^\"]*\")?\)")
 CODE = re.compile(r"(`+)(?!`)(.*?)(?<!`)\1(?!`)")
+CHINESE = ".zh-CN"
 SKIPPED_FOLDERS = {"build", "out", "dist"}
+
+
+def is_chinese(name):
+    """Whether the file is the Chinese version of another: X.zh-CN.md is that of X.md."""
+    return os.path.splitext(name)[0].endswith(CHINESE)
+
+
+def english_of(name):
+    root, extension = os.path.splitext(name)
+    return root.removesuffix(CHINESE) + extension
+
+
+def other_language(name):
+    root, extension = os.path.splitext(name)
+    return english_of(name) if is_chinese(name) else root + CHINESE + extension
+
+
+def pairs(names):
+    """The documents that are there in both languages, as (English, Chinese)."""
+    return [(name, other_language(name)) for name in names
+            if not is_chinese(name) and other_language(name) in names]
 
 
 class Block(NamedTuple):

@@ -119,10 +119,18 @@ void TestSolidBlocks::filesAreDistributed_data()
     QTest::newRow("no filter is wanted")
         << blocksOf({file(u"a.exe", 1, x64), file(u"b.exe", 1, other), file(u"c", 1)}, 100, false)
         << QStringList("a.exe b.exe c");
-    QTest::newRow("a block that would become too large is closed")
-        << blocksOf({file(u"a", 60), file(u"b", 40), file(u"c", 1), file(u"d", 99), file(u"e", 1)},
+    QTest::newRow("blocks are about equal")
+        << blocksOf({file(u"a", 30), file(u"b", 30), file(u"c", 40), file(u"d", 30), file(u"e", 30),
+                     file(u"f", 10)},
                     100)
-        << QStringList({"a b", "c d", "e"});
+        << QStringList({"a b c", "d e f"});
+    QTest::newRow("a file goes where its middle lies")
+        << blocksOf({file(u"a", 60), file(u"b", 40), file(u"c", 1), file(u"d", 98), file(u"e", 1)},
+                    100)
+        << QStringList({"a b", "c d e"});
+    QTest::newRow("a block that would become too large is closed")
+        << blocksOf({file(u"a", 60), file(u"b", 78), file(u"c", 20), file(u"d", 40)}, 100)
+        << QStringList({"a", "b c", "d"});
     QTest::newRow("files that fill a block are alone and come first, the largest before the others")
         << blocksOf({file(u"a", 1), file(u"b", 100), file(u"c", 99), file(u"d", 300, x64),
                      file(u"e", 100)},
@@ -149,8 +157,8 @@ void TestSolidBlocks::theSizeOfBlocksFollowsThatOfAllFiles_data()
     QTest::addColumn<quint64>("expected");
     QTest::newRow("nothing") << quint64(0) << quint64(32 * mebibyte);
     QTest::newRow("small") << quint64(100 * mebibyte) << quint64(32 * mebibyte);
-    QTest::newRow("six blocks") << quint64(192 * mebibyte) << quint64(32 * mebibyte);
-    QTest::newRow("a byte more") << quint64(192 * mebibyte + 1) << quint64(32 * mebibyte + 1);
+    QTest::newRow("eight blocks") << quint64(256 * mebibyte) << quint64(32 * mebibyte);
+    QTest::newRow("a byte more") << quint64(256 * mebibyte + 1) << quint64(32 * mebibyte + 1);
     QTest::newRow("large") << quint64(4096 * mebibyte) << quint64(64 * mebibyte);
 }
 
