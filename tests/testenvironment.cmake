@@ -31,6 +31,12 @@ if(CMAKE_CROSSCOMPILING AND WIN32)
         "LC_ALL=zh_CN.UTF-8"
         "LOCPATH=${CMAKE_CURRENT_BINARY_DIR}/locale"
         "KESTRELPACK_TEST_DISPLAY=${CMAKE_CURRENT_BINARY_DIR}/display")
+
+    # The test programs for Windows are part of a release. They are equal from every folder: the
+    # paths in them begin at the top folder, which they get here (support/builtfile.h).
+    list(APPEND KESTRELPACK_TEST_WINE_ENVIRONMENT "KESTRELPACK_TEST_TOP=${PROJECT_SOURCE_DIR}")
+    add_compile_definitions(KESTRELPACK_TEST_TOP="${PROJECT_SOURCE_DIR}")
+    add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 endif()
 
 # Native tests that start Windows programs run one after another. So do tests with windows on the

@@ -160,7 +160,8 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::newRow("a program without an icon") << builtFile(KESTRELPACK_ICONLESS_EXE);
-        QTest::newRow("no program") << __FILE__;
+        QTest::newRow("no program")
+            << builtFile(KESTRELPACK_TEST_DATA) + "/archiver/7zr-26.02-linux.txt";
         QTest::newRow("a missing file") << "C:/missing/a.exe";
         QTest::newRow("a folder") << "C:/";
     }

@@ -71,6 +71,22 @@ def check_scoop(folder, zip_file, sum_of_zip):
           f"scoop: {one}")
     for name in [manifest["bin"], manifest["shortcuts"][0][0]]:
         check(f"{folder_in_zip}/{name}" in zip_file.namelist(), f"scoop: {name} is in the zip file")
+    found = re.search(manifest["checkver"]["regex"], f'<a href="{version}/{folder_in_zip}.zip">')
+    check(found and found[1] == version, f"scoop: the version on a page: {found}")
+    later = json.dumps(manifest["autoupdate"]["architecture"]["64bit"]).replace("$version", version)
+    check(json.loads(later) == {**one, "hash": {"url": "$baseurl/SHA256SUMS"}}, f"scoop: a later release: {later}")
+
+
+def check_short_version(work):
+    """YAML takes 3.4 for a number, unless it is in quotes."""
+    zip_path = work / "Kestrelpack-3.4-windows-x64.zip"
+    zip_path.write_bytes(b"")
+    result = run("3.4", "https://downloads.example/latest", zip_path, work / "short")
+    check(result.returncode == 0, result.stderr)
+    for path in (work / "short/winget").rglob("*.yaml"):
+        manifest = yaml.safe_load(path.read_text("utf-8"))
+        check(manifest["PackageVersion"] == "3.4", f"{path.name}: the version is the text 3.4")
+    print("ok: a version of two numbers")
 
 
 def refuses(what, message, *arguments):
@@ -98,6 +114,7 @@ with tempfile.TemporaryDirectory() as name:
         check_scoop(out, zip_file, sum_of_zip)
     print("ok: the manifests of winget and scoop")
 
+    check_short_version(work)
     refuses("a version that is none", "is no version", "1.0 beta", address, zip_path, out)
     refuses("an address without https", "is no address", version, "http://downloads.example", zip_path, out)
     refuses("a zip file that is not there", "there is no file", version, address, work / "x-3.4.5.6-y.zip", out)

@@ -43,6 +43,13 @@ cp -r build/windows/examples/hello/app "$kit/files/app"
 cp -r tests/data/. "$kit/files/data"
 tests/platform/make-icon-references.sh "$kit/files/icon-references" "$kit/files/hello.exe"
 
+# A test program with this folder's path would be another one in each folder (tests/support/builtfile.h).
+with_path=$(LC_ALL=C grep -rlaP "(?<![\\w.+-])\\Q$PWD\\E" "$kit" || true)
+[ -z "$with_path" ] || {
+    printf 'The path of this folder is in:\n%s\n' "$with_path" >&2
+    exit 1
+}
+
 # The products, of the kind that the window makes. In `large`, one file has 400 MB.
 pack() { # FOLDER MAIN [OPTION...]
     folder=$1

@@ -32,7 +32,7 @@ inline QStringList archiverArguments(const QString &archive, const QString &fold
             "-ssc"};
 }
 
-inline ArchiverResult runArchiver(const char *program, const QStringList &arguments)
+inline ArchiverResult runArchiver(const BuiltPath &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(builtFile(program), arguments);
