@@ -69,7 +69,8 @@ install(FILES "${PROJECT_BINARY_DIR}/docs/_kestrelpack-cli"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT terminal)
 install(FILES
     "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/README.zh-CN.md"
-    "${PROJECT_SOURCE_DIR}/docs/self-extractor.md" "${PROJECT_SOURCE_DIR}/docs/reliability.md"
+    "${PROJECT_SOURCE_DIR}/docs/self-extractor.md" "${PROJECT_SOURCE_DIR}/docs/self-extractor.zh-CN.md"
+    "${PROJECT_SOURCE_DIR}/docs/reliability.md" "${PROJECT_SOURCE_DIR}/docs/reliability.zh-CN.md"
     DESTINATION "${terminal_doc}" COMPONENT terminal)
 
 install(TARGETS kestrelpack RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT window)
