@@ -8,8 +8,8 @@
 
 namespace sfx {
 
-// Makes the table, and finds out whether the processor multiplies without carries (PCLMULQDQ: all
-// for x64 since 2013). Call it before crc32() and before 7-Zip's functions for this check sum. It
+// Makes the table, and finds out whether the processor multiplies without carries (PCLMULQDQ: nearly
+// all for x64 since 2013). Call it before crc32() and before 7-Zip's functions for this check sum. It
 // may be called again.
 void prepareCrc32();
 
