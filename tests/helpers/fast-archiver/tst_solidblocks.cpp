@@ -200,27 +200,37 @@ void TestSolidBlocks::contentIsRecognized()
 void TestSolidBlocks::framesAreSetByTheirSize_data()
 {
     QTest::addColumn<quint64>("size");
+    QTest::addColumn<bool>("isLarge");
+    QTest::addColumn<unsigned>("wanted");
     QTest::addColumn<unsigned>("windowLog");
-    QTest::newRow("one byte") << quint64(1) << 17U;
-    QTest::newRow("16 MiB") << quint64(16 * mebibyte) << 24U;
-    QTest::newRow("a byte more") << quint64(16 * mebibyte + 1) << 25U;
-    QTest::newRow("the largest window") << quint64(64 * mebibyte) << 26U;
-    QTest::newRow("the window is never larger") << quint64(4096 * mebibyte) << 26U;
+    const auto row = [](const char *name, quint64 size, bool isLarge, unsigned wanted,
+                        unsigned windowLog) {
+        QTest::newRow(name) << size << isLarge << wanted << windowLog;
+    };
+    row("one byte", 1, false, 0, 17);
+    row("4 MiB", 4 * mebibyte, false, 0, 22);
+    row("a byte more", 4 * mebibyte + 1, false, 0, 23);
+    row("many files have a window that fits into a cache", 64 * mebibyte, false, 0, 23);
+    row("a large file", 48 * mebibyte, true, 0, 26);
+    row("the window is never larger", 4096 * mebibyte, true, 0, 26);
+    row("a smaller window is wanted", 4096 * mebibyte, true, 20, 20);
+    row("a larger window is wanted", 4096 * mebibyte, false, 27, 27);
 }
 
 void TestSolidBlocks::framesAreSetByTheirSize()
 {
     QFETCH(quint64, size);
-    const PackOptions options;
+    QFETCH(bool, isLarge);
+    QFETCH(unsigned, wanted);
+    PackOptions options;
+    options.windowLog = wanted;
     SolidBlock block;
     block.size = size;
+    block.isLarge = isLarge;
     const FramePlan plan = framePlanFor(block, options);
     QTEST(plan.windowLog, "windowLog");
     QCOMPARE(plan.level, options.level);
-    QCOMPARE(plan.partSize, std::size_t(0));
-    block.isLarge = true;
-    QVERIFY(framePlanFor(block, options).partSize != 0);
-    QCOMPARE(framePlanFor(block, options).windowLog, plan.windowLog);
+    QCOMPARE(plan.partSize != 0, isLarge);
 }
 
 void TestSolidBlocks::threadsAreLimited_data()
