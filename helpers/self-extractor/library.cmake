@@ -14,6 +14,7 @@ add_library(kestrelpack_sfx_common OBJECT
     base/memory.cpp
     base/text.cpp
     $<IF:$<BOOL:${WIN32}>,base/thread_win.cpp,base/thread_posix.cpp>
+    base/threads.cpp
     decoding/bcj2stream.cpp
     decoding/codergraph.cpp
     decoding/decoderchain.cpp

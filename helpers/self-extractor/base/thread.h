@@ -56,9 +56,10 @@ public:
     Thread(const Thread &) = delete;
     Thread &operator=(const Thread &) = delete;
 
-    // Call it once. Returns false if the system cannot create a thread.
+    // Call it again only after join(). Returns false if the system cannot create a thread.
     [[nodiscard]] bool start(void (*function)(void *), void *argument);
     bool isStarted() const { return m_isStarted; }
+    // Waits until the function has returned. Does nothing if it was not started.
     void join();
 
 private:
@@ -73,5 +74,9 @@ private:
     pthread_t m_handle{};
 #endif
 };
+
+// Calls work(argument) on this thread and on `count` others at the same time, or on as many as the system can
+// start. Returns when all calls have. The others must not be started.
+void runOnThreads(Thread *others, unsigned count, void (*work)(void *), void *argument);
 
 } // namespace sfx

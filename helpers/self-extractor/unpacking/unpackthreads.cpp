@@ -42,13 +42,6 @@ public:
     Status run(std::uint64_t totalBytes);
 
 private:
-    struct Helper
-    {
-        UnpackThreads *threads = nullptr;
-        Owned<UnpackSink> sink;
-        Thread thread;
-    };
-
     // What a thread has: of the memory that all share, and the window of its last solid block.
     struct ThreadMemory
     {
@@ -59,7 +52,7 @@ private:
     std::uint32_t endOfTaken(std::uint32_t solidBlock) const;
     Status measure();
     unsigned countThreads(std::uint64_t totalBytes) const;
-    static void runHelper(void *helper);
+    static void work(void *self);
     void unpackNextBlocks(UnpackSink &sink);
     Status unpackFiles(std::uint32_t solidBlock, std::uint32_t end, const CoderGraph &graph,
                        UnpackSink &sink) const;
@@ -75,6 +68,8 @@ private:
     std::uint64_t m_leastMemory = UINT64_MAX; // of all solid blocks, in bytes
     std::uint64_t m_leastReadAhead = 0;       // smaller solid blocks do not read ahead
     std::atomic<std::uint32_t> m_next = 0;    // the next solid block to be unpacked
+    std::atomic<bool> m_isSinkTaken = false;
+    Thread m_others[maxUnpackThreads - 1];
     std::atomic<bool> m_stops = false;
     Monitor m_monitor; // protects the members below
     std::uint64_t m_memoryInUse = 0;
@@ -135,25 +130,23 @@ Status UnpackThreads::run(std::uint64_t totalBytes)
     // when the others have finished.
     const bool hasSpare = threads == 1 || 2 * threads <= m_limits.threads;
     m_leastReadAhead = hasSpare ? 0 : totalBytes / m_limits.threads;
-    Helper helpers[maxUnpackThreads - 1];
-    for (unsigned i = 0; i + 1 < threads; ++i) {
-        helpers[i].threads = this;
-        helpers[i].sink = m_sink.another();
-        if (!helpers[i].sink || !helpers[i].thread.start(runHelper, &helpers[i])) {
-            break; // continue with the threads we have
-        }
-    }
-    unpackNextBlocks(m_sink);
-    for (Helper &helper : helpers) {
-        helper.thread.join();
-    }
+    runOnThreads(m_others, threads - 1, work, this);
     return m_status;
 }
 
-void UnpackThreads::runHelper(void *helper)
+// Runs on each thread. One of them has the sink itself; a thread without a sink leaves its work to the
+// others.
+void UnpackThreads::work(void *self)
 {
-    auto *self = static_cast<Helper *>(helper);
-    self->threads->unpackNextBlocks(*self->sink);
+    auto *threads = static_cast<UnpackThreads *>(self);
+    if (!threads->m_isSinkTaken.exchange(true)) {
+        threads->unpackNextBlocks(threads->m_sink);
+        return;
+    }
+    const Owned<UnpackSink> sink = threads->m_sink.another();
+    if (sink) {
+        threads->unpackNextBlocks(*sink);
+    }
 }
 
 void UnpackThreads::unpackNextBlocks(UnpackSink &sink)

@@ -15,8 +15,8 @@ namespace {
 constexpr auto dispositionEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
 constexpr DWORD removeNameAtOnce = 0x1 | 0x2 | 0x4;
 
-// Becomes false if the system or the disk does not know it. Only the main thread removes.
-constinit bool knowsDispositionEx = true;
+// Becomes false if the system or the disk does not know it.
+constinit std::atomic<bool> knowsDispositionEx = true;
 
 bool setMark(HANDLE opened, bool mark)
 {
@@ -87,6 +87,7 @@ bool markForRemoval(HANDLE opened)
 
 bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
 {
+    const Locked lock(m_monitor);
     if (m_count == m_entries.size()) {
         Array<Entry> larger;
         if (!larger.allocate(64 + 2 * m_count)) {
@@ -127,26 +128,30 @@ void MarkedEntries::makeWritable()
     }
 }
 
+MarkedEntries::Entry *MarkedEntries::takeLast()
+{
+    const Locked lock(m_monitor);
+    return m_count == 0 ? nullptr : &m_entries[--m_count];
+}
+
 void MarkedEntries::remove()
 {
-    for (std::size_t i = 0; i < m_count; ++i) {
-        if (m_entries[i].isFolder) {
-            setMark(m_entries[i].handle, true);
+    while (const Entry *entry = takeLast()) {
+        if (entry->isFolder) {
+            setMark(entry->handle, true);
         }
-        CloseHandle(m_entries[i].handle);
+        CloseHandle(entry->handle);
     }
-    m_count = 0;
 }
 
 void MarkedEntries::release()
 {
-    for (std::size_t i = 0; i < m_count; ++i) {
-        if (!m_entries[i].isFolder) {
-            unmark(m_entries[i].handle, m_entries[i].restored);
+    while (const Entry *entry = takeLast()) {
+        if (!entry->isFolder) {
+            unmark(entry->handle, entry->restored);
         }
-        CloseHandle(m_entries[i].handle);
+        CloseHandle(entry->handle);
     }
-    m_count = 0;
 }
 
 } // namespace sfx

@@ -4,7 +4,10 @@
 #pragma once
 
 #include "helpers/self-extractor/base/memory.h"
+#include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/windows/entryhandle.h"
+
+#include <atomic>
 
 namespace sfx {
 
@@ -28,12 +31,12 @@ public:
     // Keeps a folder with these attributes open. Returns false if there is not enough memory.
     [[nodiscard]] bool keepFolder(Handle &opened, DWORD attributes);
     // Marks a file or link and keeps it open. Returns false if it is in use, or if there is not
-    // enough memory.
+    // enough memory. Several threads may call it at the same time.
     [[nodiscard]] bool markFile(Handle &opened, DWORD attributes);
     // Makes all folders writable: entries of read-only ones cannot be removed everywhere.
     void makeWritable();
-    // Closes all handles. Files are gone then, and folders are removed in the order in which they
-    // were kept, if they are empty.
+    // Closes all handles, the last one first. Files are gone then, and folders too if they are empty.
+    // Several threads may call it together: each closes a part of the files.
     void remove();
     // Takes the marks away and closes all handles.
     void release();
@@ -51,8 +54,12 @@ private:
 
     [[nodiscard]] bool keep(Handle &opened, DWORD attributes, bool isFolder);
 
+    // Takes the last entry off the list; nullptr if there is none. It is valid until another one is kept.
+    Entry *takeLast();
+
+    Monitor m_monitor; // protects the others
     Array<Entry> m_entries;
-    std::size_t m_count = 0;
+    std::atomic<std::size_t> m_count = 0;
 };
 
 } // namespace sfx

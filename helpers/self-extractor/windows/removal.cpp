@@ -3,9 +3,12 @@
 
 #include "helpers/self-extractor/windows/removal.h"
 
+#include "helpers/self-extractor/base/thread.h"
 #include "helpers/self-extractor/windows/fileowner.h"
 #include "helpers/self-extractor/windows/folderlisting.h"
 #include "helpers/self-extractor/windows/markedentries.h"
+
+#include <atomic>
 
 namespace sfx {
 
@@ -20,13 +23,20 @@ constexpr std::size_t mostMarked = 8192;
 // As many go even if it is late. So each start removes a part of a folder that is too large for one.
 constexpr std::size_t leastMarked = 256;
 
+// With fewer folders to look into, or files to remove, threads cost more than they gain.
+constexpr std::size_t leastFolders = 4;
+constexpr std::size_t leastFiles = 64;
+// Most of the time they wait for the disk, and for those that look on, such as virus scanners.
+constexpr unsigned otherThreads = 3;
+
 // One try to remove what is in a folder, and the folder.
 //
 // First, all folders are opened, and every program and library is asked whether it could be
 // removed. While a program runs, nothing else is touched: a marked file cannot be opened, and the
 // program might need it at this moment. Then all files are marked and kept open. If one is in use,
 // the marks are taken away again. If none is, the files go as their handles are closed, and then
-// the folders. So each file is opened only once.
+// the folders. So each file is opened only once. Several threads mark and close the files of a large
+// folder.
 //
 // After the deadline, no more files are marked, and those that are go. The deadline does not end the
 // search for programs, which all must be asked: on a slow machine, nothing would ever go.
@@ -36,75 +46,42 @@ public:
     TreeRemoval(HANDLE root, std::uint64_t deadline) : m_root(root), m_deadline(deadline) {}
     TreeRemoval(const TreeRemoval &) = delete;
     TreeRemoval &operator=(const TreeRemoval &) = delete;
-    ~TreeRemoval()
-    {
-        while (m_level) {
-            leave();
-        }
-    }
 
     // Returns true if nothing is left in the folder, and it is gone when its handle is closed.
     bool run();
 
 private:
-    // A folder that is being walked through. Levels are on the heap, since a tree may be thousands
-    // of folders deep.
-    struct Level
-    {
-        Handle folder; // empty for the root
-        DWORD attributes = 0;
-        FolderListing listing;
-        Owned<Level> above;
-    };
+    enum class Step : std::uint8_t { Ask, Mark, Remove };
 
-    bool stopsMarking() const
+    bool isLate() const
     {
         return m_files.count() >= leastMarked && GetTickCount64() > m_deadline;
     }
-    bool enter(Handle &folder, DWORD attributes, HANDLE listed);
-    bool leave();
-    bool askPrograms();
-    bool askEntry(const ListedEntry &entry);
-    bool markFiles(HANDLE folder);
-    bool markFile(const ListedEntry &entry);
-    bool markAll();
+    bool takeStep(Step step, unsigned others);
+    static void work(void *removal);
+    void visitFolders();
+    bool visit(const ListedEntry &entry);
 
     HANDLE m_root;
     std::uint64_t m_deadline;
-    Owned<Level> m_level;
-    FolderListing m_listing;
-    MarkedEntries m_folders; // each after those in it
+    MarkedEntries m_folders; // without the root; each after the one that it is in
     MarkedEntries m_files;
-    bool m_hasMore = false; // files that are not marked yet
+    Step m_step = Step::Ask;
+    Thread m_others[otherThreads];
+    // Changed by the threads:
+    std::atomic<std::size_t> m_nextFolder = 0; // 0: the root
+    std::atomic<bool> m_isInUse = false;
+    std::atomic<bool> m_hasMore = false; // files that are not marked yet
 };
 
-bool TreeRemoval::enter(Handle &folder, DWORD attributes, HANDLE listed)
-{
-    auto level = makeOwned<Level>();
-    if (!level) {
-        return false;
-    }
-    level->folder.reset(folder.release());
-    level->attributes = attributes;
-    level->listing.begin(listed);
-    level->above = std::move(m_level);
-    m_level = std::move(level);
-    return true;
-}
-
-bool TreeRemoval::leave()
-{
-    const bool kept = !m_level->folder
-        || m_folders.keepFolder(m_level->folder, m_level->attributes);
-    Owned<Level> above = std::move(m_level->above);
-    m_level = std::move(above);
-    return kept;
-}
-
 // Returns false if the entry is in use.
-bool TreeRemoval::askEntry(const ListedEntry &entry)
+bool TreeRemoval::visit(const ListedEntry &entry)
 {
-    if (!entry.isFolder() && !isProgramName(entry.name, entry.nameSize)) {
+    const bool isFolder = entry.isFolder();
+    const bool isSkipped = m_step == Step::Mark
+        ? isFolder
+        : !isFolder && !isProgramName(entry.name, entry.nameSize);
+    if (isSkipped) {
         return true;
     }
     Handle opened;
@@ -112,78 +89,67 @@ bool TreeRemoval::askEntry(const ListedEntry &entry)
     if (use != EntryUse::Free) {
         return use != EntryUse::InUse;
     }
-    return entry.isFolder() ? enter(opened, entry.attributes, opened.get())
-                            : couldBeRemoved(opened.get(), entry.attributes);
-}
-
-bool TreeRemoval::askPrograms()
-{
-    Handle none;
-    if (!enter(none, 0, m_root)) {
-        return false;
+    if (isFolder) {
+        return m_folders.keepFolder(opened, entry.attributes);
     }
-    while (m_level) {
-        if (m_level->listing.next()) {
-            if (!askEntry(m_level->listing.entry())) {
-                return false;
-            }
-        } else if (!leave()) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Returns false if the file is in use.
-bool TreeRemoval::markFile(const ListedEntry &entry)
-{
-    Handle opened;
-    const EntryUse use = openEntry(entry, opened);
-    if (use != EntryUse::Free) {
-        return use != EntryUse::InUse;
-    }
-    if (m_files.count() < mostMarked) {
+    if (m_step == Step::Mark && m_files.count() < mostMarked) {
         return m_files.markFile(opened, entry.attributes);
     }
     m_hasMore = true;
     return couldBeRemoved(opened.get(), entry.attributes);
 }
 
-bool TreeRemoval::markFiles(HANDLE folder)
+// When programs are asked, the list of folders grows meanwhile.
+void TreeRemoval::visitFolders()
 {
-    m_listing.begin(folder);
-    while (!stopsMarking() && m_listing.next()) {
-        const ListedEntry entry = m_listing.entry();
-        if (!entry.isFolder() && !markFile(entry)) {
-            return false;
+    FolderListing listing;
+    std::size_t next = 0;
+    while (!m_isInUse && (next = m_nextFolder++) <= m_folders.count()) {
+        listing.begin(next == 0 ? m_root : m_folders.handle(next - 1));
+        while (!isLate() && listing.next()) {
+            if (!visit(listing.entry())) {
+                m_isInUse = true;
+                break;
+            }
         }
     }
-    return true;
 }
 
-bool TreeRemoval::markAll()
+// Runs on each thread.
+void TreeRemoval::work(void *removal)
 {
-    m_hasMore = false;
-    for (std::size_t i = 0; i < m_folders.count(); ++i) {
-        if (!markFiles(m_folders.handle(i))) {
-            return false;
-        }
+    auto *self = static_cast<TreeRemoval *>(removal);
+    if (self->m_step == Step::Remove) {
+        self->m_files.remove();
+    } else {
+        self->visitFolders();
     }
-    return markFiles(m_root);
+}
+
+// Returns false if something is in use.
+bool TreeRemoval::takeStep(Step step, unsigned others)
+{
+    m_step = step;
+    m_nextFolder = 0;
+    m_hasMore = false;
+    runOnThreads(m_others, others, work, this);
+    return !m_isInUse;
 }
 
 bool TreeRemoval::run()
 {
-    if (!askPrograms()) {
+    if (!takeStep(Step::Ask, 0)) {
         return false;
     }
+    bool hasMore = false;
     do {
-        if (!markAll()) {
+        if (!takeStep(Step::Mark, m_folders.count() < leastFolders ? 0 : otherThreads)) {
             return false;
         }
+        hasMore = m_hasMore;
         m_folders.makeWritable();
-        m_files.remove();
-    } while (m_hasMore);
+        takeStep(Step::Remove, m_files.count() < leastFiles ? 0 : otherThreads);
+    } while (hasMore);
     m_folders.remove();
     return markForRemoval(m_root);
 }
