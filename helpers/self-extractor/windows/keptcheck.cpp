@@ -4,17 +4,26 @@
 #include "helpers/self-extractor/windows/keptcheck.h"
 
 #include "helpers/self-extractor/base/crc32.h"
-#include "helpers/self-extractor/windows/folderwalk.h"
+#include "helpers/self-extractor/base/thread.h"
+#include "helpers/self-extractor/windows/folderlisting.h"
 #include "helpers/self-extractor/windows/interrupt.h"
 #include "helpers/self-extractor/windows/keptentries.h"
 #include "helpers/self-extractor/windows/keptremoval.h"
+
+#include <atomic>
 
 namespace sfx {
 
 namespace {
 
 constexpr std::size_t pieceSize = 256 * 1024;
+// With fewer entries to look at, threads cost more than they gain. Reading the files always pays.
+constexpr std::size_t leastEntries = 512;
+// Most of the time they wait for the disk, and for those that look on, such as virus scanners.
+constexpr unsigned otherThreads = 3;
 
+// Several threads take the folders that wait, one after the other. The folders in a folder wait, open,
+// from the moment when it is listed.
 class KeptCheck
 {
 public:
@@ -24,66 +33,149 @@ public:
         , m_window(window)
     {
     }
+    KeptCheck(const KeptCheck &) = delete;
+    KeptCheck &operator=(const KeptCheck &) = delete;
+    ~KeptCheck();
 
     Status run(HANDLE application);
 
 private:
-    Status enter(Handle &folder, HANDLE listed, std::uint64_t beginning);
-    Status check(const ListedEntry &entry);
-    Status checkFound(const ListedEntry &entry, std::uint64_t path, KeptEntry &kept, Match match);
-    Status compareContent(HANDLE file, const KeptEntry &kept, bool &isRight);
+    struct Folder
+    {
+        Handle opened;               // empty if somebody else owns it
+        HANDLE listed = nullptr;     // the folder's handle
+        std::uint64_t beginning = 0; // the hash that the paths in it begin with
+        Owned<Folder> next;
+    };
+
+    // What each thread has for itself.
+    struct Place
+    {
+        std::uint64_t beginning = 0; // of the folder that is looked at
+        FolderListing listing;
+        Array<std::uint8_t> buffer;
+    };
+
+    static void runThread(void *self) { static_cast<KeptCheck *>(self)->work(); }
+    void work();
+    Status add(Handle &opened, HANDLE listed, std::uint64_t beginning);
+    Status checkFolder(const Folder &folder, Place &place);
+    Status check(const ListedEntry &entry, Place &place);
+    Status checkFound(const ListedEntry &entry, std::uint64_t path, KeptEntry &kept, Match match,
+                      Place &place);
+    Status compareContent(HANDLE file, const KeptEntry &kept, Array<std::uint8_t> &buffer,
+                          bool &isRight) const;
     Status replace(const ListedEntry &entry) const;
     Status stopReason() const;
 
-    KeptTable &m_table;
+    KeptTable &m_table; // each entry is used by the thread that finds it
     KeptComparison m_how;
     const Owned<ProgressWindow> &m_window;
-    FolderWalk m_walk;
-    Array<std::uint8_t> m_buffer;
+    Thread m_others[otherThreads];
+    std::atomic<bool> m_stops = false;
+    Monitor m_monitor; // protects the members below
+    Owned<Folder> m_waiting;
+    unsigned m_busy = 0; // threads that look into a folder
+    Status m_status = Status::Ok;
 };
+
+// One after the other: the folders would go recursively otherwise, and there may be many.
+KeptCheck::~KeptCheck()
+{
+    while (m_waiting) {
+        Owned<Folder> next = std::move(m_waiting->next);
+        m_waiting = std::move(next);
+    }
+}
 
 Status KeptCheck::stopReason() const
 {
     if (isInterrupted()) {
         return Status::Interrupted;
     }
-    return m_window && m_window->isCancelled() ? Status::Cancelled : Status::Ok;
+    return m_stops || (m_window && m_window->isCancelled()) ? Status::Cancelled : Status::Ok;
 }
 
-Status KeptCheck::enter(Handle &folder, HANDLE listed, std::uint64_t beginning)
+Status KeptCheck::add(Handle &opened, HANDLE listed, std::uint64_t beginning)
 {
-    return m_walk.enter(folder, listed, 0, beginning) ? Status::Ok : Status::NoMemory;
+    auto folder = makeOwned<Folder>();
+    if (!folder) {
+        return Status::NoMemory;
+    }
+    folder->opened.reset(opened.release());
+    folder->listed = listed;
+    folder->beginning = beginning;
+    const Locked lock(m_monitor);
+    folder->next = std::move(m_waiting);
+    m_waiting = std::move(folder);
+    m_monitor.wake();
+    return Status::Ok;
 }
 
 Status KeptCheck::run(HANDLE application)
 {
     Handle none;
-    Status status = enter(none, application, m_table.beginning());
-    while (status == Status::Ok && m_walk) {
-        if (m_walk->listing.next()) {
-            status = check(m_walk->listing.entry());
-        } else {
-            m_walk.leave();
-            status = stopReason();
+    const Status status = add(none, application, m_table.beginning());
+    if (status != Status::Ok) {
+        return status;
+    }
+    const bool isLarge = m_how.comparesContents || m_table.hashes().size() >= leastEntries;
+    runOnThreads(m_others, isLarge ? otherThreads : 0, runThread, this);
+    return m_status;
+}
+
+// Runs on each thread.
+void KeptCheck::work()
+{
+    Place place;
+    m_monitor.enter();
+    while (!m_stops && (m_waiting || m_busy != 0)) {
+        if (!m_waiting) {
+            m_monitor.wait();
+            continue;
         }
+        Owned<Folder> folder = std::move(m_waiting);
+        m_waiting = std::move(folder->next);
+        ++m_busy;
+        m_monitor.leave();
+        const Status status = checkFolder(*folder, place);
+        folder = Owned<Folder>();
+        m_monitor.enter();
+        --m_busy;
+        if (status != Status::Ok && !m_stops) {
+            m_status = status;
+            m_stops = true;
+        }
+        m_monitor.wake();
+    }
+    m_monitor.leave();
+}
+
+Status KeptCheck::checkFolder(const Folder &folder, Place &place)
+{
+    Status status = stopReason();
+    place.beginning = folder.beginning;
+    place.listing.begin(folder.listed);
+    while (status == Status::Ok && place.listing.next()) {
+        status = check(place.listing.entry(), place);
     }
     return status;
 }
 
-Status KeptCheck::check(const ListedEntry &entry)
+Status KeptCheck::check(const ListedEntry &entry, Place &place)
 {
-    const std::uint64_t path = hashPath(m_walk->beginning, entry.name, entry.nameSize);
+    const std::uint64_t path = hashPath(place.beginning, entry.name, entry.nameSize);
     KeptEntry *kept = m_table.find(path);
     if (kept == nullptr) {
         return Status::Ok;
     }
     const FoundEntry found{entry.isFolder(), entry.isLink(), entry.size, entry.modified};
     const Match match = matchEntry(*kept, found, m_how.comparesContents);
-    return match == Match::Wrong ? replace(entry) : checkFound(entry, path, *kept, match);
+    return match == Match::Wrong ? replace(entry) : checkFound(entry, path, *kept, match, place);
 }
 
 Status KeptCheck::checkFound(const ListedEntry &entry, std::uint64_t path, KeptEntry &kept,
-                             Match match)
+                             Match match, Place &place)
 {
     Handle opened;
     if (entry.isFolder() || match == Match::ByContent) {
@@ -94,25 +186,26 @@ Status KeptCheck::checkFound(const ListedEntry &entry, std::uint64_t path, KeptE
     }
     if (match == Match::ByContent) {
         bool isRight = false;
-        const Status status = compareContent(opened.get(), kept, isRight);
+        const Status status = compareContent(opened.get(), kept, place.buffer, isRight);
         if (status != Status::Ok || !isRight) {
             return status != Status::Ok ? status : replace(entry);
         }
     }
     kept.isRight = true;
-    return entry.isFolder() ? enter(opened, opened.get(), hashInside(path)) : Status::Ok;
+    return entry.isFolder() ? add(opened, opened.get(), hashInside(path)) : Status::Ok;
 }
 
-Status KeptCheck::compareContent(HANDLE file, const KeptEntry &kept, bool &isRight)
+Status KeptCheck::compareContent(HANDLE file, const KeptEntry &kept, Array<std::uint8_t> &buffer,
+                                 bool &isRight) const
 {
-    if (m_buffer.size() == 0 && !m_buffer.allocate(pieceSize)) {
+    if (buffer.size() == 0 && !buffer.allocate(pieceSize)) {
         return Status::NoMemory;
     }
     std::uint32_t sum = 0;
     std::uint64_t size = 0;
     DWORD got = 0;
-    while (ReadFile(file, m_buffer.data(), pieceSize, &got, nullptr) && got != 0) {
-        sum = crc32(sum, m_buffer.data(), got);
+    while (ReadFile(file, buffer.data(), pieceSize, &got, nullptr) && got != 0) {
+        sum = crc32(sum, buffer.data(), got);
         size += got;
         const Status status = stopReason();
         if (status != Status::Ok) {
