@@ -102,11 +102,18 @@ ProgressWindow::~ProgressWindow()
     m_thread.join();
 }
 
+// A window that disappears at once would only disturb: if half is done, the rest gets the same time again.
+bool ProgressWindow::isNeeded() const
+{
+    const auto takesLonger
+        = [this] { return WaitForSingleObject(m_end.get(), patience) == WAIT_TIMEOUT; };
+    return takesLonger() && (progress() < barSteps / 2 || takesLonger()) && progress() < barSteps;
+}
+
 void ProgressWindow::run(void *self)
 {
     auto *window = static_cast<ProgressWindow *>(self);
-    if (WaitForSingleObject(window->m_end.get(), patience) == WAIT_TIMEOUT
-        && window->progress() < barSteps) {
+    if (window->isNeeded()) {
         window->show();
     }
 }
