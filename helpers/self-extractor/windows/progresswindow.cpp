@@ -105,8 +105,9 @@ ProgressWindow::~ProgressWindow()
 // A window that disappears at once would only disturb: if half is done, the rest gets the same time again.
 bool ProgressWindow::isNeeded() const
 {
-    const auto takesLonger
-        = [this] { return WaitForSingleObject(m_end.get(), patience) == WAIT_TIMEOUT; };
+    const auto takesLonger = [this] {
+        return WaitForSingleObject(m_end.get(), patience) == WAIT_TIMEOUT;
+    };
     return takesLonger() && (progress() < barSteps / 2 || takesLonger()) && progress() < barSteps;
 }
 

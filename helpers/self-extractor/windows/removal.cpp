@@ -53,10 +53,7 @@ public:
 private:
     enum class Step : std::uint8_t { Ask, Mark, Remove };
 
-    bool isLate() const
-    {
-        return m_files.count() >= leastMarked && GetTickCount64() > m_deadline;
-    }
+    bool isLate() const { return m_files.count() >= leastMarked && GetTickCount64() > m_deadline; }
     bool takeStep(Step step, unsigned others);
     static void work(void *removal);
     void visitFolders();
@@ -78,9 +75,8 @@ private:
 bool TreeRemoval::visit(const ListedEntry &entry)
 {
     const bool isFolder = entry.isFolder();
-    const bool isSkipped = m_step == Step::Mark
-        ? isFolder
-        : !isFolder && !isProgramName(entry.name, entry.nameSize);
+    const bool isSkipped
+        = m_step == Step::Mark ? isFolder : !isFolder && !isProgramName(entry.name, entry.nameSize);
     if (isSkipped) {
         return true;
     }

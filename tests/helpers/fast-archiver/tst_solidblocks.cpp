@@ -203,10 +203,10 @@ void TestSolidBlocks::framesAreSetByTheirSize_data()
     QTest::addColumn<bool>("isLarge");
     QTest::addColumn<unsigned>("wanted");
     QTest::addColumn<unsigned>("windowLog");
-    const auto row = [](const char *name, quint64 size, bool isLarge, unsigned wanted,
-                        unsigned windowLog) {
-        QTest::newRow(name) << size << isLarge << wanted << windowLog;
-    };
+    const auto row
+        = [](const char *name, quint64 size, bool isLarge, unsigned wanted, unsigned windowLog) {
+              QTest::newRow(name) << size << isLarge << wanted << windowLog;
+          };
     row("one byte", 1, false, 0, 17);
     row("4 MiB", 4 * mebibyte, false, 0, 22);
     row("a byte more", 4 * mebibyte + 1, false, 0, 23);
