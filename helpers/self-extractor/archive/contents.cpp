@@ -32,25 +32,6 @@ Status sameName(const char16_t *name, std::size_t size, const Text &wanted, Uppe
     return Status::Ok;
 }
 
-Status measure(Archive &archive, std::uint64_t &totalBytes, std::size_t &totalUnits)
-{
-    totalBytes = 0;
-    totalUnits = 0;
-    for (std::uint32_t i = 0; i < archive.entryCount(); ++i) {
-        Entry entry;
-        const Status status = archive.entry(i, entry);
-        if (status != Status::Ok) {
-            return status;
-        }
-        totalUnits += entry.pathSize;
-        totalBytes += entry.size;
-        if (totalBytes < entry.size) {
-            return Status::Damaged;
-        }
-    }
-    return Status::Ok;
-}
-
 Status checkCoderGraphs(const Archive &archive)
 {
     Status status = Status::Ok;
@@ -69,22 +50,17 @@ Status checkCoderGraphs(const Archive &archive)
 Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
                      std::uint64_t &totalBytes)
 {
-    std::size_t totalUnits = 0;
-    Status status = measure(archive, totalBytes, totalUnits);
-    if (status == Status::Ok) {
-        status = checkCoderGraphs(archive);
-    }
-    if (status != Status::Ok) {
-        return status;
-    }
+    const CSzArEx &tables = archive.tables();
+    const std::uint32_t count = archive.entryCount();
     PathSet paths(upperCase);
-    if (!paths.allocate(archive.entryCount(), totalUnits)) {
+    if (!paths.allocate(count, count != 0 ? tables.FileNameOffsets[count] : 0)) {
         return Status::NoMemory;
     }
+    totalBytes = 0;
     bool programFound = false;
-    for (std::uint32_t i = 0; i < archive.entryCount(); ++i) {
+    for (std::uint32_t i = 0; i < count; ++i) {
         Entry entry;
-        status = archive.entry(i, entry);
+        Status status = archive.entry(i, entry);
         bool same = false;
         if (status == Status::Ok && !entry.isFolder) {
             status = sameName(entry.path, entry.pathSize, program, upperCase, same);
@@ -94,6 +70,14 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
         }
         programFound = programFound || same;
         paths.add(entry.path, entry.pathSize, entry.isFolder);
+        totalBytes += entry.size;
+        if (totalBytes < entry.size) {
+            return Status::Damaged;
+        }
+    }
+    const Status status = checkCoderGraphs(archive);
+    if (status != Status::Ok) {
+        return status;
     }
     if (paths.collides()) {
         return Status::UnsafeName;

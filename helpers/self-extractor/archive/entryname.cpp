@@ -3,6 +3,7 @@
 
 #include "helpers/self-extractor/archive/entryname.h"
 
+#include <cstdint>
 #include <initializer_list>
 
 namespace sfx {
@@ -49,17 +50,23 @@ bool isDevice(const char16_t *name, std::size_t size)
         && (equalsIgnoringCase(name, 3, u"COM") || equalsIgnoringCase(name, 3, u"LPT"));
 }
 
+// A bit for each of these characters, and for those before the space.
+constexpr std::uint64_t bitsOf(const char *characters, unsigned first)
+{
+    std::uint64_t bits = first == 0 ? 0xffffffff : 0;
+    for (; *characters != 0; ++characters) {
+        const unsigned place = static_cast<unsigned char>(*characters) - first;
+        bits |= place < 64 ? std::uint64_t{1} << place : 0;
+    }
+    return bits;
+}
+
 bool isForbidden(char16_t unit)
 {
-    if (unit < 0x20) {
-        return true;
-    }
-    for (const char16_t forbidden : {u'<', u'>', u':', u'"', u'/', u'\\', u'|', u'?', u'*'}) {
-        if (unit == forbidden) {
-            return true;
-        }
-    }
-    return false;
+    constexpr const char *forbidden = "<>:\"/\\|?*";
+    constexpr std::uint64_t lower = bitsOf(forbidden, 0);
+    constexpr std::uint64_t upper = bitsOf(forbidden, 64);
+    return unit < 128 && (((unit < 64 ? lower : upper) >> (unit % 64)) & 1) != 0;
 }
 
 } // namespace
