@@ -17,13 +17,11 @@ namespace sfx {
 namespace {
 
 constexpr std::size_t pieceSize = 256 * 1024;
-// With fewer entries to look at, threads cost more than they gain. Reading the files always pays.
-constexpr std::size_t leastEntries = 512;
-// Most of the time they wait for the disk, and for those that look on, such as virus scanners.
+// They read and sum the files' contents. To list the folders one is as fast.
 constexpr unsigned otherThreads = 3;
 
-// Several threads take the folders that wait, one after the other. The folders in a folder wait, open,
-// from the moment when it is listed.
+// The threads take the folders that wait, one after the other. The folders in a folder wait, open, from
+// the moment when it is listed.
 class KeptCheck
 {
 public:
@@ -119,8 +117,7 @@ Status KeptCheck::run(HANDLE application)
     if (status != Status::Ok) {
         return status;
     }
-    const bool isLarge = m_how.comparesContents || m_table.hashes().size() >= leastEntries;
-    runOnThreads(m_others, isLarge ? otherThreads : 0, runThread, this);
+    runOnThreads(m_others, m_how.comparesContents ? otherThreads : 0, runThread, this);
     return m_status;
 }
 
