@@ -39,19 +39,21 @@ void ReadAhead::run(void *self)
 // Runs in the thread. Returns false if there is nothing more to do.
 bool ReadAhead::decodePiece()
 {
-    std::size_t limit = 0;
+    std::size_t room = 0;
     {
         const Locked lock(m_monitor);
-        while (m_input->freeSpace(m_unread) < pieceSize && m_unread != 0 && !m_isCancelled) {
+        while ((room = m_input->freeSpace(m_unread)) < pieceSize && m_unread != 0
+               && !m_isCancelled) {
+            // Woken after every small file, it would seldom find enough.
+            m_enough = m_unread - std::min(m_unread, pieceSize - room);
             m_monitor.wait();
         }
         if (m_isCancelled) {
             return false;
         }
-        limit = std::min(m_input->freeSpace(m_unread), pieceSize);
     }
     ByteView piece;
-    const Status status = m_input->next(limit, piece);
+    const Status status = m_input->next(std::min(room, pieceSize), piece);
     const Locked lock(m_monitor);
     append(piece);
     m_status = status;
@@ -86,7 +88,9 @@ Status ReadAhead::next(std::size_t limit, ByteView &bytes)
     if (m_given != 0) {
         m_unread -= m_given;
         m_given = 0;
-        m_monitor.wake();
+        if (m_unread <= m_enough) {
+            m_monitor.wake();
+        }
     }
     ByteView &part = m_parts[0];
     while (part.size == 0 && !m_hasEnded) {

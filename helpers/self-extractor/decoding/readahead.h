@@ -39,6 +39,7 @@ private:
     // has gone back to the beginning of its window in between.
     ByteView m_parts[2];
     std::size_t m_unread = 0; // decoded bytes that the reader has not finished with
+    std::size_t m_enough = 0; // with so many, or fewer, the waiting thread looks for room again
     bool m_isCancelled = false;
     bool m_hasEnded = false;
     Status m_status = Status::Ok; // the status at the end
