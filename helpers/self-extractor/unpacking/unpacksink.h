@@ -27,7 +27,8 @@ public:
     virtual Status finishFolder(const Entry &folder) = 0;
 
     // A sink for another thread, writing to the same folder. Each file is written by one sink. This
-    // sink must outlive the new one. Empty if there can be only one sink.
+    // sink must outlive the new one. Empty if there can be only one sink. Any thread may call it, one at
+    // a time, while the sinks are used.
     virtual Owned<UnpackSink> another() { return Owned<UnpackSink>(); }
 };
 

@@ -68,10 +68,10 @@ private:
     std::uint64_t m_leastMemory = UINT64_MAX; // of all solid blocks, in bytes
     std::uint64_t m_leastReadAhead = 0;       // smaller solid blocks do not read ahead
     std::atomic<std::uint32_t> m_next = 0;    // the next solid block to be unpacked
-    std::atomic<bool> m_isSinkTaken = false;
     Thread m_others[maxUnpackThreads - 1];
     std::atomic<bool> m_stops = false;
     Monitor m_monitor; // protects the members below
+    bool m_isSinkTaken = false;
     std::uint64_t m_memoryInUse = 0;
     Status m_status = Status::Ok;
 };
@@ -139,13 +139,15 @@ Status UnpackThreads::run(std::uint64_t totalBytes)
 void UnpackThreads::work(void *self)
 {
     auto *threads = static_cast<UnpackThreads *>(self);
-    if (!threads->m_isSinkTaken.exchange(true)) {
-        threads->unpackNextBlocks(threads->m_sink);
-        return;
+    Owned<UnpackSink> own;
+    threads->m_monitor.enter();
+    const bool isFirst = !std::exchange(threads->m_isSinkTaken, true);
+    if (!isFirst) {
+        own = threads->m_sink.another();
     }
-    const Owned<UnpackSink> sink = threads->m_sink.another();
-    if (sink) {
-        threads->unpackNextBlocks(*sink);
+    threads->m_monitor.leave();
+    if (isFirst || own) {
+        threads->unpackNextBlocks(isFirst ? threads->m_sink : *own);
     }
 }
 

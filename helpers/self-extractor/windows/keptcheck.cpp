@@ -17,7 +17,7 @@ namespace sfx {
 namespace {
 
 constexpr std::size_t pieceSize = 256 * 1024;
-// They read and sum the files' contents. To list the folders one is as fast.
+// For reading the files' contents. One thread lists the folders as fast as several.
 constexpr unsigned otherThreads = 3;
 
 // The threads take the folders that wait, one after the other. The folders in a folder wait, open, from

@@ -33,7 +33,7 @@ private:
     struct Desktop; // the system's functions
     static void run(void *self);
     static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM first, LPARAM second);
-    bool isNeeded() const; // takes its time
+    bool isNeeded() const; // waits until it is known
     void show();
     bool handle(HWND dialog, UINT message, WPARAM first);
     void setUp(HWND dialog) const;
