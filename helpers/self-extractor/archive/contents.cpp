@@ -53,6 +53,7 @@ Status checkContents(Archive &archive, const Text &program, UpperCase upperCase,
     const CSzArEx &tables = archive.tables();
     const std::uint32_t count = archive.entryCount();
     PathSet paths(upperCase);
+    // The names lie one after the other; the last offset is the end of all.
     if (!paths.allocate(count, count != 0 ? tables.FileNameOffsets[count] : 0)) {
         return Status::NoMemory;
     }

@@ -127,7 +127,6 @@ bool TreeRemoval::takeStep(Step step, unsigned others)
 {
     m_step = step;
     m_nextFolder = 0;
-    m_hasMore = false;
     runOnThreads(m_others, others, work, this);
     return !m_isInUse;
 }
@@ -137,15 +136,14 @@ bool TreeRemoval::run()
     if (!takeStep(Step::Ask, 0)) {
         return false;
     }
-    bool hasMore = false;
     do {
+        m_hasMore = false;
         if (!takeStep(Step::Mark, m_folders.count() < leastFolders ? 0 : otherThreads)) {
             return false;
         }
-        hasMore = m_hasMore;
         m_folders.makeWritable();
         takeStep(Step::Remove, m_files.count() < leastFiles ? 0 : otherThreads);
-    } while (hasMore);
+    } while (m_hasMore);
     m_folders.remove();
     return markForRemoval(m_root);
 }

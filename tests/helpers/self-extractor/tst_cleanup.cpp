@@ -135,6 +135,7 @@ void TestCleanup::removesNothingWhileAFileIsInUse_data()
     QTest::newRow("data of the program") << "data.txt";
     QTest::newRow("a read-only file") << "readonly.txt";
     QTest::newRow("a library") << "z/last.dll";
+    QTest::newRow("one of the files that several threads mark") << "5/5.txt";
 }
 
 void TestCleanup::removesNothingWhileAFileIsInUse()
@@ -143,10 +144,13 @@ void TestCleanup::removesNothingWhileAFileIsInUse()
     QString folder;
     const auto process = startWaiting(assembleWithData(), folder);
     QVERIFY(process != nullptr);
-    QVERIFY(writeTree(folder,
-                      {{QStringLiteral("readonly.txt"), "x"},
-                       {QStringLiteral("a/first.dll"), "x"},
-                       {QStringLiteral("z/last.dll"), "x"}}));
+    Tree tree{{QStringLiteral("readonly.txt"), "x"},
+              {QStringLiteral("a/first.dll"), "x"},
+              {QStringLiteral("z/last.dll"), "x"}};
+    for (int i = 0; i < 80; ++i) {
+        tree.insert(QStringLiteral("%1/%2.txt").arg(i / 10).arg(i % 10), "x");
+    }
+    QVERIFY(writeTree(folder, tree));
     QVERIFY(
         QFile::setPermissions(folder + QStringLiteral("/readonly.txt"), QFileDevice::ReadOwner));
     const QStringList all = allFiles(folder);
