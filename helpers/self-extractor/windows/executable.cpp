@@ -5,6 +5,13 @@
 
 #include "helpers/self-extractor/start/winpath.h"
 
+#include <winternl.h>
+
+// MinGW's winternl.h does not declare it (Microsoft, ntifs.h).
+extern "C" NTSYSAPI NTSTATUS NTAPI NtReadFile(HANDLE, HANDLE, PIO_APC_ROUTINE, PVOID,
+                                              PIO_STATUS_BLOCK, PVOID, ULONG, PLARGE_INTEGER,
+                                              PULONG);
+
 namespace sfx {
 
 namespace {
@@ -47,17 +54,21 @@ bool Executable::readAt(std::uint64_t offset, void *data, std::size_t size)
     }
     auto *out = static_cast<char *>(data);
     while (size != 0) {
-        OVERLAPPED position = {};
-        position.Offset = static_cast<DWORD>(offset);
-        position.OffsetHigh = static_cast<DWORD>(offset >> 32);
+        // ReadFile() at a position also asks for a message to a completion port. The file has none, but
+        // under Wine that is a request to its server with each read.
+        LARGE_INTEGER position = {};
+        position.QuadPart = static_cast<LONGLONG>(offset);
+        IO_STATUS_BLOCK result = {};
         const DWORD piece = size < (1u << 30) ? static_cast<DWORD>(size) : (1u << 30);
-        DWORD got = 0;
-        if (!ReadFile(m_file.get(), out, piece, &got, &position) || got == 0) {
+        if (NtReadFile(m_file.get(), nullptr, nullptr, nullptr, &result, out, piece, &position,
+                       nullptr)
+                < 0
+            || result.Information == 0) {
             return false;
         }
-        out += got;
-        offset += got;
-        size -= got;
+        out += result.Information;
+        offset += result.Information;
+        size -= result.Information;
     }
     return true;
 }
