@@ -115,7 +115,7 @@ bool ListedRemoval::run(Handle &root)
 bool removeEntry(Handle &opened, DWORD attributes)
 {
     MarkedEntries one;
-    if (!one.markFile(opened, attributes)) {
+    if (!one.markFile(opened, attributes, 0)) {
         opened.reset();
         return false;
     }

@@ -15,6 +15,9 @@ namespace {
 constexpr auto dispositionEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
 constexpr DWORD removeNameAtOnce = 0x1 | 0x2 | 0x4;
 
+// In bytes. For a smaller file, takeOverMemory() costs more than it gains.
+constexpr std::uint64_t leastLarge = 64 * 1024;
+
 // Becomes false if the system or the disk does not know it.
 constinit std::atomic<bool> knowsDispositionEx = true;
 
@@ -38,6 +41,15 @@ void setAttributes(HANDLE opened, DWORD attributes)
     FILE_BASIC_INFO info = {}; // zeros: leave unchanged
     info.FileAttributes = attributes;
     SetFileInformationByHandle(opened, FileBasicInfo, &info, sizeof info);
+}
+
+// Under Wine, a removed file's memory is freed by the last process that has it open. A process gets the
+// file from Wine's server with its first question about the file. If this one has it, each thread frees the
+// memory of what it closes; otherwise the server would do it alone, and answer nobody meanwhile.
+void takeOverMemory(HANDLE opened)
+{
+    FILE_STANDARD_INFO info;
+    GetFileInformationByHandleEx(opened, FileStandardInfo, &info, sizeof info);
 }
 
 // What to give back to an entry that stays; 0 if it is not read-only.
@@ -85,7 +97,7 @@ bool markForRemoval(HANDLE opened)
     return setMark(opened, true);
 }
 
-bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
+bool MarkedEntries::keep(Handle &opened, DWORD attributes, Kind kind)
 {
     const Locked lock(m_monitor);
     if (m_count == m_entries.size()) {
@@ -98,21 +110,21 @@ bool MarkedEntries::keep(Handle &opened, DWORD attributes, bool isFolder)
         }
         m_entries = std::move(larger);
     }
-    m_entries[m_count++] = {opened.release(), toRestore(attributes), isFolder};
+    m_entries[m_count++] = {opened.release(), toRestore(attributes), kind};
     return true;
 }
 
 bool MarkedEntries::keepFolder(Handle &opened, DWORD attributes)
 {
-    return keep(opened, attributes, true);
+    return keep(opened, attributes, Kind::Folder);
 }
 
-bool MarkedEntries::markFile(Handle &opened, DWORD attributes)
+bool MarkedEntries::markFile(Handle &opened, DWORD attributes, std::uint64_t size)
 {
     if (!markWritable(opened.get(), toRestore(attributes))) {
         return false;
     }
-    if (keep(opened, attributes, false)) {
+    if (keep(opened, attributes, size < leastLarge ? Kind::SmallFile : Kind::LargeFile)) {
         return true;
     }
     unmark(opened.get(), toRestore(attributes));
@@ -137,8 +149,10 @@ MarkedEntries::Entry *MarkedEntries::takeLast()
 void MarkedEntries::remove()
 {
     while (const Entry *entry = takeLast()) {
-        if (entry->isFolder) {
+        if (entry->kind == Kind::Folder) {
             setMark(entry->handle, true);
+        } else if (entry->kind == Kind::LargeFile) {
+            takeOverMemory(entry->handle);
         }
         CloseHandle(entry->handle);
     }
@@ -147,7 +161,7 @@ void MarkedEntries::remove()
 void MarkedEntries::release()
 {
     while (const Entry *entry = takeLast()) {
-        if (!entry->isFolder) {
+        if (entry->kind != Kind::Folder) {
             unmark(entry->handle, entry->restored);
         }
         CloseHandle(entry->handle);

@@ -30,9 +30,9 @@ public:
 
     // Keeps a folder with these attributes open. Returns false if there is not enough memory.
     [[nodiscard]] bool keepFolder(Handle &opened, DWORD attributes);
-    // Marks a file or link and keeps it open. Returns false if it is in use, or if there is not
-    // enough memory. Several threads may call it at the same time.
-    [[nodiscard]] bool markFile(Handle &opened, DWORD attributes);
+    // Marks a file or link of `size` bytes and keeps it open. Returns false if it is in use, or if there is
+    // not enough memory. Several threads may call it at the same time.
+    [[nodiscard]] bool markFile(Handle &opened, DWORD attributes, std::uint64_t size);
     // Makes all folders writable: entries of read-only ones cannot be removed everywhere.
     void makeWritable();
     // Closes all handles, the last one first. Files are gone then, and folders too if they are empty.
@@ -45,14 +45,16 @@ public:
     HANDLE handle(std::size_t index) const { return m_entries[index].handle; }
 
 private:
+    enum class Kind : std::uint8_t { SmallFile, LargeFile, Folder };
+
     struct Entry
     {
         HANDLE handle;
         DWORD restored; // attributes of a read-only entry, if it stays; 0: it is not read-only
-        bool isFolder;
+        Kind kind;
     };
 
-    [[nodiscard]] bool keep(Handle &opened, DWORD attributes, bool isFolder);
+    [[nodiscard]] bool keep(Handle &opened, DWORD attributes, Kind kind);
 
     // Takes the last entry off the list; nullptr if there is none. It is valid until another one is kept.
     Entry *takeLast();

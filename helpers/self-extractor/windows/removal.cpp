@@ -89,7 +89,7 @@ bool TreeRemoval::visit(const ListedEntry &entry)
         return m_folders.keepFolder(opened, entry.attributes);
     }
     if (m_step == Step::Mark && m_files.count() < mostMarked) {
-        return m_files.markFile(opened, entry.attributes);
+        return m_files.markFile(opened, entry.attributes, entry.size);
     }
     m_hasMore = true;
     return couldBeRemoved(opened.get(), entry.attributes);
