@@ -4,7 +4,7 @@
 #include "helpers/fast-archiver/solidblocks.h"
 
 #include <algorithm>
-#include <span>
+#include <iterator>
 #include <tuple>
 
 namespace fast {
@@ -17,6 +17,9 @@ constexpr std::uint64_t largestBlock = 64 * mebibyte;
 // So 2, 4 and 8 processors have equal work with a folder of 256 to 512 MiB. More blocks would make the
 // archive larger.
 constexpr std::uint64_t wantedBlocks = 8;
+// One block is cut into so many parts, but none that is much smaller than a window.
+constexpr std::uint64_t mostParts = 4;
+constexpr std::uint64_t smallestPart = 8 * mebibyte;
 
 std::uint64_t divideUp(std::uint64_t number, std::uint64_t by)
 {
@@ -65,32 +68,49 @@ struct BlockSizes
     std::uint64_t largest;
 };
 
-// Divides the files of one kind, in the order of their keys, into about equal blocks of about
-// sizes.wanted, and of at most sizes.largest. So no processor has much less to do than another. Each
-// file goes where its middle lies.
-void addBlocks(std::span<const SortKey> keys, bool isFiltered, const std::vector<SourceFile> &files,
-               const BlockSizes &sizes, std::vector<SolidBlock> &blocks)
+// Divides files of one kind into `count` about equal blocks of at most `largest` bytes. Each file goes
+// where its middle lies.
+void addBlocks(const SolidBlock &all, std::uint64_t count, std::uint64_t largest,
+               const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
 {
-    std::uint64_t total = 0;
-    for (const SortKey &key : keys) {
-        total += files[key.index].size;
-    }
-    const std::uint64_t count
-        = std::max(divideUp(total, sizes.largest), (total + sizes.wanted / 2) / sizes.wanted);
-    const std::uint64_t share = divideUp(total, count);
+    const std::uint64_t share = divideUp(all.size, count);
     std::uint64_t begin = 0;
     std::uint64_t last = UINT64_MAX;
-    for (const SortKey &key : keys) {
-        const std::uint64_t size = files[key.index].size;
+    for (const std::size_t index : all.files) {
+        const std::uint64_t size = files[index].size;
         const std::uint64_t place = (begin + size / 2) / share;
-        if (place != last || blocks.back().size + size > sizes.largest) {
-            blocks.push_back({{}, 0, isFiltered, false});
+        if (place != last || blocks.back().size + size > largest) {
+            blocks.push_back({{}, 0, all.isFiltered, false});
         }
-        blocks.back().files.push_back(key.index);
+        blocks.back().files.push_back(index);
         blocks.back().size += size;
         begin += size;
         last = place;
     }
+}
+
+// The blocks are about equal, so no processor has much less to do than another.
+void addBlocks(const SolidBlock &all, const BlockSizes &sizes, const std::vector<SourceFile> &files,
+               std::vector<SolidBlock> &blocks)
+{
+    const std::uint64_t count
+        = std::max(divideUp(all.size, sizes.largest), (all.size + sizes.wanted / 2) / sizes.wanted);
+    addBlocks(all, count, sizes.largest, files, blocks);
+}
+
+// Cuts one block into parts, which come last. A processor that has unpacked its blocks takes them one by
+// one, while another processor is still busy. With two blocks, there would be nothing to gain.
+void cutOneBlock(const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
+{
+    const auto found = std::find_if(blocks.rbegin(), blocks.rend(), [](const SolidBlock &block) {
+        return block.files.size() > 1 && block.size >= 2 * smallestPart;
+    });
+    if (blocks.size() < 3 || found == blocks.rend()) {
+        return;
+    }
+    const SolidBlock whole = std::move(*found);
+    blocks.erase(std::next(found).base());
+    addBlocks(whole, std::min(whole.size / smallestPart, mostParts), whole.size, files, blocks);
 }
 
 } // namespace
@@ -130,11 +150,15 @@ std::vector<SolidBlock> planBlocks(const std::vector<SourceFile> &files, const P
     std::sort(keys.begin(), keys.end());
     for (auto begin = keys.begin(); begin != keys.end();) {
         const bool isFiltered = filters(begin->content);
-        const auto end = std::find_if(begin, keys.end(), [&](const SortKey &key) {
-            return filters(key.content) != isFiltered;
-        });
-        addBlocks({begin, end}, isFiltered, files, sizes, blocks);
-        begin = end;
+        SolidBlock all = {{}, 0, isFiltered, false};
+        for (; begin != keys.end() && filters(begin->content) == isFiltered; ++begin) {
+            all.files.push_back(begin->index);
+            all.size += files[begin->index].size;
+        }
+        addBlocks(all, sizes, files, blocks);
+    }
+    if (given == 0) {
+        cutOneBlock(files, blocks);
     }
     return blocks;
 }

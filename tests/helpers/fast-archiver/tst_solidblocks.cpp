@@ -140,6 +140,40 @@ void TestSolidBlocks::filesAreDistributed_data()
         << blocksOf({file(u"a", largeFile - 1), file(u"b", largeFile), file(u"c", 1)},
                     1024 * mebibyte)
         << QStringList({"b large", "a c"});
+    const auto files = [](const char16_t *names, std::uint64_t size, Content content) {
+        std::vector<SourceFile> made;
+        for (const char16_t name : std::u16string(names)) {
+            const char16_t path[] = {name, u'\0'};
+            made.push_back(file(path, size, content));
+        }
+        return made;
+    };
+    const auto both = [](std::vector<SourceFile> one, const std::vector<SourceFile> &two) {
+        one.insert(one.end(), two.begin(), two.end());
+        return one;
+    };
+    constexpr std::uint64_t noSizeGiven = 0;
+    QTest::newRow("the last of three blocks is cut into four")
+        << blocksOf(files(u"abcdefghijkl", 8 * mebibyte, other), noSizeGiven)
+        << QStringList({"a b c d", "e f g h", "i", "j", "k", "l"});
+    QTest::newRow("a size is given: no block is cut")
+        << blocksOf(files(u"abcdefghijkl", 8 * mebibyte, other), 32 * mebibyte)
+        << QStringList({"a b c d", "e f g h", "i j k l"});
+    QTest::newRow("of two blocks none is cut")
+        << blocksOf(files(u"abcdefgh", 8 * mebibyte, other), noSizeGiven)
+        << QStringList({"a b c d", "e f g h"});
+    QTest::newRow("the block that is cut need not be the last one, but its parts are")
+        << blocksOf(both(files(u"abcdefgh", 8 * mebibyte, x64), files(u"z", mebibyte, other)),
+                    noSizeGiven)
+        << QStringList({"a b c d*", "z", "e*", "f*", "g*", "h*"});
+    QTest::newRow("a smaller block has fewer parts")
+        << blocksOf(both(files(u"abcdefgh", 8 * mebibyte, x64),
+                         files(u"vwxyz", 4 * mebibyte, other)),
+                    noSizeGiven)
+        << QStringList({"a b c d*", "e f g h*", "v w", "x y z"});
+    QTest::newRow("what is one file is not cut")
+        << blocksOf(files(u"abc", 40 * mebibyte, other), noSizeGiven)
+        << QStringList({"a", "b", "c"});
     QTest::newRow("equal names keep the order of their paths")
         << blocksOf({file(u"a/same", 1), file(u"b/same", 1), file(u"c/same", 1)}, 100)
         << QStringList("a/same b/same c/same");
