@@ -17,9 +17,8 @@ constexpr std::uint64_t largestBlock = 64 * mebibyte;
 // So 2, 4 and 8 processors have equal work with a folder of 256 to 512 MiB. More blocks would make the
 // archive larger.
 constexpr std::uint64_t wantedBlocks = 8;
-// One block is cut into so many parts, but none that is much smaller than a window.
-constexpr std::uint64_t mostParts = 4;
-constexpr std::uint64_t smallestPart = 8 * mebibyte;
+// Each half is at least as large as a window, so the archive hardly grows.
+constexpr std::uint64_t leastHalved = 16 * mebibyte;
 
 std::uint64_t divideUp(std::uint64_t number, std::uint64_t by)
 {
@@ -98,19 +97,19 @@ void addBlocks(const SolidBlock &all, const BlockSizes &sizes, const std::vector
     addBlocks(all, count, sizes.largest, files, blocks);
 }
 
-// Cuts one block into parts, which come last. A processor that has unpacked its blocks takes them one by
-// one, while another processor is still busy. With two blocks, there would be nothing to gain.
-void cutOneBlock(const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
+// Cuts one block into halves, which come last. A processor that has unpacked its blocks takes one of
+// them, while another processor is still busy. With two blocks, there would be nothing to gain.
+void halveOneBlock(const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
 {
     const auto found = std::find_if(blocks.rbegin(), blocks.rend(), [](const SolidBlock &block) {
-        return block.files.size() > 1 && block.size >= 2 * smallestPart;
+        return block.files.size() > 1 && block.size >= leastHalved;
     });
     if (blocks.size() < 3 || found == blocks.rend()) {
         return;
     }
     const SolidBlock whole = std::move(*found);
     blocks.erase(std::next(found).base());
-    addBlocks(whole, std::min(whole.size / smallestPart, mostParts), whole.size, files, blocks);
+    addBlocks(whole, 2, whole.size, files, blocks);
 }
 
 } // namespace
@@ -158,7 +157,7 @@ std::vector<SolidBlock> planBlocks(const std::vector<SourceFile> &files, const P
         addBlocks(all, sizes, files, blocks);
     }
     if (given == 0) {
-        cutOneBlock(files, blocks);
+        halveOneBlock(files, blocks);
     }
     return blocks;
 }
