@@ -69,8 +69,8 @@ struct BlockSizes
 
 // Divides files of one kind into `count` about equal blocks of at most `largest` bytes. Each file goes
 // where its middle lies.
-void addBlocks(const SolidBlock &all, std::uint64_t count, std::uint64_t largest,
-               const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
+void divide(const SolidBlock &all, std::uint64_t count, std::uint64_t largest,
+            const std::vector<SourceFile> &files, std::vector<SolidBlock> &blocks)
 {
     const std::uint64_t share = divideUp(all.size, count);
     std::uint64_t begin = 0;
@@ -94,7 +94,7 @@ void addBlocks(const SolidBlock &all, const BlockSizes &sizes, const std::vector
 {
     const std::uint64_t count
         = std::max(divideUp(all.size, sizes.largest), (all.size + sizes.wanted / 2) / sizes.wanted);
-    addBlocks(all, count, sizes.largest, files, blocks);
+    divide(all, count, sizes.largest, files, blocks);
 }
 
 // Cuts one block into halves, which come last. A processor that has unpacked its blocks takes one of
@@ -109,7 +109,7 @@ void halveOneBlock(const std::vector<SourceFile> &files, std::vector<SolidBlock>
     }
     const SolidBlock whole = std::move(*found);
     blocks.erase(std::next(found).base());
-    addBlocks(whole, 2, whole.size, files, blocks);
+    divide(whole, 2, whole.size, files, blocks);
 }
 
 } // namespace

@@ -29,8 +29,8 @@ std::uint64_t blockSizeFor(std::uint64_t totalSize);
 
 // Distributes all files that are not empty. Files that fill a block come first, the largest before
 // the others, each in a block for itself. The rest is sorted by kind, so that similar files lie
-// beside each other, and divided into blocks of about the same size. One of three or
-// more blocks is cut into halves, which come last, if the options name no size.
+// beside each other, and divided into blocks of about the same size. If the options name no size, one
+// of three or more blocks is cut into halves, which come last.
 std::vector<SolidBlock> planBlocks(const std::vector<SourceFile> &files,
                                    const PackOptions &options);
 
