@@ -23,6 +23,17 @@ KeptEntry keptEntry(const Archive &archive, std::uint32_t index, const Entry &en
     return kept;
 }
 
+// How many units of the path are those of the folder that the entry is in.
+std::size_t folderSize(const Entry &entry)
+{
+    for (std::size_t size = entry.pathSize; size != 0; --size) {
+        if (entry.path[size - 1] == u'/') {
+            return size - 1;
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 Match matchEntry(const KeptEntry &kept, const FoundEntry &found, bool comparesContents)
@@ -44,7 +55,9 @@ Status KeptTable::read(Archive &archive, const char16_t *folderName)
 {
     const std::uint32_t count = archive.entryCount();
     Array<std::uint64_t> hashes;
-    if (!hashes.allocate(std::size_t{count} + 1) || !m_entries.allocate(count)) {
+    Array<std::uint64_t> folders; // of the folder that each entry is in
+    if (!hashes.allocate(std::size_t{count} + 1) || !folders.allocate(count)
+        || !m_entries.allocate(count)) {
         return Status::NoMemory;
     }
     const std::uint64_t folder = hashPath(emptyPathHash, folderName, textLength(folderName));
@@ -60,10 +73,25 @@ Status KeptTable::read(Archive &archive, const char16_t *folderName)
         if (!entry.isFolder) {
             m_newest = std::max(m_newest, m_entries[i].modified);
         }
-        hashes[i] = hashPath(m_beginning, entry.path, entry.pathSize);
+        const std::size_t above = folderSize(entry);
+        folders[i] = above == 0 ? folder : hashPath(m_beginning, entry.path, above);
+        hashes[i] = above == 0 ? hashPath(m_beginning, entry.path, entry.pathSize)
+                               : hashPath(folders[i], entry.path + above, entry.pathSize - above);
     }
     hashes[count] = folder;
-    return m_index.build(std::move(hashes)) ? Status::Ok : Status::NoMemory;
+    return build(std::move(hashes), folders) ? Status::Ok : Status::NoMemory;
+}
+
+bool KeptTable::build(Array<std::uint64_t> hashes, const Array<std::uint64_t> &folders)
+{
+    if (!m_index.build(std::move(hashes))) {
+        return false;
+    }
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        KeptEntry *folder = find(folders[i]);
+        ++(folder != nullptr ? folder->children : m_children);
+    }
+    return true;
 }
 
 KeptEntry *KeptTable::find(std::uint64_t hash)

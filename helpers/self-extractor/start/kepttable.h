@@ -31,7 +31,8 @@ struct KeptEntry
     std::uint64_t modified; // 0: the archive does not say it
     std::uint32_t crc;
     bool isFolder;
-    bool isRight; // found on the disk as it must be
+    bool isRight;               // found on the disk as it must be
+    std::uint32_t children = 0; // the archive's entries that lie directly in this folder
 };
 
 // `comparesContents`: size and time are not enough. They never are if the archive says no time.
@@ -47,6 +48,9 @@ public:
 
     // The hash that the paths in the application's folder begin with.
     std::uint64_t beginning() const { return m_beginning; }
+    // The archive's entries that lie directly in the application's folder, and those whose folder is
+    // no entry.
+    std::uint32_t children() const { return m_children; }
     // The entry with this path, or nullptr if the archive has none.
     KeptEntry *find(std::uint64_t hash);
     // Nothing has been found. Call it before another comparison.
@@ -66,9 +70,13 @@ public:
     std::uint64_t newest() const { return m_newest; }
 
 private:
+    // Returns false if there is not enough memory.
+    [[nodiscard]] bool build(Array<std::uint64_t> hashes, const Array<std::uint64_t> &folders);
+
     PathIndex m_index;
     Array<KeptEntry> m_entries;
     std::uint64_t m_beginning = 0;
+    std::uint32_t m_children = 0;
     std::uint64_t m_newest = 0;
     std::size_t m_longestPath = 0;
 };

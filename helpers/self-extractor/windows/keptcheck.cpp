@@ -43,6 +43,7 @@ private:
         Handle opened;               // empty if somebody else owns it
         HANDLE listed = nullptr;     // the folder's handle
         std::uint64_t beginning = 0; // the hash that the paths in it begin with
+        std::uint32_t children = 0;  // the archive's entries in it
         Owned<Folder> next;
     };
 
@@ -50,13 +51,14 @@ private:
     struct Place
     {
         std::uint64_t beginning = 0; // of the folder that is looked at
+        std::uint32_t left = 0;      // the archive's entries in it that have not been seen
         FolderListing listing;
         Array<std::uint8_t> buffer;
     };
 
     static void runThread(void *self) { static_cast<KeptCheck *>(self)->work(); }
     void work();
-    Status add(Handle &opened, HANDLE listed, std::uint64_t beginning);
+    Status add(Handle &opened, HANDLE listed, std::uint64_t beginning, std::uint32_t children);
     Status checkFolder(const Folder &folder, Place &place);
     Status check(const ListedEntry &entry, Place &place);
     Status checkFound(const ListedEntry &entry, std::uint64_t path, KeptEntry &kept, Match match,
@@ -94,7 +96,8 @@ Status KeptCheck::stopReason() const
     return m_stops || (m_window && m_window->isCancelled()) ? Status::Cancelled : Status::Ok;
 }
 
-Status KeptCheck::add(Handle &opened, HANDLE listed, std::uint64_t beginning)
+Status KeptCheck::add(Handle &opened, HANDLE listed, std::uint64_t beginning,
+                      std::uint32_t children)
 {
     auto folder = makeOwned<Folder>();
     if (!folder) {
@@ -103,6 +106,7 @@ Status KeptCheck::add(Handle &opened, HANDLE listed, std::uint64_t beginning)
     folder->opened.reset(opened.release());
     folder->listed = listed;
     folder->beginning = beginning;
+    folder->children = children;
     const Locked lock(m_monitor);
     folder->next = std::move(m_waiting);
     m_waiting = std::move(folder);
@@ -113,7 +117,7 @@ Status KeptCheck::add(Handle &opened, HANDLE listed, std::uint64_t beginning)
 Status KeptCheck::run(HANDLE application)
 {
     Handle none;
-    const Status status = add(none, application, m_table.beginning());
+    const Status status = add(none, application, m_table.beginning(), m_table.children());
     if (status != Status::Ok) {
         return status;
     }
@@ -148,12 +152,15 @@ void KeptCheck::work()
     m_monitor.leave();
 }
 
+// The last entry that the archive has is mostly the last one of the folder. So the system need not be
+// asked once more to hear that there is none after it.
 Status KeptCheck::checkFolder(const Folder &folder, Place &place)
 {
     Status status = stopReason();
     place.beginning = folder.beginning;
+    place.left = folder.children;
     place.listing.begin(folder.listed);
-    while (status == Status::Ok && place.listing.next()) {
+    while (status == Status::Ok && place.left != 0 && place.listing.next()) {
         status = check(place.listing.entry(), place);
     }
     return status;
@@ -166,6 +173,7 @@ Status KeptCheck::check(const ListedEntry &entry, Place &place)
     if (kept == nullptr) {
         return Status::Ok;
     }
+    --place.left;
     const FoundEntry found{entry.isFolder(), entry.isLink(), entry.size, entry.modified};
     const Match match = matchEntry(*kept, found, m_how.comparesContents);
     return match == Match::Wrong ? replace(entry) : checkFound(entry, path, *kept, match, place);
@@ -175,7 +183,8 @@ Status KeptCheck::checkFound(const ListedEntry &entry, std::uint64_t path, KeptE
                              Match match, Place &place)
 {
     Handle opened;
-    if (entry.isFolder() || match == Match::ByContent) {
+    const bool isEntered = entry.isFolder() && kept.children != 0;
+    if (isEntered || match == Match::ByContent) {
         const EntryUse use = openToRead(entry, opened);
         if (use != EntryUse::Free) {
             return use == EntryUse::Gone ? Status::Ok : Status::WriteFailed;
@@ -189,7 +198,7 @@ Status KeptCheck::checkFound(const ListedEntry &entry, std::uint64_t path, KeptE
         }
     }
     kept.isRight = true;
-    return entry.isFolder() ? add(opened, opened.get(), hashInside(path)) : Status::Ok;
+    return isEntered ? add(opened, opened.get(), hashInside(path), kept.children) : Status::Ok;
 }
 
 Status KeptCheck::compareContent(HANDLE file, const KeptEntry &kept, Array<std::uint8_t> &buffer,

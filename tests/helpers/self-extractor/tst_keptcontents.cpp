@@ -69,6 +69,8 @@ private slots:
     void matches_data();
     void matches();
     void findsEntriesByTheirPaths();
+    void countsTheEntriesOfFolders_data();
+    void countsTheEntriesOfFolders();
     void findsManyPaths();
     void skipsWhatIsThere_data();
     void skipsWhatIsThere();
@@ -238,6 +240,36 @@ void TestKeptContents::findsEntriesByTheirPaths()
     QCOMPARE(table.hashes().size(), archive.entryCount() + 1);
     table.forget();
     QCOMPARE(table.missingBytes(), bytesOfAll);
+}
+
+void TestKeptContents::countsTheEntriesOfFolders_data()
+{
+    QTest::addColumn<QString>("folder"); // empty: the application's
+    QTest::addColumn<std::uint32_t>("children");
+    QTest::newRow("the application's folder") << QString() << 5U; // with lost/file
+    QTest::newRow("files and folders") << u"bin"_s << 3U;
+    QTest::newRow("a folder in a folder") << u"bin/x64"_s << 1U;
+    QTest::newRow("an empty folder") << u"empty"_s << 0U;
+    QTest::newRow("a name that another one begins with") << u"bin2"_s << 1U;
+}
+
+// In whatever order they are: "bin" comes after what it contains.
+void TestKeptContents::countsTheEntriesOfFolders()
+{
+    QFETCH(QString, folder);
+    const QList<forge::File> files{{u"bin/x64"_s, {}, true},     {u"bin/x64/a.dll"_s, "one"},
+                                   {u"bin/a.dll"_s, "two"},      {u"bin/empty.txt"_s, ""},
+                                   {u"bin"_s, {}, true},         {u"empty"_s, {}, true},
+                                   {u"bin2"_s, {}, true},        {u"bin2/a.dll"_s, "three"},
+                                   {u"lost/file.txt"_s, "four"}, {u"main.exe"_s, "five"}};
+    MemorySource source(forge::archiveOf(forge::ArchivePlan(files)));
+    Archive archive(source);
+    QCOMPARE(archive.open(0), Status::Ok);
+    KeptTable table;
+    QCOMPARE(table.read(archive, u"app"), Status::Ok);
+    const KeptEntry *kept = table.find(hashOf(u"app/"_s + folder));
+    QVERIFY(folder.isEmpty() || kept != nullptr);
+    QTEST(folder.isEmpty() ? table.children() : kept->children, "children");
 }
 
 void TestKeptContents::findsManyPaths()
