@@ -52,6 +52,7 @@ Outcome<Done> BlockPacker::prepare(const SolidBlock &block, const FramePlan &pla
     set(ZSTD_c_minMatch, plan.minMatch);
     set(ZSTD_c_chainLog, plan.chainLog);
     set(ZSTD_c_searchLog, plan.searchLog);
+    set(ZSTD_c_targetLength, plan.targetLength);
     // The usual search looks back over a part of the window; this one finds long repetitions in all
     // of it.
     set(ZSTD_c_enableLongDistanceMatching, 1);

@@ -18,12 +18,14 @@ constexpr unsigned usualWindowLog = 23;
 constexpr unsigned largeFileWindowLog = 26;
 constexpr std::size_t partSize = 16U << 20;
 
-// The level's own values would be 5, 22 and 5. So it also uses repetitions of three bytes, remembers
-// more places, and looks at fewer of them (README.md).
+// The level's own values would be 5, 22, 5 and 48. So it also uses repetitions of three bytes,
+// remembers more places, looks at fewer of them, and takes a repetition without looking for another
+// way only if it is longer (README.md).
 constexpr int usualLevel = 16;
 constexpr int usualMinMatch = 3;
 constexpr int usualChainLog = 24;
 constexpr int usualSearchLog = 4;
+constexpr int usualTargetLength = 96;
 
 // What libzstd's optimal parser and its tables need beside the window.
 constexpr std::uint64_t tablesMemory = 96U << 20;
@@ -42,6 +44,7 @@ FramePlan framePlanFor(const SolidBlock &block, const PackOptions &options)
         plan.minMatch = usualMinMatch;
         plan.chainLog = usualChainLog;
         plan.searchLog = usualSearchLog;
+        plan.targetLength = usualTargetLength;
     }
     if (block.isLarge) {
         plan.partSize = partSize;

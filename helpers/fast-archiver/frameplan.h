@@ -14,9 +14,10 @@ struct FramePlan
 {
     int level = 0;
     unsigned windowLog = 0;
-    int minMatch = 0;  // 0: as the level says
-    int chainLog = 0;  // the same
-    int searchLog = 0; // the same
+    int minMatch = 0;     // 0: as the level says
+    int chainLog = 0;     // the same
+    int searchLog = 0;    // the same
+    int targetLength = 0; // the same; in bytes
     // If not 0, the frame is made of parts of this size, which several threads pack at the same
     // time.
     std::size_t partSize = 0;
