@@ -11,6 +11,9 @@ namespace {
 
 // Small enough to be still in the processor's cache when it is read.
 constexpr std::size_t pieceSize = 256 * 1024;
+// A reader that had to wait goes on with so much. Woken for every piece, it would cost the decoder
+// more time than a piece of Zstandard takes.
+constexpr std::size_t batchSize = 1024 * 1024;
 
 } // namespace
 
@@ -46,6 +49,10 @@ bool ReadAhead::decodePiece()
                && !m_isCancelled) {
             // Woken after every small file, it would seldom find enough.
             m_enough = m_unread - std::min(m_unread, pieceSize - room);
+            if (m_wanted != readerIsBusy) {
+                m_wanted = 1; // there will not be more
+                m_monitor.wake();
+            }
             m_monitor.wait();
         }
         if (m_isCancelled) {
@@ -58,7 +65,9 @@ bool ReadAhead::decodePiece()
     append(piece);
     m_status = status;
     m_hasEnded = status != Status::Ok || piece.size == 0;
-    m_monitor.wake();
+    if (m_unread >= m_wanted || m_hasEnded) {
+        m_monitor.wake();
+    }
     return !m_hasEnded;
 }
 
@@ -93,8 +102,12 @@ Status ReadAhead::next(std::size_t limit, ByteView &bytes)
         }
     }
     ByteView &part = m_parts[0];
-    while (part.size == 0 && !m_hasEnded) {
-        m_monitor.wait();
+    if (part.size == 0) {
+        m_wanted = batchSize;
+        while (m_unread < m_wanted && !m_hasEnded) {
+            m_monitor.wait();
+        }
+        m_wanted = readerIsBusy;
     }
     if (part.size == 0) {
         return m_status;
