@@ -15,7 +15,7 @@ constexpr unsigned smallestWindowLog = 17;
 // memory. Similar files of a block lie beside each other, so they seldom repeat what is farther back.
 // A large file often does.
 constexpr unsigned usualWindowLog = 23;
-constexpr unsigned largeFileWindowLog = 26;
+constexpr unsigned largeFileWindowLog = 25;
 constexpr std::size_t partSize = 16U << 20;
 
 // The level's own values would be 5, 22, 5 and 48. So it also uses repetitions of three bytes,
