@@ -49,10 +49,8 @@ bool ReadAhead::decodePiece()
                && !m_isCancelled) {
             // Woken after every small file, it would seldom find enough.
             m_enough = m_unread - std::min(m_unread, pieceSize - room);
-            if (m_wanted != readerIsBusy) {
-                m_wanted = 1; // there will not be more
-                m_monitor.wake();
-            }
+            m_wanted = 1; // a reader that waits gets no more
+            m_monitor.wake();
             m_monitor.wait();
         }
         if (m_isCancelled) {
@@ -107,7 +105,6 @@ Status ReadAhead::next(std::size_t limit, ByteView &bytes)
         while (m_unread < m_wanted && !m_hasEnded) {
             m_monitor.wait();
         }
-        m_wanted = readerIsBusy;
     }
     if (part.size == 0) {
         return m_status;

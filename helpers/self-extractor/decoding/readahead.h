@@ -27,8 +27,6 @@ public:
     Status next(std::size_t limit, ByteView &bytes) override;
 
 private:
-    static constexpr std::size_t readerIsBusy = SIZE_MAX;
-
     static void run(void *self);
     bool decodePiece();
     void append(const ByteView &piece);
@@ -42,8 +40,7 @@ private:
     ByteView m_parts[2];
     std::size_t m_unread = 0; // decoded bytes that the reader has not finished with
     std::size_t m_enough = 0; // with so many, or fewer, the waiting thread looks for room again
-    // With so many, or more, the reader, which waits, goes on.
-    std::size_t m_wanted = readerIsBusy;
+    std::size_t m_wanted = 0; // with so many, or more, the waiting reader goes on
     bool m_isCancelled = false;
     bool m_hasEnded = false;
     Status m_status = Status::Ok; // the status at the end
