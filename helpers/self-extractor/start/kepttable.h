@@ -31,8 +31,8 @@ struct KeptEntry
     std::uint64_t modified; // 0: the archive does not say it
     std::uint32_t crc;
     bool isFolder;
-    bool isRight;               // found on the disk as it must be
-    std::uint32_t children = 0; // the archive's entries that lie directly in this folder
+    bool isRight;           // found on the disk as it must be
+    std::uint32_t children; // the archive's entries that lie directly in this folder
 };
 
 // `comparesContents`: size and time are not enough. They never are if the archive says no time.

@@ -48,7 +48,7 @@ std::uint64_t hashOf(const QString &path)
 
 KeptEntry entryOf(std::uint64_t size, std::uint64_t modified, bool isFolder = false)
 {
-    return {size, modified, 0, isFolder, false};
+    return {size, modified, 0, isFolder, false, 0};
 }
 
 } // namespace
