@@ -78,10 +78,11 @@ bool runInCmd(const Place &place, const std::wstring &line)
     return ended.isByItself && ended.exitCode == 0;
 }
 
-std::string timesOf(const Place &place, const std::wstring &product, int starts, Check &check)
+// Of three starts.
+std::string timesOf(const Place &place, const std::wstring &product, Check &check)
 {
     std::string times;
-    for (int i = 0; i < starts; ++i) {
+    for (int i = 0; i < 3; ++i) {
         const Started started = startOf(place, product);
         check.that(started.isRight(), started.text());
         times += (times.empty() ? "" : ", ") + std::to_string(started.ended.milliseconds);
@@ -169,7 +170,7 @@ Result timeOfFastStarts(const Place &place)
         return notJudged(noProduct);
     }
     Check check;
-    check.note("three starts: " + timesOf(place, product, 3, check));
+    check.note("three starts: " + timesOf(place, product, check));
     check.that(leftovers(place).empty(), "it left its folder");
     return check.result();
 }
@@ -244,9 +245,9 @@ Result timeOfKeptStarts(const Place &place)
     Check check;
     const Started first = startOf(place, product);
     check.that(first.isRight(), first.text());
-    const std::string later = timesOf(place, product, 3, check);
+    const std::string later = timesOf(place, product, check);
     const std::string alone
-        = first.isKept() ? timesOf(place, first.folder + L"\\manykept.exe", 3, check) : "not kept";
+        = first.isKept() ? timesOf(place, first.folder + L"\\manykept.exe", check) : "not kept";
     check.note("the first start: " + std::to_string(first.ended.milliseconds)
                + " ms; later ones: " + later + "; the kept program alone: " + alone);
     return check.result();

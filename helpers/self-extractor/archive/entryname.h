@@ -28,6 +28,15 @@ bool isSafeComponent(const char16_t *name, std::size_t size);
 // it is relative, every component is safe, and it has at most maxPathSize units.
 bool isSafePath(const char16_t *path, std::size_t size);
 
+// Where the last component of such a path begins: after the last `/`, or at 0.
+inline std::size_t lastComponent(const char16_t *path, std::size_t size)
+{
+    while (size > 0 && path[size - 1] != u'/') {
+        --size;
+    }
+    return size;
+}
+
 // Longest path in an archive. Windows allows 32767 units, including the private folder before it.
 constexpr std::size_t maxPathSize = 30000;
 

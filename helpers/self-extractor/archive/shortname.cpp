@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/archive/shortname.h"
 
+#include "helpers/self-extractor/archive/entryname.h"
+
 namespace sfx {
 
 namespace {
@@ -23,10 +25,7 @@ bool endsWithTildeAndNumber(const char16_t *base, std::size_t size)
 
 bool couldBeShortName(const char16_t *path, std::size_t size)
 {
-    std::size_t begin = size;
-    while (begin > 0 && path[begin - 1] != u'/') {
-        --begin;
-    }
+    const std::size_t begin = lastComponent(path, size);
     const char16_t *name = path + begin;
     const std::size_t length = size - begin;
     std::size_t base = 0;

@@ -49,7 +49,7 @@ bool ReadAhead::decodePiece()
                && !m_isCancelled) {
             // Woken after every small file, it would seldom find enough.
             m_enough = m_unread - std::min(m_unread, pieceSize - room);
-            m_wanted = 1; // a reader that waits gets no more
+            m_wanted = 1; // there is no room for more
             m_monitor.wake();
             m_monitor.wait();
         }

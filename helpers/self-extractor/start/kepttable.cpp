@@ -3,6 +3,8 @@
 
 #include "helpers/self-extractor/start/kepttable.h"
 
+#include "helpers/self-extractor/archive/entryname.h"
+
 #include <algorithm>
 
 namespace sfx {
@@ -21,17 +23,6 @@ KeptEntry keptEntry(const Archive &archive, std::uint32_t index, const Entry &en
         kept.modified = entry.modified;
     }
     return kept;
-}
-
-// How many units of the path are those of the folder that the entry is in.
-std::size_t folderSize(const Entry &entry)
-{
-    for (std::size_t size = entry.pathSize; size != 0; --size) {
-        if (entry.path[size - 1] == u'/') {
-            return size - 1;
-        }
-    }
-    return 0;
 }
 
 } // namespace
@@ -73,10 +64,9 @@ Status KeptTable::read(Archive &archive, const char16_t *folderName)
         if (!entry.isFolder) {
             m_newest = std::max(m_newest, m_entries[i].modified);
         }
-        const std::size_t above = folderSize(entry);
-        folders[i] = above == 0 ? folder : hashPath(m_beginning, entry.path, above);
-        hashes[i] = above == 0 ? hashPath(m_beginning, entry.path, entry.pathSize)
-                               : hashPath(folders[i], entry.path + above, entry.pathSize - above);
+        const std::size_t name = lastComponent(entry.path, entry.pathSize);
+        folders[i] = name == 0 ? folder : hashPath(m_beginning, entry.path, name - 1);
+        hashes[i] = hashPath(hashInside(folders[i]), entry.path + name, entry.pathSize - name);
     }
     hashes[count] = folder;
     return build(std::move(hashes), folders) ? Status::Ok : Status::NoMemory;
